@@ -1,0 +1,116 @@
+/* The settings exchange: a settings document in, a result document out, actions on commit.
+ *
+ *     if (do_RssXml_Parser(document)) { ... }    // verifies, applies, writes the result document
+ *     send_file_to_app("<tmpPath>/rssset_result.xml");
+ *     do_RssXml_Commit();                        // runs the resync actions
+ *
+ * The result document is the file "rssset_result.xml" in the directory `rssXmlData.tmpPath`:
+ *
+ *     <?xml version="1.0" ?>
+ *     <root>
+ *      <RssSetResult>0</RssSetResult>
+ *      <RssSetMsg></RssSetMsg>
+ *      <RssGetWaitSec>20</RssGetWaitSec>
+ *     </root>
+ *
+ * RssSetResult is a KIOAPP_RESULT_ code; RssSetMsg names the element at fault
+ * ("Device/DeviceName"); RssGetWaitSec is the number of seconds to wait before asking again, 0
+ * unless the code is 0.
+ */
+#ifndef KIOAPP_SETTINGS_H
+#define KIOAPP_SETTINGS_H
+
+#include "kioapp/attributes.h"
+#include "kioapp/record.h"
+
+KIOAPP_BEGIN_DECLS
+
+enum {
+  KIOAPP_RESULT_APPLIED = 0,
+  KIOAPP_RESULT_VERSION_MISMATCH = 1, /* document and device differ in the format version */
+  KIOAPP_RESULT_MISSING_ELEMENT = 2,
+  KIOAPP_RESULT_INVALID_VALUE = 3,
+  KIOAPP_RESULT_BAD_LENGTH = 10,
+  KIOAPP_RESULT_BAD_CHARACTER = 11,
+  KIOAPP_RESULT_ABOVE_MAXIMUM = 20,
+  KIOAPP_RESULT_BELOW_MINIMUM = 21
+};
+
+/* Runs one exchange over the settings document `text`: reads it into the record, verifies every
+ * value, writes what differs into the store and writes the result document.
+ *
+ * `text` is a writable NUL-terminated document; it is cut at the end of its root element. Returns 1
+ * when the settings were applied, 0 otherwise. A text without a root element returns 0 and leaves
+ * an earlier result document as it was. A refused exchange leaves in the store what was written
+ * before the refusal: a host that wants all or nothing wraps the call in a transaction. */
+KIOAPP_API int do_RssXml_Parser(char *text);
+
+/* The same for settings copied from another access point: the device's own name, password, router
+ * mode and uplink are neither read nor changed. */
+KIOAPP_API int do_RssXml_Parser_for_ApCloning(char *text);
+
+/* The body of both: runs in the mode that `rssXmlData.apCloningOnly` says. */
+KIOAPP_API int do_RssXml_Parser_(char *text);
+
+/* Reads the version element `key` inside `block` (`len` characters; 0 or less: to the end of the
+ * text) into `out`. `parentPath` may be null. Returns 1, or 0 when an element is missing, which has
+ * then been reported through `XmlErrMsg_LostKey`. */
+KIOAPP_API int do_XmlSpecVersion_Parser(const char *parentPath, char *block, int len,
+                                        RssSpecVersion *out, const char *key);
+
+/* Reads the provider element `key` ("DSL" or "APN") inside `block` into `isp`. Result as above. */
+KIOAPP_API int do_RssISP_Parser(const char *parentPath, char *block, int len, RssIsp *isp,
+                                const char *key);
+
+/* Reads the element "ExtenderSite" inside `block` into `site`. Result as above. */
+KIOAPP_API int do_RssExtender_Parser(const char *parentPath, char *block, int len,
+                                     RssExtenderSite *site);
+
+/* Fills the record from the store: capabilities, paths and validation rules, and with `full` not 0
+ * every current setting as well. */
+KIOAPP_API void restore_XmlRssStatus(int full);
+
+/* Writes the record to the log at level 6, passwords and keys included. */
+KIOAPP_API void dump_RssXmlData(void);
+
+/* Verifies the record. Returns 1 when it may be applied; otherwise writes the result document for
+ * the first fault found and returns 0. */
+KIOAPP_API int Verify_RssXml(void);
+
+/* Writes the verified record into the store, each node only where it differs, and sets the restart
+ * and save flags. Returns 1, or 0 when a change was refused (the result document is then written;
+ * nodes written before it stay). */
+KIOAPP_API int Apply_RssXmlToDevice(void);
+
+/* Writes the result document and keeps code and message in the record. `message` must not be null;
+ * it is placed in the document as it is. Returns the status of the last shell command. */
+KIOAPP_API int write_RssXml_ResultXml(int code, const char *message, int waitSec);
+
+/* Writes the result document with the message "path/key", or "key" when `path` is null or empty, at
+ * most 127 characters, and the waiting time 0. */
+KIOAPP_API void write_RssXml_KeyResult(const char *path, const char *key, int code);
+
+/* The same with KIOAPP_RESULT_INVALID_VALUE. */
+KIOAPP_API void write_RssXml_VerifyError(const char *path, const char *key);
+
+/* The same with KIOAPP_RESULT_MISSING_ELEMENT. */
+KIOAPP_API void write_RssXml_LostKeyError(const char *path, const char *key);
+
+/* Works out from the restart flags which actions a commit runs (`exeflag`) and how long the app is
+ * to wait (`exeWaitSec`). */
+KIOAPP_API void calc_RssExeFlag(void);
+
+/* Runs the pending actions. Call it after the result document has been delivered. Returns 0 when
+ * there was nothing to run, else what `exe_ExternalCall` returned. */
+KIOAPP_API unsigned int do_RssXml_Commit(void);
+
+/* The same; with `full` not 0, the device resync and the saving of the configuration run in any
+ * case. */
+KIOAPP_API unsigned int do_RssXml_Commit_for_ApCloning(int full);
+
+/* The same as `do_RssXml_Commit`, for settings that were set one by one. */
+KIOAPP_API unsigned int do_RssVar_Commit(void);
+
+KIOAPP_END_DECLS
+
+#endif

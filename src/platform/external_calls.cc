@@ -1,0 +1,76 @@
+// The actions of a mask, and the time that each of them needs.
+#include "kioapp/platform.h"
+#include "platform/command.h"
+#include "platform/log.h"
+#include "platform/stations.h"
+#include "platform/store.h"
+#include "platform/text.h"
+
+namespace kio::platform {
+namespace {
+
+struct Action {
+  unsigned int bit;
+  int seconds;
+  const char* name;
+  const char* line_end;  // of the log message
+  const char* script;    // in the script directory; null when the host does what is to be done
+};
+
+// In ascending order of the bits. The message of the first does not end its line.
+constexpr Action kActions[] = {
+    {KIOAPP_SYNC_WAN, 20, "WanResync", "", "/uplink.sh"},
+    {KIOAPP_SYNC_WLAN, 10, "WlanResync", "\n", nullptr},
+    {KIOAPP_SYNC_WLAN_5G, 10, "Wlan5gResync", "\n", nullptr},
+    {KIOAPP_SYNC_DEVICE, 5, "DeviceResync", "\n", "/device_resync.sh"},
+    {KIOAPP_SYNC_SAVE_TO_FLASH, 6, "CfgSaveToFlash", "\n", nullptr},
+    {KIOAPP_SYNC_SITE_SURVEY, 3, "WlanSiteSurvey", "\n", nullptr},
+    {KIOAPP_SYNC_FW_UPGRADE, 50, "FwUpgrade", "\n", nullptr},
+    {KIOAPP_SYNC_UPDATE_STA_RSSI, 1, "UpdateStaRssi", "\n", nullptr},
+    {KIOAPP_SYNC_DEAUTH_STA, 1, "DeauthSta", "\n", nullptr},
+};
+
+void RunScript(const char* directory, const char* script) {
+  char command[256];
+  TextBuffer(command).Append(directory).Append(script);
+  RunCommand(command);
+}
+
+// False when the actions that follow must not run.
+bool RunAction(const Action& action, const char* script_directory) {
+  KIO_LOG(kLogAction, "[%s,%s]%s", "exe_ExternalCall", action.name, action.line_end);
+  if (action.script != nullptr) {
+    RunScript(script_directory, action.script);
+  }
+  if (action.bit == KIOAPP_SYNC_UPDATE_STA_RSSI) {
+    return UpdateStations();
+  }
+  if (action.bit == KIOAPP_SYNC_DEAUTH_STA) {
+    DisconnectStation();
+  }
+  return true;
+}
+
+}  // namespace
+}  // namespace kio::platform
+
+int get_ExternalCall_UseSec(int syncId) {
+  for (const kio::platform::Action& action : kio::platform::kActions) {
+    if (action.bit == static_cast<unsigned int>(syncId)) {
+      return action.seconds;
+    }
+  }
+  KIO_LOG(kio::platform::kLogFailure, "[%s]Unknow sync_id=%d\n", "get_ExternalCall_UseSec", syncId);
+  return 0;
+}
+
+unsigned int exe_ExternalCall(unsigned int mask) {
+  char script_directory[64];
+  kio::platform::ReadStoreText("/zentrolinks/scriptdirecory", script_directory);
+  for (const kio::platform::Action& action : kio::platform::kActions) {
+    if ((mask & action.bit) != 0 && !kio::platform::RunAction(action, script_directory)) {
+      break;
+    }
+  }
+  return 0;
+}

@@ -1,0 +1,149 @@
+// The log file and the console.
+#include "kioapp/log.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cstdarg>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+
+#include "kioapp/platform.h"
+#include "platform/command.h"
+#include "platform/file.h"
+#include "platform/log.h"
+#include "platform/store.h"
+#include "platform/text.h"
+
+char daemon_log_path[64] = "";
+char daemon_log_header[32] = "";
+int daemon_log_level = 5;
+int daemon_log_file_size_k = 250;
+
+namespace kio::platform {
+namespace {
+
+constexpr std::size_t kMessageSize = 5120;
+// More than the longest uptime prefix takes.
+constexpr std::size_t kPrefixRoom = 32;
+
+// Empty until the first message that is kept.
+char g_log_file[128] = "";
+// Whether the next message begins a line.
+bool g_at_line_start = true;
+
+// Apart from its caller, so that the store's scratch text takes stack at the first message only.
+[[gnu::noinline]] void ChooseLogFile() {
+  if (daemon_log_path[0] == '\0') {
+    ReadStoreText("/zentrolinks/tempdirecory", daemon_log_path);
+  }
+  if (daemon_log_path[0] == '\0') {
+    CopyText(daemon_log_path, "/tmp");
+  }
+  if (daemon_log_header[0] == '\0') {
+    CopyText(daemon_log_header, "DL");
+  }
+  TextBuffer(g_log_file)
+      .Append(daemon_log_path)
+      .Append('/')
+      .Append(daemon_log_header)
+      .Append("_log.txt");
+}
+
+// Moves the log file to the same name with ".old" appended.
+[[gnu::noinline]] void RotateLogFile() {
+  char command[256];
+  TextBuffer(command)
+      .Append("cp -f \"")
+      .Append(g_log_file)
+      .Append("\" \"")
+      .Append(g_log_file)
+      .Append(".old\"");
+  RunCommand(command);
+  TextBuffer(command).Append("rm -f \"").Append(g_log_file).Append('"');
+  RunCommand(command);
+}
+
+// Whether `added` more bytes bring the file to its size limit. The sum is taken as unsigned, an
+// absent file counting as -1 byte: nothing added to an absent file is beyond every limit.
+bool ReachesSizeLimit(std::size_t added) {
+  struct stat status = {};
+  const std::uint32_t size = stat(g_log_file, &status) == 0
+                                 ? static_cast<std::uint32_t>(status.st_size)
+                                 : static_cast<std::uint32_t>(-1);
+  const std::uint32_t limit = static_cast<std::uint32_t>(daemon_log_file_size_k) * 1024U;
+  return size + static_cast<std::uint32_t>(added) >= limit;
+}
+
+// Appends the message. The `kPrefixRoom` bytes before it are free for the uptime.
+void AppendToLogFile(char* message, std::size_t size) {
+  const FileDescriptor file(OpenFile(g_log_file, O_WRONLY | O_APPEND | O_CREAT));
+  if (!file.ok()) {
+    return;
+  }
+  if (g_at_line_start) {
+    char prefix[kPrefixRoom];
+    TextBuffer text(prefix);
+    text.AppendNumber(sys_uptime_seconds()).Append(": ");
+    message -= text.size();
+    size += text.size();
+    std::memcpy(message, prefix, text.size());
+  }
+  WriteAll(file, message, size);
+}
+
+void PrintToConsole(const char* message) {
+  if (g_at_line_start) {
+    msgPrintf("%s> %s", daemon_log_header, message);
+  } else {
+    msgPrintf("%s", message);
+  }
+}
+
+[[gnu::noinline]] KIOAPP_PRINTF(2, 0) void LogMessage(int level, const char* format,
+                                                      va_list arguments) {
+  // Prefix and message side by side, so that one write appends both.
+  char buffer[kPrefixRoom + kMessageSize];
+  char* const message = buffer + kPrefixRoom;
+  message[0] = '\0';
+  std::vsnprintf(message, kMessageSize, format, arguments);
+  const std::size_t size = strnlen(message, kMessageSize - 1);
+
+  if (g_log_file[0] == '\0') {
+    ChooseLogFile();
+  }
+  if (daemon_log_file_size_k > 0) {
+    if (ReachesSizeLimit(size)) {
+      RotateLogFile();
+    }
+    AppendToLogFile(message, size);
+  }
+  if (level == 0) {
+    PrintToConsole(message);
+  }
+  g_at_line_start = size > 0 && message[size - 1] == '\n';
+}
+
+}  // namespace
+}  // namespace kio::platform
+
+int logPrintf(int level, const char* format, ...) {
+  if (kio::platform::IsLogged(level)) {
+    va_list arguments;
+    va_start(arguments, format);
+    kio::platform::LogMessage(level, format, arguments);
+    va_end(arguments);
+  }
+  return 0;
+}
+
+int msgPrintf(const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  const int count = std::vprintf(format, arguments);
+  va_end(arguments);
+  return count;
+}
+
+int dbgPrintf(const char* /*format*/, ...) { return 0; }

@@ -1,0 +1,44 @@
+// Logging inside the library.
+#ifndef KIO_PLATFORM_LOG_H
+#define KIO_PLATFORM_LOG_H
+
+#include "kioapp/log.h"
+#include "kioapp/platform.h"
+
+namespace kio::platform {
+
+enum LogLevel : int { kLogFailure = 4, kLogEvent = 5, kLogAction = 6, kLogDetail = 7 };
+
+inline bool IsLogged(int level) { return daemon_log_level >= level; }
+
+}  // namespace kio::platform
+
+// Logs through logPrintf. A macro, so that a message that the level drops costs one comparison: its
+// arguments, the uptime among them, are not evaluated.
+// NOLINTNEXTLINE(cppcoreguidelines-macro-usage)
+#define KIO_LOG(level, ...)                             \
+  do {                                                  \
+    if (::kio::platform::IsLogged(level)) {             \
+      static_cast<void>(logPrintf(level, __VA_ARGS__)); \
+    }                                                   \
+  } while (false)
+
+namespace kio::platform {
+
+// Begins a line with the uptime, for a message that follows.
+inline void LogTime(int level) { KIO_LOG(level, "%ld:", sys_uptime_seconds()); }
+
+// Begins a line with the uptime and the name of the calling function, for a message that follows.
+inline void LogName(const char* function) {
+  KIO_LOG(kLogDetail, "%ld:%s]", sys_uptime_seconds(), function);
+}
+
+// Notes that a function was entered.
+inline void LogEntry(const char* function) {
+  LogName(function);
+  KIO_LOG(kLogDetail, "\n");
+}
+
+}  // namespace kio::platform
+
+#endif

@@ -1,0 +1,26 @@
+#include "platform/store.h"
+
+#include "kioapp/store.h"
+
+namespace kio::platform {
+
+StoreText::StoreText(const char* path) {
+  text_[0] = '\0';
+  xget_str(text_, "%s", path);
+  size_ = strnlen(text_, kScratchSize - 1);
+  text_[size_] = '\0';
+}
+
+void ReadStoreText(const char* path, char* field, std::size_t size) {
+  CopyText(field, size, StoreText(path).view());
+}
+
+int ReadStoreInt(const char* path) { return xget_int("%s", path); }
+
+void WriteStoreText(const char* path, const char* value) { xset_str(value, "%s", path); }
+
+void WriteStoreInt(const char* path, int value) { xset_int(value, "%s", path); }
+
+void DeleteStoreNode(const char* path) { xdel("%s", path); }
+
+}  // namespace kio::platform

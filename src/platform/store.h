@@ -1,0 +1,88 @@
+// The only way to the configuration store of the host.
+#ifndef KIO_PLATFORM_STORE_H
+#define KIO_PLATFORM_STORE_H
+
+#include <cstddef>
+
+#include "platform/text.h"
+
+namespace kio::platform {
+
+// The text of a node, read when the object is made; empty when the node is absent.
+//
+// The host is told no capacity and may leave the buffer as it was, so the scratch buffer is larger
+// than any field and emptied first. Nothing else calls `xget_str`.
+class StoreText {
+ public:
+  explicit StoreText(const char* path);
+  StoreText(const StoreText&) = delete;
+  StoreText& operator=(const StoreText&) = delete;
+
+  [[nodiscard]] const char* c_str() const { return text_; }
+  [[nodiscard]] TextView view() const { return {text_, size_}; }
+  [[nodiscard]] bool empty() const { return size_ == 0; }
+
+ private:
+  static constexpr std::size_t kScratchSize = 4096;
+
+  std::size_t size_;
+  char text_[kScratchSize];
+};
+
+// Reads the text of a node into a field, cut to the field's capacity and terminated.
+void ReadStoreText(const char* path, char* field, std::size_t size);
+template <std::size_t N>
+void ReadStoreText(const char* path, char (&field)[N]) {
+  ReadStoreText(path, field, N);
+}
+
+// Negative when the node is absent.
+int ReadStoreInt(const char* path);
+// The same with a value of the caller's for a negative one.
+inline int ReadStoreInt(const char* path, int absent) {
+  const int value = ReadStoreInt(path);
+  return value < 0 ? absent : value;
+}
+
+void WriteStoreText(const char* path, const char* value);
+void WriteStoreInt(const char* path, int value);
+void DeleteStoreNode(const char* path);
+
+// A node path of at most 127 characters, grown below a base that stays.
+//
+//     StorePath band("/lan/wireless", "2.4", ":1");
+//     ReadStoreInt(band.Node("/channel"));
+class StorePath {
+ public:
+  template <typename... Pieces>
+  explicit StorePath(Pieces... pieces) : buffer_(&text_[0], sizeof(text_)) {
+    (buffer_.Append(pieces), ...);
+    base_ = buffer_.size();
+  }
+  StorePath(const StorePath&) = delete;
+  StorePath& operator=(const StorePath&) = delete;
+
+  [[nodiscard]] const char* c_str() const { return text_; }
+
+  // The path of a node below the base, until the next call.
+  const char* Node(TextView suffix) {
+    buffer_.Truncate(base_);
+    buffer_.Append(suffix);
+    return text_;
+  }
+  // The path of a node below instance `number` of `name`, as in "/acrule:3/mac".
+  const char* Instance(TextView name, int number, TextView suffix = {}) {
+    buffer_.Truncate(base_);
+    buffer_.Append(name).Append(':').AppendNumber(number).Append(suffix);
+    return text_;
+  }
+
+ private:
+  char text_[128];
+  TextBuffer buffer_;  // over the text, so declared after it
+  std::size_t base_;
+};
+
+}  // namespace kio::platform
+
+#endif

@@ -1,0 +1,53 @@
+// Timer records, version texts and the size of a file.
+#include <sys/stat.h>
+
+#include <cstdlib>
+
+#include "kioapp/platform.h"
+#include "platform/log.h"
+
+namespace {
+
+// The pending list. The library only adds to it.
+KioTimer *g_pending_timers = nullptr;
+
+}  // namespace
+
+KioTimer *create_timer(unsigned int interval, void (*callback)(uintptr_t), uintptr_t arg,
+                       unsigned int user_a, unsigned int user_b) {
+  auto *timer = static_cast<KioTimer *>(std::calloc(1, sizeof(KioTimer)));
+  if (timer == nullptr) {
+    kio::platform::LogTime(kio::platform::kLogEvent);
+    KIO_LOG(kio::platform::kLogEvent, "create_timer fail !!!\n");
+    return nullptr;
+  }
+  timer->remaining = interval;
+  timer->interval = interval;
+  timer->user_b = user_b;
+  timer->arg = arg;
+  timer->user_a = user_a;
+  timer->callback = callback;
+  return timer;
+}
+
+void add_timer(KioTimer *timer) {
+  if (timer->remaining != 0) {
+    timer->next = g_pending_timers;
+    g_pending_timers = timer;
+  } else if (timer->callback != nullptr) {
+    timer->callback(timer->arg);
+  }
+}
+
+const char *starterLibVersion(void) { return "b1.2.3a"; }
+
+const char *rssSpecVersion(void) { return "1.1"; }
+
+unsigned int getFileSize(const char *path) {
+  constexpr unsigned int kUnknownSize = 0xFFFFFFFF;
+  struct stat status = {};
+  if (path == nullptr || stat(path, &status) != 0) {
+    return kUnknownSize;
+  }
+  return static_cast<unsigned int>(status.st_size);
+}

@@ -1,0 +1,37 @@
+// Keys of wireless networks.
+#include <cstring>
+
+#include "kioapp/validate.h"
+
+namespace {
+
+// Digits of lower case are refused on purpose.
+bool IsUpperHex(const char* text) {
+  for (; *text != '\0'; ++text) {
+    if (!(*text >= '0' && *text <= '9') && !(*text >= 'A' && *text <= 'F')) {
+      return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+int is_Valid_WpaPskKey(const char* key) {
+  constexpr std::size_t kShortestPhrase = 8;
+  constexpr std::size_t kHexDigits = 64;
+  const std::size_t length = std::strlen(key);
+  if (length < kShortestPhrase || length > kHexDigits) {
+    return 0;
+  }
+  return length < kHexDigits || IsUpperHex(key) ? 1 : 0;
+}
+
+int is_Valid_WepKey(const char* key, int n) {
+  if (n < 0) {
+    return 0;
+  }
+  const std::size_t length = std::strlen(key);
+  const auto expected = static_cast<std::size_t>(n);
+  return length == expected || (length == 2 * expected && IsUpperHex(key)) ? 1 : 0;
+}

@@ -1,0 +1,161 @@
+// Applying the verified record to the device.
+
+#include "kioapp/settings.h"
+#include "platform/log.h"
+#include "platform/store.h"
+#include "settings/apply_fields.h"
+#include "settings/field_tables.h"
+#include "settings/record.h"
+#include "settings/survey.h"
+
+namespace kio::settings {
+namespace {
+
+using platform::StorePath;
+
+void ClearRestartFlags() {
+  rssXmlData.deviceRestart = 0;
+  rssXmlData.upLink.restart = 0;
+  for (RssWlan& wlan : rssXmlData.wlan) {
+    wlan.restart = 0;
+  }
+  rssXmlData.wlanSurveyRestart = 0;
+  rssXmlData.roamingRestart = 0;
+  rssXmlData.safetyVyr.restart = 0;
+  rssXmlData.saveflag = 0;
+}
+
+// Returns false for a refused change, which is then reported.
+bool ApplyDevice() {
+  StorePath nodes("");
+  rssXmlData.deviceRestart |=
+      static_cast<unsigned char>(ApplyFields(kDeviceFields, Group::kBasic, &rssXmlData, nodes));
+  const Field& row = RowOf(kDeviceFields, "RouterEnbl");
+  if (!ApplySwitch(rssXmlData.routerEnbl, nodes.Node(row.node), 3, rssXmlData.deviceRestart)) {
+    write_RssXml_VerifyError(rssXmlData.devicePath, row.element.data());
+    return false;
+  }
+  return true;
+}
+
+int ApplyHardwareSection() {
+  RssUpLink& uplink = rssXmlData.upLink;
+  StorePath dsl("/uplink/dsl");
+  switch (uplink.hardwareTypeCode) {
+    case kHardwareAdsl:
+    case kHardwareVdsl:
+      return ApplyFields(kIspFields, Group::kProvider, &uplink.dsl, dsl);
+    case kHardwareApn: {
+      StorePath apn("/uplink/apn");
+      return ApplyFields(kIspFields, Group::kProvider, &uplink.apn, apn);
+    }
+    case kHardwareDsl:
+      return IsVersion10() ? ApplyFields(kCircuitFields, Group::kCircuit, &uplink.dsl, dsl) : 0;
+    default: {
+      StorePath site("/uplink/extendersite");
+      return HasSiteUplink() ? ApplyFields(kSiteFields, Group::kDetail, &uplink.extenderSite, site)
+                             : 0;
+    }
+  }
+}
+
+void ApplyUplink() {
+  RssUpLink& uplink = rssXmlData.upLink;
+  if (uplink.configurable == 0) {
+    return;
+  }
+  StorePath nodes("/uplink");
+  const Field& hardware = RowOf(kUplinkFields, "HardwareType");
+  if (!IsVersion10()) {
+    uplink.restart |= ApplyField(hardware, &uplink, nodes.Node(hardware.node));
+  }
+  const Field& connection = RowOf(kUplinkFields, "ConnType");
+  uplink.restart |= ApplyField(connection, &uplink, nodes.Node(connection.node));
+  if (uplink.connTypeCode == kConnPppoe || uplink.connTypeCode == kConnPppoa) {
+    uplink.restart |= ApplyFields(kUplinkFields, Group::kLogin, &uplink, nodes);
+  } else if (uplink.connTypeCode == kConnStatic) {
+    uplink.restart |= ApplyFields(kUplinkFields, Group::kAddress, &uplink, nodes);
+  }
+  uplink.restart |= ApplyHardwareSection();
+}
+
+void ApplyRoaming() {
+  if (!IsVersion10() && rssXmlData.easyRoamingFeature != 0) {
+    StorePath nodes("");
+    rssXmlData.deviceRestart |=
+        static_cast<unsigned char>(ApplyFields(kDeviceFields, Group::kDetail, &rssXmlData, nodes));
+  }
+}
+
+void ApplySafety() {
+  RssSafetyVyr& safety = rssXmlData.safetyVyr;
+  if (rssXmlData.safetyVyrFeature != 0 && rssXmlData.apCloningOnly == 0) {
+    StorePath nodes("/safetyvyr");
+    safety.restart |= ApplyFields(kSafetyFields, Group::kBasic, &safety, nodes);
+  }
+}
+
+// A changed device no longer holds its factory settings.
+void ApplySaveFlag() {
+  const int changed = rssXmlData.deviceRestart | rssXmlData.upLink.restart |
+                      rssXmlData.wlan[0].restart | rssXmlData.wlan[1].restart |
+                      rssXmlData.roamingRestart | rssXmlData.safetyVyr.restart;
+  rssXmlData.saveflag = static_cast<unsigned char>(changed);
+  if (rssXmlData.saveflag != 0) {
+    platform::WriteStoreInt("/sys/factorydefault", 0);
+  }
+}
+
+// Returns false for a refused change, which is then reported.
+bool ApplyRecord() {
+  if (rssXmlData.apCloningOnly == 0) {
+    if (rssXmlData.upLink.extenderSite.survey != 0 && HasSiteUplink()) {
+      // Nothing else is applied together with a site survey.
+      rssXmlData.wlanSurveyRestart = static_cast<int>(RequestSiteSurvey());
+      return true;
+    }
+    if (!ApplyDevice()) {
+      return false;
+    }
+    ApplyUplink();
+  }
+  ApplyRoaming();
+  if (!ApplyRadios()) {
+    return false;
+  }
+  ApplySafety();
+  ApplySaveFlag();
+  return true;
+}
+
+}  // namespace
+
+bool RequestSiteSurvey() {
+  if (platform::ReadStoreInt(kSurveyNode) == 1) {
+    return false;
+  }
+  platform::WriteStoreInt(kSurveyNode, 1);
+  StorePath cloned(kClonedSiteNode);
+  if (!platform::StoreText(cloned.Node("/wirelesstype")).empty()) {
+    platform::DeleteStoreNode(kClonedSiteNode);
+  }
+  return true;
+}
+
+}  // namespace kio::settings
+
+int Apply_RssXmlToDevice(void) {
+  kio::platform::LogEntry("Apply_RssXmlToDevice");
+  kio::settings::ClearRestartFlags();
+  if (rssXmlData.configurable == 0) {
+    return 1;
+  }
+  if (!kio::settings::ApplyRecord()) {
+    return 0;
+  }
+  KIO_LOG(kio::platform::kLogAction,
+          "done,ret=1,Restart:wlan2.4=%d,wlan5=%d,uplink=%d,survey=%d,roaming=%d\n",
+          rssXmlData.wlan[0].restart, rssXmlData.wlan[1].restart, rssXmlData.upLink.restart,
+          rssXmlData.wlanSurveyRestart, rssXmlData.roamingRestart);
+  return 1;
+}

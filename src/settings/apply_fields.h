@@ -1,0 +1,57 @@
+// Writing fields of the record into the store where they differ.
+#ifndef KIO_SETTINGS_APPLY_FIELDS_H
+#define KIO_SETTINGS_APPLY_FIELDS_H
+
+#include <cstddef>
+
+#include "kioapp/xml.h"
+#include "platform/store.h"
+#include "settings/field.h"
+
+namespace kio::settings {
+
+// Writes one field to `path` if the node differs. Returns 1 if it did, else 0.
+inline int ApplyField(const Field& field, void* section, const char* path) {
+  return field.member.type == Member::Type::kText
+             ? StrCmpWithXStr(TextOf(section, field.member), path, 0)
+             : IntCmpWithXStr(IntOf(section, field.member), path, 0);
+}
+
+// Writes those fields of a group that are written wherever they differ, in their order. Returns 1
+// if any node did differ, else 0.
+template <std::size_t N>
+int ApplyFields(const Field (&table)[N], Group group, void* section, platform::StorePath& nodes) {
+  int changed = 0;
+  for (const Field& field : table) {
+    if (field.group == group && field.write == Write::kIfDifferent) {
+      changed |= ApplyField(field, section, nodes.Node(field.node));
+    }
+  }
+  return changed;
+}
+
+// Sets a switch to `value`, 0 or 1, unless the stored value is one that locks it: 2 to
+// `highest_lock`. Sets `changed` to 1 if the node was written. Returns false if the switch is
+// locked or the value too large; the store is then as before.
+template <typename Flag>
+bool ApplySwitch(int value, const char* path, int highest_lock, Flag& changed) {
+  const int stored = platform::ReadStoreInt(path);
+  if (stored == value) {
+    return true;
+  }
+  if (stored >= 2 && stored <= highest_lock) {
+    return false;
+  }
+  int too_large = 0;
+  if (IntMaxCmpWithXStr(value, path, 0, 1, &too_large) != 0) {
+    changed = 1;
+  }
+  return too_large == 0;
+}
+
+// Writes what differs of the radios. Returns false for a refused change, which is then reported.
+bool ApplyRadios();
+
+}  // namespace kio::settings
+
+#endif

@@ -1,0 +1,211 @@
+// Applying radios.
+
+#include "kioapp/settings.h"
+#include "platform/store.h"
+#include "settings/apply_fields.h"
+#include "settings/field_tables.h"
+#include "settings/record.h"
+
+namespace kio::settings {
+namespace {
+
+using platform::ReadStoreInt;
+using platform::StorePath;
+using platform::WriteStoreInt;
+
+constexpr const Field& kEnableRow = RowOf(kWlanFields, "WlEnbl");
+constexpr const Field& kScheduleRow = RowOf(kWlanFields, "WlSchedule");
+constexpr const Field& kTypeRow = RowOf(kWlanFields, "EncryptionType");
+constexpr const Field& kChannelRow = RowOf(kWlanFields, "Channel");
+constexpr const Field& kAccessSwitchRow = RowOf(kAccessFields, "WlAcEnbl");
+constexpr const Field& kAccessModeRow = RowOf(kAccessFields, "WlAcMode");
+
+// What becomes of the radios after one step of one of them.
+enum class Step {
+  kNext,     // go on with the next step
+  kRefused,  // reported; the exchange ends
+  kStop,     // neither this radio nor a later one gets anything more
+};
+
+// One radio and its nodes.
+struct Radio {
+  int number;
+  RssWlan& wlan;
+  StorePath& nodes;
+};
+
+Step Refused(const char* path, const Field& field) {
+  write_RssXml_VerifyError(path, field.element.data());
+  return Step::kRefused;
+}
+
+bool IsCloning() { return rssXmlData.apCloningOnly != 0; }
+
+Step ApplyClonedEnable(const Radio& radio, const char* path) {
+  RssWlan& wlan = radio.wlan;
+  const int stored = ReadStoreInt(path);
+  if (stored == wlan.wlEnbl) {
+    return Step::kNext;
+  }
+  if (stored == 2 || stored == 3 || wlan.wlEnbl == 2) {
+    return Step::kStop;
+  }
+  if (wlan.wlEnbl == 3) {
+    wlan.wlEnbl = 1;
+  }
+  wlan.restart |= ApplyField(kEnableRow, &wlan, path);
+  return Step::kNext;
+}
+
+void ApplyClonedSchedule(const Radio& radio, const char* path) {
+  RssWlan& wlan = radio.wlan;
+  const int stored = ReadStoreInt(path);
+  if (stored == wlan.wlSchedule || stored == 2) {
+    return;
+  }
+  if (wlan.wlSchedule == 2) {
+    wlan.wlSchedule = 0;
+  }
+  wlan.restart |= ApplyField(kScheduleRow, &wlan, path);
+}
+
+Step ApplySwitches(const Radio& radio) {
+  RssWlan& wlan = radio.wlan;
+  if (IsCloning()) {
+    const Step step = ApplyClonedEnable(radio, radio.nodes.Node(kEnableRow.node));
+    if (step == Step::kNext) {
+      ApplyClonedSchedule(radio, radio.nodes.Node(kScheduleRow.node));
+    }
+    return step;
+  }
+  if (!ApplySwitch(wlan.wlEnbl, radio.nodes.Node(kEnableRow.node), 3, wlan.restart)) {
+    return Refused(wlan.path, kEnableRow);
+  }
+  if (!ApplySwitch(wlan.wlSchedule, radio.nodes.Node(kScheduleRow.node), 2, wlan.restart)) {
+    return Refused(wlan.path, kScheduleRow);
+  }
+  return Step::kNext;
+}
+
+// Name and encryption. The channel comes later, behind the reading of the stored access control.
+void ApplyNetwork(const Radio& radio) {
+  for (const Field& field : kWlanFields) {
+    if (field.write != Write::kIfDifferent || &field == &kChannelRow) {
+      continue;
+    }
+    const char* const path = radio.nodes.Node(field.node);
+    // Version 1.0 has no encryption type of its own.
+    radio.wlan.restart |= &field == &kTypeRow && IsVersion10()
+                              ? StrCmpWithXStr(WlanEncrypTypeArray[kTypeAuto], path, 0)
+                              : ApplyField(field, &radio.wlan, path);
+  }
+}
+
+void ApplyRules(RssWlan& wlan, StorePath& access) {
+  const int stored = ReadStoreInt(access.Node("/acrule#"));
+  for (int i = 0; i < HeldRules(wlan); ++i) {
+    StorePath rule(access.Instance("/acrule", i + 1));
+    wlan.restart |= ApplyFields(kRuleFields, Group::kBasic, &wlan.acRule[i], rule);
+  }
+  for (int number = stored; number > wlan.wlAcRuleNo && number > 0; --number) {
+    platform::DeleteStoreNode(access.Instance("/acrule", number));
+    wlan.restart = 1;
+  }
+}
+
+Step ApplyAccessSwitch(RssWlan& wlan, int stored, StorePath& access, bool& stays) {
+  if (stored == wlan.wlAcEnbl) {
+    return Step::kNext;
+  }
+  if (stored == 2) {
+    stays = IsCloning();
+    return stays ? Step::kNext : Refused(wlan.accessControlPath, kAccessSwitchRow);
+  }
+  if (IsCloning() && wlan.wlAcEnbl == 2) {
+    wlan.wlAcEnbl = 0;
+  }
+  wlan.restart = 1;
+  WriteStoreInt(access.Node(kAccessSwitchRow.node), wlan.wlAcEnbl);
+  return Step::kNext;
+}
+
+Step ApplyAccessControl(const Radio& radio) {
+  RssWlan& wlan = radio.wlan;
+  RadioPath access(radio.number, "/accesscontrol");
+  const int stored_switch =
+      ReadStoreInt(access.Node(kAccessSwitchRow.node), kAccessSwitchRow.absent);
+  const int stored_mode = ReadStoreInt(access.Node(kAccessModeRow.node), kAccessModeRow.absent);
+  wlan.restart |= ApplyField(kChannelRow, &wlan, radio.nodes.Node(kChannelRow.node));
+  bool stays = false;
+  const Step step = ApplyAccessSwitch(wlan, stored_switch, access, stays);
+  if (step != Step::kNext || stays || wlan.wlAcEnbl != 1) {
+    return step;
+  }
+  if (wlan.wlAcMode != stored_mode) {
+    wlan.restart = 1;
+  }
+  // Quirk "access-mode-always-written": whether or not it differs.
+  WriteStoreInt(access.Node(kAccessModeRow.node), wlan.wlAcMode);
+  ApplyRules(wlan, access);
+  return Step::kNext;
+}
+
+// A cloned radio becomes the upstream network of a device with a wireless uplink.
+void ApplyClonedSite(const Radio& radio) {
+  RssUpLink& uplink = rssXmlData.upLink;
+  RssWlan& wlan = radio.wlan;
+  const char* const word = RadioWord(radio.number);
+  StorePath site("/uplink/extendersite");
+  uplink.restart |=
+      StrCmpWithXStr(wlan.wirelessBssid, site.Node(RowOf(kSiteFields, "ConnRefSiteBSSID").node), 0);
+  uplink.restart |= StrCmpWithXStr(word, site.Node(RowOf(kSiteFields, "WirelessType").node), 0);
+  uplink.extenderSite.wirelessTypeCode = radio.number;
+  uplink.restart |=
+      StrCmpWithXStr(wlan.wirelessName, site.Node(RowOf(kSiteFields, "WirelessName").node), 0);
+  uplink.restart |=
+      StrCmpWithXStr(wlan.encryptionKey, site.Node(RowOf(kSiteFields, "EncryptionKey").node), 0);
+  StorePath cloned(kClonedSiteNode);
+  platform::WriteStoreText(cloned.Node("/wirelesstype"), word);
+  for (const Field& field : kWlanFields) {
+    if (field.group != Group::kDeviceOnly && field.member.type == Member::Type::kText) {
+      platform::WriteStoreText(cloned.Node(field.node), TextOf(&wlan, field.member));
+    }
+  }
+}
+
+Step ApplyRadio(const Radio& radio) {
+  const Step step = ApplySwitches(radio);
+  if (step != Step::kNext) {
+    return step;
+  }
+  ApplyNetwork(radio);
+  if (!IsVersion10()) {
+    const Step access_step = ApplyAccessControl(radio);
+    if (access_step != Step::kNext) {
+      return access_step;
+    }
+  }
+  if (IsCloning() && rssXmlData.upLink.hardwareTypeCode == kHardwareWireless) {
+    ApplyClonedSite(radio);
+  }
+  return Step::kNext;
+}
+
+}  // namespace
+
+bool ApplyRadios() {
+  for (int number = 0; number < kRadioCount; ++number) {
+    RssWlan& wlan = rssXmlData.wlan[number];
+    if (!RadioExists(number) || wlan.configurable == 0) {
+      continue;
+    }
+    RadioPath nodes(number);
+    const Step step = ApplyRadio({number, wlan, nodes});
+    if (step != Step::kNext) {
+      return step == Step::kStop;
+    }
+  }
+  return true;
+}
+
+}  // namespace kio::settings

@@ -1,0 +1,57 @@
+// Finding elements by their tags in the raw text.
+#ifndef KIO_SETTINGS_FIND_ELEMENT_H
+#define KIO_SETTINGS_FIND_ELEMENT_H
+
+#include <cstddef>
+
+#include "platform/text.h"
+#include "settings/scan.h"
+
+namespace kio::settings {
+
+// A stretch of a document to search in: mostly the content of an element.
+struct Block {
+  char* text = nullptr;
+  // In characters; 0 or less means up to the end of the text, so that the block of an empty element
+  // covers all that follows it.
+  int length = 0;
+  // Where the text is known to end; null when its terminator has to be looked for.
+  const char* text_end = nullptr;
+
+  [[nodiscard]] SearchText Search() const;
+  // The same block from `position` on.
+  [[nodiscard]] Block From(char* position) const;
+};
+
+// What a search for an element found.
+struct Element {
+  char* tag = nullptr;  // the opening tag, or the tag of an empty element
+  Block content;        // null text when the closing tag is missing; the tag itself, with length 0,
+                        // for an empty element
+
+  [[nodiscard]] bool has_tag() const { return tag != nullptr; }
+  [[nodiscard]] bool is_complete() const { return content.text != nullptr; }
+};
+
+// Finds the first element `key` of a block: <key>...</key> before <key/>, and that before <key />,
+// wherever they lie. Tags are compared ignoring case, their first 127 characters alone.
+Element FindElement(const Block& block, platform::TextView key);
+
+// The opening tag alone, or null.
+char* FindTag(const Block& block, platform::TextView key);
+
+// Finds a required block and appends its name to the parent's path in `path` (128 bytes). A missing
+// one is reported to the lost-key hook and gives a null text; `path` is then left as it was.
+Block FindRequiredBlock(const char* parent_path, const Block& block, platform::TextView key,
+                        char (&path)[128]);
+
+// The same for an element that was found, or not found, already.
+Block TakeRequiredBlock(const char* parent_path, const Element& element, platform::TextView key,
+                        char (&path)[128]);
+
+// Sets `path` to "parent/key", or to "key" without a parent.
+void JoinPath(char (&path)[128], const char* parent, platform::TextView key);
+
+}  // namespace kio::settings
+
+#endif

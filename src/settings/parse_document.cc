@@ -1,0 +1,201 @@
+// One settings exchange, from the document to the result document.
+
+#include "kioapp/settings.h"
+#include "kioapp/xml.h"
+#include "platform/log.h"
+#include "settings/field_tables.h"
+#include "settings/parse_fields.h"
+#include "settings/xml_values.h"
+
+namespace kio::settings {
+namespace {
+
+using platform::kLogAction;
+using platform::kLogDetail;
+using platform::kLogFailure;
+
+// Actions that were pending when the library was loaded belong to no exchange of this process.
+bool g_first_parse = true;
+
+// What a step of the exchange leads to.
+enum class Progress {
+  kFailed,    // reported
+  kGoOn,      // read the next section
+  kToVerify,  // nothing more is to be read
+};
+
+// The document's root, with the text cut at its end.
+Block FindRoot(char* text) {
+  LogSection("do_RssRoot_Parser", nullptr);
+  if (text == nullptr) {
+    return {};
+  }
+  const Element root = FindElement({text, 0, nullptr}, "root");
+  if (!root.is_complete()) {
+    return {};
+  }
+  char* const end = root.content.text + root.content.length;
+  *end = '\0';
+  return {root.content.text, root.content.length, end};
+}
+
+bool VersionMatches(const Block& root) {
+  RssSpecVersion version = {};
+  if (do_XmlSpecVersion_Parser(nullptr, root.text, root.length, &version, "specVersion") == 0) {
+    return false;
+  }
+  platform::CopyText(rssXmlData.specName, "specVersion");
+  if (version.combined != rssXmlData.specVer) {
+    KIO_LOG(kLogFailure, "Wrong Spec Version! Device=%d.%d, XML=%d.%d\n", rssXmlData.specMajor,
+            rssXmlData.specMinor, version.major, version.minor);
+    write_RssXml_ResultXml(KIOAPP_RESULT_VERSION_MISMATCH, "", 0);
+    return false;
+  }
+  return true;
+}
+
+// What is left out when settings of another access point are read: the device itself and its
+// uplink.
+Progress ParseOwnSettings(const Block& device, const char* path) {
+  if (IsLeftAlone(device)) {
+    rssXmlData.configurable = 0;
+    return Progress::kToVerify;
+  }
+  if (!ParseFields(kDeviceFields, Group::kBasic, device, path, &rssXmlData)) {
+    return Progress::kFailed;
+  }
+  if (rssXmlData.upLink.configurable != 0 && !ParseUplink(path, device)) {
+    return Progress::kFailed;
+  }
+  if (IsVersion10()) {
+    if (!ParseRequiredField(RowOf(kDeviceFields, "ExtenderEnbl"), device, path, &rssXmlData)) {
+      return Progress::kFailed;
+    }
+    if (IsExtender10() && !ParseSite(path, device, rssXmlData.upLink.extenderSite)) {
+      return Progress::kFailed;
+    }
+  }
+  return Progress::kGoOn;
+}
+
+bool ParseRoaming(const Block& device, const char* path) {
+  if (IsVersion10() || rssXmlData.easyRoamingFeature == 0) {
+    return true;
+  }
+  const Field& row = RowOf(kDeviceFields, "EasyRoaming");
+  if (rssXmlData.apCloningOnly != 0) {
+    // Quirk "cloning-without-roaming-clears-it": without the element the text becomes empty.
+    ParseField(row, device, &rssXmlData);
+    return true;
+  }
+  return ParseRequiredField(row, device, path, &rssXmlData);
+}
+
+bool ParseSafety(const Block& device, const char* path) {
+  RssSafetyVyr& safety = rssXmlData.safetyVyr;
+  LogSection("do_RssSafetyVyr_Parser", path);
+  const Block block = FindRequiredBlock(path, device, "SafetyVyr", safety.path);
+  return block.text != nullptr &&
+         ParseFields(kSafetyFields, Group::kBasic, block, safety.path, &safety);
+}
+
+bool ParseRadiosAndSafety(const Block& device, const char* path) {
+  for (int radio = 0; radio < kRadioCount; ++radio) {
+    if (RadioExists(radio) && !ParseRadio(path, device, radio)) {
+      return false;
+    }
+  }
+  return rssXmlData.safetyVyrFeature == 0 || ParseSafety(device, path);
+}
+
+bool ParseDevice(const Block& root) {
+  LogSection("do_RssDevice_Parser", nullptr);
+  char path[128];
+  const Block device = FindRequiredBlock(nullptr, root, "Device", path);
+  if (device.text == nullptr) {
+    return false;
+  }
+  if (rssXmlData.apCloningOnly == 0) {
+    const Progress progress = ParseOwnSettings(device, path);
+    // Quirk "uplink-has-two-names": missing elements of the uplink's sections were reported below
+    // "UpLinkConnection"; faulty values are reported below "Uplink", as its own are.
+    SetUplinkPaths();
+    if (progress != Progress::kGoOn) {
+      return progress == Progress::kToVerify;
+    }
+  }
+  return ParseRoaming(device, path) && ParseRadiosAndSafety(device, path);
+}
+
+int VerifyAndApply() {
+  if (Verify_RssXml() == 0) {
+    return 0;
+  }
+  const int applied = Apply_RssXmlToDevice();
+  if (applied != 0) {
+    calc_RssExeFlag();
+    write_RssXml_ResultXml(KIOAPP_RESULT_APPLIED, "", rssXmlData.exeWaitSec);
+  }
+  return applied;
+}
+
+int RunExchange(char* text) {
+  const Block root = FindRoot(text);
+  if (root.text == nullptr) {
+    return 0;
+  }
+  if (g_first_parse) {
+    g_first_parse = false;
+    rssXmlData.pre_exeflag = 0;
+  }
+  restore_XmlRssStatus(0);
+  if (!VersionMatches(root) || (rssXmlData.configurable == 1 && !ParseDevice(root))) {
+    return 0;
+  }
+  return VerifyAndApply();
+}
+
+}  // namespace
+}  // namespace kio::settings
+
+int do_XmlSpecVersion_Parser(const char* parentPath, char* block, int len, RssSpecVersion* out,
+                             const char* key) {
+  using kio::settings::Block;
+  char path[128];
+  const Block version =
+      kio::settings::FindRequiredBlock(parentPath, Block{block, len, nullptr}, key, path);
+  if (version.text == nullptr) {
+    return 0;
+  }
+  kio::platform::CopyText(out->path, path);
+  if (GetXmlKeyIntValue(version.text, version.length, path, "major", &out->major) == 0 ||
+      GetXmlKeyIntValue(version.text, version.length, path, "minor", &out->minor) == 0) {
+    return 0;
+  }
+  out->combined = kio::settings::CombinedVersion(out->major, out->minor);
+  return 1;
+}
+
+int do_RssXml_Parser_(char* text) {
+  using kio::platform::kLogAction;
+  using kio::platform::kLogDetail;
+  kio::platform::LogEntry("do_RssXml_Parser_");
+  KIO_LOG(kLogAction,
+          "---- Received Rss XML Data Begin ----\n%s\n---- Received Rss XML Data End ----\n",
+          text != nullptr ? text : "");
+  XmlErrMsg_LostKey = write_RssXml_LostKeyError;
+  const int result = kio::settings::RunExchange(text);
+  dump_RssXmlData();
+  KIO_LOG(kLogDetail, "done, ret=%d\n", result);
+  return result;
+}
+
+int do_RssXml_Parser(char* text) {
+  rssXmlData.apCloningOnly = 0;
+  return do_RssXml_Parser_(text);
+}
+
+int do_RssXml_Parser_for_ApCloning(char* text) {
+  rssXmlData.apCloningOnly = 1;
+  return do_RssXml_Parser_(text);
+}

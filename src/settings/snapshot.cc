@@ -1,0 +1,187 @@
+// Filling the record from the store.
+
+#include "kioapp/settings.h"
+#include "kioapp/text.h"
+#include "kioapp/xml.h"
+#include "platform/log.h"
+#include "platform/store.h"
+#include "platform/xml_coding.h"
+#include "settings/field_tables.h"
+#include "settings/find_element.h"
+#include "settings/record.h"
+
+namespace kio::settings {
+namespace {
+
+using platform::ReadStoreInt;
+using platform::StorePath;
+using platform::StoreText;
+using platform::TextView;
+
+void SetFlag(void* section, const Member& member, bool flag) {
+  if (member.type == Member::Type::kByte) {
+    ByteOf(section, member) = static_cast<unsigned char>(flag);
+  } else {
+    IntOf(section, member) = static_cast<int>(flag);
+  }
+}
+
+unsigned char CloningLevel(int node) {
+  const auto level = static_cast<unsigned char>(node);
+  return level < 3 ? level : 0;
+}
+
+void LoadText(const Field& field, void* section, const char* path) {
+  char* const text = TextOf(section, field.member);
+  const StoreText stored(path);
+  if (field.load == Load::kRule) {
+    // As many characters are decoded as the member has bytes; what they give beyond it is cut.
+    char rule[128];
+    const std::size_t limit = std::min(sizeof(rule), stored.view().size());
+    const std::size_t size = platform::DecodeXml(rule, stored.view(), limit);
+    platform::CopyText(text, field.member.size, TextView(rule, size));
+    return;
+  }
+  platform::CopyText(text, field.member.size, stored.view());
+  if (field.load == Load::kTrimmed) {
+    trim(text);
+  }
+  if (field.words != nullptr) {
+    IntOf(section, field.code) = SearchKeyArray(text, field.words);
+  }
+}
+
+void LoadField(const Field& field, void* section, const char* path) {
+  switch (field.load) {
+    case Load::kNever:
+      break;
+    case Load::kInteger:
+      IntOf(section, field.member) = ReadStoreInt(path, field.absent);
+      break;
+    case Load::kIsOne:
+      SetFlag(section, field.member, StrCmpWithXStr("1", path, 1) == 0);
+      break;
+    case Load::kIsNotZero:
+      SetFlag(section, field.member, StrCmpWithXStr("0", path, 1) != 0);
+      break;
+    case Load::kCloningLevel:
+      ByteOf(section, field.member) = CloningLevel(ReadStoreInt(path));
+      break;
+    case Load::kText:
+    case Load::kTrimmed:
+    case Load::kRule:
+      LoadText(field, section, path);
+      break;
+  }
+}
+
+// Fills the fields of a table that such a snapshot holds.
+template <std::size_t N>
+void LoadFields(const Field (&table)[N], Snapshot snapshot, void* section, StorePath& nodes) {
+  for (const Field& field : table) {
+    if (field.load != Load::kNever && field.snapshot == snapshot) {
+      LoadField(field, section, nodes.Node(field.node));
+    }
+  }
+}
+
+void LoadFeatures(StorePath& nodes) {
+  for (const Field& field : kFeatureFields) {
+    if (IsIn(field.versions, IsVersion10())) {
+      LoadField(field, &rssXmlData, nodes.Node(field.node));
+    } else {
+      ByteOf(&rssXmlData, field.member) = 0;
+    }
+  }
+}
+
+void LoadAccessControl(int radio) {
+  RssWlan& wlan = rssXmlData.wlan[radio];
+  JoinPath(wlan.accessControlPath, wlan.path, "AccessControl");
+  RadioPath nodes(radio, "/accesscontrol");
+  LoadFields(kAccessFields, Snapshot::kFullOnly, &wlan, nodes);
+  // Quirk "rule-count-below-configurable": the number of rules is looked for below the radio's
+  // configurable node, where there normally is none.
+  wlan.wlAcRuleNo = ReadStoreInt(RadioPath(radio, "/configurable/acrule#").c_str());
+  if (wlan.wlAcRuleNo < 0) {
+    wlan.wlAcMode = 0;
+  }
+  // Quirk "rules-filled-from-one": rule 1 of the store goes to entry 1; entry 0 is left alone, and
+  // the last entry is the last one filled.
+  for (int number = 1; number <= wlan.wlAcRuleNo && number < kRuleCapacity; ++number) {
+    RssAcRule& rule = wlan.acRule[number];
+    JoinPath(rule.path, wlan.accessControlPath, "AcRule");
+    StorePath rule_nodes(nodes.Instance("/acrule", number));
+    LoadFields(kRuleFields, Snapshot::kFullOnly, &rule, rule_nodes);
+  }
+}
+
+void LoadRadio(int radio, bool full) {
+  RssWlan& wlan = rssXmlData.wlan[radio];
+  platform::TextBuffer path(wlan.path);
+  path.Append(rssXmlData.devicePath).Append("/Wireless").Append(RadioWord(radio));
+  RadioPath nodes(radio);
+  const auto state =
+      static_cast<signed char>(ReadStoreInt(nodes.Node(RowOf(kWlanFields, "WlEnbl").node)));
+  const bool exists = state == 0 || state == 1 || state == 3;
+  (radio == 0 ? rssXmlData.wlan24Feature : rssXmlData.wlan5Feature) =
+      static_cast<unsigned char>(exists);
+  wlan.configurable = exists ? StrCmpWithXStr("0", nodes.Node("/configurable"), 1) : 0;
+  if (!exists && !full) {
+    return;
+  }
+  LoadFields(kWlanFields, Snapshot::kEvery, &wlan, nodes);
+  if (full) {
+    LoadFields(kWlanFields, Snapshot::kFullOnly, &wlan, nodes);
+    LoadAccessControl(radio);
+  }
+}
+
+void LoadUplink(bool full) {
+  RssUpLink& uplink = rssXmlData.upLink;
+  JoinPath(uplink.path, rssXmlData.devicePath, "Uplink");
+  StorePath nodes("/uplink");
+  LoadFields(kUplinkFields, Snapshot::kEvery, &uplink, nodes);
+  LoadFields(kUplinkRules, Snapshot::kEvery, &rssXmlData, nodes);
+  if (!full) {
+    return;
+  }
+  LoadFields(kUplinkFields, Snapshot::kFullOnly, &uplink, nodes);
+  SetUplinkPaths();
+  StorePath dsl_nodes("/uplink/dsl");
+  LoadFields(kIspFields, Snapshot::kFullOnly, &uplink.dsl, dsl_nodes);
+  StorePath apn_nodes("/uplink/apn");
+  LoadFields(kIspFields, Snapshot::kFullOnly, &uplink.apn, apn_nodes);
+  StorePath site_nodes("/uplink/extendersite");
+  LoadFields(kSiteFields, Snapshot::kFullOnly, &uplink.extenderSite, site_nodes);
+}
+
+void LoadRecord(bool full) {
+  StorePath nodes("");
+  LoadFields(kVersionFields, Snapshot::kEvery, &rssXmlData, nodes);
+  rssXmlData.specVer = CombinedVersion(rssXmlData.specMajor, rssXmlData.specMinor);
+  LoadFeatures(nodes);
+  platform::CopyText(rssXmlData.devicePath, "Device");
+  for (int radio = 0; radio < kRadioCount; ++radio) {
+    LoadRadio(radio, full);
+  }
+  LoadFields(kDeviceFields, Snapshot::kEvery, &rssXmlData, nodes);
+  if (full) {
+    LoadFields(kDeviceFields, Snapshot::kFullOnly, &rssXmlData, nodes);
+  }
+  LoadFields(kDeviceRules, Snapshot::kEvery, &rssXmlData, nodes);
+  LoadUplink(full);
+  if (full) {
+    JoinPath(rssXmlData.safetyVyr.path, rssXmlData.devicePath, "SafetyVyr");
+    StorePath safety_nodes("/safetyvyr");
+    LoadFields(kSafetyFields, Snapshot::kFullOnly, &rssXmlData.safetyVyr, safety_nodes);
+  }
+}
+
+}  // namespace
+}  // namespace kio::settings
+
+void restore_XmlRssStatus(int full) {
+  kio::platform::LogEntry("restore_XmlRssStatus");
+  kio::settings::LoadRecord(full != 0);
+}

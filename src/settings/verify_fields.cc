@@ -1,0 +1,84 @@
+#include "settings/verify_fields.h"
+
+#include <cerrno>
+
+#include "kioapp/settings.h"
+#include "kioapp/text.h"
+#include "kioapp/validate.h"
+
+namespace kio::settings {
+namespace {
+
+constexpr const char* kDefaultNameServer = "8.8.8.8";
+
+constexpr int Judged(bool valid) {
+  return valid ? KIOAPP_RESULT_APPLIED : KIOAPP_RESULT_INVALID_VALUE;
+}
+
+// The key of an upstream network; without one the network is open.
+bool IsSiteKey(const char* key) {
+  return key[0] == '\0' || is_Valid_WpaPskKey(key) != 0 || is_Valid_WepKey(key, 5) != 0 ||
+         is_Valid_WepKey(key, 13) != 0;
+}
+
+int CheckText(const Field& field, const Checked& checked) {
+  char* const text = trim(TextOf(checked.section, field.member));
+  switch (field.check) {
+    case Check::kFilled:
+      return Judged(text[0] != '\0');
+    case Check::kRule:
+      return CheckRule(text, TextOf(checked.rules, field.rule));
+    case Check::kHostAddress:
+      return Judged(is_Valid_IP(text) != 0);
+    case Check::kNetmask:
+      return Judged(is_Valid_Netmask(text) != 0);
+    case Check::kNameServer:
+      if (text[0] == '\0') {
+        platform::CopyText(text, field.member.size, kDefaultNameServer);
+      }
+      return Judged(is_Valid_IP(text) != 0);
+    case Check::kSiteKey:
+      return IsSiteKey(text) ? CheckRule(text, TextOf(checked.rules, field.rule))
+                             : KIOAPP_RESULT_INVALID_VALUE;
+    case Check::kEncryptionType:
+      return CheckEncryptionType(*static_cast<RssWlan*>(checked.section));
+    case Check::kRadioKey:
+      return CheckRadioKey(*static_cast<RssWlan*>(checked.section));
+    case Check::kChannel:
+      return CheckChannel(*static_cast<RssWlan*>(checked.section));
+    default:
+      return KIOAPP_RESULT_APPLIED;
+  }
+}
+
+int CheckField(const Field& field, const Checked& checked) {
+  switch (field.check) {
+    case Check::kNothing:
+      return KIOAPP_RESULT_APPLIED;
+    case Check::kInRange:
+      return Judged(is_in_range(IntOf(checked.section, field.member), field.low, field.high) != 0);
+    case Check::kKeyword:
+      return Judged(IntOf(checked.section, field.code) >= 0);
+    default:
+      return CheckText(field, checked);
+  }
+}
+
+}  // namespace
+
+int CheckRule(const char* text, const char* rule) {
+  errno = validate_RssData(text, rule);
+  return errno;
+}
+
+bool VerifyField(const Field& field, const Checked& checked) {
+  const int code = CheckField(field, checked);
+  if (code == KIOAPP_RESULT_APPLIED) {
+    return true;
+  }
+  const platform::TextView name = field.fault_name.empty() ? field.element : field.fault_name;
+  write_RssXml_KeyResult(checked.path, name.data(), code);
+  return false;
+}
+
+}  // namespace kio::settings

@@ -1,0 +1,61 @@
+// Checking single fields of the record.
+#ifndef KIO_SETTINGS_VERIFY_FIELDS_H
+#define KIO_SETTINGS_VERIFY_FIELDS_H
+
+#include <cstddef>
+
+#include "settings/field.h"
+#include "settings/record.h"
+
+namespace kio::settings {
+
+// A section of the record under verification.
+struct Checked {
+  void* section;
+  // The structure that holds the rules of the section's texts.
+  void* rules;
+  // The section's path, for the message.
+  const char* path;
+};
+
+// Checks one field; a fault is written to the result document and gives false. Texts are trimmed in
+// place.
+bool VerifyField(const Field& field, const Checked& checked);
+
+// Checks those fields of a table that the device's format version has, in their order.
+template <std::size_t N>
+bool VerifyFields(const Field (&table)[N], const Checked& checked) {
+  for (const Field& field : table) {
+    if (IsIn(field.versions, IsVersion10()) && !VerifyField(field, checked)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+// The same for one group of the table.
+template <std::size_t N>
+bool VerifyFields(const Field (&table)[N], Group group, const Checked& checked) {
+  for (const Field& field : table) {
+    if (field.group == group && IsIn(field.versions, IsVersion10()) &&
+        !VerifyField(field, checked)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+// Checks that only radios know; each returns a result code, 0 for a valid value.
+int CheckEncryptionType(const RssWlan& wlan);
+int CheckRadioKey(const RssWlan& wlan);
+int CheckChannel(RssWlan& wlan);
+
+// Checks a text by a rule and leaves the result in errno as well.
+int CheckRule(const char* text, const char* rule);
+
+// Checks the radios that the device has and lets be changed.
+bool VerifyRadios();
+
+}  // namespace kio::settings
+
+#endif

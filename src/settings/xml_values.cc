@@ -1,0 +1,80 @@
+#include "settings/xml_values.h"
+
+#include <algorithm>
+
+#include "kioapp/xml.h"
+#include "platform/xml_coding.h"
+
+void (*XmlErrMsg_LostKey)(const char* path, const char* key) = nullptr;
+
+namespace kio::settings {
+
+using platform::TextView;
+
+void ReportLostKey(const char* path, TextView key) {
+  if (XmlErrMsg_LostKey != nullptr) {
+    XmlErrMsg_LostKey(path, key.data());
+  }
+}
+
+bool ReadText(const Block& block, TextView key, char* dst, std::size_t size) {
+  const Element element = FindElement(block, key);
+  if (!element.is_complete()) {
+    dst[0] = '\0';
+    return false;
+  }
+  // The cut counts characters as they stand in the document: an entity that it splits stays as
+  // text.
+  const std::size_t count = std::min(static_cast<std::size_t>(element.content.length), size - 1);
+  const std::size_t written = platform::DecodeXml(dst, TextView(element.content.text, count));
+  dst[written] = '\0';
+  return true;
+}
+
+bool ReadInt(const Block& block, TextView key, int& out) {
+  char text[128];
+  if (!ReadText(block, key, text, sizeof(text))) {
+    return false;
+  }
+  out = platform::ParseInt(text);
+  return true;
+}
+
+bool IsLeftAlone(const Block& block) {
+  int configurable = 1;
+  return ReadInt(block, "Configurable", configurable) && configurable == 0;
+}
+
+}  // namespace kio::settings
+
+int GetXmlKeyStrValue_(char* block, int len, const char* key, char* dst, int cap) {
+  if (block == nullptr || key == nullptr || dst == nullptr || cap < 1) {
+    return 0;
+  }
+  return static_cast<int>(
+      kio::settings::ReadText({block, len}, key, dst, static_cast<std::size_t>(cap)));
+}
+
+int GetXmlKeyIntValue_(char* block, int len, const char* key, int* out) {
+  if (block == nullptr || key == nullptr || out == nullptr) {
+    return 0;
+  }
+  return static_cast<int>(kio::settings::ReadInt({block, len}, key, *out));
+}
+
+int GetXmlKeyStrValue(char* block, int len, const char* parentPath, const char* key, char* dst,
+                      int cap) {
+  const int found = GetXmlKeyStrValue_(block, len, key, dst, cap);
+  if (found == 0 && key != nullptr) {
+    kio::settings::ReportLostKey(parentPath, key);
+  }
+  return found;
+}
+
+int GetXmlKeyIntValue(char* block, int len, const char* parentPath, const char* key, int* out) {
+  const int found = GetXmlKeyIntValue_(block, len, key, out);
+  if (found == 0 && key != nullptr) {
+    kio::settings::ReportLostKey(parentPath, key);
+  }
+  return found;
+}
