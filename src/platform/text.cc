@@ -4,6 +4,15 @@
 
 namespace kio::platform {
 
+TextBuffer& TextBuffer::Append(TextView text) {
+  const std::size_t room = room_ - size_;
+  const std::size_t count = text.size() < room ? text.size() : room;
+  std::memcpy(data_ + size_, text.data(), count);
+  size_ += count;
+  data_[size_] = '\0';
+  return *this;
+}
+
 TextBuffer& TextBuffer::AppendNumber(long value) {
   char digits[24];
   const std::to_chars_result result = std::to_chars(digits, digits + sizeof(digits), value);

@@ -22,15 +22,7 @@ class TextBuffer {
   // `size` counts the terminator and is at least 1.
   TextBuffer(char* data, std::size_t size) : data_(data), room_(size - 1) { data_[0] = '\0'; }
 
-  TextBuffer& Append(TextView text) {
-    const std::size_t count = text.size() < room_ - size_ ? text.size() : room_ - size_;
-    if (count > 0) {  // an empty view may point nowhere
-      std::memcpy(data_ + size_, text.data(), count);
-    }
-    size_ += count;
-    data_[size_] = '\0';
-    return *this;
-  }
+  TextBuffer& Append(TextView text);
   TextBuffer& Append(char character) { return Append(TextView(&character, 1)); }
   // Appends the number in decimal.
   TextBuffer& AppendNumber(long value);

@@ -110,7 +110,7 @@ struct Field {
   Snapshot snapshot = Snapshot::kEvery;
   std::uint8_t absent = 0;
 
-  // Keywords and the member that takes the code; null when any text will do.
+  // Keywords and the member that takes the code; none when any text will do.
   const char* const* words = nullptr;
   Member code = {};
 
@@ -123,6 +123,9 @@ struct Field {
   platform::TextView fault_name = {};
 
   Write write = Write::kNever;
+
+  // The code tells: a pointer cannot be compared at compile time under every sanitizer.
+  [[nodiscard]] constexpr bool has_words() const { return code.size != 0; }
 };
 
 // The members of a section's structure.
@@ -157,13 +160,12 @@ constexpr bool IsSound(const Field& field) {
   const bool is_text = field.member.type == Member::Type::kText;
   const bool loads_text =
       field.load == Load::kText || field.load == Load::kTrimmed || field.load == Load::kRule;
-  const bool has_words = field.words != nullptr;
   return field.member.type != Member::Type::kNone &&
          (field.load == Load::kNever || !field.node.empty()) &&
          (field.load == Load::kNever || loads_text == is_text) &&
          (field.group == Group::kDeviceOnly || !field.element.empty()) &&
-         field.document_limit < field.member.size && has_words == (field.code.size != 0) &&
-         (!has_words || is_text) && (field.check != Check::kKeyword || has_words) &&
+         field.document_limit < field.member.size && (!field.has_words() || is_text) &&
+         (field.check != Check::kKeyword || field.has_words()) &&
          (field.check != Check::kInRange || field.low <= field.high) &&
          (field.check != Check::kRule || field.rule.size != 0) &&
          (field.write == Write::kNever || !field.node.empty());
@@ -179,7 +181,7 @@ class Coverage {
     for (const Field& field : table) {
       sound_ = sound_ && IsSound(field);
       Mark(field.member);
-      if (field.words != nullptr) {
+      if (field.has_words()) {
         Mark(field.code);
       }
     }

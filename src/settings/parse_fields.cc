@@ -26,7 +26,7 @@ bool ParseText(const Field& field, const Block& block, void* section) {
   if (!ReadText(block, field.element, text, size)) {
     return false;
   }
-  if (field.words != nullptr) {
+  if (field.has_words()) {
     int& code = IntOf(section, field.code);
     code = SearchKeyArray(trim(text), field.words);
     if (field.logged) {

@@ -46,7 +46,7 @@ void LoadText(const Field& field, void* section, const char* path) {
   if (field.load == Load::kTrimmed) {
     trim(text);
   }
-  if (field.words != nullptr) {
+  if (field.has_words()) {
     IntOf(section, field.code) = SearchKeyArray(text, field.words);
   }
 }
