@@ -72,7 +72,7 @@ bool ParseStationLine(char* line, StationLine* station) {
   char* const mac = line + kKeyword.size() + std::strspn(line + kKeyword.size(), kBlanks);
   const std::size_t mac_size = std::strcspn(mac, kBlanks);
   const char* number = mac + mac_size;
-  if (mac_size == 0 || !ScanInt(&number, &station->rssi)) {
+  if (!ScanInt(&number, &station->rssi)) {
     return false;
   }
   mac[mac_size] = '\0';

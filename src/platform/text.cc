@@ -7,7 +7,9 @@ namespace kio::platform {
 TextBuffer& TextBuffer::Append(TextView text) {
   const std::size_t room = room_ - size_;
   const std::size_t count = text.size() < room ? text.size() : room;
-  std::memcpy(data_ + size_, text.data(), count);
+  if (count > 0) {  // an empty view may point nowhere
+    std::memcpy(data_ + size_, text.data(), count);
+  }
   size_ += count;
   data_[size_] = '\0';
   return *this;

@@ -6,12 +6,14 @@
 #include "kioapp/platform.h"
 #include "platform/log.h"
 
+namespace kio::platform {
 namespace {
 
 // The pending list. The library only adds to it.
 KioTimer *g_pending_timers = nullptr;
 
 }  // namespace
+}  // namespace kio::platform
 
 KioTimer *create_timer(unsigned int interval, void (*callback)(uintptr_t), uintptr_t arg,
                        unsigned int user_a, unsigned int user_b) {
@@ -32,8 +34,8 @@ KioTimer *create_timer(unsigned int interval, void (*callback)(uintptr_t), uintp
 
 void add_timer(KioTimer *timer) {
   if (timer->remaining != 0) {
-    timer->next = g_pending_timers;
-    g_pending_timers = timer;
+    timer->next = kio::platform::g_pending_timers;
+    kio::platform::g_pending_timers = timer;
   } else if (timer->callback != nullptr) {
     timer->callback(timer->arg);
   }

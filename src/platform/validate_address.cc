@@ -4,6 +4,7 @@
 #include "kioapp/validate.h"
 #include "platform/text.h"
 
+namespace kio::platform {
 namespace {
 
 // The four numbers of an address.
@@ -31,6 +32,10 @@ struct Quad {
 constexpr int kByteMax = 255;
 
 }  // namespace
+}  // namespace kio::platform
+
+using kio::platform::kByteMax;
+using kio::platform::Quad;
 
 int is_in_range(int value, int min, int max) { return min <= value && value <= max ? 1 : 0; }
 

@@ -3,6 +3,7 @@
 
 #include "kioapp/validate.h"
 
+namespace kio::platform {
 namespace {
 
 // Digits of lower case are refused on purpose.
@@ -16,6 +17,9 @@ bool IsUpperHex(const char* text) {
 }
 
 }  // namespace
+}  // namespace kio::platform
+
+using kio::platform::IsUpperHex;
 
 int is_Valid_WpaPskKey(const char* key) {
   constexpr std::size_t kShortestPhrase = 8;

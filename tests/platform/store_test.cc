@@ -1,0 +1,97 @@
+#include "platform/store.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "guarded.h"
+#include "platform/command.h"
+#include "sandbox.h"
+
+namespace kio::platform {
+namespace {
+
+using test::StoreCall;
+using ::testing::ElementsAre;
+
+class StoreTest : public test::SandboxTest {};
+
+TEST_F(StoreTest, TextIsReadOnceWhenTheObjectIsMade) {
+  host_.Set("/sys/friendlyname", "den");
+  const StoreText text("/sys/friendlyname");
+  EXPECT_STREQ(text.c_str(), "den");
+  EXPECT_EQ(text.view(), "den");
+  EXPECT_FALSE(text.empty());
+  EXPECT_THAT(host_.calls(),
+              ElementsAre(StoreCall{StoreCall::Kind::kGetText, "/sys/friendlyname", "den"}));
+}
+
+TEST_F(StoreTest, AbsentTextIsEmptyWhateverTheHostDoes) {
+  for (const bool untouched : {true, false}) {
+    host_.absent_leaves_buffer = untouched;
+    const StoreText text("/absent");
+    EXPECT_TRUE(text.empty());
+    EXPECT_STREQ(text.c_str(), "");
+  }
+}
+
+TEST_F(StoreTest, PathIsNoFormat) {
+  host_.Set("/a%s%n", "x");
+  EXPECT_STREQ(StoreText("/a%s%n").c_str(), "x");
+  WriteStoreText("/b%d", "100%s");
+  EXPECT_EQ(host_.Text("/b%d"), "100%s");
+  WriteStoreInt("/c%d", 5);
+  EXPECT_EQ(ReadStoreInt("/c%d"), 5);
+  DeleteStoreNode("/c%d");
+  EXPECT_EQ(ReadStoreInt("/c%d"), -1);
+}
+
+TEST_F(StoreTest, LongTextsAreCutToTheField) {
+  host_.text_for_every_node = std::string(4000, 'x');
+  for (const std::size_t size : {1U, 2U, 16U, 128U}) {
+    const test::Guarded field(size);
+    ReadStoreText("/any", field.data(), size);
+    EXPECT_EQ(field.data(), std::string(size - 1, 'x'));
+  }
+  EXPECT_EQ(StoreText("/any").view().size(), 4000U);
+}
+
+TEST_F(StoreTest, AbsentTextEmptiesTheField) {
+  char field[8] = "before";
+  ReadStoreText("/absent", field);
+  EXPECT_STREQ(field, "");
+}
+
+TEST_F(StoreTest, AbsentIntegerTakesTheCallersValue) {
+  EXPECT_EQ(ReadStoreInt("/absent"), -1);
+  EXPECT_EQ(ReadStoreInt("/absent", 2), 2);
+  host_.Set("/zero", 0);
+  EXPECT_EQ(ReadStoreInt("/zero", 2), 0);
+  host_.Set("/negative", -5);
+  EXPECT_EQ(ReadStoreInt("/negative", 2), 2);
+}
+
+TEST_F(StoreTest, PathsGrowBelowABase) {
+  StorePath band("/lan/wireless", "2.4", ":1");
+  EXPECT_STREQ(band.c_str(), "/lan/wireless2.4:1");
+  EXPECT_STREQ(band.Node("/channel"), "/lan/wireless2.4:1/channel");
+  EXPECT_STREQ(band.Instance("/acrule", 3, "/mac"), "/lan/wireless2.4:1/acrule:3/mac");
+  EXPECT_STREQ(band.Instance("/acrule", 40), "/lan/wireless2.4:1/acrule:40");
+  EXPECT_STREQ(band.Node(""), "/lan/wireless2.4:1");
+}
+
+TEST_F(StoreTest, PathsAreCutAt127Characters) {
+  StorePath path(std::string(120, 'p').c_str());
+  EXPECT_EQ(path.Node("/123456789"), std::string(120, 'p') + "/123456");
+  EXPECT_EQ(path.Instance("/a", 1234567, "/b"), std::string(120, 'p') + "/a:1234");
+}
+
+TEST_F(StoreTest, CommandsGoToTheShellAsTheyAre) {
+  host_.system_status = 256;
+  EXPECT_EQ(RunCommand("echo '%s' > \"x y\""), 256);
+  EXPECT_THAT(host_.commands(), ElementsAre("echo '%s' > \"x y\""));
+}
+
+}  // namespace
+}  // namespace kio::platform
