@@ -1,0 +1,239 @@
+// The record in the log.
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "kioapp/kioapp.h"
+#include "support/exchange.h"
+#include "support/sample_device.h"
+
+namespace kio::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class DumpTest : public SettingsTest {
+ protected:
+  void SetUp() override {
+    SettingsTest::SetUp();
+    FillSampleRecord();
+  }
+
+  static Lines Dump() {
+    log_file::Start(6);
+    dump_RssXmlData();
+    return log_file::Lines();
+  }
+
+  static void Append(Lines& lines, const Lines& more) {
+    lines.insert(lines.end(), more.begin(), more.end());
+  }
+
+  // The lines of the uplink after its "restart" line, up to the first radio.
+  static Lines HardwareLines() {
+    const Lines lines = Dump();
+    auto begin = std::find(lines.begin(), lines.end(), "     +- restart='0'");
+    auto end = std::find(lines.begin(), lines.end(), " +- Device/Wireless2.4");
+    return begin < end ? Lines(begin + 1, end) : Lines{"no uplink"};
+  }
+};
+
+const Lines kHead = {"----RSSXML_BGN----", "specVersion", " +- Ver=1.1", "Device",
+                     " +- Configurable=1"};
+const Lines kDevice = {" +- DeviceName='Kitchen'", " +- DevicePwd='secret12'",
+                       " +- DeviceType='Router'",  " +- RouterEnbl=1",
+                       " +- EasyRoaming=roam-1",   " +- wlanSurveyRestart=0"};
+const Lines kUplink = {" +- Device/Uplink",
+                       "     +- Configurable=1",
+                       "     +- HardwareType='Ethernet',0",
+                       "     +- LoginUserName='line-user'",
+                       "     +- LoginPassword='line-pass'",
+                       "     +- IP,NetMask='10.0.0.2,255.255.255.0'",
+                       "     +- Gateway='10.0.0.1'",
+                       "     +- DNS='10.0.0.3'",
+                       "     +- restart='0'"};
+const Lines kBand24 = {" +- Device/Wireless2.4",
+                       "     +- Configurable=1",
+                       "     +- WlEnbl,WlSchedule=1,0",
+                       "     +- WirelessBSSID='02:00:00:00:24:01'",
+                       "     +- WirelessName='Home'",
+                       "     +- EncryptionMode,Type='WPA2,AES'",
+                       "     +- EncryptionKey='home-key-24'"};
+const Lines kBand24More = {"     +- Channel='6'",
+                           "     +- restart=0",
+                           "     +- Device/Wireless2.4/AccessControl",
+                           "         +- WlAcEnbl=1",
+                           "         +- WlAcMode=1",
+                           "         +- Device/Wireless2.4/AccessControl/AcRule:1",
+                           "             +- Active,MAC=1,02:00:00:00:00:01",
+                           "         +- Device/Wireless2.4/AccessControl/AcRule:2",
+                           "             +- Active,MAC=0,02:00:00:00:00:02"};
+const Lines kBand5 = {" +- Device/Wireless5",
+                      "     +- Configurable=1",
+                      "     +- WlEnbl,WlSchedule=1,1",
+                      "     +- WirelessBSSID='02:00:00:00:50:01'",
+                      "     +- WirelessName='Home-5'",
+                      "     +- EncryptionMode,Type='WPAWPA2,AUTO'",
+                      "     +- EncryptionKey='home-key-50'"};
+const Lines kBand5More = {"     +- Channel='36'",
+                          "     +- restart=0",
+                          "     +- Device/Wireless5/AccessControl",
+                          "         +- WlAcEnbl=1",
+                          "         +- WlAcMode=0",
+                          "         +- Device/Wireless5/AccessControl/AcRule:1",
+                          "             +- Active,MAC=1,02:00:00:00:00:05"};
+const Lines kSafety = {" +- Device/SafetyVyr",        "     +- SafetyVyrEnbl=1",
+                       "     +- UrlDetectEnbl=0",     "     +- SafetyNotifyEnbl=1",
+                       "     +- ToolRecommendEnbl=0", "     +- restart=0"};
+const Lines kFlags = {
+    "+- apCloningOnly=0",      "+- apCloningFeature=1", "+- fwUpgradeFeature=1",
+    "+- easyRoamingFeature=1", "+- safetyVyrFeature=1", "+- wlan24Feature=1",
+    "+- wlan5Feature=1",       "+- tmpPath=/var/tmp",   "+- scriptPath=/etc/scripts",
+    "+- saveflag=0",           "----RSSXML_END----"};
+
+TEST_F(DumpTest, WholeRecord) {
+  Lines expected = kHead;
+  for (const Lines& part :
+       {kDevice, kUplink, kBand24, kBand24More, kBand5, kBand5More, kSafety, kFlags}) {
+    Append(expected, part);
+  }
+  EXPECT_EQ(Dump(), expected);
+}
+
+TEST_F(DumpTest, Version10) {
+  rssXmlData.specMinor = 0;
+  rssXmlData.specVer = 100;
+  rssXmlData.extenderEnbl = 2;
+  rssXmlData.wlan[0].configurable = 0;
+  Lines expected = kHead;
+  expected[2] = " +- Ver=1.0";
+  Append(expected, kDevice);
+  *std::find(expected.begin(), expected.end(), " +- EasyRoaming=roam-1") = " +- ExtenderEnbl=2";
+  Append(expected, kUplink);
+  Lines band = kBand24;
+  band[1] = "     +- Configurable=0";
+  for (const Lines& part : {band, kBand5, kSafety, kFlags}) {
+    Append(expected, part);
+  }
+  EXPECT_EQ(Dump(), expected);
+}
+
+TEST_F(DumpTest, CloningShowsNoDeviceAndNoUplink) {
+  rssXmlData.apCloningOnly = 1;
+  Lines expected = kHead;
+  expected.emplace_back(" +- EasyRoaming=roam-1");
+  for (const Lines& part : {kBand24, kBand24More, kBand5, kBand5More, kSafety, kFlags}) {
+    Append(expected, part);
+  }
+  *std::find(expected.begin(), expected.end(), "+- apCloningOnly=0") = "+- apCloningOnly=1";
+  EXPECT_EQ(Dump(), expected);
+}
+
+TEST_F(DumpTest, RoamingLineNeedsTheFeature) {
+  const std::string line = " +- EasyRoaming=roam-1";
+  for (const int cloning : {0, 1}) {
+    FillSampleRecord();
+    rssXmlData.apCloningOnly = static_cast<unsigned char>(cloning);
+    rssXmlData.easyRoamingFeature = 0;
+    EXPECT_THAT(Dump(), ::testing::Not(::testing::Contains(line))) << cloning;
+    rssXmlData.easyRoamingFeature = 1;
+    EXPECT_THAT(Dump(), ::testing::Contains(line)) << cloning;
+  }
+  rssXmlData.specVer = 100;
+  EXPECT_THAT(Dump(), ::testing::Not(::testing::Contains(line)));
+}
+
+const Lines kDsl = {"     +- Device/Uplink/DSL", "         +- CountryName=Norway",
+                    "         +- IspName=Fjord DSL"};
+const Lines kDsl10 = {"     +- Device/Uplink/DSL", "         +- VPI/VCI=8/35",
+                      "         +- EncapMode='LLC',0"};
+const Lines kApn = {"     +- Device/Uplink/APN", "         +- CountryName=Sweden",
+                    "         +- IspName=Berg Mobile"};
+const Lines kSite = {"     +- Device/Uplink/ExtenderSite",
+                     "         +- Survey=0",
+                     "         +- ConnRefSiteBSSID=02:00:00:00:99:01",
+                     "         +- WirelessType='2.4',0",
+                     "         +- WirelessName=Upstream",
+                     "         +- EncryptionKey=upstream-key"};
+
+TEST_F(DumpTest, HardwareLinesByCode) {
+  const std::vector<std::pair<int, Lines>> rows = {{-1, {}},   {0, {}},   {1, kDsl}, {2, kDsl},
+                                                   {3, kSite}, {4, kApn}, {5, kDsl}};
+  for (const auto& [code, lines] : rows) {
+    rssXmlData.upLink.hardwareTypeCode = code;
+    EXPECT_EQ(HardwareLines(), lines) << code;
+  }
+}
+
+TEST_F(DumpTest, HardwareLinesByCodeInVersion10) {
+  rssXmlData.specVer = 100;
+  const std::vector<std::pair<int, Lines>> rows = {
+      {-1, kSite}, {0, kSite}, {1, kDsl10}, {2, kDsl10}, {3, kSite}, {4, kApn}, {5, kDsl10}};
+  for (const auto& [code, lines] : rows) {
+    rssXmlData.upLink.hardwareTypeCode = code;
+    for (const int extender : {0, 1, 3, 4}) {
+      rssXmlData.extenderEnbl = extender;
+      EXPECT_EQ(HardwareLines(), lines) << code << " " << extender;
+    }
+    rssXmlData.extenderEnbl = 2;
+    const bool other_code = code == -1 || code == 0;
+    EXPECT_EQ(HardwareLines(), other_code ? Lines{} : lines) << code << " extender off";
+  }
+}
+
+TEST_F(DumpTest, AbsentRadiosAndSafetyVyrAreNotShown) {
+  rssXmlData.wlan24Feature = 0;
+  rssXmlData.safetyVyrFeature = 0;
+  Lines lines = Dump();
+  EXPECT_THAT(lines, ::testing::Not(::testing::Contains(" +- Device/Wireless2.4")));
+  EXPECT_THAT(lines, ::testing::Contains(" +- Device/Wireless5"));
+  EXPECT_THAT(lines, ::testing::Not(::testing::Contains(" +- Device/SafetyVyr")));
+  rssXmlData.wlan5Feature = 0;
+  lines = Dump();
+  EXPECT_THAT(lines, ::testing::Not(::testing::Contains(" +- Device/Wireless5")));
+}
+
+TEST_F(DumpTest, AccessControlOffShowsNoRules) {
+  for (const int switched : {0, 2}) {
+    rssXmlData.wlan[0].wlAcEnbl = switched;
+    const Lines lines = Dump();
+    EXPECT_THAT(lines, ::testing::Contains("         +- WlAcEnbl=" + std::to_string(switched)));
+    EXPECT_THAT(lines, ::testing::Not(::testing::Contains("         +- WlAcMode=1")));
+    EXPECT_THAT(lines, ::testing::Not(::testing::Contains(
+                           "         +- Device/Wireless2.4/AccessControl/AcRule:1")));
+  }
+}
+
+TEST_F(DumpTest, ShowsCountersAndFlags) {
+  rssXmlData.upLink.restart = 1;
+  rssXmlData.wlan[0].restart = 1;
+  rssXmlData.wlan[0].wlAcRuleNo = -1;
+  rssXmlData.saveflag = 255;
+  rssXmlData.wlanSurveyRestart = 1;
+  const Lines lines = Dump();
+  EXPECT_THAT(lines, ::testing::Contains("     +- restart='1'"));
+  EXPECT_THAT(lines, ::testing::Contains("     +- restart=1"));
+  EXPECT_THAT(lines, ::testing::Contains("+- saveflag=255"));
+  EXPECT_THAT(lines, ::testing::Contains(" +- wlanSurveyRestart=1"));
+}
+
+TEST_F(DumpTest, ValuesAreNeverFormats) {
+  Put(rssXmlData.deviceName, "%s%n%d");
+  Put(rssXmlData.wlan[0].channel, "%n");
+  Put(rssXmlData.wlan[0].acRule[0].mac, "%s%s%s");
+  const Lines lines = Dump();
+  EXPECT_THAT(lines, ::testing::Contains(" +- DeviceName='%s%n%d'"));
+  EXPECT_THAT(lines, ::testing::Contains("     +- Channel='%n'"));
+  EXPECT_THAT(lines, ::testing::Contains("             +- Active,MAC=1,%s%s%s"));
+}
+
+TEST_F(DumpTest, IsOfLevelSix) {
+  log_file::Start(5);
+  dump_RssXmlData();
+  EXPECT_EQ(log_file::Contents(), "");
+}
+
+}  // namespace
+}  // namespace kio::test

@@ -1,0 +1,109 @@
+// A host for the tests: a configuration store in memory, and the system calls through which the
+// library acts on the machine, recorded and replaced.
+#ifndef KIO_TESTS_SUPPORT_FAKE_HOST_H
+#define KIO_TESTS_SUPPORT_FAKE_HOST_H
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kio::test {
+
+// One call of a store function.
+struct StoreCall {
+  enum class Kind { kGetText, kSetText, kGetInt, kSetInt, kDelete };
+  Kind kind;
+  std::string path;   // as resolved from format and arguments
+  std::string value;  // what was written, or what a read returned ("-1" for an absent integer)
+
+  bool operator==(const StoreCall&) const = default;
+};
+
+// The five store functions, `system` and `sysinfo` of the test program act on the one instance.
+class FakeHost {
+ public:
+  static FakeHost& Get();
+
+  // Empties everything and restores the defaults below.
+  void Reset();
+
+  // The store, by full path; names compare without regard to case.
+  void Set(const std::string& path, const std::string& value);
+  void Set(const std::string& path, int value) { Set(path, std::to_string(value)); }
+  // Null when the node is absent.
+  [[nodiscard]] std::optional<std::string> Text(const std::string& path) const;
+  void Delete(const std::string& path);  // with its subtree
+  // Every node, by lower-case path.
+  [[nodiscard]] const std::map<std::string, std::string>& nodes() const { return nodes_; }
+
+  // Store calls in order, since Reset or ClearCalls.
+  [[nodiscard]] const std::vector<StoreCall>& calls() const { return calls_; }
+  // The calls that change the store, in order.
+  [[nodiscard]] std::vector<StoreCall> Writes() const;
+  void ClearCalls() { calls_.clear(); }
+
+  // Commands given to `system`, in order.
+  [[nodiscard]] const std::vector<std::string>& commands() const { return commands_; }
+  void ClearCommands() { commands_.clear(); }
+
+  // Whether `system` runs the command with the real shell; otherwise it returns `system_status`.
+  bool run_commands = false;
+  int system_status = 0;
+  // When set, called for each command before it is run.
+  std::function<void(const std::string&)> on_command;
+  // The uptime that `sysinfo` tells, in seconds; negative for the machine's own.
+  long uptime = 1000;
+  // When set, every xget_str writes this text, whatever the path.
+  std::optional<std::string> text_for_every_node;
+  // Whether xget_str leaves its buffer untouched for an absent node, or empties it.
+  bool absent_leaves_buffer = true;
+
+  // For the functions that the library calls.
+  int ReadText(char* dst, const std::string& path);
+  int WriteText(const std::string& value, const std::string& path);
+  int ReadInt(const std::string& path);
+  int WriteInt(int value, const std::string& path);
+  int DeleteNode(const std::string& path);
+  int RunCommand(const char* command);
+
+ private:
+  std::map<std::string, std::string> nodes_;
+  std::vector<StoreCall> calls_;
+  std::vector<std::string> commands_;
+};
+
+// A directory below the system's temporary directory, removed with its contents at the end.
+class TemporaryDirectory {
+ public:
+  TemporaryDirectory();
+  ~TemporaryDirectory();
+  TemporaryDirectory(const TemporaryDirectory&) = delete;
+  TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+
+  [[nodiscard]] const std::string& path() const { return path_; }
+  [[nodiscard]] std::string File(const std::string& name) const { return path_ + "/" + name; }
+
+ private:
+  std::string path_;
+};
+
+// Contents of a file; empty when it cannot be read.
+std::string ReadFile(const std::string& path);
+bool FileExists(const std::string& path);
+
+// The library's log. Its file is chosen once in the life of a process: the first call of any of
+// these points it into a directory of the test program's own.
+namespace log_file {
+// Sets the level and empties the log.
+void Start(int level);
+// Everything logged since Start, as in the file.
+std::string Contents();
+// The same as one string per line, without the uptime prefix "%ld: " that begins each line.
+std::vector<std::string> Lines();
+}  // namespace log_file
+
+}  // namespace kio::test
+
+#endif
