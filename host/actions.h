@@ -1,0 +1,15 @@
+// The resync actions that a commit runs.
+#ifndef HOST_ACTIONS_H
+#define HOST_ACTIONS_H
+
+#include <string>
+#include <vector>
+
+namespace kiohost {
+
+// A line for each action of a mask (kioapp/platform.h), in the order in which they run.
+std::vector<std::string> DescribeActions(unsigned int mask);
+
+}  // namespace kiohost
+
+#endif  // HOST_ACTIONS_H

@@ -1,0 +1,197 @@
+// kiohost: a router's management process in small, around libkioapp.
+#include <kioapp/kioapp.h>
+
+#include <charconv>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "directories.h"
+#include "host.h"
+#include "options.h"
+#include "profile.h"
+#include "signals.h"
+#include "store.h"
+#include "store_api.h"
+
+namespace kiohost {
+namespace {
+
+constexpr char kTempDirNode[] = "/zentrolinks/tempdirecory";
+constexpr char kScriptDirNode[] = "/zentrolinks/scriptdirecory";
+constexpr char kPortNode[] = "/zentrolinks/rsshttpport";
+
+std::filesystem::path Program() {
+  std::error_code error;
+  return std::filesystem::read_symlink("/proc/self/exe", error);
+}
+
+int Report(const Status& status) {
+  if (!status.ok()) {
+    std::fprintf(stderr, "kiohost: %s\n", status.reason().c_str());
+  }
+  return static_cast<int>(status.code());
+}
+
+Status OpenStore(const Options& options, Store* store) {
+  const bool query = options.command != Options::Command::kServe && !options.factory_reset;
+  Status status = store->Open(options.store, query ? Store::Mode::kExisting : Store::Mode::kCreate);
+  if (!status.ok() || query || (!options.factory_reset && !store->IsEmpty())) {
+    return status;
+  }
+  const std::filesystem::path profile =
+      options.profile.empty() ? Program().parent_path() / "profiles/dual-band-router.profile"
+                              : std::filesystem::path(options.profile);
+  std::vector<Node> nodes;
+  status = ReadProfile(profile, &nodes);
+  return status.ok() ? store->Replace(nodes) : status;
+}
+
+int PrintNode(const Options& options, Store* store) {
+  const std::optional<std::string> text = store->Get(options.node);
+  if (!text) {
+    return static_cast<int>(ExitCode::kNodeAbsent);
+  }
+  std::printf("%s\n", text->c_str());
+  return 0;
+}
+
+Status WriteNode(Store* store, const char* path, const std::string& text) {
+  if (store->Get(path) == text) {
+    return {};
+  }
+  StoreTransaction transaction(store);
+  if (transaction.begun().ok()) {
+    store->Set(path, text);
+  }
+  return transaction.begun().ok() ? transaction.Commit() : transaction.begun();
+}
+
+// Settles the directories that the library finds through the store, checks them and writes them
+// there.
+Status SettleDirectories(const Options& options, Store* store, std::string* temp_dir) {
+  *temp_dir = options.temp_dir.empty() ? store->Get(kTempDirNode).value_or("") : options.temp_dir;
+  std::string script_dir =
+      options.script_dir.empty() ? store->Get(kScriptDirNode).value_or("") : options.script_dir;
+  if (script_dir.empty()) {
+    script_dir = Program().parent_path() / "scripts";
+  }
+  Status status = CheckTempDir(*temp_dir);
+  if (status.ok()) {
+    status = CheckScriptDir(script_dir);
+  }
+  if (status.ok()) {
+    status = WriteNode(store, kTempDirNode, *temp_dir);
+  }
+  if (status.ok()) {
+    status = WriteNode(store, kScriptDirNode, script_dir);
+  }
+  if (MaxMessageLength(*temp_dir) < LongestMessageLength()) {
+    std::fprintf(stderr,
+                 "kiohost: warning: with the temporary directory \"%s\" a result message of more "
+                 "than %zu characters makes a broken result document; the longest has %zu\n",
+                 temp_dir->c_str(), MaxMessageLength(*temp_dir), LongestMessageLength());
+  }
+  return status;
+}
+
+Status SettlePort(const Options& options, Store* store, int* port) {
+  constexpr int kMaxPort = 65535;
+  if (options.port) {
+    *port = *options.port;
+    return {};
+  }
+  const std::string text = store->Get(kPortNode).value_or("");
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, *port);
+  if (error != std::errc() || stop != end || *port < 1 || *port > kMaxPort) {
+    return {ExitCode::kNetwork, std::string("the node ") + kPortNode + " holds \"" + text +
+                                    "\", which is no port; give --port"};
+  }
+  return {};
+}
+
+// What the scripts need to find the store and the place for their output.
+Status ExportEnvironment(const Options& options, const std::string& temp_dir) {
+  const std::filesystem::path state_dir = options.state_dir.empty() ? temp_dir : options.state_dir;
+  std::error_code error;
+  if (!std::filesystem::is_directory(state_dir, error)) {
+    return {ExitCode::kDirectory,
+            "the state directory \"" + state_dir.string() + "\" does not exist"};
+  }
+  setenv("KIOHOST_PROGRAM", Program().c_str(), 1);
+  setenv("KIOHOST_STORE", std::filesystem::absolute(options.store).c_str(), 1);
+  setenv("KIOHOST_STATE_DIR", std::filesystem::absolute(state_dir).c_str(), 1);
+  return {};
+}
+
+Status Serve(const Options& options, Store* store) {
+  Host::Settings settings;
+  settings.listen = options.listen;
+  settings.real_waits = options.real_waits;
+  Status status = SettlePort(options, store, &settings.port);
+  if (status.ok()) {
+    status = SettleDirectories(options, store, &settings.temp_dir);
+  }
+  if (status.ok()) {
+    status = ExportEnvironment(options, settings.temp_dir);
+  }
+  if (!status.ok()) {
+    return status;
+  }
+  if (!InstallSignals()) {
+    return {ExitCode::kNetwork, "the signal handlers could not be installed"};
+  }
+  std::snprintf(daemon_log_header, sizeof daemon_log_header, "kiohost");
+  daemon_log_level = options.log_level;
+  BindStore(store);
+  Host host(store, settings);
+  status = host.Start();
+  if (status.ok()) {
+    status = host.Run();
+  }
+  BindStore(nullptr);
+  return status;
+}
+
+int Main(int argc, char** argv) {
+  Options options;
+  const Status parsed = ParseOptions(argc, argv, &options);
+  if (!parsed.ok()) {
+    return Report(parsed);
+  }
+  if (options.command == Options::Command::kHelp) {
+    std::fputs(HelpText(), stdout);
+    return 0;
+  }
+  if (options.command == Options::Command::kVersion) {
+    std::printf("kiohost, libkioapp %s, settings document format %s\n", starterLibVersion(),
+                rssSpecVersion());
+    return 0;
+  }
+  Store store;
+  const Status opened = OpenStore(options, &store);
+  if (!opened.ok()) {
+    return Report(opened);
+  }
+  switch (options.command) {
+    case Options::Command::kGet:
+      return PrintNode(options, &store);
+    case Options::Command::kDump:
+      std::fputs(FormatProfile(store.List(options.node)).c_str(), stdout);
+      return 0;
+    default:
+      // Whoever reads our output, a person or a program, gets each line when it is said.
+      std::setvbuf(stdout, nullptr, _IOLBF, 0);
+      return Report(Serve(options, &store));
+  }
+}
+
+}  // namespace
+}  // namespace kiohost
+
+int main(int argc, char** argv) { return kiohost::Main(argc, argv); }

@@ -1,0 +1,57 @@
+#include "node_path.h"
+
+#include <algorithm>
+
+namespace kiohost {
+namespace {
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+bool IsNameCharacter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || IsDigit(c) || c == '.' || c == '_' ||
+         c == '-';
+}
+
+bool IsInstanceNumber(std::string_view text) {
+  constexpr size_t kMaxDigits = 9;  // fits an int
+  return !text.empty() && text.size() <= kMaxDigits && text[0] != '0' &&
+         std::all_of(text.begin(), text.end(), IsDigit);
+}
+
+bool IsName(std::string_view name) {
+  const size_t colon = name.find(':');
+  if (colon != std::string_view::npos) {
+    if (!IsInstanceNumber(name.substr(colon + 1))) {
+      return false;
+    }
+    name = name.substr(0, colon);
+  }
+  return !name.empty() && std::all_of(name.begin(), name.end(), IsNameCharacter);
+}
+
+}  // namespace
+
+bool IsNodePath(std::string_view path) {
+  if (path.empty() || path.size() > kMaxPathLength || path[0] != '/') {
+    return false;
+  }
+  while (!path.empty()) {
+    path.remove_prefix(1);
+    const std::string_view name = path.substr(0, path.find('/'));
+    if (!IsName(name)) {
+      return false;
+    }
+    path.remove_prefix(name.size());
+  }
+  return true;
+}
+
+bool IsCountPath(std::string_view path) {
+  if (path.empty() || path.back() != '#') {
+    return false;
+  }
+  path.remove_suffix(1);
+  return IsNodePath(path) && path.find(':', path.rfind('/')) == std::string_view::npos;
+}
+
+}  // namespace kiohost

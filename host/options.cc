@@ -1,0 +1,193 @@
+#include "options.h"
+
+#include <getopt.h>
+
+#include <charconv>
+#include <cstring>
+#include <string_view>
+
+#include "node_path.h"
+
+namespace kiohost {
+namespace {
+
+constexpr int kMaxPort = 65535;
+constexpr int kMaxLogLevel = 7;
+
+constexpr char kHelp[] =
+    R"(Usage: kiohost [OPTION]...
+A router's management process in small: keeps the settings in a store and lets the phone app
+change them over HTTP (docs/http.md).
+
+  --store FILE       the store; made from the profile when absent (default kiohost.db)
+  --profile FILE     factory settings (default profiles/dual-band-router.profile beside the program)
+  --factory-reset    put the store back to the profile first
+  --listen ADDRESS   numeric address to listen on (default 127.0.0.1)
+  --port PORT        port to listen on, 0 for any free one (default the store's
+                     /zentrolinks/rsshttpport)
+  --temp-dir DIR     directory of the result document and the log, kept in the store
+  --script-dir DIR   directory of uplink.sh and device_resync.sh, kept in the store
+  --state-dir DIR    where the scripts write what they would bring up (default the temporary
+                     directory)
+  --real-waits       refuse connections after a commit for as long as the app was told to wait
+  --log-level N      the library's log: 4 failures, 5 events, 6 actions with whole documents and
+                     their passwords, 7 everything (default 5)
+  --dump[=NODE]      print the store, or a node and what is below it, as a profile; then exit
+  --get NODE         print the text of a node; then exit
+  --help, --version
+
+Exit codes: 0 success, 1 the node of --get is absent, 2 wrong command line, 3 the store cannot be
+used, 4 the profile cannot be used, 5 a directory cannot be used, 6 cannot listen.
+)";
+
+enum OptionId {
+  kStoreOption = 1,
+  kProfileOption,
+  kFactoryResetOption,
+  kListenOption,
+  kPortOption,
+  kTempDirOption,
+  kScriptDirOption,
+  kStateDirOption,
+  kRealWaitsOption,
+  kLogLevelOption,
+  kDumpOption,
+  kGetOption,
+  kHelpOption,
+  kVersionOption,
+};
+
+constexpr option kOptions[] = {
+    {"store", required_argument, nullptr, kStoreOption},
+    {"profile", required_argument, nullptr, kProfileOption},
+    {"factory-reset", no_argument, nullptr, kFactoryResetOption},
+    {"listen", required_argument, nullptr, kListenOption},
+    {"port", required_argument, nullptr, kPortOption},
+    {"temp-dir", required_argument, nullptr, kTempDirOption},
+    {"script-dir", required_argument, nullptr, kScriptDirOption},
+    {"state-dir", required_argument, nullptr, kStateDirOption},
+    {"real-waits", no_argument, nullptr, kRealWaitsOption},
+    {"log-level", required_argument, nullptr, kLogLevelOption},
+    {"dump", optional_argument, nullptr, kDumpOption},
+    {"get", required_argument, nullptr, kGetOption},
+    {"help", no_argument, nullptr, kHelpOption},
+    {"version", no_argument, nullptr, kVersionOption},
+    {nullptr, 0, nullptr, 0},
+};
+
+Status UsageError(const std::string& reason) {
+  return {ExitCode::kUsage, reason + " (--help lists the options)"};
+}
+
+Status ParseNumber(const char* name, const char* text, int min, int max, int* number) {
+  const char* end = text + std::strlen(text);
+  const auto [stop, error] = std::from_chars(text, end, *number);
+  if (error != std::errc() || stop != end || *number < min || *number > max) {
+    return UsageError(std::string(name) + " takes a number from " + std::to_string(min) + " to " +
+                      std::to_string(max) + ", not \"" + text + "\"");
+  }
+  return {};
+}
+
+Status ParsePort(Options* options) {
+  int port = 0;
+  Status status = ParseNumber("--port", optarg, 0, kMaxPort, &port);
+  options->port = port;
+  return status;
+}
+
+Status ParseGet(Options* options) {
+  options->command = Options::Command::kGet;
+  options->node = optarg;
+  if (!IsNodePath(options->node) && !IsCountPath(options->node)) {
+    return UsageError("--get takes a path such as /sys/friendlyname, not \"" + options->node +
+                      "\"");
+  }
+  return {};
+}
+
+Status ParseDump(Options* options) {
+  options->command = Options::Command::kDump;
+  options->node = optarg == nullptr ? "" : optarg;
+  if (!options->node.empty() && !IsNodePath(options->node)) {
+    return UsageError("--dump takes a path such as /sys, not \"" + options->node + "\"");
+  }
+  return {};
+}
+
+// Where an option that takes a text keeps it; null for the other options.
+std::string* TextOption(int id, Options* options) {
+  switch (id) {
+    case kStoreOption:
+      return &options->store;
+    case kProfileOption:
+      return &options->profile;
+    case kListenOption:
+      return &options->listen;
+    case kTempDirOption:
+      return &options->temp_dir;
+    case kScriptDirOption:
+      return &options->script_dir;
+    case kStateDirOption:
+      return &options->state_dir;
+    default:
+      return nullptr;
+  }
+}
+
+Status ParseOption(int id, const char* word, Options* options) {
+  if (std::string* text = TextOption(id, options); text != nullptr) {
+    *text = optarg;
+    return text->empty() ? UsageError(std::string(word) + ": an empty text") : Status();
+  }
+  switch (id) {
+    case kPortOption:
+      return ParsePort(options);
+    case kLogLevelOption:
+      return ParseNumber("--log-level", optarg, 0, kMaxLogLevel, &options->log_level);
+    case kGetOption:
+      return ParseGet(options);
+    case kDumpOption:
+      return ParseDump(options);
+    case kFactoryResetOption:
+      options->factory_reset = true;
+      return {};
+    case kRealWaitsOption:
+      options->real_waits = true;
+      return {};
+    case kHelpOption:
+      options->command = Options::Command::kHelp;
+      return {};
+    case kVersionOption:
+      options->command = Options::Command::kVersion;
+      return {};
+    default:
+      return UsageError(std::string(word) + ": unknown option or missing argument");
+  }
+}
+
+}  // namespace
+
+Status ParseOptions(int argc, char** argv, Options* options) {
+  opterr = 0;
+  optind = 1;
+  while (optind < argc) {
+    const char* word = argv[optind];
+    const int id = getopt_long(argc, argv, "+", kOptions, nullptr);
+    if (id == -1) {
+      break;
+    }
+    Status status = ParseOption(id, word, options);
+    if (!status.ok()) {
+      return status;
+    }
+  }
+  if (optind < argc) {
+    return UsageError(std::string("unexpected argument \"") + argv[optind] + "\"");
+  }
+  return {};
+}
+
+const char* HelpText() { return kHelp; }
+
+}  // namespace kiohost

@@ -1,0 +1,36 @@
+// The command line.
+#ifndef HOST_OPTIONS_H
+#define HOST_OPTIONS_H
+
+#include <optional>
+#include <string>
+
+#include "status.h"
+
+namespace kiohost {
+
+struct Options {
+  enum class Command { kServe, kDump, kGet, kHelp, kVersion };
+
+  Command command = Command::kServe;
+  std::string node;  // of kDump (empty: all) and kGet
+  std::string store = "kiohost.db";
+  std::string profile;     // empty: the one beside the program
+  std::string temp_dir;    // empty: as the store says
+  std::string script_dir;  // empty: as the store says
+  std::string state_dir;   // empty: the temporary directory
+  std::string listen = "127.0.0.1";
+  std::optional<int> port;  // absent: as the store says
+  int log_level = 5;
+  bool factory_reset = false;
+  bool real_waits = false;
+};
+
+Status ParseOptions(int argc, char** argv, Options* options);
+
+// The text of --help.
+const char* HelpText();
+
+}  // namespace kiohost
+
+#endif  // HOST_OPTIONS_H

@@ -1,0 +1,104 @@
+// The configuration store: node paths to texts, in one SQLite file.
+#ifndef HOST_STORE_H
+#define HOST_STORE_H
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "sqlite.h"
+#include "status.h"
+
+namespace kiohost {
+
+struct Node {
+  std::string path;
+  std::string text;
+
+  bool operator==(const Node&) const = default;
+};
+
+// Paths have the form of node_path.h and compare without regard to ASCII case; a node keeps the
+// spelling of its first write. "name" and "name:1" are two nodes. "name#" reads as the highest
+// instance number in use below that name, so that a loop from 1 to "name#" meets every instance;
+// it is absent when there is no instance.
+class Store {
+ public:
+  // Longest text of a node: it fits the library's buffer of 4096 bytes.
+  static constexpr size_t kMaxTextLength = 4095;
+
+  enum class Mode { kCreate, kExisting };
+
+  Status Open(const std::string& file, Mode mode);
+
+  // The text of a node or count path, or nothing when it is absent.
+  std::optional<std::string> Get(std::string_view path);
+
+  // Returns false when the path is not a node path, the text is too long or holds a NUL, or the
+  // file cannot be written.
+  bool Set(std::string_view path, std::string_view text);
+
+  // Deletes a node and everything below it; an absent node is no error.
+  bool Delete(std::string_view path);
+
+  // The node and everything below it, all nodes when `path` is empty, in the order of their paths.
+  std::vector<Node> List(std::string_view path = {});
+
+  // Replaces everything by `nodes`, or changes nothing.
+  Status Replace(const std::vector<Node>& nodes);
+
+  bool IsEmpty();
+
+  // One transaction at a time. Everything between Begin and Commit reaches the disk as a whole or
+  // not at all, whatever kills the process. Commit rolls back and fails when any access since Begin
+  // failed.
+  Status Begin();
+  Status Commit();
+  void Rollback();
+
+  // Brings the write-ahead log into the database file.
+  bool Checkpoint();
+
+ private:
+  Status Failure(std::string_view what) const;
+  bool Execute(const char* sql);
+  Status Prepare();
+  std::optional<std::string> GetCount(std::string_view path);
+  bool RunWrite(Statement* statement);
+  bool Fail();
+
+  std::string file_;
+  Database database_;
+  Statement get_;
+  Statement count_;
+  Statement set_;
+  Statement delete_;
+  Statement list_;
+  bool failed_ = false;  // an access failed since Begin
+};
+
+// A transaction that rolls back at the end of its scope unless it was committed.
+class StoreTransaction {
+ public:
+  explicit StoreTransaction(Store* store) : store_(store), begun_(store->Begin()) {
+    open_ = begun_.ok();
+  }
+  ~StoreTransaction();
+  StoreTransaction(const StoreTransaction&) = delete;
+  StoreTransaction& operator=(const StoreTransaction&) = delete;
+
+  // Whether the transaction could be begun.
+  const Status& begun() const { return begun_; }
+
+  Status Commit();
+
+ private:
+  Store* store_;
+  Status begun_;
+  bool open_;
+};
+
+}  // namespace kiohost
+
+#endif  // HOST_STORE_H

@@ -1,0 +1,94 @@
+#include "store_api.h"
+
+#include <kioapp/store.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "node_path.h"
+
+namespace {
+
+// The library knows its store by five functions without a context argument.
+kiohost::Store* g_store = nullptr;
+
+// The path that a format and its arguments make; empty, which is no path, when it does not fit: a
+// cut path could name another node.
+std::string FormatPath(const char* format, va_list arguments) {
+  std::array<char, kiohost::kMaxPathLength + 2> path{};  // a '#' and the terminator
+  const int length = std::vsnprintf(path.data(), path.size(), format, arguments);
+  return length >= 0 && static_cast<size_t>(length) < path.size() ? path.data() : std::string();
+}
+
+std::optional<std::string> Read(const std::string& path) {
+  return g_store == nullptr ? std::nullopt : g_store->Get(path);
+}
+
+int Write(const std::string& path, const std::string& text) {
+  return g_store != nullptr && g_store->Set(path, text) ? 0 : -1;
+}
+
+}  // namespace
+
+extern "C" {
+
+[[gnu::visibility("default")]] int xget_str(char* dst, const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  const std::string path = FormatPath(format, arguments);
+  va_end(arguments);
+  const std::optional<std::string> text = Read(path);
+  const size_t length = text ? std::min(text->size(), kiohost::Store::kMaxTextLength) : 0;
+  if (length > 0) {
+    std::memcpy(dst, text->data(), length);
+  }
+  dst[length] = '\0';
+  return text ? 0 : -1;
+}
+
+[[gnu::visibility("default")]] int xset_str(const char* value, const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  const std::string path = FormatPath(format, arguments);
+  va_end(arguments);
+  return Write(path, value);
+}
+
+[[gnu::visibility("default")]] int xget_int(const char* format, ...) {
+  constexpr int kDecimal = 10;
+  va_list arguments;
+  va_start(arguments, format);
+  const std::string path = FormatPath(format, arguments);
+  va_end(arguments);
+  const std::optional<std::string> text = Read(path);
+  return text ? static_cast<int>(std::strtol(text->c_str(), nullptr, kDecimal)) : -1;
+}
+
+[[gnu::visibility("default")]] int xset_int(int value, const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  const std::string path = FormatPath(format, arguments);
+  va_end(arguments);
+  return Write(path, std::to_string(value));
+}
+
+[[gnu::visibility("default")]] int xdel(const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  const std::string path = FormatPath(format, arguments);
+  va_end(arguments);
+  return g_store != nullptr && g_store->Delete(path) ? 0 : -1;
+}
+
+}  // extern "C"
+
+namespace kiohost {
+
+void BindStore(Store* store) { g_store = store; }
+
+}  // namespace kiohost

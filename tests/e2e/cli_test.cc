@@ -1,0 +1,167 @@
+// The command line: errors, exit codes, queries, factory settings.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "documents.h"
+#include "host_process.h"
+#include "http_client.h"
+
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::MatchesRegex;
+using ::testing::StartsWith;
+
+// The arguments of a host that would serve in `dir`.
+std::vector<std::string> Serving(const TempDir& dir, std::vector<std::string> more = {}) {
+  std::vector<std::string> arguments = {
+      "--store",      dir.File("store.db"), "--temp-dir", dir.path(),
+      "--script-dir", dir.path(),           "--port",     "0"};
+  arguments.insert(arguments.end(), more.begin(), more.end());
+  return arguments;
+}
+
+void ExpectFailure(const std::vector<std::string>& arguments, int exit_code,
+                   const std::string& reason) {
+  const CommandResult result = RunKiohost(arguments);
+  EXPECT_EQ(result.exit_code, exit_code) << result.errors;
+  EXPECT_THAT(result.errors, StartsWith("kiohost: "));
+  EXPECT_THAT(result.errors, HasSubstr(reason));
+  EXPECT_EQ(result.output, "");
+}
+
+TEST(CommandLineTest, HelpAndVersion) {
+  const CommandResult help = RunKiohost({"--help"});
+  EXPECT_EQ(help.exit_code, 0);
+  EXPECT_THAT(help.output, HasSubstr("--factory-reset"));
+  const CommandResult version = RunKiohost({"--version"});
+  EXPECT_EQ(version.exit_code, 0);
+  EXPECT_THAT(version.output,
+              MatchesRegex("kiohost, libkioapp [^ ]+, settings document format 1\\.1\n"));
+}
+
+TEST(CommandLineTest, AMistakeIsExplained) {
+  ExpectFailure({"--prot", "80"}, 2, "--prot: unknown option");
+  ExpectFailure({"--port", "80x"}, 2, "\"80x\"");
+  ExpectFailure({"serve"}, 2, "\"serve\"");
+}
+
+TEST(CommandLineTest, AStoreThatCannotBeUsedIsNamed) {
+  const TempDir dir;
+  ExpectFailure({"--store", dir.File("none/store.db")}, 3, "none/store.db");
+  ExpectFailure({"--store", dir.path()}, 3, dir.path());
+  WriteFile(dir.File("text"), std::string(5000, 'x'));
+  ExpectFailure({"--store", dir.File("text")}, 3, "not a database");
+  EXPECT_EQ(ReadFile(dir.File("text")), std::string(5000, 'x'));
+  ExpectFailure({"--store", dir.File("none.db"), "--dump"}, 3, "none.db");
+  EXPECT_FALSE(std::filesystem::exists(dir.File("none.db")));
+}
+
+TEST(CommandLineTest, ABrokenProfileLineIsNamedAndTheStoreIsAsBefore) {
+  const TempDir dir;
+  const std::string good = dir.File("good.profile");
+  const std::string broken = dir.File("broken.profile");
+  WriteFile(good, "/sys/a = 1\n");
+  WriteFile(broken, "# one\n/sys/a = 2\nthis is no node\n");
+  const std::vector<std::string> dump = {"--store", dir.File("store.db"), "--dump"};
+  EXPECT_EQ(
+      RunKiohost({"--store", dir.File("store.db"), "--profile", good, "--factory-reset", "--dump"})
+          .output,
+      "/sys/a = 1\n");
+  ExpectFailure({"--store", dir.File("store.db"), "--profile", broken, "--factory-reset"}, 4,
+                broken + ": line 3: ");
+  ExpectFailure({"--store", dir.File("store.db"), "--profile", dir.File("none"), "--factory-reset"},
+                4, dir.File("none"));
+  EXPECT_EQ(RunKiohost(dump).output, "/sys/a = 1\n");
+}
+
+TEST(CommandLineTest, DirectoriesThatCannotBeUsedAreNamed) {
+  const TempDir dir;
+  ExpectFailure(Serving(dir, {"--temp-dir", dir.File("none")}), 5, "does not exist");
+  ExpectFailure(Serving(dir, {"--script-dir", dir.File("none")}), 5, "does not exist");
+  ExpectFailure(Serving(dir, {"--state-dir", dir.File("none")}), 5, "does not exist");
+  const std::string long_name = dir.File(std::string(60, 'd'));
+  std::filesystem::create_directory(long_name);
+  ExpectFailure(Serving(dir, {"--temp-dir", long_name}), 5, "longer than 63");
+  ExpectFailure(Serving(dir, {"--script-dir", long_name}), 5, "longer than 63");
+  const std::string shell = dir.File("a;b");
+  std::filesystem::create_directory(shell);
+  ExpectFailure(Serving(dir, {"--temp-dir", shell}), 5, "character");
+}
+
+TEST(CommandLineTest, APortInUseIsSaid) {
+  HostProcess host;
+  ASSERT_TRUE(host.Start());
+  const TempDir dir;
+  ExpectFailure(Serving(dir, {"--port", std::to_string(host.port())}), 6, "Address already in use");
+}
+
+TEST(CommandLineTest, AnAddressThatIsNoneIsSaid) {
+  const TempDir dir;
+  ExpectFailure(Serving(dir, {"--listen", "router.example"}), 6, "not a numeric address");
+}
+
+TEST(CommandLineTest, ThePortIsTheStoresUnlessGiven) {
+  HostProcess other;
+  ASSERT_TRUE(other.Start());
+  const TempDir dir;
+  const std::vector<std::string> arguments = {
+      "--store",  dir.File("store.db"), "--temp-dir", dir.path(),   "--script-dir",
+      dir.path(), "--factory-reset",    "--profile",  dir.File("p")};
+  WriteFile(dir.File("p"), ProfileWith({"/zentrolinks/rsshttpport = none"}));
+  ExpectFailure(arguments, 6, "/zentrolinks/rsshttpport holds \"none\"");
+  const std::string taken = std::to_string(other.port());
+  WriteFile(dir.File("p"), ProfileWith({"/zentrolinks/rsshttpport = " + taken}));
+  ExpectFailure(arguments, 6, "cannot listen on 127.0.0.1:" + taken);
+}
+
+TEST(CommandLineTest, AFactoryResetBringsBackTheProfile) {
+  HostProcess host;
+  ASSERT_TRUE(host.Start());
+  const std::string factory = host.Dump();
+  EXPECT_EQ(Post(host.port(), "/settings", With(FactoryDocument(), "DeviceName", "Changed")).status,
+            200);
+  EXPECT_EQ(host.End(SIGINT), 0);
+  EXPECT_NE(host.Dump(), factory);
+  ASSERT_TRUE(host.Start({"--factory-reset"}));
+  EXPECT_EQ(host.Dump(), factory);
+}
+
+TEST(CommandLineTest, QueriesReadTheStore) {
+  HostProcess host;
+  ASSERT_TRUE(host.Start());
+  EXPECT_EQ(host.Node("/SYS/FriendlyName"), "Home router");
+  EXPECT_EQ(host.Node("/lan/wireless5:1/accesscontrol/acrule#"), "1");
+  EXPECT_EQ(host.Node("/lan/wireless2.4:1/accesscontrol/acrule#"), "(absent)");
+  EXPECT_EQ(RunKiohost({"--store", host.dir().File("store.db"), "--get", "/none"}).exit_code, 1);
+  EXPECT_EQ(RunKiohost({"--store", host.dir().File("store.db"), "--dump=/safetyvyr"}).output,
+            "/safetyvyr/safetynotifyenbl = 0\n/safetyvyr/safetyvyrenbl = 1\n"
+            "/safetyvyr/toolrecommendenbl = 0\n/safetyvyr/urldetectenbl = 1\n");
+}
+
+TEST(CommandLineTest, ADumpIsAProfile) {
+  HostProcess host;
+  ASSERT_TRUE(host.Start());
+  const TempDir dir;
+  const std::string dump = host.Dump();
+  WriteFile(dir.File("p"), dump);
+  EXPECT_EQ(RunKiohost({"--store", dir.File("s.db"), "--profile", dir.File("p"), "--factory-reset",
+                        "--dump"})
+                .output,
+            dump);
+}
+
+TEST(CommandLineTest, ALongTemporaryDirectoryIsWarnedOf) {
+  HostProcess host;
+  const std::string longer = host.dir().File("directory");
+  std::filesystem::create_directory(longer);
+  ASSERT_TRUE(host.Start({"--temp-dir", longer}));
+  EXPECT_THAT(ReadFile(host.dir().File("err")), HasSubstr("of more than 49 characters"));
+}
+
+}  // namespace

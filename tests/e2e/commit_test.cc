@@ -1,0 +1,278 @@
+// When the resync actions of an exchange run.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <csignal>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "documents.h"
+#include "host_process.h"
+#include "http_client.h"
+
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+using Clock = std::chrono::steady_clock;
+
+constexpr char kSlowScript[] = "#!/bin/sh\nsleep 1\necho done >>\"$KIOHOST_STATE_DIR/slow\"\n";
+
+std::string NewUplink(const std::string& address) {
+  return With(FactoryDocument(), "UpLinkConnection", StaticUplink(address));
+}
+
+size_t Count(const std::string& text, const std::string& part) {
+  size_t count = 0;
+  for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+    ++count;
+  }
+  return count;
+}
+
+TEST(CommitTest, RunsOnlyAfterTheAnswerWasSent) {
+  HostProcess host;
+  host.UseScript("uplink.sh", kSlowScript);
+  ASSERT_TRUE(host.Start());
+  const auto begin = Clock::now();
+  const HttpResponse answer = Post(host.port(), "/settings", NewUplink("192.0.2.77"));
+  EXPECT_EQ(answer.body, ResultDocument(0, "", 20));
+  // The script takes a second; an answer that waited for it would come later than that.
+  EXPECT_LT(Clock::now() - begin, std::chrono::milliseconds(900));
+  EXPECT_EQ(ReadFile(host.dir().File("slow")), "");
+  EXPECT_TRUE(host.WaitForOutput("action WanResync"));
+  EXPECT_EQ(ReadFile(host.dir().File("slow")), "done\n");
+}
+
+TEST(CommitTest, RunsAlthoughTheClientWentAway) {
+  HostProcess host;
+  ASSERT_TRUE(host.Start());
+  {
+    Connection client(host.port());
+    ASSERT_TRUE(client.Send(PostRequest("/settings", NewUplink("192.0.2.77"))));
+    while (host.Node("/uplink/ip") != "192.0.2.77") {
+      std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    client.Abort();
+  }
+  EXPECT_TRUE(host.WaitForOutput("action CfgSaveToFlash"));
+  EXPECT_THAT(host.Output(), HasSubstr("action WanResync"));
+  EXPECT_EQ(Get(host.port(), "/device").status, 200);
+}
+
+// A connection that the host has accepted.
+std::unique_ptr<Connection> Accepted(int port) {
+  auto connection = std::make_unique<Connection>(port);
+  EXPECT_TRUE(connection->Send("GET /device HTTP/1.1\r\nHost: r\r\n\r\n"));
+  EXPECT_EQ(connection->Read().status, 200);
+  return connection;
+}
+
+// While a slow commit runs, two more documents arrive, so that the host finds both at once. Each
+// must get its own actions; the library keeps those of one exchange only.
+TEST(CommitTest, EachOfTwoExchangesAtOnceGetsItsActions) {
+  HostProcess host;
+  host.UseScript("uplink.sh", kSlowScript);
+  ASSERT_TRUE(host.Start());
+  const auto second = Accepted(host.port());
+  const auto third = Accepted(host.port());
+  EXPECT_EQ(Post(host.port(), "/settings", NewUplink("192.0.2.9")).status, 200);
+
+  // Whichever comes first, it and the other change different parts.
+  const std::string renamed = With(NewUplink("192.0.2.9"), "DeviceName", "Second");
+  const std::string cloned = WithIn(FactoryDocument(), "Wireless5", "WirelessName", "Third");
+  ASSERT_TRUE(second->Send(PostRequest("/settings", renamed)));
+  ASSERT_TRUE(third->Send(PostRequest("/settings?cloning=1", cloned)));
+  EXPECT_EQ(ReadFile(host.dir().File("slow")), "") << "the first commit was over too early";
+  EXPECT_THAT(second->Read().body, HasSubstr("<RssSetResult>0</RssSetResult>"));
+  EXPECT_THAT(third->Read().body, HasSubstr("<RssSetResult>0</RssSetResult>"));
+
+  EXPECT_EQ(host.End(SIGTERM), 0);
+  const std::string output = host.Output();
+  EXPECT_EQ(Count(output, "action WanResync"), 1U) << output;
+  EXPECT_EQ(Count(output, "action DeviceResync"), 1U) << output;
+  EXPECT_GE(Count(output, "action Wlan5gResync"), 1U) << output;
+  EXPECT_EQ(Count(output, "action CfgSaveToFlash"), 3U) << output;
+}
+
+TEST(CommitTest, ManyExchangesAtOnceAllGetTheirAnswerAndCommit) {
+  constexpr size_t kClients = 12;
+  HostProcess host;
+  host.UseScript("device_resync.sh", "#!/bin/sh\n");
+  ASSERT_TRUE(host.Start());
+  std::vector<std::unique_ptr<Connection>> clients;
+  for (size_t i = 0; i < kClients; ++i) {
+    clients.push_back(Accepted(host.port()));
+  }
+  for (size_t i = 0; i < kClients; ++i) {
+    const std::string name = "Name " + std::to_string(i);
+    ASSERT_TRUE(
+        clients[i]->Send(PostRequest("/settings", With(FactoryDocument(), "DeviceName", name))));
+  }
+  for (const auto& client : clients) {
+    EXPECT_EQ(client->Read().body, ResultDocument(0, "", 5));
+  }
+  EXPECT_EQ(host.End(SIGTERM), 0);
+  EXPECT_EQ(Count(host.Output(), "action DeviceResync"), kClients);
+}
+
+TEST(CommitTest, BodiesThatArriveSideBySideDoNotMix) {
+  HostProcess host;
+  ASSERT_TRUE(host.Start());
+  const std::string one = PostRequest("/settings", With(FactoryDocument(), "DeviceName", "One"));
+  const std::string two = PostRequest("/settings", With(FactoryDocument(), "DeviceName", "Two"));
+  Connection first(host.port());
+  Connection second(host.port());
+  const size_t half = one.size() / 2;
+  ASSERT_TRUE(first.Send(one.substr(0, half)));
+  ASSERT_TRUE(second.Send(two.substr(0, half)));
+  EXPECT_EQ(Get(host.port(), "/device").status, 200);
+  ASSERT_TRUE(first.Send(one.substr(half)));
+  EXPECT_EQ(first.Read().body, ResultDocument(0, "", 5));
+  EXPECT_EQ(host.Node("/sys/friendlyname"), "One");
+  ASSERT_TRUE(second.Send(two.substr(half)));
+  EXPECT_EQ(second.Read().body, ResultDocument(0, "", 5));
+  EXPECT_EQ(host.Node("/sys/friendlyname"), "Two");
+}
+
+TEST(CommitTest, ADocumentThatChangesNothingRepeatsTheLastActionsOnce) {
+  HostProcess host;
+  ASSERT_TRUE(host.Start());
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(Post(host.port(), "/settings", NewUplink("192.0.2.77")).status, 200);
+  }
+  EXPECT_EQ(host.End(SIGTERM), 0);
+  EXPECT_EQ(Count(host.Output(), "action WanResync"), 2U);
+}
+
+TEST(CommitTest, ARefusedDocumentDoesNotDisturbALaterOne) {
+  HostProcess host;
+  ASSERT_TRUE(host.Start());
+  const std::string refused = WithIn(NewUplink("192.0.2.77"), "Wireless2.4", "Channel", "99");
+  EXPECT_EQ(Post(host.port(), "/settings", refused).body,
+            ResultDocument(3, "Device/Wireless2.4/Channel", 0));
+  EXPECT_EQ(Post(host.port(), "/settings", With(FactoryDocument(), "DeviceName", "Renamed")).body,
+            ResultDocument(0, "", 5));
+  EXPECT_EQ(host.End(SIGTERM), 0);
+  EXPECT_THAT(host.Output(), HasSubstr("action DeviceResync"));
+  EXPECT_THAT(host.Output(), Not(HasSubstr("action WanResync")));
+}
+
+TEST(CommitTest, AStopDoesNotLoseTheCommitOfAnAnsweredExchange) {
+  for (const int signal_number : {SIGTERM, SIGINT}) {
+    HostProcess host;
+    ASSERT_TRUE(host.Start());
+    EXPECT_EQ(Post(host.port(), "/settings", NewUplink("192.0.2.77")).status, 200);
+    EXPECT_EQ(host.End(signal_number), 0);
+    EXPECT_THAT(host.Output(), HasSubstr("action WanResync"));
+  }
+}
+
+TEST(CommitTest, AStopDuringACommitWaitsForIt) {
+  for (const int signal_number : {SIGTERM, SIGINT}) {
+    HostProcess host;
+    host.UseScript("uplink.sh", kSlowScript);
+    ASSERT_TRUE(host.Start());
+    EXPECT_EQ(Post(host.port(), "/settings", NewUplink("192.0.2.77")).status, 200);
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    EXPECT_EQ(host.End(signal_number), 0);
+    EXPECT_EQ(ReadFile(host.dir().File("slow")), "done\n");
+    EXPECT_THAT(host.Output(), HasSubstr("action CfgSaveToFlash"));
+  }
+}
+
+// The host runs command after command the while.
+TEST(CommitTest, NoMomentOfAnExchangeLosesAStop) {
+  for (int milliseconds = 0; milliseconds < 30; ++milliseconds) {
+    HostProcess host;
+    ASSERT_TRUE(host.Start());
+    Connection client(host.port());
+    ASSERT_TRUE(client.Send(PostRequest("/settings", NewUplink("192.0.2.77"))));
+    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+    ASSERT_EQ(host.End(SIGINT), 0) << milliseconds;
+  }
+}
+
+TEST(CommitTest, ScriptsInheritNoSocketAndNoStore) {
+  HostProcess host;
+  host.UseScript("uplink.sh", "#!/bin/sh\nls -l /proc/$$/fd >\"$KIOHOST_STATE_DIR/fds\"\n");
+  ASSERT_TRUE(host.Start());
+  EXPECT_EQ(Post(host.port(), "/settings", NewUplink("192.0.2.77")).status, 200);
+  ASSERT_TRUE(host.WaitForOutput("action WanResync"));
+  const std::string fds = ReadFile(host.dir().File("fds"));
+  EXPECT_THAT(fds, HasSubstr("->"));
+  EXPECT_THAT(fds, Not(HasSubstr("socket:")));
+  EXPECT_THAT(fds, Not(HasSubstr("store.db")));
+}
+
+TEST(CommitTest, ScriptsHaveOrdinarySignals) {
+  constexpr unsigned long kPipe = 1UL << (SIGPIPE - 1);
+  constexpr unsigned long kBlockedInTheHost =
+      1UL << (SIGALRM - 1) | 1UL << (SIGTERM - 1) | 1UL << (SIGINT - 1);
+  HostProcess host;
+  // `read` is the shell's own: a shell that starts another program blocks signals meanwhile.
+  host.UseScript("uplink.sh",
+                 "#!/bin/sh\nwhile read -r name value; do\n"
+                 "  echo \"$value\" >\"$KIOHOST_STATE_DIR/$name\"\ndone </proc/$$/status\n");
+  ASSERT_TRUE(host.Start());
+  EXPECT_EQ(Post(host.port(), "/settings", NewUplink("192.0.2.77")).status, 200);
+  ASSERT_TRUE(host.WaitForOutput("action WanResync"));
+  const auto signals = [&host](const char* name) {
+    return std::stoul(ReadFile(host.dir().File(name)), nullptr, 16);
+  };
+  EXPECT_EQ(signals("SigIgn:") & kPipe, 0U);
+  EXPECT_EQ(signals("SigBlk:") & kBlockedInTheHost, 0U);
+}
+
+// An alarm is served, but never within a call into the library: the script, which the library runs,
+// rings the alarm of the host.
+TEST(CommitTest, AnAlarmDoesNotInterruptACommit) {
+  HostProcess host;
+  host.UseScript("uplink.sh",
+                 "#!/bin/sh\nkill -ALRM \"$(cat \"$KIOHOST_STATE_DIR/pid\")\"\n"
+                 "sleep 0.2\necho done >>\"$KIOHOST_STATE_DIR/slow\"\n");
+  ASSERT_TRUE(host.Start());
+  WriteFile(host.dir().File("pid"), std::to_string(host.pid()));
+  EXPECT_EQ(Post(host.port(), "/settings", NewUplink("192.0.2.77")).status, 200);
+  // Nothing has set up a handler yet, so that the alarm ends the host in its next wait, with the
+  // commit behind it.
+  EXPECT_EQ(host.WaitForEnd(), 128 + SIGALRM);
+  EXPECT_EQ(ReadFile(host.dir().File("slow")), "done\n");
+  EXPECT_THAT(host.Output(), HasSubstr("action CfgSaveToFlash"));
+}
+
+TEST(CommitTest, WithRealWaitsTheHostGoesAwayAsLongAsItSaid) {
+  HostProcess host;
+  ASSERT_TRUE(host.Start({"--real-waits"}));
+  const std::string survey = With(FactoryDocument(), "UpLinkConnection",
+                                  "<HardwareType>WWan802.11</HardwareType>"
+                                  "<ConnType>DHCP</ConnType><ExtenderSite><Survey>1</Survey>"
+                                  "</ExtenderSite>");
+  const auto begin = Clock::now();
+  EXPECT_EQ(Post(host.port(), "/settings", survey).body, ResultDocument(0, "", 3));
+  ASSERT_TRUE(host.WaitForOutput("away for 3 s"));
+  EXPECT_FALSE(Connection(host.port()).connected());
+  while (!Connection(host.port()).connected()) {
+    ASSERT_LT(Clock::now() - begin, std::chrono::seconds(10));
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  EXPECT_GE(Clock::now() - begin, std::chrono::milliseconds(2900));
+  EXPECT_THAT(host.Output(), HasSubstr("action WlanSiteSurvey"));
+  EXPECT_EQ(Get(host.port(), "/device").status, 200);
+}
+
+TEST(CommitTest, AStopEndsARealWait) {
+  HostProcess host;
+  ASSERT_TRUE(host.Start({"--real-waits"}));
+  EXPECT_EQ(Post(host.port(), "/settings", NewUplink("192.0.2.77")).body,
+            ResultDocument(0, "", 20));
+  ASSERT_TRUE(host.WaitForOutput("action CfgSaveToFlash"));
+  const auto begin = Clock::now();
+  EXPECT_EQ(host.End(SIGTERM), 0);
+  EXPECT_LT(Clock::now() - begin, std::chrono::seconds(5));
+}
+
+}  // namespace

@@ -1,0 +1,75 @@
+// Runs kiohost in a directory of its own.
+#ifndef TESTS_E2E_HOST_PROCESS_H
+#define TESTS_E2E_HOST_PROCESS_H
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+#include "../host/temp_dir.h"
+
+struct CommandResult {
+  int exit_code = -1;  // 128 and the signal's number when a signal ended it
+  std::string output;
+  std::string errors;
+};
+
+// Runs kiohost to its end.
+CommandResult RunKiohost(const std::vector<std::string>& arguments);
+
+// The delivered factory settings with more lines at the end, of which a later one for the same node
+// replaces the earlier.
+std::string ProfileWith(const std::vector<std::string>& lines);
+
+void WriteFile(const std::string& file, const std::string& content);
+std::string ReadFile(const std::string& file);
+
+// A host that serves on a free loopback port, with the store, the temporary directory and the
+// scripts in `dir()`. It is killed, if it still runs, when it goes out of scope.
+class HostProcess {
+ public:
+  HostProcess();
+  ~HostProcess();
+  HostProcess(const HostProcess&) = delete;
+  HostProcess& operator=(const HostProcess&) = delete;
+
+  // Uses other factory settings than the delivered ones.
+  void UseProfile(const std::string& profile);
+
+  // Replaces a resync script.
+  void UseScript(const std::string& name, const std::string& script);
+
+  // Starts the host and waits until it listens. Returns false when it does not within some seconds.
+  bool Start(const std::vector<std::string>& more_arguments = {});
+
+  const TempDir& dir() const { return dir_; }
+  int port() const { return port_; }
+  pid_t pid() const { return pid_; }
+
+  // Sends a signal and waits for the end; returns the exit code as CommandResult does.
+  int End(int signal_number);
+
+  // Waits for the host to end by itself.
+  int WaitForEnd();
+
+  // What the host said on standard output since its last start.
+  std::string Output() const;
+
+  // Waits some seconds for a text in the output.
+  bool WaitForOutput(const std::string& text) const;
+
+  // The store as a profile, read by another kiohost. The nodes of the directories are left out.
+  std::string Dump() const;
+
+  // The text of a node; "(absent)" without it.
+  std::string Node(const std::string& path) const;
+
+ private:
+  TempDir dir_;
+  std::vector<std::string> arguments_;
+  pid_t pid_ = -1;
+  int port_ = 0;
+};
+
+#endif  // TESTS_E2E_HOST_PROCESS_H

@@ -1,0 +1,141 @@
+#include "http_client.h"
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <strings.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <cstdlib>
+
+namespace {
+
+constexpr int kReadMilliseconds = 20000;
+constexpr int kMillisecondsPerSecond = 1000;
+constexpr char kHeadEnd[] = "\r\n\r\n";
+
+// The number that a text begins with, 0 without one.
+template <typename Number>
+Number ToNumber(const std::string& text) {
+  constexpr int kDecimal = 10;
+  return static_cast<Number>(std::strtoul(text.c_str(), nullptr, kDecimal));
+}
+
+}  // namespace
+
+std::string HttpResponse::Header(const std::string& name) const {
+  for (size_t at = head.find("\r\n"); at != std::string::npos; at = head.find("\r\n", at)) {
+    at += 2;
+    if (strncasecmp(head.c_str() + at, (name + ": ").c_str(), name.size() + 2) == 0) {
+      const size_t begin = at + name.size() + 2;
+      return head.substr(begin, head.find("\r\n", begin) - begin);
+    }
+  }
+  return {};
+}
+
+Connection::Connection(int port) : fd_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+  sockaddr_in address = {};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(static_cast<uint16_t>(port));
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  if (connect(fd_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+    close(fd_);
+    fd_ = -1;
+  }
+}
+
+Connection::~Connection() {
+  if (fd_ >= 0) {
+    close(fd_);
+  }
+}
+
+bool Connection::Send(const std::string& bytes) {
+  size_t sent = 0;
+  while (sent < bytes.size()) {
+    const ssize_t count = send(fd_, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
+    if (count <= 0) {
+      return false;
+    }
+    sent += static_cast<size_t>(count);
+  }
+  return true;
+}
+
+HttpResponse Connection::Read() {
+  size_t head_end = 0;
+  while ((head_end = received_.find(kHeadEnd)) == std::string::npos) {
+    if (!ReadMore()) {
+      return {};
+    }
+  }
+  HttpResponse response;
+  response.head = received_.substr(0, head_end + 2);
+  const size_t blank = response.head.find(' ');
+  response.status = blank == std::string::npos ? 0 : ToNumber<int>(response.head.substr(blank));
+  const size_t body = head_end + sizeof kHeadEnd - 1;
+  const auto length = ToNumber<size_t>(response.Header("Content-Length"));
+  while (received_.size() < body + length) {
+    if (!ReadMore()) {
+      return {};
+    }
+  }
+  response.body = received_.substr(body, length);
+  received_.erase(0, body + length);
+  return response;
+}
+
+bool Connection::WaitForClose(int seconds) {
+  pollfd wait = {fd_, POLLIN, 0};
+  char byte = 0;
+  return poll(&wait, 1, seconds * kMillisecondsPerSecond) == 1 && recv(fd_, &byte, 1, 0) <= 0;
+}
+
+bool Connection::StaysSilent(int seconds) {
+  pollfd wait = {fd_, POLLIN, 0};
+  return poll(&wait, 1, seconds * kMillisecondsPerSecond) == 0;
+}
+
+void Connection::Abort() {
+  const linger now = {1, 0};
+  setsockopt(fd_, SOL_SOCKET, SO_LINGER, &now, sizeof now);
+  close(fd_);
+  fd_ = -1;
+}
+
+bool Connection::ReadMore() {
+  constexpr size_t kPiece = 4096;
+  pollfd wait = {fd_, POLLIN, 0};
+  char piece[kPiece];
+  if (fd_ < 0 || poll(&wait, 1, kReadMilliseconds) != 1) {
+    return false;
+  }
+  const ssize_t count = recv(fd_, piece, sizeof piece, 0);
+  if (count <= 0) {
+    return false;
+  }
+  received_.append(piece, static_cast<size_t>(count));
+  return true;
+}
+
+std::string PostRequest(const std::string& url, const std::string& body) {
+  return "POST " + url +
+         " HTTP/1.1\r\nHost: router\r\nContent-Length: " + std::to_string(body.size()) +
+         "\r\n\r\n" + body;
+}
+
+HttpResponse Post(int port, const std::string& url, const std::string& body) {
+  return Request(port, PostRequest(url, body));
+}
+
+HttpResponse Get(int port, const std::string& url) {
+  return Request(port, "GET " + url + " HTTP/1.1\r\nHost: router\r\n\r\n");
+}
+
+HttpResponse Request(int port, const std::string& request) {
+  Connection connection(port);
+  return connection.Send(request) ? connection.Read() : HttpResponse();
+}

@@ -1,0 +1,55 @@
+// A small HTTP client that sends what it is told, byte for byte.
+#ifndef TESTS_E2E_HTTP_CLIENT_H
+#define TESTS_E2E_HTTP_CLIENT_H
+
+#include <string>
+
+struct HttpResponse {
+  int status = 0;  // 0: no answer
+  std::string head;
+  std::string body;
+
+  // The value of a header, empty without it.
+  std::string Header(const std::string& name) const;
+};
+
+// One connection to a port of the loopback address.
+class Connection {
+ public:
+  explicit Connection(int port);
+  ~Connection();
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  bool connected() const { return fd_ >= 0; }
+
+  // Returns false when the other side does not take everything.
+  bool Send(const std::string& bytes);
+
+  // Reads one answer with a Content-Length.
+  HttpResponse Read();
+
+  // Waits for up to `seconds` for the other side to close; returns whether it did.
+  bool WaitForClose(int seconds);
+
+  // Whether the other side neither sends nor closes for that long.
+  bool StaysSilent(int seconds);
+
+  // Ends the connection at once, unread answers are lost.
+  void Abort();
+
+ private:
+  bool ReadMore();
+
+  int fd_ = -1;
+  std::string received_;
+};
+
+// A request with a body of known length.
+std::string PostRequest(const std::string& url, const std::string& body);
+
+HttpResponse Post(int port, const std::string& url, const std::string& body);
+HttpResponse Get(int port, const std::string& url);
+HttpResponse Request(int port, const std::string& request);
+
+#endif  // TESTS_E2E_HTTP_CLIENT_H

@@ -1,0 +1,53 @@
+#!/bin/bash
+# Runs the examples of docs/http.md: each `sh` block against a host with factory settings, and
+# compares its output with the `text` block that follows. Usage: http_doc_test.sh KIOHOST SOURCE_DIR
+set -euo pipefail
+
+kiohost=$1
+source_dir=$2
+work=$(mktemp -d /tmp/kio.XXXXXX)
+host_pid=
+cleanup() {
+  if [[ -n $host_pid ]]; then
+    kill "$host_pid" 2>/dev/null || true
+    wait "$host_pid" || true
+  fi
+  rm -rf "$work"
+}
+trap cleanup EXIT
+
+ln -s "$source_dir/host/scripts" "$work/scripts"
+: >"$work/out"
+"$kiohost" --store "$work/store.db" --temp-dir "$work" --script-dir "$work/scripts" --port 0 \
+  >"$work/out" &
+host_pid=$!
+ROUTER=
+for _ in {1..200}; do
+  ROUTER=$(sed -n 's|^listening on \(http://.*\)/$|\1|p' "$work/out")
+  [[ -z $ROUTER ]] || break
+  sleep 0.05
+done
+[[ -n $ROUTER ]] || { echo "the host does not listen"; exit 1; }
+export ROUTER
+
+# Writes the blocks as files 1.sh, 1.text, 2.sh, 2.text, ...
+awk -v dir="$work" '
+  /^```sh$/   { file = dir "/" ++count ".sh"; next }
+  /^```text$/ { file = dir "/" count ".text"; next }
+  /^```$/     { file = ""; next }
+  file != ""  { print > file }' "$source_dir/docs/http.md"
+
+same_uptime() { sed 's/"uptime": [0-9][0-9]*}/"uptime": N}/'; }
+
+cd "$source_dir"
+examples=0
+for _ in "$work"/*.sh; do
+  examples=$((examples + 1))
+done
+((examples >= 6)) || { echo "found $examples examples only"; exit 1; }
+for ((i = 1; i <= examples; ++i)); do
+  echo "example $i: $(head -n 1 "$work/$i.sh")"
+  bash -euo pipefail "$work/$i.sh" >"$work/$i.got"
+  diff <(same_uptime <"$work/$i.text") <(same_uptime <"$work/$i.got")
+done
+echo "$examples examples passed"

@@ -1,0 +1,86 @@
+#include "options.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace kiohost {
+namespace {
+
+using ::testing::HasSubstr;
+
+Status Parse(std::vector<std::string> words, Options* options) {
+  words.insert(words.begin(), "kiohost");
+  std::vector<char*> argv;
+  argv.reserve(words.size() + 1);
+  for (std::string& word : words) {
+    argv.push_back(word.data());
+  }
+  argv.push_back(nullptr);
+  return ParseOptions(static_cast<int>(words.size()), argv.data(), options);
+}
+
+TEST(OptionsTest, HaveSafeDefaults) {
+  Options options;
+  ASSERT_TRUE(Parse({}, &options).ok());
+  EXPECT_EQ(options.command, Options::Command::kServe);
+  EXPECT_EQ(options.listen, "127.0.0.1");
+  EXPECT_EQ(options.port, std::nullopt);
+  EXPECT_FALSE(options.real_waits);
+  EXPECT_FALSE(options.factory_reset);
+}
+
+TEST(OptionsTest, AreAllUnderstood) {
+  Options options;
+  ASSERT_TRUE(Parse({"--store", "s.db", "--profile=p", "--factory-reset", "--listen", "::1",
+                     "--port", "0", "--temp-dir", "t", "--script-dir", "c", "--state-dir", "d",
+                     "--real-waits", "--log-level", "7"},
+                    &options)
+                  .ok());
+  EXPECT_EQ(options.store, "s.db");
+  EXPECT_EQ(options.profile, "p");
+  EXPECT_TRUE(options.factory_reset);
+  EXPECT_EQ(options.listen, "::1");
+  EXPECT_EQ(options.port, 0);
+  EXPECT_EQ(options.temp_dir, "t");
+  EXPECT_EQ(options.script_dir, "c");
+  EXPECT_EQ(options.state_dir, "d");
+  EXPECT_TRUE(options.real_waits);
+  EXPECT_EQ(options.log_level, 7);
+}
+
+TEST(OptionsTest, QueriesNameTheirNode) {
+  Options get;
+  ASSERT_TRUE(Parse({"--get", "/lan/wireless5:1/accesscontrol/acrule#"}, &get).ok());
+  EXPECT_EQ(get.command, Options::Command::kGet);
+  EXPECT_EQ(get.node, "/lan/wireless5:1/accesscontrol/acrule#");
+  Options dump;
+  ASSERT_TRUE(Parse({"--dump=/sys"}, &dump).ok());
+  EXPECT_EQ(dump.command, Options::Command::kDump);
+  EXPECT_EQ(dump.node, "/sys");
+}
+
+TEST(OptionsTest, MistakesNameTheirOption) {
+  const std::vector<std::vector<std::string>> mistakes = {
+      {"--port", "x"}, {"--port", "65536"},     {"--port", "-1"}, {"--port"},
+      {"--prot", "1"}, {"--log-level", "8"},    {"--get", "sys"}, {"--dump=sys/"},
+      {"--store", ""}, {"--factory-reset=yes"}, {"--port", "80 "}};
+  for (const std::vector<std::string>& words : mistakes) {
+    Options options;
+    const Status status = Parse(words, &options);
+    EXPECT_EQ(status.code(), ExitCode::kUsage) << words[0];
+    EXPECT_THAT(status.reason(), HasSubstr(words[0].substr(0, words[0].find('=')))) << words[0];
+  }
+}
+
+TEST(OptionsTest, ThereAreNoOtherArguments) {
+  Options options;
+  const Status status = Parse({"--real-waits", "extra"}, &options);
+  EXPECT_EQ(status.code(), ExitCode::kUsage);
+  EXPECT_THAT(status.reason(), HasSubstr("\"extra\""));
+}
+
+}  // namespace
+}  // namespace kiohost
