@@ -1,0 +1,52 @@
+// A log call that the level drops.
+#include <dlfcn.h>
+#include <sys/sysinfo.h>
+
+#include "figures.h"
+#include "kioapp/log.h"
+#include "platform/log.h"
+
+namespace {
+int g_sysinfo_calls = 0;
+}  // namespace
+
+// Stands before libc's for the whole program, the library included.
+int sysinfo(struct sysinfo* info) noexcept {
+  using Function = int (*)(struct sysinfo*);
+  static const auto libc_sysinfo = reinterpret_cast<Function>(dlsym(RTLD_NEXT, "sysinfo"));
+  ++g_sysinfo_calls;
+  return libc_sysinfo(info);
+}
+
+namespace kio::bench {
+namespace {
+
+// As a function of the library logs.
+[[gnu::noinline]] void DroppedCall(int value) {
+  KIO_LOG(platform::kLogDetail, "%ld:value=%d\n", sys_uptime_seconds(), value);
+}
+[[gnu::noinline]] void NoCall(int value) { benchmark::DoNotOptimize(value); }
+
+void Dropped(benchmark::State& state) {
+  daemon_log_level = 5;
+  g_sysinfo_calls = 0;
+  int value = 0;
+  const Pair pair = MeasurePair(
+      state, [&] { DroppedCall(++value); }, [&] { NoCall(++value); });
+  AddFigure({"log: a dropped call", pair.first, "ns", Bound::kAtMost, 2});
+  AddFigure({"log: an empty function for comparison", pair.second, "ns"});
+  AddFigure(
+      {"log: sysinfo calls", static_cast<double>(g_sysinfo_calls), "calls", Bound::kAtMost, 0});
+  // The counter counts: a kept call reads the uptime.
+  daemon_log_level = 7;
+  DroppedCall(1);
+  daemon_log_level = 5;
+  AddFigure({"log: sysinfo calls of a kept call", static_cast<double>(g_sysinfo_calls), "calls",
+             Bound::kAtLeast, 1});
+}
+
+}  // namespace
+
+void RegisterLog() { RegisterPaired("log/dropped", Dropped); }
+
+}  // namespace kio::bench

@@ -1,0 +1,203 @@
+// Reading every leaf of a document: the library against parsers of other makes, against plain
+// searches, and against itself on documents of other sizes.
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "figures.h"
+#include "toolkit_reader.h"
+#include "tree_readers.h"
+
+namespace kio::bench {
+namespace {
+
+using TreeReader = bool (*)(const char* document, std::size_t size, Settings& out);
+
+const std::string& FullDocument() {
+  static const std::string document = ReadFile(KIO_BENCH_DATA "/full.xml");
+  return document;
+}
+
+Settings g_settings;
+
+// The finders never change a text, yet take it as writable.
+void ReadBy(const Toolkit& toolkit, const std::string& document) {
+  g_settings.radios[0].rule_count = 0;
+  g_settings.radios[1].rule_count = 0;
+  ReadByToolkit(toolkit, const_cast<char*>(document.data()), g_settings);
+  benchmark::ClobberMemory();
+}
+
+void ReadBy(TreeReader reader, const std::string& document) {
+  g_settings.radios[0].rule_count = 0;
+  g_settings.radios[1].rule_count = 0;
+  if (!reader(document.data(), document.size(), g_settings)) {
+    std::fprintf(stderr, "a peer refuses the document\n");
+    std::exit(1);
+  }
+  benchmark::ClobberMemory();
+}
+
+Settings ReadOnce(const auto& reader, const std::string& document) {
+  std::memset(&g_settings, 0, sizeof(g_settings));
+  ReadBy(reader, document);
+  return g_settings;
+}
+
+// A comparison of speed is worth something only when all read the same.
+void CheckReaders() {
+  const Settings expected = ReadOnce(kLibraryToolkit, FullDocument());
+  if (expected.radios[1].rule_count != kRuleCapacity || expected.safety[2] != 1) {
+    std::fprintf(stderr, "the full document is not full\n");
+    std::exit(1);
+  }
+  for (const Toolkit* toolkit : {&ScalarToolkit(), &kPlainToolkit}) {
+    const Settings read = ReadOnce(*toolkit, FullDocument());
+    if (std::memcmp(&read, &expected, sizeof(read)) != 0) {
+      std::fprintf(stderr, "the searches read different values\n");
+      std::exit(1);
+    }
+  }
+}
+
+bool SameTexts(const Settings& a, const Settings& b);
+
+void CheckTreeReader(const char* name, TreeReader reader) {
+  if (!SameTexts(ReadOnce(reader, FullDocument()), ReadOnce(kLibraryToolkit, FullDocument()))) {
+    std::fprintf(stderr, "%s reads different values\n", name);
+    std::exit(1);
+  }
+}
+
+// Bytes behind a terminator are of no account: the library decodes into its buffers from a copy
+// that is cut.
+bool SameTexts(const Settings& a, const Settings& b) {
+  bool same = a.major == b.major && a.minor == b.minor && a.configurable == b.configurable &&
+              std::strcmp(a.device_name, b.device_name) == 0 &&
+              std::strcmp(a.device_password, b.device_password) == 0 &&
+              a.router_enabled == b.router_enabled &&
+              a.uplink_configurable == b.uplink_configurable &&
+              std::strcmp(a.hardware_type, b.hardware_type) == 0 &&
+              std::strcmp(a.connection_type, b.connection_type) == 0 &&
+              std::strcmp(a.login_name, b.login_name) == 0 &&
+              std::strcmp(a.login_password, b.login_password) == 0 &&
+              std::strcmp(a.country, b.country) == 0 && std::strcmp(a.provider, b.provider) == 0 &&
+              std::strcmp(a.roaming, b.roaming) == 0 &&
+              std::memcmp(a.safety, b.safety, sizeof(a.safety)) == 0;
+  for (int i = 0; i < 2; ++i) {
+    const Radio& x = a.radios[i];
+    const Radio& y = b.radios[i];
+    same = same && x.configurable == y.configurable && x.enabled == y.enabled &&
+           x.schedule == y.schedule && std::strcmp(x.bssid, y.bssid) == 0 &&
+           std::strcmp(x.name, y.name) == 0 && std::strcmp(x.mode, y.mode) == 0 &&
+           std::strcmp(x.key, y.key) == 0 && std::strcmp(x.type, y.type) == 0 &&
+           std::strcmp(x.channel, y.channel) == 0 && x.access_enabled == y.access_enabled &&
+           x.access_mode == y.access_mode && x.rule_count == y.rule_count &&
+           std::memcmp(x.rules, y.rules, sizeof(x.rules)) == 0;
+  }
+  return same;
+}
+
+void Against(benchmark::State& state, const char* name, const Toolkit& toolkit, TreeReader peer,
+             double limit) {
+  const std::string& document = FullDocument();
+  const Pair pair = MeasurePair(
+      state, [&] { ReadBy(toolkit, document); }, [&] { ReadBy(peer, document); });
+  AddFigure({std::string("leaves: ") + name + ", ns of the first", pair.first, "ns"});
+  AddFigure({std::string("leaves: ") + name, pair.ratio, "x time",
+             limit > 0 ? Bound::kAtMost : Bound::kNone, limit});
+}
+
+void AgainstPlain(benchmark::State& state) {
+  const std::string& document = FullDocument();
+  const Pair pair = MeasurePair(
+      state, [&] { ReadBy(kPlainToolkit, document); }, [&] { ReadBy(kLibraryToolkit, document); });
+  AddFigure({"leaves: plain search / library", pair.ratio, "x time", Bound::kAtLeast, 20});
+}
+
+// A document of about `size` bytes: the full one with more rules in its second radio. A document
+// that is to be shorter than the full one loses rules there.
+std::string DocumentOfSize(std::size_t size) {
+  std::string document = FullDocument();
+  const std::size_t end = document.rfind("   </AccessControl>");
+  const std::size_t begin = document.rfind("    <AcRule>", end);
+  const std::string rule = document.substr(begin, end - begin);
+  while (document.size() > size) {
+    document.erase(document.rfind("    <AcRule>"), rule.size());
+  }
+  while (document.size() + rule.size() <= size) {
+    document.insert(begin, rule);
+  }
+  return document;
+}
+
+// Searches every rule of a document, and from the start the first and the last element of a block.
+// This is a reading of all leaves of whatever number of rules.
+int ReadAllRules(const Toolkit& toolkit, const std::string& document) {
+  char* const text = const_cast<char*>(document.data());
+  int count = 0;
+  int length = 0;
+  char path[128];
+  char* const root = toolkit.find(text, 0, "root", &length);
+  char* const device = toolkit.find_block("", root, length, "Device", path, &length);
+  char* const device_end = device + length;
+  for (const char* radio : {"Wireless2.4", "Wireless5"}) {
+    char* block = toolkit.find_block("Device", device, static_cast<int>(device_end - device), radio,
+                                     path, &length);
+    block = toolkit.find_block(path, block, length, "AccessControl", path, &length);
+    char* const end = block + length;
+    while (block < end) {
+      char* const tag = toolkit.find_header(block, static_cast<int>(end - block), "AcRule");
+      if (tag == nullptr) {
+        break;
+      }
+      char* const rule =
+          toolkit.find_block(path, tag, static_cast<int>(end - tag), "AcRule", path, &length);
+      int active = 0;
+      char mac[18];
+      toolkit.read_int(rule, length, path, "Active", &active);
+      count += toolkit.read_text(rule, length, path, "MAC", mac, sizeof(mac));
+      block = tag + 8;
+    }
+  }
+  benchmark::DoNotOptimize(count);
+  return count;
+}
+
+void Growth(benchmark::State& state) {
+  const std::string small = DocumentOfSize(std::size_t{8} * 1024);
+  const std::string large = DocumentOfSize(std::size_t{64} * 1024);
+  const Pair pair = MeasurePair(
+      state, [&] { ReadAllRules(kLibraryToolkit, large); },
+      [&] { ReadAllRules(kLibraryToolkit, small); });
+  const double small_rate = static_cast<double>(small.size()) / pair.second;
+  const double large_rate = static_cast<double>(large.size()) / pair.first;
+  AddFigure({"leaves: bytes per ns at 8 KiB", small_rate, "B/ns"});
+  AddFigure({"leaves: bytes per ns at 64 KiB", large_rate, "B/ns"});
+  AddFigure({"leaves: cost per byte, 64 KiB / 8 KiB",
+             pair.ratio * static_cast<double>(small.size()) / static_cast<double>(large.size()),
+             "x", Bound::kAtMost, 1.2});
+}
+
+}  // namespace
+
+void RegisterReading() {
+  CheckReaders();
+  CheckTreeReader("pugixml", ReadByPugixml);
+  CheckTreeReader("rapidxml", ReadByRapidxml);
+  CheckTreeReader("expat", ReadByExpat);
+  const auto against = [](const char* name, const Toolkit& toolkit, TreeReader peer, double limit) {
+    RegisterPaired(std::string("leaves/") + name, [=, &toolkit](benchmark::State& state) {
+      Against(state, name, toolkit, peer, limit);
+    });
+  };
+  against("library / pugixml", kLibraryToolkit, ReadByPugixml, 1.0);
+  against("without vectors / pugixml", ScalarToolkit(), ReadByPugixml, 1.25);
+  against("library / rapidxml", kLibraryToolkit, ReadByRapidxml, 0);
+  against("library / expat", kLibraryToolkit, ReadByExpat, 0);
+  RegisterPaired("leaves/plain / library", AgainstPlain);
+  RegisterPaired("leaves/growth", Growth);
+}
+
+}  // namespace kio::bench

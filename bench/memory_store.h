@@ -1,0 +1,58 @@
+// The host of the benchmarks: an ordinary configuration store in memory, and `system` in three
+// manners.
+#ifndef KIO_BENCH_MEMORY_STORE_H
+#define KIO_BENCH_MEMORY_STORE_H
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace kio::bench {
+
+// One call of a store function, its path resolved.
+struct StoreCall {
+  enum class Kind { kGetText, kSetText, kGetInt, kSetInt, kDelete };
+  Kind kind;
+  std::string path;
+  std::string text;  // what kSetText wrote
+  int number = 0;    // what kSetInt wrote
+};
+
+// The five store functions of the program act on the one instance.
+class MemoryStore {
+ public:
+  static MemoryStore& Get();
+
+  std::map<std::string, std::string, std::less<>> nodes;
+  // When set, every call is appended to `calls`.
+  bool recording = false;
+  std::vector<StoreCall> calls;
+};
+
+// Makes the same calls again through the five functions.
+void Replay(const std::vector<StoreCall>& calls);
+
+// Whether the call changes the store.
+inline bool IsWrite(const StoreCall& call) {
+  return call.kind != StoreCall::Kind::kGetText && call.kind != StoreCall::Kind::kGetInt;
+}
+
+// What the program's `system` does.
+enum class Commands {
+  kIgnored,  // nothing
+  kRun,      // what libc's does
+  kTimed,    // the same, adding up the time that it takes
+};
+void SetCommands(Commands commands);
+
+// Seconds that timed commands took since the last call, and their number.
+struct CommandTime {
+  double seconds = 0;
+  int count = 0;
+};
+CommandTime TakeCommandTime();
+
+}  // namespace kio::bench
+
+#endif

@@ -1,0 +1,104 @@
+#include "toolkit_reader.h"
+
+#include <dlfcn.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "kioapp/xml.h"
+
+namespace kio::bench {
+namespace {
+
+class ToolkitReader {
+ public:
+  struct Node {
+    char* text = nullptr;
+    int length = 0;
+    char path[128] = "";
+
+    explicit operator bool() const { return text != nullptr; }
+  };
+
+  explicit ToolkitReader(const Toolkit& toolkit) : toolkit_(toolkit) {}
+
+  Node Child(const Node& parent, const char* key) {
+    Node node;
+    node.text =
+        toolkit_.find_block(parent.path, parent.text, parent.length, key, node.path, &node.length);
+    return node;
+  }
+  template <int N>
+  void Text(const Node& parent, const char* key, char (&buffer)[N]) {
+    toolkit_.read_text(parent.text, parent.length, parent.path, key, buffer, N);
+  }
+  void Int(const Node& parent, const char* key, int& number) {
+    toolkit_.read_int(parent.text, parent.length, parent.path, key, &number);
+  }
+  Node FirstRule(const Node& parent) { return Rule(parent, parent.text); }
+  Node NextRule(const Node& parent, const Node& rule) { return Rule(parent, rule.text); }
+
+ private:
+  // One search finds a rule's tag and its content, as in the parser: the tag ends where the content
+  // begins.
+  Node Rule(const Node& parent, char* from) {
+    const int left = parent.length - static_cast<int>(from - parent.text);
+    Node node;
+    if (left > 0) {
+      node.text = toolkit_.find(from, left, "AcRule", &node.length);
+    }
+    return node;
+  }
+
+  const Toolkit& toolkit_;
+};
+
+template <typename Function>
+Function Load(void* library, const char* name) {
+  void* const symbol = dlsym(library, name);
+  if (symbol == nullptr) {
+    std::fprintf(stderr, "%s\n", dlerror());
+    std::exit(1);
+  }
+  return reinterpret_cast<Function>(symbol);
+}
+
+Toolkit LoadToolkit(const char* path) {
+  // Bound to its own copies of the library's variables, out of the way of the library itself.
+  void* const library = dlopen(path, RTLD_NOW | RTLD_LOCAL | RTLD_DEEPBIND);
+  if (library == nullptr) {
+    std::fprintf(stderr, "%s\n", dlerror());
+    std::exit(1);
+  }
+  return {
+      Load<decltype(Toolkit::find)>(library, "FindXmlKeyContain"),
+      Load<decltype(Toolkit::find_header)>(library, "SearchXmlKeyHeader"),
+      Load<decltype(Toolkit::find_block)>(library, "prepareXmlBlockData"),
+      Load<decltype(Toolkit::read_text)>(library, "GetXmlKeyStrValue"),
+      Load<decltype(Toolkit::read_int)>(library, "GetXmlKeyIntValue"),
+      Load<decltype(Toolkit::strstri)>(library, "strstri"),
+  };
+}
+
+}  // namespace
+
+const Toolkit kLibraryToolkit = {
+    FindXmlKeyContain, SearchXmlKeyHeader, prepareXmlBlockData,
+    GetXmlKeyStrValue, GetXmlKeyIntValue,  strstri,
+};
+
+const Toolkit& ScalarToolkit() {
+  static const Toolkit toolkit = LoadToolkit(KIO_SCALAR_LIBRARY);
+  return toolkit;
+}
+
+void ReadByToolkit(const Toolkit& toolkit, char* document, Settings& out) {
+  ToolkitReader reader(toolkit);
+  ToolkitReader::Node root;
+  root.text = toolkit.find(document, 0, "root", &root.length);
+  if (root) {
+    ReadSettings(reader, root, out);
+  }
+}
+
+}  // namespace kio::bench

@@ -1,0 +1,70 @@
+#!/usr/bin/env bash
+# packages.sh [demo|test]: installs the Debian packages that ./demo or ./test (the default) needs, as
+# far as they are missing. This is the one list of them.
+set -euo pipefail
+
+# To build the library and the reference host, and to talk to it.
+demo_packages=(
+  cmake
+  curl
+  g++
+  libmicrohttpd-dev
+  libsqlite3-dev
+  ninja-build
+  pkg-config
+)
+# The tests, the benchmarks with what they compare the library with, format and lint.
+test_packages=(
+  binutils
+  clang-format
+  clang-tidy
+  libbenchmark-dev
+  libexpat1-dev
+  libgmock-dev
+  libgtest-dev
+  libpugixml-dev
+  librapidxml-dev
+  shellcheck
+  valgrind
+)
+
+case ${1:-test} in
+  demo) wanted=("${demo_packages[@]}") ;;
+  test) wanted=("${demo_packages[@]}" "${test_packages[@]}") ;;
+  *)
+    echo "usage: ${0##*/} [demo|test]" >&2
+    exit 2
+    ;;
+esac
+
+if ! command -v dpkg-query > /dev/null || ! command -v apt-get > /dev/null; then
+  echo "This system has no apt-get. Install by other means what these Debian packages hold:" >&2
+  echo "  ${wanted[*]}" >&2
+  exit 1
+fi
+
+missing=()
+for package in "${wanted[@]}"; do
+  state=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2> /dev/null || true)
+  if [[ $state != installed ]]; then
+    missing+=("$package")
+  fi
+done
+if [[ ${#missing[@]} -eq 0 ]]; then
+  exit 0
+fi
+
+as_root=(env DEBIAN_FRONTEND=noninteractive)
+if [[ $(id -u) -ne 0 ]]; then
+  if ! command -v sudo > /dev/null; then
+    echo "Packages are missing, and neither are you root nor is there sudo. As root, run:" >&2
+    echo "  apt-get install --no-install-recommends ${missing[*]}" >&2
+    exit 1
+  fi
+  as_root=(sudo "${as_root[@]}")
+fi
+
+echo "Installing ${missing[*]}"
+apt_get=("${as_root[@]}" apt-get -qq -o DPkg::Lock::Timeout=120 -o Dpkg::Use-Pty=0)
+"${apt_get[@]}" update
+"${apt_get[@]}" install -y --no-install-recommends "${missing[@]}" > /dev/null

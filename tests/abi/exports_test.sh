@@ -1,0 +1,41 @@
+#!/usr/bin/env bash
+# exports_test.sh NM LIBRARY EXPORTS_MAP SOURCE_DIR: the library exports the names of EXPORTS_MAP and
+# no other, code as functions and data as objects, and each of them is tested from C.
+set -euo pipefail
+nm=$1 library=$2 exports_map=$3 source_dir=$4
+status=0
+
+# compare WHAT EXPECTED ACTUAL: two lists of names.
+compare() {
+  if [[ -z $2 ]]; then
+    echo "$1: the list of expected names is empty" >&2
+    status=1
+  elif ! diff <(echo "$2") <(echo "$3"); then
+    echo "$1 (< expected, > found)" >&2
+    status=1
+  fi
+}
+# The names in the part of the map that is global.
+mapped() { sed -n '/global:/,/local:/{s|/\*.*\*/||;s/^ *\([A-Za-z0-9_]*\);.*/\1/p}' "$exports_map"; }
+# exported PATTERN: the names that the library exports as such a kind.
+exported() { "$nm" -D --defined-only "$library" | awk -v kind="$1" '$2 ~ kind {print $3}' | sort; }
+
+compare 'exported names' "$(mapped | sort)" "$(exported .)"
+# A FUNCTION's name is followed by its parameters, which may begin on the next line.
+functions=$(sed -nE 's/^FUNCTION\([^,]*, ([A-Za-z0-9_]+),.*/\1/p' "$source_dir/signatures.c" | sort)
+compare 'functions' "$functions" "$(exported '^T$')"
+objects=$(sed -nE -e 's/^OBJECT\([^,]*, ([A-Za-z0-9_]+)\);/\1/p' \
+  -e 's/^(TEXT|TABLE)\(([A-Za-z0-9_]+)(, [0-9]+)?\);/\2/p' "$source_dir/signatures.c" | sort)
+compare 'objects' "$objects" "$(exported '^[BDR]$')"
+
+# used SUFFIX NAMES: those of the names that stand in a test before such a text.
+used() {
+  for name in $2; do
+    if grep -qE "(^|[^A-Za-z0-9_])$name$1" "$source_dir"/calls_*.c; then
+      echo "$name"
+    fi
+  done
+}
+compare 'functions called by a test' "$functions" "$(used '\(' "$functions")"
+compare 'objects used by a test' "$objects" "$(used '[^A-Za-z0-9_]' "$objects")"
+exit "$status"

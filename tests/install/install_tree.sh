@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# install_tree.sh CMAKE BUILD_DIR PREFIX LIBDIR INCLUDE_DIR VERSION: installs the build below PREFIX
+# and compares the files with what an installed tree must hold.
+set -euo pipefail
+cmake=$1 build_dir=$2 prefix=$3 libdir=$4 include_dir=$5 version=$6
+unset DESTDIR
+
+# Installed elsewhere and moved, so that a file that names its own place does not go unnoticed.
+first=$prefix.first
+rm -rf "$first" "$prefix"
+"$cmake" --install "$build_dir" --prefix "$first" > /dev/null
+mv "$first" "$prefix"
+
+expected() {
+  (cd "$include_dir" && find kioapp -name '*.h' | sed 's|^|include/|')
+  echo "$libdir/libkioapp.so -> libkioapp.so.${version%%.*}"
+  echo "$libdir/libkioapp.so.${version%%.*} -> libkioapp.so.$version"
+  echo "$libdir/libkioapp.so.$version"
+  echo "$libdir/pkgconfig/kioapp.pc"
+  for file in Config ConfigVersion Targets; do
+    echo "$libdir/cmake/kioapp/kioapp$file.cmake"
+  done
+}
+# The file of the build type's own is named after it.
+installed() {
+  (cd "$prefix" && find . -type f ! -name 'kioappTargets-*.cmake' -printf '%P\n' \
+    -o -type l -printf '%P -> %l\n')
+}
+diff <(expected | sort) <(installed | sort)
