@@ -55,7 +55,7 @@ echo "shellcheck: ${#scripts[@]} files"
 shellcheck "${scripts[@]}" || failed+=(shellcheck)
 
 if [[ ${#failed[@]} -gt 0 ]]; then
-  echo "lint: findings of ${failed[*]}" >&2
+  echo "lint: findings of $(printf '%s\n' "${failed[@]}" | sort -u | xargs)" >&2
   exit 1
 fi
 echo "lint: no findings"

@@ -67,6 +67,9 @@ void HttpServer::AddDescriptors(fd_set* read_set, fd_set* write_set, fd_set* exc
 }
 
 std::optional<long> HttpServer::MillisecondsToWait() const {
+  if (resumed_) {
+    return 0;
+  }
   MHD_UNSIGNED_LONG_LONG milliseconds = 0;
   if (MHD_get_timeout(daemon_.get(), &milliseconds) != MHD_YES) {
     return std::nullopt;
@@ -75,6 +78,7 @@ std::optional<long> HttpServer::MillisecondsToWait() const {
 }
 
 void HttpServer::Run(const fd_set& read_set, const fd_set& write_set, const fd_set& except_set) {
+  resumed_ = false;
   MHD_run_from_select(daemon_.get(), &read_set, &write_set, &except_set);
 }
 
@@ -180,6 +184,7 @@ void HttpServer::EndTurn(HttpRequest* request) {
   HttpRequest* next = turns_.Leave(request);
   if (next != nullptr && !stopping_) {
     MHD_resume_connection(next->connection());
+    resumed_ = true;
   }
 }
 

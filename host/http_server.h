@@ -74,6 +74,8 @@ class HttpServer {
   std::unique_ptr<MHD_Daemon, DaemonStopper> daemon_;
   Turns<HttpRequest*> turns_;
   bool stopping_ = false;
+  // A connection was resumed, which shows neither in the descriptors nor in the time to wait.
+  bool resumed_ = false;
   // The request whose exchange was delivered and keeps its turn until its commit has run.
   std::unique_ptr<HttpRequest> finished_;
   std::optional<Delivered> delivered_;

@@ -1,7 +1,7 @@
 #!/bin/sh
-# Takes over the device's own settings. On a router this would restart the services that use the name
-# and the password; here it writes the state that it would bring up to device.state and a line to
-# events.log, both in $KIOHOST_STATE_DIR.
+# Takes over the device's own settings. On a router this would restart the services that use the
+# name and the password; here it writes the state that it would bring up to device.state and a line
+# to events.log, both in $KIOHOST_STATE_DIR.
 set -eu
 umask 077
 

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Restarts the uplink. On a router this would reconfigure the WAN interface; here it writes the state
-# that it would bring up to uplink.state and a line to events.log, both in $KIOHOST_STATE_DIR.
+# Restarts the uplink. On a router this would reconfigure the WAN interface; here it writes the
+# state that it would bring up to uplink.state and a line to events.log, both in $KIOHOST_STATE_DIR.
 set -eu
 umask 077
 

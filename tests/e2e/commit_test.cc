@@ -107,6 +107,7 @@ TEST(CommitTest, ManyExchangesAtOnceAllGetTheirAnswerAndCommit) {
   for (size_t i = 0; i < kClients; ++i) {
     clients.push_back(Accepted(host.port()));
   }
+  const auto begin = Clock::now();
   for (size_t i = 0; i < kClients; ++i) {
     const std::string name = "Name " + std::to_string(i);
     ASSERT_TRUE(
@@ -115,6 +116,8 @@ TEST(CommitTest, ManyExchangesAtOnceAllGetTheirAnswerAndCommit) {
   for (const auto& client : clients) {
     EXPECT_EQ(client->Read().body, ResultDocument(0, "", 5));
   }
+  // None waited for another connection to become idle.
+  EXPECT_LT(Clock::now() - begin, std::chrono::seconds(9));
   EXPECT_EQ(host.End(SIGTERM), 0);
   EXPECT_EQ(Count(host.Output(), "action DeviceResync"), kClients);
 }
