@@ -39,7 +39,7 @@ std::string Swapped(std::string text) {
   return text;
 }
 
-int Look(std::string word, const char* const* table, std::string* after) {
+int Look(const std::string& word, const char* const* table, std::string* after) {
   char buffer[64];
   std::snprintf(buffer, sizeof(buffer), "%s", word.c_str());
   const int code = SearchKeyArray(buffer, table);
@@ -53,7 +53,7 @@ TEST(KeywordTest, TablesHoldTheirWordsAndTheTerminator) {
       EXPECT_EQ(table.words[i], table.expected[i]) << table.name << " " << i;
     }
     const char* end = table.words[table.expected.size()];
-    EXPECT_EQ(std::string_view(end, 3), std::string_view("\0_", 3)) << table.name;
+    EXPECT_EQ(std::string_view(end, 3), std::string_view("\0_\0", 3)) << table.name;
   }
 }
 

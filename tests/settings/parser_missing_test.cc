@@ -25,7 +25,7 @@ std::string Message(const std::string& path) {
   static const std::vector<std::string> kBlocks = {
       "specVersion",  "Device",    "UpLinkConnection", "DSL",           "APN",
       "ExtenderSite", "Wireless5", "Wireless2.4",      "AccessControl", "SafetyVyr"};
-  const std::string name = path.substr(path.rfind('/') + 1);
+  std::string name = path.substr(path.rfind('/') + 1);
   for (const std::string& block : kBlocks) {
     if (name == block) {
       return name;
@@ -67,7 +67,8 @@ Paths RadioPaths10(const std::string& radio) {
 Paths Under(const std::string& parent, const Paths& names) {
   Paths paths;
   for (const std::string& name : names) {
-    paths.push_back(parent + "/" + name);
+    paths.push_back(parent);
+    paths.back().append("/").append(name);
   }
   return paths;
 }

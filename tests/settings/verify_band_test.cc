@@ -20,8 +20,6 @@ struct Fault {
 
 void PrintTo(const Fault& fault, std::ostream* out) { *out << fault.name; }
 
-#define KIO_BAND(...) [](RssWlan& b) { __VA_ARGS__; }
-
 // Each fault in either radio.
 class VerifyBandTest : public SettingsTest,
                        public ::testing::WithParamInterface<std::tuple<Fault, int>> {
@@ -64,83 +62,166 @@ TEST_P(VerifyBandTest, IsNotJudgedForARadioThatIsNotConfigurable) {
 }
 
 const Fault kSwitchFaults[] = {
-    {"WlEnbl 4", KIO_BAND(b.wlEnbl = 4), 3, "WlEnbl"},
-    {"WlEnbl -1", KIO_BAND(b.wlEnbl = -1), 3, "WlEnbl"},
-    {"WlEnbl 3", KIO_BAND(b.wlEnbl = 3), 0, ""},
-    {"WlEnbl 2", KIO_BAND(b.wlEnbl = 2), 0, ""},
-    {"WlSchedule 3", KIO_BAND(b.wlSchedule = 3), 3, "WlSchedule"},
-    {"WlSchedule -1", KIO_BAND(b.wlSchedule = -1), 3, "WlSchedule"},
-    {"WlSchedule 2", KIO_BAND(b.wlSchedule = 2), 0, ""},
-    {"BSSID empty", KIO_BAND(Put(b.wirelessBssid, "")), 3, "WirelessBSSID"},
-    {"BSSID blank", KIO_BAND(Put(b.wirelessBssid, " \t ")), 3, "WirelessBSSID"},
-    {"name empty", KIO_BAND(Put(b.wirelessName, "")), 10, "WirelessName"},
-    {"name character", KIO_BAND(Put(b.wirelessName, "a\nb")), 11, "WirelessName"},
-    {"name number", KIO_BAND(Put(b.wirelessNameValidate, "1,5,2"); Put(b.wirelessName, "6")), 20,
-     "WirelessName"},
-    {"mode unknown", KIO_BAND(b.encryptionModeCode = -1), 3, "EncryptionMode"},
-    {"type unknown", KIO_BAND(b.encryptionTypeCode = -1), 3, "EncryptionType"},
-    {"WPA key too short", KIO_BAND(Put(b.encryptionKey, "1234567")), 3, "EncryptionKey"},
-    {"WPA key empty", KIO_BAND(Put(b.encryptionKey, "")), 3, "EncryptionKey"},
-    {"WPA key of 64 lower-case digits", KIO_BAND(Put(b.encryptionKey, std::string(64, 'a'))), 3,
+    {"WlEnbl 4", [](RssWlan& b) { b.wlEnbl = 4; }, 3, "WlEnbl"},
+    {"WlEnbl -1", [](RssWlan& b) { b.wlEnbl = -1; }, 3, "WlEnbl"},
+    {"WlEnbl 3", [](RssWlan& b) { b.wlEnbl = 3; }, 0, ""},
+    {"WlEnbl 2", [](RssWlan& b) { b.wlEnbl = 2; }, 0, ""},
+    {"WlSchedule 3", [](RssWlan& b) { b.wlSchedule = 3; }, 3, "WlSchedule"},
+    {"WlSchedule -1", [](RssWlan& b) { b.wlSchedule = -1; }, 3, "WlSchedule"},
+    {"WlSchedule 2", [](RssWlan& b) { b.wlSchedule = 2; }, 0, ""},
+    {"BSSID empty", [](RssWlan& b) { Put(b.wirelessBssid, ""); }, 3, "WirelessBSSID"},
+    {"BSSID blank", [](RssWlan& b) { Put(b.wirelessBssid, " \t "); }, 3, "WirelessBSSID"},
+    {"name empty", [](RssWlan& b) { Put(b.wirelessName, ""); }, 10, "WirelessName"},
+    {"name character", [](RssWlan& b) { Put(b.wirelessName, "a\nb"); }, 11, "WirelessName"},
+    {"name number",
+     [](RssWlan& b) {
+       Put(b.wirelessNameValidate, "1,5,2");
+       Put(b.wirelessName, "6");
+     },
+     20, "WirelessName"},
+    {"mode unknown", [](RssWlan& b) { b.encryptionModeCode = -1; }, 3, "EncryptionMode"},
+    {"type unknown", [](RssWlan& b) { b.encryptionTypeCode = -1; }, 3, "EncryptionType"},
+    {"WPA key too short", [](RssWlan& b) { Put(b.encryptionKey, "1234567"); }, 3, "EncryptionKey"},
+    {"WPA key empty", [](RssWlan& b) { Put(b.encryptionKey, ""); }, 3, "EncryptionKey"},
+    {"WPA key of 64 lower-case digits",
+     [](RssWlan& b) { Put(b.encryptionKey, std::string(64, 'a')); }, 3, "EncryptionKey"},
+    {"WPA key by rule", [](RssWlan& b) { Put(b.encryptionKeyValidate, "0,8,0"); }, 10,
      "EncryptionKey"},
-    {"WPA key by rule", KIO_BAND(Put(b.encryptionKeyValidate, "0,8,0")), 10, "EncryptionKey"},
-    {"WPA key character", KIO_BAND(Put(b.encryptionKey, "12345678\xFF")), 11, "EncryptionKey"},
+    {"WPA key character", [](RssWlan& b) { Put(b.encryptionKey, "12345678\xFF"); }, 11,
+     "EncryptionKey"},
     {"WPA key below minimum",
-     KIO_BAND(Put(b.encryptionKeyValidate, "1,99999999,5"); Put(b.encryptionKey, "00000004")), 21,
-     "EncryptionKey"},
+     [](RssWlan& b) {
+       Put(b.encryptionKeyValidate, "1,99999999,5");
+       Put(b.encryptionKey, "00000004");
+     },
+     21, "EncryptionKey"},
 };
 INSTANTIATE_TEST_SUITE_P(Switches, VerifyBandTest,
                          ::testing::Combine(::testing::ValuesIn(kSwitchFaults),
                                             ::testing::Values(0, 1)));
 
 const Fault kChannelFaults[] = {
-    {"channel empty", KIO_BAND(Put(b.channel, "")), 3, "Channel"},
-    {"channel blank", KIO_BAND(Put(b.channel, "  ")), 3, "Channel"},
-    {"channel not in the list", KIO_BAND(Put(b.channel, "149")), 3, "Channel"},
-    {"channel negative", KIO_BAND(Put(b.channelList, "-1,2"); Put(b.channel, "-1")), 3, "Channel"},
-    {"channel is a part of another", KIO_BAND(Put(b.channelList, "11,21,13"); Put(b.channel, "1")),
+    {"channel empty", [](RssWlan& b) { Put(b.channel, ""); }, 3, "Channel"},
+    {"channel blank", [](RssWlan& b) { Put(b.channel, "  "); }, 3, "Channel"},
+    {"channel not in the list", [](RssWlan& b) { Put(b.channel, "149"); }, 3, "Channel"},
+    {"channel negative",
+     [](RssWlan& b) {
+       Put(b.channelList, "-1,2");
+       Put(b.channel, "-1");
+     },
      3, "Channel"},
-    {"channel first", KIO_BAND(Put(b.channelList, "7,8,9"); Put(b.channel, "7")), 0, ""},
-    {"channel last", KIO_BAND(Put(b.channelList, "7,8,9"); Put(b.channel, "9")), 0, ""},
-    {"channel automatic", KIO_BAND(Put(b.channel, "0")), 0, ""},
-    {"channel automatic not in the list", KIO_BAND(Put(b.channelList, "1,2"); Put(b.channel, "0")),
+    {"channel is a part of another",
+     [](RssWlan& b) {
+       Put(b.channelList, "11,21,13");
+       Put(b.channel, "1");
+     },
+     3, "Channel"},
+    {"channel first",
+     [](RssWlan& b) {
+       Put(b.channelList, "7,8,9");
+       Put(b.channel, "7");
+     },
+     0, ""},
+    {"channel last",
+     [](RssWlan& b) {
+       Put(b.channelList, "7,8,9");
+       Put(b.channel, "9");
+     },
+     0, ""},
+    {"channel automatic", [](RssWlan& b) { Put(b.channel, "0"); }, 0, ""},
+    {"channel automatic not in the list",
+     [](RssWlan& b) {
+       Put(b.channelList, "1,2");
+       Put(b.channel, "0");
+     },
      3, "Channel"},
     {"channel 1000 against 1 to 13",
-     KIO_BAND(Put(b.channelList, "1,2,3,4,5,6,7,8,9,10,11,12,13"); Put(b.channel, "1000")), 3,
-     "Channel"},
+     [](RssWlan& b) {
+       Put(b.channelList, "1,2,3,4,5,6,7,8,9,10,11,12,13");
+       Put(b.channel, "1000");
+     },
+     3, "Channel"},
     {"only three characters of a channel are looked for",
-     KIO_BAND(Put(b.channelList, "36,100"); Put(b.channel, "1000")), 0, ""},
-    {"channel word in any case", KIO_BAND(Put(b.channelList, "1,AUTO,abc"); Put(b.channel, "ABC")),
+     [](RssWlan& b) {
+       Put(b.channelList, "36,100");
+       Put(b.channel, "1000");
+     },
      0, ""},
-    {"channel list empty", KIO_BAND(Put(b.channelList, ""); Put(b.channel, "1")), 3, "Channel"},
-    {"channel list with blanks", KIO_BAND(Put(b.channelList, "1, 2,3"); Put(b.channel, "2")), 3,
-     "Channel"},
+    {"channel word in any case",
+     [](RssWlan& b) {
+       Put(b.channelList, "1,AUTO,abc");
+       Put(b.channel, "ABC");
+     },
+     0, ""},
+    {"channel list empty",
+     [](RssWlan& b) {
+       Put(b.channelList, "");
+       Put(b.channel, "1");
+     },
+     3, "Channel"},
+    {"channel list with blanks",
+     [](RssWlan& b) {
+       Put(b.channelList, "1, 2,3");
+       Put(b.channel, "2");
+     },
+     3, "Channel"},
     {"channel at the end of a long list",
-     KIO_BAND(Put(b.channelList, std::string(123, '1') + ",9"); Put(b.channel, "9")), 0, ""},
+     [](RssWlan& b) {
+       Put(b.channelList, std::string(123, '1') + ",9");
+       Put(b.channel, "9");
+     },
+     0, ""},
     {"a full list loses its last comma",
-     KIO_BAND(Put(b.channelList, std::string(125, '1') + ",9"); Put(b.channel, "9")), 3, "Channel"},
+     [](RssWlan& b) {
+       Put(b.channelList, std::string(125, '1') + ",9");
+       Put(b.channel, "9");
+     },
+     3, "Channel"},
 };
 INSTANTIATE_TEST_SUITE_P(Channel, VerifyBandTest,
                          ::testing::Combine(::testing::ValuesIn(kChannelFaults),
                                             ::testing::Values(0, 1)));
 
 const Fault kAccessFaults[] = {
-    {"access control fault borrows the name of the radio's switch", KIO_BAND(b.wlAcEnbl = 3), 3,
-     "AccessControl/WlEnbl"},
-    {"WlAcEnbl -1", KIO_BAND(b.wlAcEnbl = -1), 3, "AccessControl/WlEnbl"},
-    {"WlAcEnbl 2 ends the band", KIO_BAND(b.wlAcEnbl = 2; b.wlAcMode = 9; b.acRule[0].active = 9),
+    {"access control fault borrows the name of the radio's switch",
+     [](RssWlan& b) { b.wlAcEnbl = 3; }, 3, "AccessControl/WlEnbl"},
+    {"WlAcEnbl -1", [](RssWlan& b) { b.wlAcEnbl = -1; }, 3, "AccessControl/WlEnbl"},
+    {"WlAcEnbl 2 ends the band",
+     [](RssWlan& b) {
+       b.wlAcEnbl = 2;
+       b.wlAcMode = 9;
+       b.acRule[0].active = 9;
+     },
      0, ""},
-    {"WlAcEnbl 0 ends the band", KIO_BAND(b.wlAcEnbl = 0; b.wlAcMode = 9; b.acRule[0].active = 9),
+    {"WlAcEnbl 0 ends the band",
+     [](RssWlan& b) {
+       b.wlAcEnbl = 0;
+       b.wlAcMode = 9;
+       b.acRule[0].active = 9;
+     },
      0, ""},
-    {"WlAcMode 2", KIO_BAND(b.wlAcMode = 2), 3, "AccessControl/WlAcMode"},
-    {"WlAcMode -1", KIO_BAND(b.wlAcMode = -1), 3, "AccessControl/WlAcMode"},
-    {"rule active 2", KIO_BAND(b.acRule[0].active = 2), 3, "AccessControl/AcRule/Active"},
-    {"rule active -1", KIO_BAND(b.acRule[0].active = -1), 3, "AccessControl/AcRule/Active"},
-    {"rule without MAC", KIO_BAND(Put(b.acRule[0].mac, "")), 3, "AccessControl/AcRule/MAC"},
-    {"rule with blank MAC", KIO_BAND(Put(b.acRule[0].mac, " \t")), 3, "AccessControl/AcRule/MAC"},
-    {"rule with any MAC", KIO_BAND(Put(b.acRule[0].mac, "x")), 0, ""},
-    {"rules beyond the number", KIO_BAND(b.wlAcRuleNo = 0; b.acRule[0].active = 9), 0, ""},
-    {"negative number of rules", KIO_BAND(b.wlAcRuleNo = -1; b.acRule[0].active = 9), 0, ""},
+    {"WlAcMode 2", [](RssWlan& b) { b.wlAcMode = 2; }, 3, "AccessControl/WlAcMode"},
+    {"WlAcMode -1", [](RssWlan& b) { b.wlAcMode = -1; }, 3, "AccessControl/WlAcMode"},
+    {"rule active 2", [](RssWlan& b) { b.acRule[0].active = 2; }, 3, "AccessControl/AcRule/Active"},
+    {"rule active -1", [](RssWlan& b) { b.acRule[0].active = -1; }, 3,
+     "AccessControl/AcRule/Active"},
+    {"rule without MAC", [](RssWlan& b) { Put(b.acRule[0].mac, ""); }, 3,
+     "AccessControl/AcRule/MAC"},
+    {"rule with blank MAC", [](RssWlan& b) { Put(b.acRule[0].mac, " \t"); }, 3,
+     "AccessControl/AcRule/MAC"},
+    {"rule with any MAC", [](RssWlan& b) { Put(b.acRule[0].mac, "x"); }, 0, ""},
+    {"rules beyond the number",
+     [](RssWlan& b) {
+       b.wlAcRuleNo = 0;
+       b.acRule[0].active = 9;
+     },
+     0, ""},
+    {"negative number of rules",
+     [](RssWlan& b) {
+       b.wlAcRuleNo = -1;
+       b.acRule[0].active = 9;
+     },
+     0, ""},
 };
 INSTANTIATE_TEST_SUITE_P(AccessControl, VerifyBandTest,
                          ::testing::Combine(::testing::ValuesIn(kAccessFaults),

@@ -22,8 +22,6 @@ struct Step {
 
 using Steps = std::vector<Step>;
 
-#define KIO_CHANGE(...) [](RssXmlData& r) { __VA_ARGS__; }
-
 class VerifyOrderTest : public SettingsTest {
  protected:
   // Spoils every pair of steps; the message must be the earlier one's.
@@ -43,36 +41,48 @@ class VerifyOrderTest : public SettingsTest {
   }
 };
 
-const Step kName = {"Device/DeviceName", KIO_CHANGE(Put(r.deviceName, ""))};
-const Step kPassword = {"Device/DevicePwd", KIO_CHANGE(Put(r.devicePwd, ""))};
-const Step kHardware = {"Device/Uplink/HardwareType", KIO_CHANGE(r.upLink.hardwareTypeCode = -1)};
-const Step kConnection = {"Device/Uplink/ConnType", KIO_CHANGE(r.upLink.connTypeCode = -1)};
+const Step kName = {"Device/DeviceName", [](RssXmlData& r) { Put(r.deviceName, ""); }};
+const Step kPassword = {"Device/DevicePwd", [](RssXmlData& r) { Put(r.devicePwd, ""); }};
+const Step kHardware = {"Device/Uplink/HardwareType",
+                        [](RssXmlData& r) { r.upLink.hardwareTypeCode = -1; }};
+const Step kConnection = {"Device/Uplink/ConnType",
+                          [](RssXmlData& r) { r.upLink.connTypeCode = -1; }};
 const Steps kBand24 = {
-    {"Device/Wireless2.4/WlEnbl", KIO_CHANGE(r.wlan[0].wlEnbl = 4)},
-    {"Device/Wireless2.4/WlSchedule", KIO_CHANGE(r.wlan[0].wlSchedule = 3)},
-    {"Device/Wireless2.4/WirelessBSSID", KIO_CHANGE(Put(r.wlan[0].wirelessBssid, ""))},
-    {"Device/Wireless2.4/WirelessName", KIO_CHANGE(Put(r.wlan[0].wirelessName, ""))},
-    {"Device/Wireless2.4/EncryptionMode", KIO_CHANGE(r.wlan[0].encryptionModeCode = -1)},
-    {"Device/Wireless2.4/EncryptionType", KIO_CHANGE(r.wlan[0].encryptionTypeCode = -1)},
-    {"Device/Wireless2.4/EncryptionKey", KIO_CHANGE(Put(r.wlan[0].encryptionKey, "short"))},
-    {"Device/Wireless2.4/Channel", KIO_CHANGE(Put(r.wlan[0].channel, "99"))},
-    {"Device/Wireless2.4/AccessControl/WlEnbl", KIO_CHANGE(r.wlan[0].wlAcEnbl = 3)},
+    {"Device/Wireless2.4/WlEnbl", [](RssXmlData& r) { r.wlan[0].wlEnbl = 4; }},
+    {"Device/Wireless2.4/WlSchedule", [](RssXmlData& r) { r.wlan[0].wlSchedule = 3; }},
+    {"Device/Wireless2.4/WirelessBSSID", [](RssXmlData& r) { Put(r.wlan[0].wirelessBssid, ""); }},
+    {"Device/Wireless2.4/WirelessName", [](RssXmlData& r) { Put(r.wlan[0].wirelessName, ""); }},
+    {"Device/Wireless2.4/EncryptionMode", [](RssXmlData& r) { r.wlan[0].encryptionModeCode = -1; }},
+    {"Device/Wireless2.4/EncryptionType", [](RssXmlData& r) { r.wlan[0].encryptionTypeCode = -1; }},
+    {"Device/Wireless2.4/EncryptionKey",
+     [](RssXmlData& r) { Put(r.wlan[0].encryptionKey, "short"); }},
+    {"Device/Wireless2.4/Channel", [](RssXmlData& r) { Put(r.wlan[0].channel, "99"); }},
+    {"Device/Wireless2.4/AccessControl/WlEnbl", [](RssXmlData& r) { r.wlan[0].wlAcEnbl = 3; }},
 };
 const Steps kBand24Access = {
-    {"Device/Wireless2.4/Channel", KIO_CHANGE(Put(r.wlan[0].channel, "99"))},
-    {"Device/Wireless2.4/AccessControl/WlAcMode", KIO_CHANGE(r.wlan[0].wlAcMode = 2)},
-    {"Device/Wireless2.4/AccessControl/AcRule/Active", KIO_CHANGE(r.wlan[0].acRule[0].active = 2)},
-    {"Device/Wireless2.4/AccessControl/AcRule/MAC", KIO_CHANGE(Put(r.wlan[0].acRule[0].mac, ""))},
+    {"Device/Wireless2.4/Channel", [](RssXmlData& r) { Put(r.wlan[0].channel, "99"); }},
+    {"Device/Wireless2.4/AccessControl/WlAcMode", [](RssXmlData& r) { r.wlan[0].wlAcMode = 2; }},
+    {"Device/Wireless2.4/AccessControl/AcRule/Active",
+     [](RssXmlData& r) { r.wlan[0].acRule[0].active = 2; }},
+    {"Device/Wireless2.4/AccessControl/AcRule/MAC",
+     [](RssXmlData& r) { Put(r.wlan[0].acRule[0].mac, ""); }},
     {"Rule 2/Active",
-     KIO_CHANGE(r.wlan[0].acRule[1].active = 2; Put(r.wlan[0].acRule[1].path, "Rule 2"))},
+     [](RssXmlData& r) {
+       r.wlan[0].acRule[1].active = 2;
+       Put(r.wlan[0].acRule[1].path, "Rule 2");
+     }},
     {"Rule 2/MAC",
-     KIO_CHANGE(Put(r.wlan[0].acRule[1].mac, ""); Put(r.wlan[0].acRule[1].path, "Rule 2"))},
-    {"Device/Wireless5/WlEnbl", KIO_CHANGE(r.wlan[1].wlEnbl = 4)},
-    {"Device/Wireless5/AccessControl/WlAcMode", KIO_CHANGE(r.wlan[1].wlAcMode = 2)},
-    {"Device/SafetyVyr/SafetyVyrEnbl", KIO_CHANGE(r.safetyVyr.safetyVyrEnbl = 2)},
-    {"Device/SafetyVyr/UrlDetectEnbl", KIO_CHANGE(r.safetyVyr.urlDetectEnbl = 2)},
-    {"Device/SafetyVyr/SafetyNotifyEnbl", KIO_CHANGE(r.safetyVyr.safetyNotifyEnbl = 2)},
-    {"Device/SafetyVyr/ToolRecommendEnbl", KIO_CHANGE(r.safetyVyr.toolRecommendEnbl = 2)},
+     [](RssXmlData& r) {
+       Put(r.wlan[0].acRule[1].mac, "");
+       Put(r.wlan[0].acRule[1].path, "Rule 2");
+     }},
+    {"Device/Wireless5/WlEnbl", [](RssXmlData& r) { r.wlan[1].wlEnbl = 4; }},
+    {"Device/Wireless5/AccessControl/WlAcMode", [](RssXmlData& r) { r.wlan[1].wlAcMode = 2; }},
+    {"Device/SafetyVyr/SafetyVyrEnbl", [](RssXmlData& r) { r.safetyVyr.safetyVyrEnbl = 2; }},
+    {"Device/SafetyVyr/UrlDetectEnbl", [](RssXmlData& r) { r.safetyVyr.urlDetectEnbl = 2; }},
+    {"Device/SafetyVyr/SafetyNotifyEnbl", [](RssXmlData& r) { r.safetyVyr.safetyNotifyEnbl = 2; }},
+    {"Device/SafetyVyr/ToolRecommendEnbl",
+     [](RssXmlData& r) { r.safetyVyr.toolRecommendEnbl = 2; }},
 };
 
 void Nothing(RssXmlData& record) { (void)record; }
@@ -93,12 +103,13 @@ TEST_F(VerifyOrderTest, PppoeWithDsl) {
     r.upLink.hardwareTypeCode = 2;
     Put(r.upLink.hardwareType, "VDSL");
   };
-  ExpectOrder(base,
-              {{"Device/Uplink/LoginUserName", KIO_CHANGE(Put(r.upLink.loginUserName, ""))},
-               {"Device/Uplink/LoginPassword", KIO_CHANGE(Put(r.upLink.loginPassword, ""))},
-               {"Device/Uplink/DSL/CountryName", KIO_CHANGE(Put(r.upLink.dsl.countryName, ""))},
-               {"Device/Uplink/DSL/IspName", KIO_CHANGE(Put(r.upLink.dsl.ispName, ""))},
-               kBand24[0]});
+  ExpectOrder(
+      base,
+      {{"Device/Uplink/LoginUserName", [](RssXmlData& r) { Put(r.upLink.loginUserName, ""); }},
+       {"Device/Uplink/LoginPassword", [](RssXmlData& r) { Put(r.upLink.loginPassword, ""); }},
+       {"Device/Uplink/DSL/CountryName", [](RssXmlData& r) { Put(r.upLink.dsl.countryName, ""); }},
+       {"Device/Uplink/DSL/IspName", [](RssXmlData& r) { Put(r.upLink.dsl.ispName, ""); }},
+       kBand24[0]});
 }
 
 TEST_F(VerifyOrderTest, StaticWithDslOfVersion10) {
@@ -107,16 +118,16 @@ TEST_F(VerifyOrderTest, StaticWithDslOfVersion10) {
     r.upLink.connTypeCode = 1;
     r.upLink.hardwareTypeCode = 5;
   };
-  ExpectOrder(base,
-              {{"Device/Uplink/IP", KIO_CHANGE(Put(r.upLink.ip, ""))},
-               {"Device/Uplink/NetMask", KIO_CHANGE(Put(r.upLink.netMask, ""))},
-               {"Device/Uplink/Gateway", KIO_CHANGE(Put(r.upLink.gateway, ""))},
-               {"Device/Uplink/DNS", KIO_CHANGE(Put(r.upLink.dns, "x"))},
-               {"Device/Uplink/DSL/MTU", KIO_CHANGE(r.upLink.mtu = 0)},
-               {"Device/Uplink/DSL/VPI", KIO_CHANGE(r.upLink.dsl.vpi = 9)},
-               {"Device/Uplink/DSL/VCI", KIO_CHANGE(r.upLink.dsl.vci = 0)},
-               {"Device/Uplink/DSL/EncryptionMode", KIO_CHANGE(r.upLink.dsl.encapModeCode = -1)},
-               kBand24[0]});
+  ExpectOrder(base, {{"Device/Uplink/IP", [](RssXmlData& r) { Put(r.upLink.ip, ""); }},
+                     {"Device/Uplink/NetMask", [](RssXmlData& r) { Put(r.upLink.netMask, ""); }},
+                     {"Device/Uplink/Gateway", [](RssXmlData& r) { Put(r.upLink.gateway, ""); }},
+                     {"Device/Uplink/DNS", [](RssXmlData& r) { Put(r.upLink.dns, "x"); }},
+                     {"Device/Uplink/DSL/MTU", [](RssXmlData& r) { r.upLink.mtu = 0; }},
+                     {"Device/Uplink/DSL/VPI", [](RssXmlData& r) { r.upLink.dsl.vpi = 9; }},
+                     {"Device/Uplink/DSL/VCI", [](RssXmlData& r) { r.upLink.dsl.vci = 0; }},
+                     {"Device/Uplink/DSL/EncryptionMode",
+                      [](RssXmlData& r) { r.upLink.dsl.encapModeCode = -1; }},
+                     kBand24[0]});
 }
 
 TEST_F(VerifyOrderTest, ExtenderSite) {
@@ -124,17 +135,17 @@ TEST_F(VerifyOrderTest, ExtenderSite) {
     r.upLink.hardwareTypeCode = 3;
     Put(r.upLink.hardwareType, "WWan802.11");
   };
-  ExpectOrder(base,
-              {{"Device/Uplink/ExtenderSite/Survey", KIO_CHANGE(r.upLink.extenderSite.survey = 2)},
-               {"Device/Uplink/ExtenderSite/ConnRefSiteBSSID",
-                KIO_CHANGE(Put(r.upLink.extenderSite.connRefSiteBssid, " "))},
-               {"Device/Uplink/ExtenderSite/WirelessType",
-                KIO_CHANGE(r.upLink.extenderSite.wirelessTypeCode = -1)},
-               {"Device/Uplink/ExtenderSite/WirelessName",
-                KIO_CHANGE(Put(r.upLink.extenderSite.wirelessName, ""))},
-               {"Device/Uplink/ExtenderSite/EncryptionKey",
-                KIO_CHANGE(Put(r.upLink.extenderSite.encryptionKey, "x"))},
-               kBand24[0]});
+  ExpectOrder(base, {{"Device/Uplink/ExtenderSite/Survey",
+                      [](RssXmlData& r) { r.upLink.extenderSite.survey = 2; }},
+                     {"Device/Uplink/ExtenderSite/ConnRefSiteBSSID",
+                      [](RssXmlData& r) { Put(r.upLink.extenderSite.connRefSiteBssid, " "); }},
+                     {"Device/Uplink/ExtenderSite/WirelessType",
+                      [](RssXmlData& r) { r.upLink.extenderSite.wirelessTypeCode = -1; }},
+                     {"Device/Uplink/ExtenderSite/WirelessName",
+                      [](RssXmlData& r) { Put(r.upLink.extenderSite.wirelessName, ""); }},
+                     {"Device/Uplink/ExtenderSite/EncryptionKey",
+                      [](RssXmlData& r) { Put(r.upLink.extenderSite.encryptionKey, "x"); }},
+                     kBand24[0]});
 }
 
 class VerifyTest : public SettingsTest {

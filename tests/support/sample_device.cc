@@ -285,6 +285,10 @@ void FillSampleRecord() {
   Put(rssXmlData.safetyVyr.path, "Device/SafetyVyr");
 }
 
+std::string RecordBytes(const RssXmlData& record) {
+  return {reinterpret_cast<const char*>(&record), sizeof(record)};
+}
+
 std::vector<TextMember> TextMembers(const RssXmlData& record) {
   Members members;
   Add(members, "specName", record.specName);

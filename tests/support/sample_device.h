@@ -31,6 +31,9 @@ void Put(char (&member)[size], const std::string& text) {
   member[length] = '\0';
 }
 
+// The bytes of a record, to compare whole records.
+std::string RecordBytes(const RssXmlData& record);
+
 // One text member of a record.
 struct TextMember {
   std::string name;
