@@ -6,7 +6,6 @@
 #include "figures.h"
 #include "kioapp/kioapp.h"
 #include "memory_store.h"
-#include "sample_device.h"
 
 namespace kio::bench {
 namespace {

@@ -17,7 +17,6 @@
 #include "figures.h"
 #include "kioapp/kioapp.h"
 #include "memory_store.h"
-#include "sample_device.h"
 
 namespace {
 

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "kioapp/store.h"
+#include "sample_device.h"
 
 namespace kio::bench {
 namespace {
@@ -38,6 +39,8 @@ void Note(Kind kind, const Path& path, const char* text = "", int number = 0) {
   }
 }
 
+int ParseInt(const char* text) { return static_cast<int>(std::strtol(text, nullptr, 10)); }
+
 void Write(const Path& path, std::string_view value) {
   auto& nodes = MemoryStore::Get().nodes;
   const auto node = nodes.find(path.view());
@@ -56,7 +59,7 @@ int CountInstances(std::string_view path) {
   int highest = -1;
   for (auto node = nodes.lower_bound(stem);
        node != nodes.end() && node->first.compare(0, stem.size(), stem) == 0; ++node) {
-    highest = std::max(highest, std::atoi(node->first.c_str() + stem.size()));
+    highest = std::max(highest, ParseInt(node->first.c_str() + stem.size()));
   }
   return highest;
 }
@@ -67,7 +70,7 @@ int ReadInt(const Path& path) {
   }
   const auto& nodes = MemoryStore::Get().nodes;
   const auto node = nodes.find(path.view());
-  return node == nodes.end() ? -1 : std::atoi(node->second.c_str());
+  return node == nodes.end() ? -1 : ParseInt(node->second.c_str());
 }
 
 void Delete(const Path& path) {
@@ -85,6 +88,14 @@ void Delete(const Path& path) {
 MemoryStore& MemoryStore::Get() {
   static MemoryStore store;
   return store;
+}
+
+void StoreFactoryDevice() {
+  MemoryStore& store = MemoryStore::Get();
+  store.nodes.clear();
+  for (const DeviceNode& node : FactoryNodes()) {
+    store.nodes[node.path] = node.value;
+  }
 }
 
 void Replay(const std::vector<StoreCall>& calls) {

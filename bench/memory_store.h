@@ -30,6 +30,9 @@ class MemoryStore {
   std::vector<StoreCall> calls;
 };
 
+// Puts the sample device's nodes into the store, in place of all that it holds.
+void StoreFactoryDevice();
+
 // Makes the same calls again through the five functions.
 void Replay(const std::vector<StoreCall>& calls);
 

@@ -1,13 +1,9 @@
 #include "sample_device.h"
 
-#include <utility>
-
-#include "memory_store.h"
-
 namespace kio::bench {
 namespace {
 
-constexpr std::pair<const char*, const char*> kNodes[] = {
+constexpr DeviceNode kNodes[] = {
     {"/zentrolinks/specversion/major", "1"},
     {"/zentrolinks/specversion/minor", "1"},
     {"/zentrolinks/configurable", "1"},
@@ -82,12 +78,6 @@ constexpr std::pair<const char*, const char*> kNodes[] = {
 
 }  // namespace
 
-void StoreFactoryDevice() {
-  MemoryStore& store = MemoryStore::Get();
-  store.nodes.clear();
-  for (const auto& [path, value] : kNodes) {
-    store.nodes[path] = value;
-  }
-}
+std::span<const DeviceNode> FactoryNodes() { return kNodes; }
 
 }  // namespace kio::bench

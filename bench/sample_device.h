@@ -3,10 +3,17 @@
 #ifndef KIO_BENCH_SAMPLE_DEVICE_H
 #define KIO_BENCH_SAMPLE_DEVICE_H
 
+#include <span>
+
 namespace kio::bench {
 
-// Puts the device's nodes into the store in memory, in place of all that it holds.
-void StoreFactoryDevice();
+struct DeviceNode {
+  const char* path;
+  const char* value;
+};
+
+// The nodes of its store.
+std::span<const DeviceNode> FactoryNodes();
 
 }  // namespace kio::bench
 

@@ -68,7 +68,7 @@ constexpr int ClampToInt(long value) {
 
 // The number that `text` begins with; 0 when there is none. A number beyond the range of int gives
 // the end of the range, whatever the size of long.
-inline int ParseInt(const char* text) { return ClampToInt(std::strtol(text, nullptr, 10)); }
+int ParseInt(const char* text);
 
 // Reads a number at `*cursor` as scanf's "%d" does, blanks before it included, and moves the cursor
 // behind it. Without a number both are left as they are.

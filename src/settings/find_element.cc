@@ -12,77 +12,140 @@ namespace {
 
 using platform::TextView;
 
-// No tag text is longer.
+// No tag text is longer: what stands before the key, the key and what stands behind it are cut to
+// it.
 constexpr std::size_t kTagLimit = 127;
 
-// One form of a tag: what comes before the key, the key, what comes behind it; cut to the limit.
-struct TagText {
-  TagText(TextView before, TextView full_key, TextView behind)
-      : prefix(before),
-        key(full_key.data(), std::min(full_key.size(), kTagLimit - before.size())),
-        suffix(behind.data(), std::min(behind.size(), kTagLimit - before.size() - key.size())) {}
+TextView Cut(TextView text, std::size_t size) { return {text.data(), std::min(text.size(), size)}; }
 
-  [[nodiscard]] std::size_t size() const { return prefix.size() + key.size() + suffix.size(); }
-  [[nodiscard]] bool SuffixAt(const SearchText& text, const char* position) const {
-    return text.HasAt(position + prefix.size() + key.size(), suffix);
-  }
-
-  TextView prefix;
-  TextView key;
-  TextView suffix;
+// What a text of `room` characters holds behind the '<' and the `key_size` characters of a key,
+// when it is not the '>' of an opening tag.
+enum class TagForm {
+  kNone,
+  kCut,  // an opening tag whose text ends with the key
+  kEmpty,
+  kEmptyBlank
 };
 
-// A tag is looked for by its '<' and the key's first character.
-CharacterPair PairOf(TextView key) {
-  return key.empty() ? CharacterPair('<', '<', 0) : CharacterPair('<', key[0], 1);
+[[gnu::noinline]] TagForm FormOf(const char* behind, std::size_t room, std::size_t key_size) {
+  const auto goes_on = [=](TextView end) {
+    const TextView rest = Cut(end, kTagLimit - 1 - key_size);
+    return rest.size() <= room && TextView(behind, rest.size()) == rest;
+  };
+  if (key_size >= kTagLimit - 1) {
+    return TagForm::kCut;
+  }
+  if (goes_on("/>")) {
+    return TagForm::kEmpty;
+  }
+  return goes_on(" />") ? TagForm::kEmptyBlank : TagForm::kNone;
 }
 
 // An opening tag, or the tag of an empty element, whose content is null.
 struct OpeningTag {
-  char* position = nullptr;
-  char* content = nullptr;
+  const char* position = nullptr;
+  const char* content = nullptr;
 };
 
-OpeningTag FindOpeningTag(const Block& block, TextView key) {
-  const TagText open("<", key, ">");
-  const TagText empty("<", key, "/>");
-  const TagText empty_blank("<", key, " />");
-  const CharacterPair pair = PairOf(open.key);
-  SearchText text = block.Search();
-  char* first_empty = nullptr;
-  char* first_empty_blank = nullptr;
-  for (const char* hit = text.Find(block.text, pair); hit != nullptr;
-       hit = text.Find(hit + 1, pair)) {
-    if (!text.HasAt(hit + 1, open.key)) {
-      continue;
+[[gnu::always_inline]] inline OpeningTag FindOpeningTag(SearchText& text, const char* from,
+                                                        TextView full_key) {
+  const TextView key = Cut(full_key, kTagLimit - 1);
+  constexpr std::size_t kAround = 4;  // "<" and " />"
+  // Looked for by its '<' and the key's first character.
+  const PairSearch<false, true> pair('<', key.empty() ? '<' : key[0], key.empty() ? 0 : 1);
+  const char* first_empty = nullptr;
+  const char* first_empty_blank = nullptr;
+  do {
+    const char* const end = text.HitsEnd(from, key.size() + kAround);
+    while (const char* const hit = pair.Find(from, end, text.readable())) {
+      from = hit + 1;
+      const auto room = static_cast<std::size_t>(text.known() - from);
+      if (room < key.size() || !EqualsFold(from, key.data(), key.size())) {
+        continue;
+      }
+      const char* const behind = from + key.size();
+      if (room > key.size() && *behind == '>' && key.size() < kTagLimit - 1) {
+        return {hit, behind + 1};
+      }
+      const TagForm form = FormOf(behind, room - key.size(), key.size());
+      if (form == TagForm::kCut) {
+        return {hit, behind};
+      }
+      if (form == TagForm::kEmpty && first_empty == nullptr) {
+        first_empty = hit;
+      } else if (form == TagForm::kEmptyBlank && first_empty_blank == nullptr) {
+        first_empty_blank = hit;
+      }
     }
-    char* const position = block.text + (hit - block.text);
-    if (open.SuffixAt(text, hit)) {
-      return {position, position + open.size()};
-    }
-    if (first_empty == nullptr && empty.SuffixAt(text, hit)) {
-      first_empty = position;
-    } else if (first_empty_blank == nullptr && empty_blank.SuffixAt(text, hit)) {
-      first_empty_blank = position;
-    }
-  }
+    from = std::max(from, end);
+  } while (text.Extend());
   return {first_empty != nullptr ? first_empty : first_empty_blank, nullptr};
 }
 
-// The closing tag of `key`, or null. It is looked for by its first and its last character, which
-// tells it from all tags of other lengths.
-const char* FindClosingTag(const Block& block, TextView key) {
-  const TagText close("</", key, ">");
-  const char last = close.suffix.empty() ? close.key.back() : close.suffix.back();
-  const CharacterPair pair('<', last, close.size() - 1);
-  SearchText text = block.Search();
-  for (const char* hit = text.Find(block.text, pair); hit != nullptr;
-       hit = text.Find(hit + 1, pair)) {
-    if (text.HasAt(hit, close.prefix) && text.HasAt(hit + close.prefix.size(), close.key) &&
-        close.SuffixAt(text, hit)) {
-      return hit;
+// Whether the closing tag of `key` stands at `tag`, in a text that ends at `end`.
+[[gnu::always_inline]] inline bool IsClosingTag(const char* tag, const char* end, TextView key) {
+  const std::size_t size = key.size() + 3;
+  return static_cast<std::size_t>(end - tag) >= size && tag[1] == '/' && tag[size - 1] == '>' &&
+         EqualsFold(tag + 2, key.data(), key.size());
+}
+
+// The closing tag of `key` at or behind `from`, or null.
+[[gnu::noinline]] const char* FindFarClosingTag(SearchText& text, const char* from, TextView key) {
+  // Looked for by the key's first character and the '>' behind the key, which few others have at
+  // this distance. The characters before are looked at afterwards.
+  constexpr std::size_t kBefore = 2;
+  const PairSearch<true, false> pair(key.empty() ? '>' : key[0], '>', key.size());
+  do {
+    const char* const end = text.HitsEnd(from, key.size() + kBefore + 1);
+    if (static_cast<std::size_t>(end - from) > kBefore) {
+      const char* position = from + kBefore;
+      while (const char* const hit = pair.Find(position, end, text.readable())) {
+        if (hit[-2] == '<' && IsClosingTag(hit - kBefore, text.known(), key)) {
+          return hit - kBefore;
+        }
+        position = hit + 1;
+      }
+      from = end - kBefore;
     }
+  } while (text.Extend());
+  return nullptr;
+}
+
+[[gnu::always_inline]] inline const char* FindClosingTag(SearchText& text, const char* begin,
+                                                         TextView key) {
+  const char* from = begin;
+  // Most elements have no elements of their own, or few, and end within a few tags.
+  constexpr int kNearTags = 6;
+  for (int i = 0; i < kNearTags; ++i) {
+    const char* const tag = FindTagStart(from, text.known(), text.readable());
+    if (tag == nullptr) {
+      break;
+    }
+    if (IsClosingTag(tag, text.known(), key)) {
+      return tag;
+    }
+    from = tag + 1;
   }
+  // What was not known to be a closing tag at the end of the known text is looked at again.
+  return FindFarClosingTag(text, from > begin ? from - 1 : from, key);
+}
+
+// The closing tag of a key so long that the tag's text, "</" and the key, is cut.
+[[gnu::noinline]] const char* FindCutClosingTag(SearchText& text, const char* from,
+                                                TextView full_key) {
+  const TextView key = Cut(full_key, kTagLimit - 2);
+  const PairSearch<false, false> pair('<', '/', 1);
+  do {
+    const char* const end = text.HitsEnd(from, kTagLimit);
+    while (const char* const hit = pair.Find(from, end, text.readable())) {
+      from = hit + 1;
+      if (static_cast<std::size_t>(text.known() - hit) >= kTagLimit &&
+          EqualsFold(hit + 2, key.data(), key.size())) {
+        return hit;
+      }
+    }
+    from = std::max(from, end);
+  } while (text.Extend());
   return nullptr;
 }
 
@@ -90,10 +153,10 @@ const char* FindClosingTag(const Block& block, TextView key) {
 
 SearchText Block::Search() const {
   if (text_end == nullptr) {
-    return {text, length > 0 ? static_cast<std::size_t>(length) : SearchText::kNoLimit};
+    return SearchText(text, length > 0 ? static_cast<std::size_t>(length) : SearchText::kNoLimit,
+                      0);
   }
-  const auto rest = static_cast<std::size_t>(text_end - text);
-  return {text, length > 0 ? std::min(static_cast<std::size_t>(length), rest) : rest, text_end};
+  return SearchText(length > 0 && length < text_end - text ? text + length : text_end, text_end);
 }
 
 Block Block::From(char* position) const {
@@ -101,23 +164,87 @@ Block Block::From(char* position) const {
 }
 
 Element FindElement(const Block& block, TextView key) {
-  const OpeningTag tag = FindOpeningTag(block, key);
-  Element element{tag.position, {tag.position, 0, block.text_end}};
-  if (tag.content != nullptr) {
-    const char* close = nullptr;
-    // A block that ends right behind the tag holds no closing tag; a length of 0 would reach on.
-    const Block rest = block.From(tag.content);
-    if (block.length <= 0 || rest.length > 0) {
-      close = FindClosingTag(rest, key);
-    }
-    element.content = close == nullptr ? Block{}
-                                       : Block{tag.content, static_cast<int>(close - tag.content),
-                                               block.text_end};
+  SearchText text = block.Search();
+  const OpeningTag tag = FindOpeningTag(text, block.text, key);
+  char* const position = const_cast<char*>(tag.position);
+  if (tag.content == nullptr) {
+    return {position, {position, 0, block.text_end}};
   }
-  return element;
+  const char* const close = key.size() + 3 <= kTagLimit ? FindClosingTag(text, tag.content, key)
+                                                        : FindCutClosingTag(text, tag.content, key);
+  if (close == nullptr) {
+    return {position, {}};
+  }
+  return {position,
+          {const_cast<char*>(tag.content), static_cast<int>(close - tag.content), block.text_end}};
 }
 
-char* FindTag(const Block& block, TextView key) { return FindOpeningTag(block, key).position; }
+Element BlockReader::Find(TextView key) {
+  const Element next = next_ != nullptr ? TakeNext(key) : Element{};
+  return next.is_complete() ? next : FindElement(block_, key);
+}
+
+BlockReader::BlockReader(const Block& block) : block_(block) {
+  if (block.text_end != nullptr) {
+    const SearchText text = block.Search();
+    next_ = block.text;
+    end_ = text.known();
+  }
+}
+
+Element BlockReader::TakeNext(TextView key) {
+  char* const tag = SkipBlanks();
+  const auto size = static_cast<std::ptrdiff_t>(key.size());
+  if (!StandsAt(tag, key)) {
+    return {};
+  }
+  char* const content = tag + size + 2;
+  const char* const close = FindTagStart(content, end_, block_.text_end);
+  if (close == nullptr || !IsClosingTag(close, end_, key)) {
+    return {};
+  }
+  const auto length = static_cast<int>(close - content);
+  next_ = content + length + size + 3;
+  return {tag, {content, length, block_.text_end}};
+}
+
+bool BlockReader::Enter(TextView key) {
+  char* const tag = SkipBlanks();
+  if (!StandsAt(tag, key)) {
+    return false;
+  }
+  next_ = tag + key.size() + 2;
+  return true;
+}
+
+bool BlockReader::Leave(TextView key) {
+  char* const tag = SkipBlanks();
+  if (!IsClosingTag(tag, end_, key)) {
+    return false;
+  }
+  next_ = tag + key.size() + 3;
+  return true;
+}
+
+char* BlockReader::SkipBlanks() const {
+  char* position = next_;
+  while (position < end_ &&
+         (*position == ' ' || *position == '\n' || *position == '\r' || *position == '\t')) {
+    ++position;
+  }
+  return position;
+}
+
+bool BlockReader::StandsAt(const char* tag, TextView key) const {
+  const std::size_t size = key.size() + 2;
+  return static_cast<std::size_t>(end_ - tag) >= size && *tag == '<' && tag[size - 1] == '>' &&
+         EqualsFold(tag + 1, key.data(), key.size());
+}
+
+char* FindTag(const Block& block, TextView key) {
+  SearchText text = block.Search();
+  return const_cast<char*>(FindOpeningTag(text, block.text, key).position);
+}
 
 void JoinPath(char (&path)[128], const char* parent, TextView key) {
   platform::TextBuffer buffer(path);
@@ -127,21 +254,16 @@ void JoinPath(char (&path)[128], const char* parent, TextView key) {
   buffer.Append(key);
 }
 
-Block TakeRequiredBlock(const char* parent_path, const Element& element, TextView key,
+Block FindRequiredBlock(const char* parent_path, const Block& block, TextView key,
                         char (&path)[128]) {
   platform::LogEntry("prepareXmlBlockData");
+  const Element element = block.text != nullptr ? FindElement(block, key) : Element{};
   if (!element.is_complete()) {
     ReportLostKey(nullptr, key);
     return {};
   }
   JoinPath(path, parent_path, key);
   return element.content;
-}
-
-Block FindRequiredBlock(const char* parent_path, const Block& block, TextView key,
-                        char (&path)[128]) {
-  const Element element = block.text != nullptr ? FindElement(block, key) : Element{};
-  return TakeRequiredBlock(parent_path, element, key, path);
 }
 
 }  // namespace kio::settings

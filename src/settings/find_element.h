@@ -37,16 +37,43 @@ struct Element {
 // wherever they lie. Tags are compared ignoring case, their first 127 characters alone.
 Element FindElement(const Block& block, platform::TextView key);
 
+// Finds the elements of one block, one after the other, each key at most once.
+//
+// Elements that stand in the order in which they are asked for, side by side and without elements
+// of their own, are found without a search: every tag before them is known to belong to another
+// key.
+class BlockReader {
+ public:
+  explicit BlockReader(const Block& block);
+
+  [[nodiscard]] const Block& block() const { return block_; }
+  // Behind the elements that were found in their order; null when the end of the text is not known.
+  [[nodiscard]] char* position() const { return next_; }
+
+  // As FindElement.
+  Element Find(platform::TextView key);
+
+  // The element `key` if it comes next, else an incomplete one.
+  Element TakeNext(platform::TextView key);
+  // Goes into the element `key` if it comes next, and out of it if its closing tag does.
+  bool Enter(platform::TextView key);
+  bool Leave(platform::TextView key);
+
+ private:
+  [[nodiscard]] char* SkipBlanks() const;
+  [[nodiscard]] bool StandsAt(const char* tag, platform::TextView key) const;
+
+  Block block_;
+  char* next_ = nullptr;
+  const char* end_ = nullptr;
+};
+
 // The opening tag alone, or null.
 char* FindTag(const Block& block, platform::TextView key);
 
 // Finds a required block and appends its name to the parent's path in `path` (128 bytes). A missing
 // one is reported to the lost-key hook and gives a null text; `path` is then left as it was.
 Block FindRequiredBlock(const char* parent_path, const Block& block, platform::TextView key,
-                        char (&path)[128]);
-
-// The same for an element that was found, or not found, already.
-Block TakeRequiredBlock(const char* parent_path, const Element& element, platform::TextView key,
                         char (&path)[128]);
 
 // Sets `path` to "parent/key", or to "key" without a parent.

@@ -56,7 +56,7 @@ bool VersionMatches(const Block& root) {
 
 // What is left out when settings of another access point are read: the device itself and its
 // uplink.
-Progress ParseOwnSettings(const Block& device, const char* path) {
+Progress ParseOwnSettings(BlockReader& device, const char* path) {
   if (IsLeftAlone(device)) {
     rssXmlData.configurable = 0;
     return Progress::kToVerify;
@@ -64,21 +64,21 @@ Progress ParseOwnSettings(const Block& device, const char* path) {
   if (!ParseFields(kDeviceFields, Group::kBasic, device, path, &rssXmlData)) {
     return Progress::kFailed;
   }
-  if (rssXmlData.upLink.configurable != 0 && !ParseUplink(path, device)) {
+  if (rssXmlData.upLink.configurable != 0 && !ParseUplink(path, device.block())) {
     return Progress::kFailed;
   }
   if (IsVersion10()) {
     if (!ParseRequiredField(RowOf(kDeviceFields, "ExtenderEnbl"), device, path, &rssXmlData)) {
       return Progress::kFailed;
     }
-    if (IsExtender10() && !ParseSite(path, device, rssXmlData.upLink.extenderSite)) {
+    if (IsExtender10() && !ParseSite(path, device.block(), rssXmlData.upLink.extenderSite)) {
       return Progress::kFailed;
     }
   }
   return Progress::kGoOn;
 }
 
-bool ParseRoaming(const Block& device, const char* path) {
+bool ParseRoaming(BlockReader& device, const char* path) {
   if (IsVersion10() || rssXmlData.easyRoamingFeature == 0) {
     return true;
   }
@@ -95,8 +95,9 @@ bool ParseSafety(const Block& device, const char* path) {
   RssSafetyVyr& safety = rssXmlData.safetyVyr;
   LogSection("do_RssSafetyVyr_Parser", path);
   const Block block = FindRequiredBlock(path, device, "SafetyVyr", safety.path);
+  BlockReader reader(block);
   return block.text != nullptr &&
-         ParseFields(kSafetyFields, Group::kBasic, block, safety.path, &safety);
+         ParseFields(kSafetyFields, Group::kBasic, reader, safety.path, &safety);
 }
 
 bool ParseRadiosAndSafety(const Block& device, const char* path) {
@@ -115,8 +116,9 @@ bool ParseDevice(const Block& root) {
   if (device.text == nullptr) {
     return false;
   }
+  BlockReader reader(device);
   if (rssXmlData.apCloningOnly == 0) {
-    const Progress progress = ParseOwnSettings(device, path);
+    const Progress progress = ParseOwnSettings(reader, path);
     // Quirk "uplink-has-two-names": missing elements of the uplink's sections were reported below
     // "UpLinkConnection"; faulty values are reported below "Uplink", as its own are.
     SetUplinkPaths();
@@ -124,7 +126,7 @@ bool ParseDevice(const Block& root) {
       return progress == Progress::kToVerify;
     }
   }
-  return ParseRoaming(device, path) && ParseRadiosAndSafety(device, path);
+  return ParseRoaming(reader, path) && ParseRadiosAndSafety(device, path);
 }
 
 int VerifyAndApply() {

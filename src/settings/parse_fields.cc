@@ -8,9 +8,9 @@
 namespace kio::settings {
 namespace {
 
-bool ParseInteger(const Field& field, const Block& block, void* section) {
+bool ParseInteger(const Field& field, const Element& element, void* section) {
   int& value = IntOf(section, field.member);
-  if (!ReadInt(block, field.element, value)) {
+  if (!ReadInt(element, value)) {
     return false;
   }
   if (field.logged) {
@@ -19,11 +19,11 @@ bool ParseInteger(const Field& field, const Block& block, void* section) {
   return true;
 }
 
-bool ParseText(const Field& field, const Block& block, void* section) {
+bool ParseText(const Field& field, const Element& element, void* section) {
   char* const text = TextOf(section, field.member);
   const std::size_t size =
       field.document_limit != 0 ? field.document_limit + std::size_t{1} : field.member.size;
-  if (!ReadText(block, field.element, text, size)) {
+  if (!ReadText(element, text, size)) {
     return false;
   }
   if (field.has_words()) {
@@ -38,12 +38,16 @@ bool ParseText(const Field& field, const Block& block, void* section) {
 
 }  // namespace
 
-bool ParseField(const Field& field, const Block& block, void* section) {
-  return field.member.type == Member::Type::kText ? ParseText(field, block, section)
-                                                  : ParseInteger(field, block, section);
+bool ParseField(const Field& field, const Element& element, void* section) {
+  return field.member.type == Member::Type::kText ? ParseText(field, element, section)
+                                                  : ParseInteger(field, element, section);
 }
 
-bool ParseRequiredField(const Field& field, const Block& block, const char* path, void* section) {
+bool ParseField(const Field& field, BlockReader& block, void* section) {
+  return ParseField(field, block.Find(field.element), section);
+}
+
+bool ParseRequiredField(const Field& field, BlockReader& block, const char* path, void* section) {
   if (!ParseField(field, block, section)) {
     ReportLostKey(path, field.element);
     return false;

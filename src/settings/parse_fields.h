@@ -10,16 +10,19 @@
 
 namespace kio::settings {
 
+// Reads one field from its element. Returns false when the element is incomplete.
+bool ParseField(const Field& field, const Element& element, void* section);
+
 // Reads one field from its element in `block`. Returns false when there is none.
-bool ParseField(const Field& field, const Block& block, void* section);
+bool ParseField(const Field& field, BlockReader& block, void* section);
 
 // The same for a required field: a missing element is reported with the block's path.
-bool ParseRequiredField(const Field& field, const Block& block, const char* path, void* section);
+bool ParseRequiredField(const Field& field, BlockReader& block, const char* path, void* section);
 
 // Reads the required fields of a group that the device's format version has. Stops at the first
 // missing one.
 template <std::size_t N>
-bool ParseFields(const Field (&table)[N], Group group, const Block& block, const char* path,
+bool ParseFields(const Field (&table)[N], Group group, BlockReader& block, const char* path,
                  void* section) {
   for (const Field& field : table) {
     if (field.group == group && IsIn(field.versions, IsVersion10()) &&

@@ -8,7 +8,7 @@
 namespace kio::settings {
 namespace {
 
-bool ParseConnection(const Block& block, const char* path, RssUpLink& uplink) {
+bool ParseConnection(BlockReader& block, const char* path, RssUpLink& uplink) {
   switch (uplink.connTypeCode) {
     case kConnPppoe:
     case kConnPppoa:
@@ -45,21 +45,23 @@ bool ParseUplink(const char* parent_path, const Block& device) {
   if (block.text == nullptr) {
     return false;
   }
-  if (IsLeftAlone(block)) {
+  BlockReader reader(block);
+  if (IsLeftAlone(reader)) {
     uplink.configurable = 0;
     return true;
   }
-  return ParseFields(kUplinkFields, Group::kBasic, block, path, &uplink) &&
-         ParseConnection(block, path, uplink) && ParseHardwareSection(block, path, uplink);
+  return ParseFields(kUplinkFields, Group::kBasic, reader, path, &uplink) &&
+         ParseConnection(reader, path, uplink) && ParseHardwareSection(block, path, uplink);
 }
 
 bool ParseProvider(const char* parent_path, const Block& block, RssIsp& isp,
                    platform::TextView key) {
   LogSection("do_RssISP_Parser", parent_path);
-  const Block provider = FindRequiredBlock(parent_path, block, key, isp.path);
-  if (provider.text == nullptr) {
+  const Block content = FindRequiredBlock(parent_path, block, key, isp.path);
+  if (content.text == nullptr) {
     return false;
   }
+  BlockReader provider(content);
   if (!IsVersion10()) {
     return ParseFields(kIspFields, Group::kProvider, provider, isp.path, &isp);
   }
@@ -70,11 +72,12 @@ bool ParseProvider(const char* parent_path, const Block& block, RssIsp& isp,
 bool ParseSite(const char* parent_path, const Block& block, RssExtenderSite& site) {
   LogSection("do_RssExtender_Parser", parent_path);
   const Block content = FindRequiredBlock(parent_path, block, "ExtenderSite", site.path);
+  BlockReader reader(content);
   if (content.text == nullptr ||
-      !ParseFields(kSiteFields, Group::kBasic, content, site.path, &site)) {
+      !ParseFields(kSiteFields, Group::kBasic, reader, site.path, &site)) {
     return false;
   }
-  return site.survey != 0 || ParseFields(kSiteFields, Group::kDetail, content, site.path, &site);
+  return site.survey != 0 || ParseFields(kSiteFields, Group::kDetail, reader, site.path, &site);
 }
 
 }  // namespace kio::settings

@@ -1,5 +1,7 @@
 // Reading the radios of a settings document.
 
+#include <cstring>
+
 #include "kioapp/settings.h"
 #include "platform/log.h"
 #include "settings/field_tables.h"
@@ -15,46 +17,118 @@ constexpr TextView kRuleElement = "AcRule";
 // The search for the next rule goes on this far behind the opening tag of the last one.
 constexpr int kRuleTagLength = 8;
 
-bool ParseRule(const char* parent_path, const Element& element, RssAcRule& rule) {
-  LogSection("do_RssAcRule_Parser", parent_path);
-  const Block block = TakeRequiredBlock(parent_path, element, kRuleElement, rule.path);
-  return block.text != nullptr && ParseFields(kRuleFields, Group::kBasic, block, rule.path, &rule);
-}
+// The rules of a radio, found by their tags wherever they lie in the block, so that they may stand
+// in an element of their own.
+class RuleParser {
+ public:
+  RuleParser(const Block& block, RssWlan& wlan) : rest_(block), reader_(block), wlan_(wlan) {
+    JoinPath(path_, wlan.accessControlPath, kRuleElement);
+  }
 
-// Rules are found by their tags wherever they lie in the block, so they may stand in an element of
-// their own.
-bool ParseRules(const Block& block, RssWlan& wlan) {
-  int count = 0;
-  Block rest = block;
-  while (count < kRuleCapacity) {
-    const Element element = FindElement(rest, kRuleElement);
-    if (!element.has_tag()) {
-      break;
+  bool Parse() {
+    int count = 0;
+    while (count < kRuleCapacity && !is_at_end_) {
+      RssAcRule& rule = wlan_.acRule[count];
+      if (!TakePlainRule(rule)) {
+        const Element element = FindElement(rest_, kRuleElement);
+        if (!element.has_tag()) {
+          break;
+        }
+        if (!ParseRule(element, rule)) {
+          return false;
+        }
+      }
+      ++count;
     }
-    if (!ParseRule(wlan.accessControlPath, element, wlan.acRule[count])) {
+    wlan_.wlAcRuleNo = count;
+    return true;
+  }
+
+ private:
+  void BeginRule() {
+    LogSection("do_RssAcRule_Parser", wlan_.accessControlPath);
+    platform::LogEntry("prepareXmlBlockData");
+  }
+
+  // A rule as apps write it: behind the last one, and nothing but its fields in it. It is the one
+  // that a search would find, without the search. Anything else is left as it is.
+  bool TakePlainRule(RssAcRule& rule) {
+    BlockReader reader = reader_;
+    Element elements[std::size(kRuleFields)];
+    if (reader.position() == nullptr || !reader.Enter(kRuleElement)) {
       return false;
     }
-    ++count;
-    rest = rest.From(element.tag + kRuleTagLength);
+    for (std::size_t i = 0; i < std::size(kRuleFields); ++i) {
+      elements[i] = reader.TakeNext(kRuleFields[i].element);
+      if (!elements[i].is_complete()) {
+        return false;
+      }
+    }
+    if (!reader.Leave(kRuleElement)) {
+      return false;
+    }
+    BeginRule();
+    std::memcpy(rule.path, path_, sizeof(path_));
+    for (std::size_t i = 0; i < std::size(kRuleFields); ++i) {
+      ParseField(kRuleFields[i], elements[i], &rule);
+    }
+    GoOnBehind(reader);
+    return true;
   }
-  wlan.wlAcRuleNo = count;
-  return true;
-}
+
+  // Behind a rule that has been read to its end.
+  void GoOnBehind(const BlockReader& reader) {
+    reader_ = reader;
+    if (rest_.length > 0 && reader.position() - rest_.text >= rest_.length) {
+      // A length of 0 would reach beyond the block.
+      is_at_end_ = true;
+    } else {
+      rest_ = rest_.From(reader.position());
+    }
+  }
+
+  bool ParseRule(const Element& element, RssAcRule& rule) {
+    BeginRule();
+    if (!element.is_complete()) {
+      ReportLostKey(nullptr, kRuleElement);
+      return false;
+    }
+    std::memcpy(rule.path, path_, sizeof(path_));
+    BlockReader reader(element.content);
+    if (!ParseFields(kRuleFields, Group::kBasic, reader, rule.path, &rule)) {
+      return false;
+    }
+    rest_ = rest_.From(element.tag + kRuleTagLength);
+    // Behind a rule with nothing but its fields in it, the next one may be taken as it comes.
+    BlockReader behind(rest_.From(reader.position()));
+    if (reader.position() != nullptr && behind.Leave(kRuleElement)) {
+      GoOnBehind(behind);
+    }
+    return true;
+  }
+
+  Block rest_;
+  BlockReader reader_;
+  bool is_at_end_ = false;
+  RssWlan& wlan_;
+  decltype(RssAcRule::path) path_ = {};
+};
 
 bool ParseAccessControl(const Block& radio_block, RssWlan& wlan) {
   LogSection("do_RssAccessCtl_Parser", wlan.path);
   const Block block =
       FindRequiredBlock(wlan.path, radio_block, "AccessControl", wlan.accessControlPath);
+  BlockReader reader(block);
   if (block.text == nullptr ||
-      !ParseFields(kAccessFields, Group::kBasic, block, wlan.accessControlPath, &wlan)) {
+      !ParseFields(kAccessFields, Group::kBasic, reader, wlan.accessControlPath, &wlan)) {
     return false;
   }
   if (wlan.wlAcEnbl != 1) {
     wlan.wlAcRuleNo = 0;
     return true;
   }
-  return ParseFields(kAccessFields, Group::kDetail, block, wlan.accessControlPath, &wlan) &&
-         ParseRules(block, wlan);
+  return ParseFields(kAccessFields, Group::kDetail, reader, wlan.accessControlPath, &wlan) &&
+         RuleParser(block, wlan).Parse();
 }
 
 }  // namespace
@@ -73,16 +147,17 @@ bool ParseRadio(const char* parent_path, const Block& device, int radio) {
   if (block.text == nullptr) {
     return false;
   }
-  if (IsLeftAlone(block)) {
+  BlockReader reader(block);
+  if (IsLeftAlone(reader)) {
     wlan.configurable = 0;
     return true;
   }
   // The table has the encryption type and the channel among the basic fields; a document has them
   // behind the key, and one of version 1.0 ends before them.
-  if (!ParseFields(kWlanFields, Group::kBasic, block, wlan.path, &wlan)) {
+  if (!ParseFields(kWlanFields, Group::kBasic, reader, wlan.path, &wlan)) {
     return false;
   }
-  return IsVersion10() || (ParseFields(kWlanFields, Group::kDetail, block, wlan.path, &wlan) &&
+  return IsVersion10() || (ParseFields(kWlanFields, Group::kDetail, reader, wlan.path, &wlan) &&
                            ParseAccessControl(block, wlan));
 }
 

@@ -1,6 +1,7 @@
 // Verifying the record before it is applied.
 
 #include "kioapp/settings.h"
+#include "kioapp/text.h"
 #include "kioapp/xml.h"
 #include "platform/log.h"
 #include "settings/field_tables.h"
@@ -23,7 +24,7 @@ bool VerifyHardware(const Checked& checked) {
   if (!VerifyField(row, checked)) {
     return false;
   }
-  if (!IsVersion10() && strstri(uplink.hardwareSupport, uplink.hardwareType) == nullptr) {
+  if (!IsVersion10() && strstri(uplink.hardwareSupport, trim(uplink.hardwareType)) == nullptr) {
     write_RssXml_VerifyError(uplink.path, row.element.data());
     return false;
   }

@@ -1,6 +1,7 @@
 #include "settings/xml_values.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "kioapp/xml.h"
 #include "platform/xml_coding.h"
@@ -17,8 +18,7 @@ void ReportLostKey(const char* path, TextView key) {
   }
 }
 
-bool ReadText(const Block& block, TextView key, char* dst, std::size_t size) {
-  const Element element = FindElement(block, key);
+bool ReadText(const Element& element, char* dst, std::size_t size) {
   if (!element.is_complete()) {
     dst[0] = '\0';
     return false;
@@ -31,18 +31,34 @@ bool ReadText(const Block& block, TextView key, char* dst, std::size_t size) {
   return true;
 }
 
-bool ReadInt(const Block& block, TextView key, int& out) {
-  char text[128];
-  if (!ReadText(block, key, text, sizeof(text))) {
+bool ReadInt(const Element& element, int& out) {
+  constexpr int kLongestNumber = 127;
+  const Block& content = element.content;
+  if (element.is_complete() && content.length <= kLongestNumber &&
+      std::memchr(content.text, '&', static_cast<std::size_t>(content.length)) == nullptr) {
+    // Nothing to decode or to cut: the number ends at the closing tag, which is no digit.
+    out = content.length > 0 ? platform::ParseInt(content.text) : 0;
+    return true;
+  }
+  char text[kLongestNumber + 1];
+  if (!ReadText(element, text, sizeof(text))) {
     return false;
   }
   out = platform::ParseInt(text);
   return true;
 }
 
-bool IsLeftAlone(const Block& block) {
+bool ReadText(const Block& block, TextView key, char* dst, std::size_t size) {
+  return ReadText(FindElement(block, key), dst, size);
+}
+
+bool ReadInt(const Block& block, TextView key, int& out) {
+  return ReadInt(FindElement(block, key), out);
+}
+
+bool IsLeftAlone(BlockReader& block) {
   int configurable = 1;
-  return ReadInt(block, "Configurable", configurable) && configurable == 0;
+  return ReadInt(block.Find("Configurable"), configurable) && configurable == 0;
 }
 
 }  // namespace kio::settings

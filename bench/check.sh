@@ -1,0 +1,58 @@
+#!/usr/bin/env bash
+# check.sh [BUILD_DIR]: builds the benchmarks (in build/bench), runs them and fails when a limit is
+# missed. Figures and counts are left in BUILD_DIR/figures.json and BUILD_DIR/counts.txt.
+#
+# Times are ratios of rounds paired in one run. The machine may be busy with something else all the
+# same: a run that misses a limit is repeated, at most twice. Counts of instructions repeat and are
+# taken once.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+build=${1:-build/bench}
+cmake --preset bench -B "$build" > /dev/null
+cmake --build "$build" -j2 > /dev/null
+
+missed=()
+
+runs=3
+for ((run = 1; run <= runs; ++run)); do
+  if "$build/bench/kio_bench" --figures="$build/figures.json" > "$build/figures.txt" 2>&1; then
+    break
+  fi
+  grep -E 'MISSED|cannot|differ|refuse' "$build/figures.txt" | sed "s/^/run $run: /" || true
+  if ((run == runs)); then
+    missed+=(times)
+  fi
+done
+sed -n '/^figure /,$p' "$build/figures.txt"
+
+# count SCENARIO: prints the instructions of a scenario.
+count() {
+  valgrind --tool=callgrind --instr-atstart=no --callgrind-out-file=/dev/null \
+    "$build/bench/kio_counts" "$1" 2>&1 | sed -n 's/.*Collected : *//p'
+}
+# ratio NAME LIMIT: compares an exchange with its store calls; no limit with "-".
+ratio() {
+  local exchange calls
+  exchange=$(count "exchange$1")
+  calls=$(count "calls$1")
+  awk -v name="exchange$1" -v a="$exchange" -v b="$calls" -v limit="$2" 'BEGIN {
+    if (a <= 0 || b <= 0) { print name ": not counted"; exit 1 }
+    missed = limit != "-" && a / b > limit
+    printf "%-16s %9d instructions, its store calls %9d: %.3f x, limit %s%s\n",
+      name, a, b, a / b, limit, missed ? " MISSED" : ""
+    exit missed }'
+}
+{
+  ratio "" 1.25 || missed+=(instructions)
+  ratio -again - || missed+=(instructions)
+} > "$build/counts.txt"
+cat "$build/counts.txt"
+
+tests/budget/size_test.sh "$build/src/libkioapp.so" 98304 || missed+=(size)
+
+if ((${#missed[@]} > 0)); then
+  echo "limits missed: ${missed[*]}" >&2
+  exit 1
+fi
+echo "all limits held"

@@ -1,0 +1,47 @@
+// A value judged by a rule: a line with the value, then the rule. The other validators see the
+// value too.
+#include "input.h"
+#include "kioapp/kioapp.h"
+
+namespace {
+
+void CheckFlag(int flag) {
+  if (flag != 0 && flag != 1) {
+    kio::fuzz::Report("a validator returns neither 0 nor 1");
+  }
+}
+
+bool IsKnown(int code) {
+  switch (code) {
+    case KIOAPP_RESULT_APPLIED:
+    case KIOAPP_RESULT_INVALID_VALUE:
+    case KIOAPP_RESULT_BAD_LENGTH:
+    case KIOAPP_RESULT_BAD_CHARACTER:
+    case KIOAPP_RESULT_ABOVE_MAXIMUM:
+    case KIOAPP_RESULT_BELOW_MINIMUM:
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  kio::fuzz::Input input(data, size);
+  const kio::fuzz::EndText value(input.Line());
+  const kio::fuzz::EndText rule(input.Rest());
+  if (!IsKnown(validate_RssData(value.get(), rule.get())) ||
+      !IsKnown(validate_RssData(value.get(), nullptr))) {
+    kio::fuzz::Report("a rule gives an unknown code");
+  }
+  CheckFlag(is_Valid_IP(value.get()));
+  CheckFlag(is_Valid_Netmask(value.get()));
+  CheckFlag(is_Valid_IP_CheckMask(rule.get(), value.get(), value.get()));
+  CheckFlag(is_Valid_WpaPskKey(value.get()));
+  CheckFlag(is_Valid_WepKey(value.get(), 5));
+  CheckFlag(is_Valid_WepKey(value.get(), 13));
+  strWildcardCmp(value.get(), rule.get());
+  strnWildcardCmp(value.get(), rule.get(), 8);
+  return 0;
+}

@@ -1,0 +1,140 @@
+// Runs a target without a fuzzing engine.
+//
+//     TARGET [--mutations=N] FILE_OR_DIRECTORY...
+//
+// Each file is run as it stands; then N inputs made from them by changes drawn from a fixed seed,
+// the same ones in every run.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "input.h"
+
+namespace {
+
+constexpr char kMutationsOption[] = "--mutations=";
+
+using Random = std::mt19937;
+
+std::size_t Draw(Random& random, std::size_t limit) { return limit == 0 ? 0 : random() % limit; }
+
+const std::string* g_input = nullptr;
+
+// Writes the input that ends the program where the program was started, to be run again on its own.
+extern "C" void KeepInput(int signal_number) {
+  const int file = open("finding.input", O_WRONLY | O_CREAT | O_TRUNC, 0644);
+  if (file >= 0 && g_input != nullptr) {
+    static_cast<void>(!write(file, g_input->data(), g_input->size()));
+  }
+  signal(signal_number, SIG_DFL);
+  raise(signal_number);
+}
+
+void RunInput(const std::string& input) {
+  g_input = &input;
+  LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), input.size());
+}
+
+// One change: a byte, a stretch removed, repeated, or taken from another input.
+void Mutate(std::string& input, const std::string& other, Random& random) {
+  const std::size_t position = Draw(random, input.size() + 1);
+  const std::size_t length = Draw(random, 1U << Draw(random, 7));
+  switch (Draw(random, 6)) {
+    case 0:
+      if (position < input.size()) {
+        input[position] = static_cast<char>(random());
+      }
+      break;
+    case 1: {
+      constexpr char kMarkup[] = "<>/&;,: -0129aZ\\\n";
+      input.insert(position, 1, kMarkup[Draw(random, sizeof(kMarkup) - 1)]);
+      break;
+    }
+    case 2:
+      input.erase(position, length);
+      break;
+    case 3:
+      input.insert(Draw(random, input.size() + 1), input.substr(position, length));
+      break;
+    case 4:
+      input.insert(position, other.substr(Draw(random, other.size() + 1), length));
+      break;
+    default:
+      input.resize(position);
+      break;
+  }
+}
+
+void RunMutations(const std::vector<std::string>& inputs, int count) {
+  constexpr std::size_t kMostChanges = 6;
+  Random random(20240229);
+  for (int i = 0; i < count; ++i) {
+    std::string input = inputs[Draw(random, inputs.size())];
+    for (std::size_t changes = Draw(random, kMostChanges) + 1; changes > 0; --changes) {
+      Mutate(input, inputs[Draw(random, inputs.size())], random);
+    }
+    RunInput(input);
+  }
+}
+
+bool ReadFile(const std::filesystem::path& path, std::vector<std::string>& inputs) {
+  const std::ifstream file(path, std::ios::binary);
+  std::ostringstream text;
+  text << file.rdbuf();
+  if (!file) {
+    std::fprintf(stderr, "cannot read %s\n", path.c_str());
+    return false;
+  }
+  inputs.push_back(text.str());
+  return true;
+}
+
+bool ReadInputs(const std::filesystem::path& path, std::vector<std::string>& inputs) {
+  if (!std::filesystem::is_directory(path)) {
+    return ReadFile(path, inputs);
+  }
+  std::vector<std::filesystem::path> files;
+  for (const auto& entry : std::filesystem::directory_iterator(path)) {
+    files.push_back(entry.path());
+  }
+  std::sort(files.begin(), files.end());
+  return std::all_of(files.begin(), files.end(),
+                     [&inputs](const auto& file) { return ReadFile(file, inputs); });
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  signal(SIGABRT, KeepInput);
+  signal(SIGSEGV, KeepInput);
+  int mutations = 0;
+  std::vector<std::string> inputs;
+  for (int i = 1; i < argc; ++i) {
+    const std::string argument = argv[i];
+    if (argument.starts_with(kMutationsOption)) {
+      mutations = std::stoi(argument.substr(sizeof(kMutationsOption) - 1));
+    } else if (!ReadInputs(argument, inputs)) {
+      return 1;
+    }
+  }
+  if (inputs.empty()) {
+    std::fprintf(stderr, "usage: %s [--mutations=N] FILE_OR_DIRECTORY...\n", argv[0]);
+    return 1;
+  }
+  for (const std::string& input : inputs) {
+    RunInput(input);
+  }
+  RunMutations(inputs, mutations);
+  std::printf("%zu inputs and %d mutations of them: no finding\n", inputs.size(), mutations);
+  return 0;
+}

@@ -1,0 +1,160 @@
+// What one exchange of the full document takes of heap and stack.
+#include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <ucontext.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "flat_host.h"
+#include "kioapp/kioapp.h"
+#include "libc_calls.h"
+
+namespace kio::test {
+namespace {
+
+constexpr std::size_t kStackBudget = std::size_t{24} * 1024;
+constexpr int kCommands = 6;
+
+// An exchange of its own, from the factory state on.
+class Exchange {
+ public:
+  Exchange() {
+    const std::ifstream file(KIO_FULL_DOCUMENT, std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    text_ = text.str();
+    ResetFlatHost();
+    commands_before_ = CommandCount();
+  }
+
+  void Run() { result_ = do_RssXml_Parser(text_.data()); }
+
+  // Nothing is proved by an exchange that was not accepted in full.
+  void ExpectAccepted() const {
+    EXPECT_EQ(result_, 1) << rssXmlData.setResult << " " << rssXmlData.setMsg;
+    EXPECT_EQ(rssXmlData.wlan[1].wlAcRuleNo, 40);
+    EXPECT_GT(FlatHostWrites(), 160);
+    EXPECT_EQ(CommandCount() - commands_before_, kCommands);
+  }
+
+ private:
+  std::string text_;
+  int result_ = 0;
+  int commands_before_ = 0;
+};
+
+// A stack filled with a pattern, on which a function runs.
+class PaintedStack {
+ public:
+  PaintedStack()
+      : memory_(static_cast<unsigned char*>(
+            mmap(nullptr, kSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0))) {
+    if (memory_ == MAP_FAILED) {
+      std::abort();
+    }
+    std::memset(memory_, kPaint, kSize);
+  }
+  ~PaintedStack() { munmap(memory_, kSize); }
+  PaintedStack(const PaintedStack&) = delete;
+  PaintedStack& operator=(const PaintedStack&) = delete;
+
+  // Bytes from the top of the stack to the lowest one that the function changed.
+  std::size_t Run(void (*function)()) {
+    ucontext_t caller;
+    ucontext_t callee;
+    getcontext(&callee);
+    callee.uc_stack.ss_sp = memory_;
+    callee.uc_stack.ss_size = kSize;
+    callee.uc_link = &caller;
+    makecontext(&callee, function, 0);
+    swapcontext(&caller, &callee);
+    std::size_t untouched = 0;
+    while (untouched < kSize && memory_[untouched] == kPaint) {
+      ++untouched;
+    }
+    return kSize - untouched;
+  }
+
+ private:
+  static constexpr std::size_t kSize = std::size_t{256} * 1024;
+  static constexpr unsigned char kPaint = 0xA5;
+
+  unsigned char* memory_;
+};
+
+Exchange* g_exchange = nullptr;
+
+// The stack of one exchange, what entering an empty function takes left out.
+std::size_t StackOfExchange() {
+  const std::size_t empty = PaintedStack().Run([] {});
+  Exchange exchange;
+  g_exchange = &exchange;
+  const std::size_t used = PaintedStack().Run([] { g_exchange->Run(); });
+  exchange.ExpectAccepted();
+  return used - empty;
+}
+
+class BudgetTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    char name[] = "/tmp/kio_budget.XXXXXX";
+    ASSERT_NE(mkdtemp(name), nullptr);
+    directory_ = name;
+    std::snprintf(daemon_log_path, sizeof(daemon_log_path), "%s", name);
+    daemon_log_file_size_k = 100000;
+    daemon_log_level = 5;
+    UseLibcFormatting(true);
+  }
+  void TearDown() override { std::filesystem::remove_all(directory_); }
+
+ private:
+  std::string directory_;
+};
+
+TEST_F(BudgetTest, HeapCallsAreCounted) {
+  const long before = HeapCalls();
+  void* volatile memory = std::malloc(10);
+  std::free(memory);
+  EXPECT_GT(HeapCalls(), before);
+}
+
+class LevelTest : public BudgetTest, public ::testing::WithParamInterface<int> {};
+
+TEST_P(LevelTest, ExchangeTakesNoHeap) {
+  daemon_log_level = GetParam();
+  Exchange exchange;
+  const long before = HeapCalls();
+  exchange.Run();
+  EXPECT_EQ(HeapCalls() - before, 0);
+  exchange.ExpectAccepted();
+}
+
+TEST_P(LevelTest, LibraryAloneStaysWithinItsStack) {
+  daemon_log_level = GetParam();
+  UseLibcFormatting(false);
+  const std::size_t used = StackOfExchange();
+  RecordProperty("stack_bytes", static_cast<int>(used));
+  std::printf("level %d: %zu bytes of stack without libc's formatting\n", GetParam(), used);
+  EXPECT_GT(used, std::size_t{1024});
+  EXPECT_LE(used, kStackBudget);
+}
+
+TEST_P(LevelTest, ExchangeStaysWithinItsStack) {
+  daemon_log_level = GetParam();
+  const std::size_t used = StackOfExchange();
+  RecordProperty("stack_bytes", static_cast<int>(used));
+  std::printf("level %d: %zu bytes of stack with libc's formatting\n", GetParam(), used);
+  EXPECT_GT(used, std::size_t{1024});
+  EXPECT_LE(used, kStackBudget);
+}
+
+INSTANTIATE_TEST_SUITE_P(Levels, LevelTest, ::testing::Values(4, 5, 7));
+
+}  // namespace
+}  // namespace kio::test
