@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 
+#include <cctype>
 #include <chrono>
 #include <cstdarg>
 #include <cstdio>
@@ -20,11 +21,14 @@ using Kind = StoreCall::Kind;
 Commands g_commands = Commands::kIgnored;
 CommandTime g_command_time;
 
-// A path as a host resolves it.
+// A path as a host resolves it: names of nodes compare without regard to case.
 class Path {
  public:
   Path(const char* format, va_list arguments) {
     std::vsnprintf(text_, sizeof(text_), format, arguments);
+    for (char* character = text_; *character != '\0'; ++character) {
+      *character = static_cast<char>(std::tolower(static_cast<unsigned char>(*character)));
+    }
   }
   [[nodiscard]] std::string_view view() const { return text_; }
 

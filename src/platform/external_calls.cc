@@ -19,6 +19,7 @@ struct Action {
 
 // In ascending order of the bits. The message of the first does not end its line.
 constexpr Action kActions[] = {
+    // Quirk "wan-resync-leaves-its-line-open": the next message continues it.
     {KIOAPP_SYNC_WAN, 20, "WanResync", "", "/uplink.sh"},
     {KIOAPP_SYNC_WLAN, 10, "WlanResync", "\n", nullptr},
     {KIOAPP_SYNC_WLAN_5G, 10, "Wlan5gResync", "\n", nullptr},
@@ -36,7 +37,7 @@ void RunScript(const char* directory, const char* script) {
   RunCommand(command);
 }
 
-// False when the actions that follow must not run.
+// Quirk "marker-file-ends-the-mask": false when the actions that follow must not run.
 bool RunAction(const Action& action, const char* script_directory) {
   KIO_LOG(kLogAction, "[%s,%s]%s", "exe_ExternalCall", action.name, action.line_end);
   if (action.script != nullptr) {
@@ -60,12 +61,14 @@ int get_ExternalCall_UseSec(int syncId) {
       return action.seconds;
     }
   }
+  // Quirk "masks-need-no-time": only single ids are known here.
   KIO_LOG(kio::platform::kLogFailure, "[%s]Unknow sync_id=%d\n", "get_ExternalCall_UseSec", syncId);
   return 0;
 }
 
 unsigned int exe_ExternalCall(unsigned int mask) {
   char script_directory[64];
+  // Quirk "scriptdirecory": the node is spelled so.
   kio::platform::ReadStoreText("/zentrolinks/scriptdirecory", script_directory);
   for (const kio::platform::Action& action : kio::platform::kActions) {
     if ((mask & action.bit) != 0 && !kio::platform::RunAction(action, script_directory)) {

@@ -7,6 +7,7 @@ namespace {
 
 // The value of a hexadecimal digit. Other characters are not refused: they count by their distance
 // to where 'a' would be 10.
+// Quirk "url-digits-unchecked": nothing is refused.
 constexpr int DigitValue(char digit) {
   return digit >= '0' && digit <= '9' ? digit - '0' : ToLower(digit) - ('a' - 10);
 }
@@ -22,6 +23,7 @@ void DecodeUrl(char* dst, const char* src, int limit) {
   for (; limit > 0; --limit) {
     const char character = *src;
     if (character == '%' && src[1] != '\0' && src[2] != '\0') {
+      // Quirk "url-escaped-terminator": a NUL written here does not end the copy.
       *dst++ = static_cast<char>(DigitValue(src[1]) * 16 | DigitValue(src[2]));
       src += 3;
       continue;
@@ -47,6 +49,7 @@ void EncodeUrl(char* dst, const char* src, int budget) {
       const auto byte = static_cast<unsigned char>(character);
       *dst++ = '%';
       *dst++ = kDigits[byte >> 4];
+      // Quirk "url-escape-beyond-the-budget": one character more may be written.
       if (budget <= 1) {
         // With one unit at the start of the escape this is one character beyond the budget, which
         // is the documented boundary.

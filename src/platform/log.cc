@@ -30,12 +30,13 @@ constexpr std::size_t kPrefixRoom = 32;
 
 // Empty until the first message that is kept.
 char g_log_file[128] = "";
-// Whether the next message begins a line.
+// Quirk "open-line-is-continued": whether the next message begins a line.
 bool g_at_line_start = true;
 
 // Apart from its caller, so that the store's scratch text takes stack at the first message only.
 [[gnu::noinline]] void ChooseLogFile() {
   if (daemon_log_path[0] == '\0') {
+    // Quirk "tempdirecory": the node is spelled so.
     ReadStoreText("/zentrolinks/tempdirecory", daemon_log_path);
   }
   if (daemon_log_path[0] == '\0') {
@@ -68,6 +69,7 @@ bool g_at_line_start = true;
 // Whether `added` more bytes bring the file to its size limit. The sum is taken as unsigned, an
 // absent file counting as -1 byte: nothing added to an absent file is beyond every limit.
 bool ReachesSizeLimit(std::size_t added) {
+  // Quirk "absent-file-is-minus-one-byte": taken as unsigned.
   struct stat status = {};
   const std::uint32_t size = stat(g_log_file, &status) == 0
                                  ? static_cast<std::uint32_t>(status.st_size)
@@ -97,6 +99,7 @@ void PrintToConsole(const char* message) {
   if (g_at_line_start) {
     msgPrintf("%s> %s", daemon_log_header, message);
   } else {
+    // Quirk "continuation-is-no-format": its percent signs are ordinary.
     msgPrintf("%s", message);
   }
 }
@@ -110,6 +113,7 @@ void PrintToConsole(const char* message) {
   std::vsnprintf(message, kMessageSize, format, arguments);
   const std::size_t size = strnlen(message, kMessageSize - 1);
 
+  // Quirk "file-fixed-for-life": the name is chosen once.
   if (g_log_file[0] == '\0') {
     ChooseLogFile();
   }
@@ -122,6 +126,7 @@ void PrintToConsole(const char* message) {
   if (level == 0) {
     PrintToConsole(message);
   }
+  // Quirk "empty-message-clears-line-start": the next one gets no uptime.
   g_at_line_start = size > 0 && message[size - 1] == '\n';
 }
 

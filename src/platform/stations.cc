@@ -117,6 +117,7 @@ bool IsWirelessStarting() {
 }  // namespace
 
 bool UpdateStations() {
+  // Quirk "empty-run-deletes-nothing": entries of others stay after it.
   if (g_listed_stations != 0) {
     DeleteStoreNode(kStationList);
     g_listed_stations = 0;

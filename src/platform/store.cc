@@ -7,8 +7,7 @@ namespace kio::platform {
 StoreText::StoreText(const char* path) {
   text_[0] = '\0';
   xget_str(text_, "%s", path);
-  size_ = strnlen(text_, kScratchSize - 1);
-  text_[size_] = '\0';
+  text_[kScratchSize - 1] = '\0';
 }
 
 void ReadStoreText(const char* path, char* field, std::size_t size) {

@@ -19,13 +19,12 @@ class StoreText {
   StoreText& operator=(const StoreText&) = delete;
 
   [[nodiscard]] const char* c_str() const { return text_; }
-  [[nodiscard]] TextView view() const { return {text_, size_}; }
-  [[nodiscard]] bool empty() const { return size_ == 0; }
+  [[nodiscard]] TextView view() const { return text_; }
+  [[nodiscard]] bool empty() const { return text_[0] == '\0'; }
 
  private:
   static constexpr std::size_t kScratchSize = 4096;
 
-  std::size_t size_;
   char text_[kScratchSize];
 };
 
@@ -58,15 +57,22 @@ class StorePath {
   explicit StorePath(Pieces... pieces) : buffer_(&text_[0], sizeof(text_)) {
     (buffer_.Append(pieces), ...);
     base_ = buffer_.size();
+    selected_ = base_;
   }
   StorePath(const StorePath&) = delete;
   StorePath& operator=(const StorePath&) = delete;
 
   [[nodiscard]] const char* c_str() const { return text_; }
 
-  // The path of a node below the base, until the next call.
+  // Makes instance `number` of a node below the base the place that `Node` starts from.
+  void SelectInstance(TextView name, int number) {
+    Instance(name, number);
+    selected_ = buffer_.size();
+  }
+
+  // The path of a node below the base or the selected instance, until the next call.
   const char* Node(TextView suffix) {
-    buffer_.Truncate(base_);
+    buffer_.Truncate(selected_);
     buffer_.Append(suffix);
     return text_;
   }
@@ -81,6 +87,7 @@ class StorePath {
   char text_[128];
   TextBuffer buffer_;  // over the text, so declared after it
   std::size_t base_;
+  std::size_t selected_;
 };
 
 }  // namespace kio::platform

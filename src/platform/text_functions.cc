@@ -36,6 +36,7 @@ void ReplaceRssKeywords(char* text, std::size_t size) {
   ReadStoreText("/runtime/zentrolinks/lanip", value);
   TextBuffer with_address(work);
   AppendReplaced(with_address, text, "$lanip", value);
+  // Quirk "port-keyword-in-the-address": the address is searched for it too.
   ReadStoreText("/zentrolinks/rsshttpport", value);
   TextBuffer with_port(text, size);
   AppendReplaced(with_port, work, "$rssport", value);
@@ -57,13 +58,16 @@ char* strChgRssKeywords(char* text) {
 
 int strnWildcardCmp(const char* subject, const char* pattern, int n) {
   for (int i = 0; i < n && (*subject != '\0' || *pattern != '\0'); ++i, ++pattern) {
+    // Quirk "star-matches-all": whatever follows it in the pattern.
     if (*pattern == '*') {
       return 0;
     }
     if (*pattern != '?' && *subject != *pattern) {
+      // Quirk "wildcard-characters-are-signed": whatever char is.
       return static_cast<signed char>(*subject) - static_cast<signed char>(*pattern);
     }
-    // A pattern of '?' may go on beyond the end of the subject.
+    // Quirk "question-mark-matches-the-end": a pattern of '?' may go on beyond the end of the
+    // subject.
     if (*subject != '\0') {
       ++subject;
     }

@@ -37,6 +37,7 @@ void add_timer(KioTimer *timer) {
     timer->next = kio::platform::g_pending_timers;
     kio::platform::g_pending_timers = timer;
   } else if (timer->callback != nullptr) {
+    // Quirk "timer-without-ticks-fires-at-once": before add_timer returns.
     timer->callback(timer->arg);
   }
 }

@@ -12,6 +12,7 @@ struct Quad {
   // A number that is missing in the text stays out of every range.
   int part[4] = {-1, -1, -1, -1};
 
+  // Quirk "text-after-an-address": what follows the fourth number is ignored.
   explicit Quad(const char* text) {
     for (int& number : part) {
       if (!kio::platform::ScanInt(&text, &number) || *text++ != '.') {

@@ -6,7 +6,7 @@
 namespace kio::platform {
 namespace {
 
-// Digits of lower case are refused on purpose.
+// Quirk "upper-case-keys": digits of lower case are refused.
 bool IsUpperHex(const char* text) {
   for (; *text != '\0'; ++text) {
     if (!(*text >= '0' && *text <= '9') && !(*text >= 'A' && *text <= 'F')) {

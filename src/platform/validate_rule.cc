@@ -19,6 +19,7 @@ class Rule {
     for (; *text != '\0' && out < end; ++text) {
       if (*text == ',') {
         *out++ = '\0';
+        // Quirk "rule-of-32-fields": what follows is not looked at.
         if (count_ == kMaxFields) {
           break;
         }
@@ -44,6 +45,7 @@ class Rule {
   [[nodiscard]] float Float(int index, float absent) const {
     return index < count_ ? ParseFloat(fields_[index]) : absent;
   }
+  // Quirk "single-precision": bounds and values are rounded to it.
   static float ParseFloat(const char* text) {
     return static_cast<float>(std::strtod(text, nullptr));
   }
@@ -72,7 +74,7 @@ int CheckNumber(const char* value, const Rule& rule) {
   const float maximum = rule.Float(kMaximum, kUnlimited);
   const float minimum = rule.Float(kMinimum, -kUnlimited);
   const float number = Rule::ParseFloat(value);
-  // Written so that what has no order (NaN) passes.
+  // Quirk "unordered-numbers-pass": written so that NaN is within every bound.
   if (number > maximum) {
     return KIOAPP_RESULT_ABOVE_MAXIMUM;
   }
@@ -81,11 +83,13 @@ int CheckNumber(const char* value, const Rule& rule) {
 
 // Whether a field "c" or "c-d" covers the character.
 bool IsInRange(char character, const char* range) {
+  // Quirk "ranges-are-signed": whatever char is.
   const auto subject = static_cast<signed char>(character);
   const auto first = static_cast<signed char>(range[0]);
   if (first == '\0') {
     return false;
   }
+  // Quirk "open-range-matches-nothing": without an end it ends at the terminator.
   const auto last = range[1] == '-' ? static_cast<signed char>(range[2]) : first;
   return first <= subject && subject <= last;
 }

@@ -62,6 +62,7 @@ void EncodeXml(char* dst, const char* src, std::size_t limit) {
     }
     *dst++ = '&';
     const auto room = static_cast<std::size_t>(end - dst);
+    // Quirk "encoded-entity-cut": the limit may fall inside an entity.
     const std::size_t count = entity.size() < room ? entity.size() : room;
     std::memcpy(dst, entity.data(), count);
     dst += count;
@@ -86,6 +87,7 @@ std::size_t DecodeXml(char* dst, TextView src, std::size_t limit) {
       break;
     }
     ++position;
+    // Quirk "entity-past-the-limit": only its & must lie within the limit.
     const Entity* const entity = FindEntity(TextView(src.data() + position, src.size() - position));
     *out++ = entity == nullptr ? '&' : entity->character;
     position += entity == nullptr ? 0 : entity->name.size();

@@ -47,6 +47,7 @@ Step ApplyClonedEnable(const Radio& radio, const char* path) {
   if (stored == wlan.wlEnbl) {
     return Step::kNext;
   }
+  // Quirk "cloning-stops-at-a-locked-switch": no later radio is cloned either.
   if (stored == 2 || stored == 3 || wlan.wlEnbl == 2) {
     return Step::kStop;
   }
@@ -94,7 +95,7 @@ void ApplyNetwork(const Radio& radio) {
       continue;
     }
     const char* const path = radio.nodes.Node(field.node);
-    // Version 1.0 has no encryption type of its own.
+    // Quirk "version-10-writes-auto": version 1.0 has no encryption type of its own.
     radio.wlan.restart |= &field == &kTypeRow && IsVersion10()
                               ? StrCmpWithXStr(WlanEncrypTypeArray[kTypeAuto], path, 0)
                               : ApplyField(field, &radio.wlan, path);
@@ -103,9 +104,10 @@ void ApplyNetwork(const Radio& radio) {
 
 void ApplyRules(RssWlan& wlan, StorePath& access) {
   const int stored = ReadStoreInt(access.Node("/acrule#"));
+  StorePath rules(access.Node(""));
   for (int i = 0; i < HeldRules(wlan); ++i) {
-    StorePath rule(access.Instance("/acrule", i + 1));
-    wlan.restart |= ApplyFields(kRuleFields, Group::kBasic, &wlan.acRule[i], rule);
+    rules.SelectInstance("/acrule", i + 1);
+    wlan.restart |= ApplyFields(kRuleFields, Group::kBasic, &wlan.acRule[i], rules);
   }
   for (int number = stored; number > wlan.wlAcRuleNo && number > 0; --number) {
     platform::DeleteStoreNode(access.Instance("/acrule", number));
@@ -121,6 +123,7 @@ Step ApplyAccessSwitch(RssWlan& wlan, int stored, StorePath& access, bool& stays
     stays = IsCloning();
     return stays ? Step::kNext : Refused(wlan.accessControlPath, kAccessSwitchRow);
   }
+  // Quirk "cloned-access-zero-rewritten": the stored value is not compared with the 0 again.
   if (IsCloning() && wlan.wlAcEnbl == 2) {
     wlan.wlAcEnbl = 0;
   }
@@ -151,6 +154,7 @@ Step ApplyAccessControl(const Radio& radio) {
 }
 
 // A cloned radio becomes the upstream network of a device with a wireless uplink.
+// Quirk "cloned-site-of-the-last-radio": written for each radio in turn.
 void ApplyClonedSite(const Radio& radio) {
   RssUpLink& uplink = rssXmlData.upLink;
   RssWlan& wlan = radio.wlan;

@@ -24,7 +24,7 @@ int ChangedActions() {
          (record.saveflag != 0 ? KIOAPP_SYNC_SAVE_TO_FLASH : 0);
 }
 
-// Saving to flash is not waited for.
+// Quirk "saving-is-not-waited-for": its seconds are not in the waiting time.
 constexpr int kAwaitedActions[] = {KIOAPP_SYNC_WAN, KIOAPP_SYNC_WLAN, KIOAPP_SYNC_WLAN_5G,
                                    KIOAPP_SYNC_DEVICE, KIOAPP_SYNC_SITE_SURVEY};
 
@@ -74,6 +74,7 @@ unsigned int do_RssXml_Commit(void) {
     return 0;
   }
   const unsigned int failed = exe_ExternalCall(static_cast<unsigned int>(actions));
+  // Quirk "failures-are-not-reported": the actions of this library never fail.
   if (failed != 0) {
     KIO_LOG(kio::platform::kLogFailure, "exe_ExternalCall was fail!");
   }

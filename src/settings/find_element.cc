@@ -14,6 +14,7 @@ using platform::TextView;
 
 // No tag text is longer: what stands before the key, the key and what stands behind it are cut to
 // it.
+// Quirk "tags-of-127": keys that differ behind the cut are one.
 constexpr std::size_t kTagLimit = 127;
 
 TextView Cut(TextView text, std::size_t size) { return {text.data(), std::min(text.size(), size)}; }
@@ -79,10 +80,17 @@ struct OpeningTag {
     }
     from = std::max(from, end);
   } while (text.Extend());
+  // Quirk "opening-tag-first": an empty element counts only where no opening tag follows.
   return {first_empty != nullptr ? first_empty : first_empty_blank, nullptr};
 }
 
-// Whether the closing tag of `key` stands at `tag`, in a text that ends at `end`.
+// Whether the opening, or the closing, tag of `key` stands at the '<' at `tag`, in a text that ends
+// at `end`.
+[[gnu::always_inline]] inline bool IsOpeningTag(const char* tag, const char* end, TextView key) {
+  const std::size_t size = key.size() + 2;
+  return static_cast<std::size_t>(end - tag) >= size && tag[size - 1] == '>' &&
+         EqualsFold(tag + 1, key.data(), key.size());
+}
 [[gnu::always_inline]] inline bool IsClosingTag(const char* tag, const char* end, TextView key) {
   const std::size_t size = key.size() + 3;
   return static_cast<std::size_t>(end - tag) >= size && tag[1] == '/' && tag[size - 1] == '>' &&
@@ -91,10 +99,11 @@ struct OpeningTag {
 
 // The closing tag of `key` at or behind `from`, or null.
 [[gnu::noinline]] const char* FindFarClosingTag(SearchText& text, const char* from, TextView key) {
-  // Looked for by the key's first character and the '>' behind the key, which few others have at
-  // this distance. The characters before are looked at afterwards.
+  // Looked for by the key's first and last character, which few other texts have at this distance.
+  // The characters around are looked at afterwards.
   constexpr std::size_t kBefore = 2;
-  const PairSearch<true, false> pair(key.empty() ? '>' : key[0], '>', key.size());
+  const PairSearch<true, true> pair(key.empty() ? '>' : key.front(), key.empty() ? '>' : key.back(),
+                                    key.empty() ? 0 : key.size() - 1);
   do {
     const char* const end = text.HitsEnd(from, key.size() + kBefore + 1);
     if (static_cast<std::size_t>(end - from) > kBefore) {
@@ -151,18 +160,6 @@ struct OpeningTag {
 
 }  // namespace
 
-SearchText Block::Search() const {
-  if (text_end == nullptr) {
-    return SearchText(text, length > 0 ? static_cast<std::size_t>(length) : SearchText::kNoLimit,
-                      0);
-  }
-  return SearchText(length > 0 && length < text_end - text ? text + length : text_end, text_end);
-}
-
-Block Block::From(char* position) const {
-  return {position, length > 0 ? length - static_cast<int>(position - text) : length, text_end};
-}
-
 Element FindElement(const Block& block, TextView key) {
   SearchText text = block.Search();
   const OpeningTag tag = FindOpeningTag(text, block.text, key);
@@ -192,25 +189,27 @@ BlockReader::BlockReader(const Block& block) : block_(block) {
   }
 }
 
+const char* BlockReader::NextTag() const { return FindTagStart(next_, end_, block_.text_end); }
+
 Element BlockReader::TakeNext(TextView key) {
-  char* const tag = SkipBlanks();
-  const auto size = static_cast<std::ptrdiff_t>(key.size());
-  if (!StandsAt(tag, key)) {
+  const char* const tag = NextTag();
+  const std::size_t size = key.size();
+  if (tag == nullptr || !IsOpeningTag(tag, end_, key)) {
     return {};
   }
-  char* const content = tag + size + 2;
+  const char* const content = tag + size + 2;
   const char* const close = FindTagStart(content, end_, block_.text_end);
   if (close == nullptr || !IsClosingTag(close, end_, key)) {
     return {};
   }
-  const auto length = static_cast<int>(close - content);
-  next_ = content + length + size + 3;
-  return {tag, {content, length, block_.text_end}};
+  next_ = close + size + 3;
+  return {const_cast<char*>(tag),
+          {const_cast<char*>(content), static_cast<int>(close - content), block_.text_end}};
 }
 
 bool BlockReader::Enter(TextView key) {
-  char* const tag = SkipBlanks();
-  if (!StandsAt(tag, key)) {
+  const char* const tag = NextTag();
+  if (tag == nullptr || !IsOpeningTag(tag, end_, key)) {
     return false;
   }
   next_ = tag + key.size() + 2;
@@ -218,27 +217,12 @@ bool BlockReader::Enter(TextView key) {
 }
 
 bool BlockReader::Leave(TextView key) {
-  char* const tag = SkipBlanks();
-  if (!IsClosingTag(tag, end_, key)) {
+  const char* const tag = NextTag();
+  if (tag == nullptr || !IsClosingTag(tag, end_, key)) {
     return false;
   }
   next_ = tag + key.size() + 3;
   return true;
-}
-
-char* BlockReader::SkipBlanks() const {
-  char* position = next_;
-  while (position < end_ &&
-         (*position == ' ' || *position == '\n' || *position == '\r' || *position == '\t')) {
-    ++position;
-  }
-  return position;
-}
-
-bool BlockReader::StandsAt(const char* tag, TextView key) const {
-  const std::size_t size = key.size() + 2;
-  return static_cast<std::size_t>(end_ - tag) >= size && *tag == '<' && tag[size - 1] == '>' &&
-         EqualsFold(tag + 1, key.data(), key.size());
 }
 
 char* FindTag(const Block& block, TextView key) {

@@ -18,9 +18,17 @@ struct Block {
   // Where the text is known to end; null when its terminator has to be looked for.
   const char* text_end = nullptr;
 
-  [[nodiscard]] SearchText Search() const;
+  [[nodiscard, gnu::always_inline]] SearchText Search() const {
+    if (text_end == nullptr) {
+      return SearchText(text, length > 0 ? static_cast<std::size_t>(length) : SearchText::kNoLimit,
+                        0);
+    }
+    return SearchText(length > 0 && length < text_end - text ? text + length : text_end, text_end);
+  }
   // The same block from `position` on.
-  [[nodiscard]] Block From(char* position) const;
+  [[nodiscard]] Block From(char* position) const {
+    return {position, length > 0 ? length - static_cast<int>(position - text) : length, text_end};
+  }
 };
 
 // What a search for an element found.
@@ -48,7 +56,7 @@ class BlockReader {
 
   [[nodiscard]] const Block& block() const { return block_; }
   // Behind the elements that were found in their order; null when the end of the text is not known.
-  [[nodiscard]] char* position() const { return next_; }
+  [[nodiscard]] char* position() const { return const_cast<char*>(next_); }
 
   // As FindElement.
   Element Find(platform::TextView key);
@@ -60,11 +68,10 @@ class BlockReader {
   bool Leave(platform::TextView key);
 
  private:
-  [[nodiscard]] char* SkipBlanks() const;
-  [[nodiscard]] bool StandsAt(const char* tag, platform::TextView key) const;
+  [[nodiscard]] const char* NextTag() const;
 
   Block block_;
-  char* next_ = nullptr;
+  const char* next_ = nullptr;
   const char* end_ = nullptr;
 };
 

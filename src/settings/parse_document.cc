@@ -45,6 +45,7 @@ bool VersionMatches(const Block& root) {
     return false;
   }
   platform::CopyText(rssXmlData.specName, "specVersion");
+  // Quirk "versions-compare-combined": 0.101 equals 1.1.
   if (version.combined != rssXmlData.specVer) {
     KIO_LOG(kLogFailure, "Wrong Spec Version! Device=%d.%d, XML=%d.%d\n", rssXmlData.specMajor,
             rssXmlData.specMinor, version.major, version.minor);
@@ -143,9 +144,11 @@ int VerifyAndApply() {
 
 int RunExchange(char* text) {
   const Block root = FindRoot(text);
+  // Quirk "no-root-no-result": an earlier result document stays.
   if (root.text == nullptr) {
     return 0;
   }
+  // Quirk "first-parse-clears-previous-actions": not the current ones.
   if (g_first_parse) {
     g_first_parse = false;
     rssXmlData.pre_exeflag = 0;

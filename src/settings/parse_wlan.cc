@@ -27,6 +27,7 @@ class RuleParser {
 
   bool Parse() {
     int count = 0;
+    // Quirk "rules-beyond-the-fortieth-unread": they may hold anything.
     while (count < kRuleCapacity && !is_at_end_) {
       RssAcRule& rule = wlan_.acRule[count];
       if (!TakePlainRule(rule)) {

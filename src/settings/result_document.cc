@@ -27,6 +27,7 @@ int Echo(TextView before, TextView message, TextView after, TextView redirection
   command.Append(after).Append("' ").Append(redirection).Append(' ').Append(path);
   // A client may choose the message: each quote in it is taken out of the shell's quotes and put
   // back escaped. This comes after the cut, so that no cut can fall inside an escape.
+  // Quirk "quotes-escaped-after-the-cut": the command may be longer than 127 characters.
   char quoted_line[kCommandSize * 4];
   TextBuffer quoted(quoted_line);
   quoted.Append(TextView(line, begin));

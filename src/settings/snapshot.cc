@@ -27,6 +27,7 @@ void SetFlag(void* section, const Member& member, bool flag) {
 }
 
 unsigned char CloningLevel(int node) {
+  // Quirk "byte-arithmetic": 256 counts as 0.
   const auto level = static_cast<unsigned char>(node);
   return level < 3 ? level : 0;
 }

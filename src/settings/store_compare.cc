@@ -1,5 +1,7 @@
 // Comparing values with the store and writing what differs.
 
+#include <cstring>
+
 #include "kioapp/text.h"
 #include "kioapp/xml.h"
 #include "platform/store.h"
@@ -7,10 +9,9 @@
 
 using kio::platform::ParseInt;
 using kio::platform::StoreText;
-using kio::platform::TextView;
 
 int StrCmpWithXStr(const char* value, const char* path, int compareOnly) {
-  if (StoreText(path).view() == TextView(value)) {
+  if (std::strcmp(StoreText(path).c_str(), value) == 0) {
     return 0;
   }
   if (compareOnly == 0) {
@@ -20,6 +21,7 @@ int StrCmpWithXStr(const char* value, const char* path, int compareOnly) {
 }
 
 int IntCmpWithXStr(int value, const char* path, int compareOnly) {
+  // Quirk "absent-integer-equals-zero": a 0 is not written to an absent node.
   if (ParseInt(StoreText(path).c_str()) == value) {
     return 0;
   }
@@ -34,6 +36,7 @@ int IntMaxCmpWithXStr(int value, const char* path, int compareOnly, int max, int
   if (kio::platform::ReadStoreInt(path) == value) {
     return 0;
   }
+  // Quirk "switches-without-lower-bound": a negative value is written.
   if (value > max) {
     *outTooLarge = 1;
     return 0;

@@ -24,6 +24,7 @@ bool VerifyHardware(const Checked& checked) {
   if (!VerifyField(row, checked)) {
     return false;
   }
+  // Quirk "hardware-is-a-substring": part of a listed word is enough.
   if (!IsVersion10() && strstri(uplink.hardwareSupport, trim(uplink.hardwareType)) == nullptr) {
     write_RssXml_VerifyError(uplink.path, row.element.data());
     return false;
@@ -49,6 +50,7 @@ bool VerifyConnection(const Checked& checked) {
 bool VerifyProvider(RssIsp& isp) { return VerifyFields(kIspFields, {&isp, &isp, isp.path}); }
 
 // The circuit of version 1.0. The uplink's frame size is reported in the DSL section.
+// Quirk "mtu-fault-in-the-dsl-section": although the element stands in the uplink.
 bool VerifyCircuit(RssUpLink& uplink) {
   return VerifyField(RowOf(kUplinkFields, "MTU"), {&uplink, &rssXmlData, uplink.dsl.path}) &&
          VerifyFields(kCircuitFields, {&uplink.dsl, &uplink.dsl, uplink.dsl.path});
@@ -58,6 +60,7 @@ Verdict VerifySite(RssExtenderSite& site) {
   if (!VerifyFields(kSiteFields, Group::kBasic, {&site, nullptr, site.path})) {
     return Verdict::kFault;
   }
+  // Quirk "survey-skips-the-rest": neither radios nor SafetyVyr are looked at.
   if (site.survey == 1) {
     return Verdict::kEnough;
   }

@@ -34,6 +34,7 @@ int CheckText(const Field& field, const Checked& checked) {
       return Judged(is_Valid_Netmask(text) != 0);
     case Check::kNameServer:
       if (text[0] == '\0') {
+        // Quirk "default-name-server": the default is written to the store like a value of the app.
         platform::CopyText(text, field.member.size, kDefaultNameServer);
       }
       return Judged(is_Valid_IP(text) != 0);
@@ -67,6 +68,7 @@ int CheckField(const Field& field, const Checked& checked) {
 }  // namespace
 
 int CheckRule(const char* text, const char* rule) {
+  // Quirk "rule-results-in-errno": the host finds the last one there.
   errno = validate_RssData(text, rule);
   return errno;
 }

@@ -45,6 +45,7 @@ bool IsInChannelList(const char* channel, const char* list) {
   platform::TextBuffer wanted(wanted_text);
   wanted.Append(',').Append(platform::TextView(channel, strnlen(channel, 3))).Append(',');
   char listed_text[129];
+  // Quirk "full-channel-list-loses-a-comma": a list of 127 characters is cut by one.
   platform::TextBuffer(listed_text).Append(',').Append(list).Append(',');
   return strstri(listed_text, wanted_text) != nullptr;
 }
@@ -54,7 +55,7 @@ bool VerifyRule(RssAcRule& rule) {
   if (!VerifyField(RowOf(kRuleFields, "Active"), checked)) {
     return false;
   }
-  if (trim(rule.mac)[0] == '\0') {
+  if (rule.mac[0] <= ' ' && trim(rule.mac)[0] == '\0') {
     platform::LogTime(platform::kLogAction);
     KIO_LOG(platform::kLogAction, "Invalid Mac=%s\n", rule.mac);
   }
@@ -104,6 +105,7 @@ int CheckChannel(RssWlan& wlan) {
   if (rssXmlData.apCloningOnly == 0) {
     return KIOAPP_RESULT_INVALID_VALUE;
   }
+  // Quirk "cloning-resets-the-channel": an unusable one is no fault.
   platform::CopyText(wlan.channel, "0");
   return KIOAPP_RESULT_APPLIED;
 }

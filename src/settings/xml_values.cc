@@ -25,6 +25,7 @@ bool ReadText(const Element& element, char* dst, std::size_t size) {
   }
   // The cut counts characters as they stand in the document: an entity that it splits stays as
   // text.
+  // Quirk "entity-cut-stays-raw": an entity that the cut splits is not decoded.
   const std::size_t count = std::min(static_cast<std::size_t>(element.content.length), size - 1);
   const std::size_t written = platform::DecodeXml(dst, TextView(element.content.text, count));
   dst[written] = '\0';

@@ -193,6 +193,23 @@ TEST_F(QuotedMessageTest, QuotesReachTheDocument) {
   }
 }
 
+// A quote counts as one character for the cut, however many its escape takes.
+TEST_F(QuotedMessageTest, QuotesAreEscapedBehindTheCut) {
+  const std::size_t room = 127 - ResultCommands(3, "", 0, directory_.path())[3].size();
+  const std::string message = "'" + std::string(room - 2, 'm') + "'";
+  write_RssXml_ResultXml(3, message.c_str(), 0);
+  ASSERT_EQ(Host().commands().size(), 6U);
+  EXPECT_EQ(Host().commands()[3].size(), 127U + 2 * 3);
+  EXPECT_EQ(Document(), ResultDocument(3, message, 0));
+}
+
+// Backslashes are left to the shell's echo: one may interpret them, another may not.
+TEST_F(QuotedMessageTest, BackslashesAreInterpretedByTheShellsEcho) {
+  write_RssXml_ResultXml(3, R"(a\tb)", 0);
+  EXPECT_THAT(Document(),
+              ::testing::AnyOf(ResultDocument(3, "a\tb", 0), ResultDocument(3, R"(a\tb)", 0)));
+}
+
 class HostileMessageTest : public QuotedMessageTest,
                            public ::testing::WithParamInterface<const char*> {};
 
