@@ -48,8 +48,22 @@ struct OpeningTag {
   const char* content = nullptr;
 };
 
+// Whether the opening tag of `key` stands at the '<' at `tag`, in a text that ends at `end`.
+[[gnu::always_inline]] inline bool IsOpeningTag(const char* tag, const char* end, TextView key) {
+  const std::size_t size = key.size() + 2;
+  return static_cast<std::size_t>(end - tag) >= size && tag[size - 1] == '>' &&
+         EqualsFold(tag + 1, key.data(), key.size());
+}
 [[gnu::always_inline]] inline OpeningTag FindOpeningTag(SearchText& text, const char* from,
                                                         TextView full_key) {
+  // Elements are mostly asked for in the order in which they stand.
+  const char* const first = FindTagStart(from, text.known(), text.readable());
+  if (first != nullptr) {
+    if (full_key.size() < kTagLimit - 1 && IsOpeningTag(first, text.known(), full_key)) {
+      return {first, first + full_key.size() + 2};
+    }
+    from = first;
+  }
   const TextView key = Cut(full_key, kTagLimit - 1);
   constexpr std::size_t kAround = 4;  // "<" and " />"
   // Looked for by its '<' and the key's first character.
@@ -84,13 +98,7 @@ struct OpeningTag {
   return {first_empty != nullptr ? first_empty : first_empty_blank, nullptr};
 }
 
-// Whether the opening, or the closing, tag of `key` stands at the '<' at `tag`, in a text that ends
-// at `end`.
-[[gnu::always_inline]] inline bool IsOpeningTag(const char* tag, const char* end, TextView key) {
-  const std::size_t size = key.size() + 2;
-  return static_cast<std::size_t>(end - tag) >= size && tag[size - 1] == '>' &&
-         EqualsFold(tag + 1, key.data(), key.size());
-}
+// Whether the closing tag of `key` stands at the '<' at `tag`, in a text that ends at `end`.
 [[gnu::always_inline]] inline bool IsClosingTag(const char* tag, const char* end, TextView key) {
   const std::size_t size = key.size() + 3;
   return static_cast<std::size_t>(end - tag) >= size && tag[1] == '/' && tag[size - 1] == '>' &&
