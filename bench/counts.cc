@@ -13,6 +13,7 @@
 #include <cstring>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "figures.h"
 #include "kioapp/kioapp.h"
@@ -74,7 +75,7 @@ int main(int argc, char** argv) {
     RunExchange(document, true);
   } else {
     // As before an exchange: a large allocation puts the allocator's small ones in order.
-    const std::string text = document;
+    const std::vector<char> text(document.begin(), document.end());
     CALLGRIND_START_INSTRUMENTATION;
     kio::bench::Replay(store.calls);
     CALLGRIND_STOP_INSTRUMENTATION;

@@ -54,22 +54,27 @@ struct OpeningTag {
   return static_cast<std::size_t>(end - tag) >= size && tag[size - 1] == '>' &&
          EqualsFold(tag + 1, key.data(), key.size());
 }
-[[gnu::always_inline]] inline OpeningTag FindOpeningTag(SearchText& text, const char* from,
-                                                        TextView full_key) {
-  // Elements are mostly asked for in the order in which they stand.
-  const char* const first = FindTagStart(from, text.known(), text.readable());
-  if (first != nullptr) {
-    if (full_key.size() < kTagLimit - 1 && IsOpeningTag(first, text.known(), full_key)) {
-      return {first, first + full_key.size() + 2};
+
+// The tags of empty elements that a search for an opening tag came across.
+struct EmptyTags {
+  void Note(TagForm form, const char* tag) {
+    if (form == TagForm::kEmpty && plain == nullptr) {
+      plain = tag;
+    } else if (form == TagForm::kEmptyBlank && blank == nullptr) {
+      blank = tag;
     }
-    from = first;
   }
-  const TextView key = Cut(full_key, kTagLimit - 1);
+
+  const char* plain = nullptr;
+  const char* blank = nullptr;
+};
+
+[[gnu::always_inline]] inline OpeningTag SearchOpeningTag(SearchText& text, const char* from,
+                                                          TextView key) {
   constexpr std::size_t kAround = 4;  // "<" and " />"
   // Looked for by its '<' and the key's first character.
   const PairSearch<false, true> pair('<', key.empty() ? '<' : key[0], key.empty() ? 0 : 1);
-  const char* first_empty = nullptr;
-  const char* first_empty_blank = nullptr;
+  EmptyTags empty;
   do {
     const char* const end = text.HitsEnd(from, key.size() + kAround);
     while (const char* const hit = pair.Find(from, end, text.readable())) {
@@ -86,16 +91,22 @@ struct OpeningTag {
       if (form == TagForm::kCut) {
         return {hit, behind};
       }
-      if (form == TagForm::kEmpty && first_empty == nullptr) {
-        first_empty = hit;
-      } else if (form == TagForm::kEmptyBlank && first_empty_blank == nullptr) {
-        first_empty_blank = hit;
-      }
+      empty.Note(form, hit);
     }
     from = std::max(from, end);
   } while (text.Extend());
   // Quirk "opening-tag-first": an empty element counts only where no opening tag follows.
-  return {first_empty != nullptr ? first_empty : first_empty_blank, nullptr};
+  return {empty.plain != nullptr ? empty.plain : empty.blank, nullptr};
+}
+
+[[gnu::always_inline]] inline OpeningTag FindOpeningTag(SearchText& text, const char* from,
+                                                        TextView key) {
+  // Elements are mostly asked for in the order in which they stand.
+  const char* const first = FindTagStart(from, text.known(), text.readable());
+  if (first != nullptr && key.size() < kTagLimit - 1 && IsOpeningTag(first, text.known(), key)) {
+    return {first, first + key.size() + 2};
+  }
+  return SearchOpeningTag(text, first != nullptr ? first : from, Cut(key, kTagLimit - 1));
 }
 
 // Whether the closing tag of `key` stands at the '<' at `tag`, in a text that ends at `end`.

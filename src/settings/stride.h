@@ -9,7 +9,6 @@
 
 #if defined(__SSE2__) && !defined(KIO_SCALAR_SCAN)
 #include <emmintrin.h>
-#define KIO_VECTOR_SCAN 1
 #endif
 
 namespace kio::settings {
@@ -18,7 +17,7 @@ namespace kio::settings {
 // other characters with them: a match of folded characters may be none, a miss is one.
 inline constexpr char kCaseBit = 0x20;
 
-#ifdef KIO_VECTOR_SCAN
+#if defined(__SSE2__) && !defined(KIO_SCALAR_SCAN)
 
 // Sixteen positions at once, compared with one character.
 template <bool kFold>

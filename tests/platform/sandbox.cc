@@ -14,6 +14,8 @@
 #include <filesystem>
 #include <fstream>
 
+#include "kioapp/attributes.h"
+
 namespace kio::test {
 
 Sandbox& Sandbox::Get() {
@@ -133,7 +135,7 @@ int __wrap_stat(const char* path, struct stat* status) {
   return __real_stat(Sandbox::Get().PathOf(path).c_str(), status);
 }
 
-void __wrap_syslog(int priority, const char* format, ...) {
+KIOAPP_PRINTF(2, 3) void __wrap_syslog(int priority, const char* format, ...) {
   char text[1024];
   va_list arguments;
   va_start(arguments, format);

@@ -26,18 +26,20 @@ std::string Folded(std::string path) {
   return path;
 }
 
+int ToInt(const char* text) { return static_cast<int>(std::strtol(text, nullptr, 10)); }
+
 // Number of instances of the node named by a path that ends in '#'; -1 when there is none.
 int CountInstances(const std::map<std::string, std::string>& nodes, const std::string& path) {
   const std::string stem = path.substr(0, path.size() - 1) + ":";
   int highest = -1;
   for (auto node = nodes.lower_bound(stem);
        node != nodes.end() && node->first.compare(0, stem.size(), stem) == 0; ++node) {
-    highest = std::max(highest, std::atoi(node->first.c_str() + stem.size()));
+    highest = std::max(highest, ToInt(node->first.c_str() + stem.size()));
   }
   return highest;
 }
 
-std::string Format(const char* format, va_list arguments) {
+KIOAPP_PRINTF(1, 0) std::string Format(const char* format, va_list arguments) {
   char text[1024];
   std::vsnprintf(text, sizeof(text), format, arguments);
   return text;
@@ -106,7 +108,7 @@ int FakeHost::WriteText(const std::string& value, const std::string& path) {
 
 int FakeHost::ReadInt(const std::string& path) {
   const std::optional<std::string> text = Text(path);
-  const int value = text.has_value() ? std::atoi(text->c_str()) : -1;
+  const int value = text.has_value() ? ToInt(text->c_str()) : -1;
   calls_.push_back({StoreCall::Kind::kGetInt, path, std::to_string(value)});
   return value;
 }
