@@ -164,7 +164,9 @@ class QuotedMessageTest : public ResultDocumentTest {
  protected:
   void SetUp() override {
     ResultDocumentTest::SetUp();
-    Put(rssXmlData.tmpPath, directory_.path());
+    // A relative path: what a cut leaves of it is a file below the test's own directory.
+    Put(rssXmlData.tmpPath, kDirectory);
+    std::filesystem::create_directory(directory_.File(kDirectory));
     Host().run_commands = true;
     before_ = std::filesystem::current_path();
     std::filesystem::current_path(directory_.path());
@@ -172,15 +174,18 @@ class QuotedMessageTest : public ResultDocumentTest {
 
   void TearDown() override { std::filesystem::current_path(before_); }
 
-  [[nodiscard]] std::string Document() const { return ReadFile(directory_.File(kName)); }
+  [[nodiscard]] std::string Document() const {
+    return ReadFile(directory_.File(std::string(kDirectory) + "/" + kName));
+  }
 
   // Length of the message's command when each quote needs four characters.
   [[nodiscard]] std::size_t CommandLength(const std::string& message) const {
     const auto quotes = std::count(message.begin(), message.end(), '\'');
-    return ResultCommands(3, "", 0, directory_.path())[3].size() + message.size() +
+    return ResultCommands(3, "", 0, kDirectory)[3].size() + message.size() +
            3 * static_cast<std::size_t>(quotes);
   }
 
+  static constexpr const char* kDirectory = "results";
   static constexpr const char* kName = "rssset_result.xml";
   TemporaryDirectory directory_;
   std::filesystem::path before_;
@@ -195,7 +200,7 @@ TEST_F(QuotedMessageTest, QuotesReachTheDocument) {
 
 // A quote counts as one character for the cut, however many its escape takes.
 TEST_F(QuotedMessageTest, QuotesAreEscapedBehindTheCut) {
-  const std::size_t room = 127 - ResultCommands(3, "", 0, directory_.path())[3].size();
+  const std::size_t room = 127 - ResultCommands(3, "", 0, kDirectory)[3].size();
   const std::string message = "'" + std::string(room - 2, 'm') + "'";
   write_RssXml_ResultXml(3, message.c_str(), 0);
   ASSERT_EQ(Host().commands().size(), 6U);
