@@ -20,8 +20,10 @@ struct Block {
 
   [[nodiscard, gnu::always_inline]] SearchText Search() const {
     if (text_end == nullptr) {
+      // An element with a few of its own, mostly.
+      constexpr std::size_t kFirstStep = 192;
       return SearchText(text, length > 0 ? static_cast<std::size_t>(length) : SearchText::kNoLimit,
-                        0);
+                        kFirstStep);
     }
     return SearchText(length > 0 && length < text_end - text ? text + length : text_end, text_end);
   }

@@ -32,7 +32,9 @@ char* strstri(const char* haystack, const char* needle) {
   if (size == 1 && begins_alike) {
     return const_cast<char*>(haystack);
   }
-  kio::settings::SearchText text(haystack, kio::settings::SearchText::kNoLimit, size);
+  constexpr std::size_t kFirstStep = 96;
+  kio::settings::SearchText text(haystack, kio::settings::SearchText::kNoLimit,
+                                 std::max(kFirstStep, size));
   if (static_cast<std::size_t>(text.known() - haystack) < size) {
     return nullptr;
   }

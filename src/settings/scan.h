@@ -191,9 +191,9 @@ class SearchText {
  public:
   static constexpr std::size_t kNoLimit = static_cast<std::size_t>(-1);
 
-  // What is looked for takes `size` characters.
-  [[gnu::always_inline]] SearchText(const char* begin, std::size_t limit, std::size_t size)
-      : known_(begin), readable_(begin), left_(limit), step_(std::max(kFirstStep, size)) {
+  // `first_step` characters are looked at before the search begins: as many as it takes at least.
+  [[gnu::always_inline]] SearchText(const char* begin, std::size_t limit, std::size_t first_step)
+      : known_(begin), readable_(begin), left_(limit), step_(first_step) {
     ExtendKnown();
   }
 
@@ -218,7 +218,6 @@ class SearchText {
   bool Extend() { return !is_whole_ && ExtendKnown(); }
 
  private:
-  static constexpr std::size_t kFirstStep = 192;
   static constexpr std::size_t kLongestStep = 4096;
 
   bool ExtendKnown() {
@@ -235,7 +234,7 @@ class SearchText {
   const char* known_;
   const char* readable_;
   std::size_t left_ = 0;  // behind `known_`
-  std::size_t step_ = kFirstStep;
+  std::size_t step_ = 0;
   bool is_whole_ = false;
 };
 
