@@ -171,6 +171,22 @@ constexpr bool IsSound(const Field& field) {
          (field.write == Write::kNever || !field.node.empty());
 }
 
+// Whether no two rows name the same element in any case. The document parser rests on it: it asks a
+// block for each element once.
+template <std::size_t N>
+consteval bool HasUniqueElements(const Field (&table)[N]) {
+  for (std::size_t i = 0; i < N; ++i) {
+    for (std::size_t j = i + 1; j < N; ++j) {
+      const platform::TextView a = table[i].element;
+      const platform::TextView b = table[j].element;
+      if (!a.empty() && a.size() == b.size() && platform::StartsWithFold(a.data(), b)) {
+        return false;
+      }
+    }
+  }
+  return true;
+}
+
 // Whether the rows of tables and some members of their own tile a structure: every byte that is not
 // alignment belongs to exactly one of them.
 template <typename Structure>

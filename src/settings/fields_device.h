@@ -153,6 +153,8 @@ inline constexpr Field kSafetyFields[] = {
      .write = Write::kIfDifferent},
 };
 
+static_assert(HasUniqueElements(kDeviceFields) && HasUniqueElements(kSafetyFields));
+
 // Every member is a row above or one of the members named here: sections, path texts and the
 // bookkeeping of an exchange.
 

@@ -220,6 +220,9 @@ inline constexpr Field kSiteFields[] = {
      .write = Write::kIfDifferent},
 };
 
+static_assert(HasUniqueElements(kUplinkFields) && HasUniqueElements(kIspFields) &&
+              HasUniqueElements(kCircuitFields) && HasUniqueElements(kSiteFields));
+
 // Every member is a row above or one of the members named here: path texts and bookkeeping.
 
 static_assert(Coverage<RssIsp>()

@@ -166,6 +166,9 @@ inline constexpr Field kRuleFields[] = {
      .write = Write::kIfDifferent},
 };
 
+static_assert(HasUniqueElements(kWlanFields) && HasUniqueElements(kAccessFields) &&
+              HasUniqueElements(kRuleFields));
+
 // Every member is a row above or one of the members named here: path texts and bookkeeping.
 
 static_assert(Coverage<RssAcRule>().Add(kRuleFields).Add(KIO_MEMBER(RssAcRule, path)).IsComplete());
