@@ -1,11 +1,12 @@
 /* The configuration store of the router, supplied by the host.
  *
  * The library reaches the device's settings only through these five functions. The host defines
- * them with C linkage and makes them visible to the library (for an executable: link it with
- * -rdynamic). Every path is given printf-style: a format and its arguments. A node's text is
- * addressed by a slash-separated path such as "/sys/friendlyname"; a colon and a number after a
- * name select that instance, counted from 1 ("/lan/wireless2.4:1/channel"), and a trailing '#'
- * stands for the number of instances ("/lan/wireless2.4:1/accesscontrol/acrule#").
+ * them with C linkage and makes them visible to the library: an executable that is linked with the
+ * library does so by itself, one that loads it with dlopen is linked with -rdynamic. Every path is
+ * given printf-style: a format and its arguments. A node's text is addressed by a slash-separated
+ * path such as "/sys/friendlyname"; a colon and a number after a name select that instance, counted
+ * from 1 ("/lan/wireless2.4:1/channel"), and a trailing '#' stands for the number of instances
+ * ("/lan/wireless2.4:1/accesscontrol/acrule#").
  *
  * The library calls them on the thread that called into the library, never from elsewhere.
  */

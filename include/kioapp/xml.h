@@ -66,7 +66,8 @@ KIOAPP_API int GetXmlKeyIntValue(char *block, int len, const char *parentPath, c
                                  int *out);
 
 /* Index of `word` in a keyword table without regard to case, or -1. On a match the table's spelling
- * replaces `word`. */
+ * replaces `word`. A table of the caller's ends like those above; behind the terminator of an empty
+ * word in it one more byte is looked at. */
 KIOAPP_API int SearchKeyArray(char *word, const char *const table[]);
 
 /* Compares `value` with the text of the store node `path`. Returns 0 when they are equal; else 1,
