@@ -26,6 +26,7 @@
 #include "kioapp/store.h"
 #include "kioapp/text.h"
 #include "kioapp/validate.h"
+#include "kioapp/variables.h"
 #include "kioapp/xml.h"
 
 #endif

@@ -108,9 +108,6 @@ KIOAPP_API unsigned int do_RssXml_Commit(void);
  * case. */
 KIOAPP_API unsigned int do_RssXml_Commit_for_ApCloning(int full);
 
-/* The same as `do_RssXml_Commit`, for settings that were set one by one. */
-KIOAPP_API unsigned int do_RssVar_Commit(void);
-
 KIOAPP_END_DECLS
 
 #endif

@@ -89,5 +89,3 @@ unsigned int do_RssXml_Commit_for_ApCloning(int full) {
   }
   return do_RssXml_Commit();
 }
-
-unsigned int do_RssVar_Commit(void) { return do_RssXml_Commit(); }

@@ -93,6 +93,21 @@ enum class Write : std::uint8_t {
   kSwitch,  // 0 or 1, unless the device has locked it
 };
 
+// What the variable of a field takes.
+enum class Offer : std::uint8_t {
+  kNone,  // there is no such variable
+  kReadOnly,
+  kAnything,
+  kFlag,    // 0 or 1
+  kSwitch,  // any number, unless it would change what the device has locked
+  kKeyword,
+  kRule,
+  kHostAddress,
+  kNetmask,
+  kChannel,
+  kRoaming,  // the four numbers of the roaming text
+};
+
 struct Field {
   // Name of the element and of the variable; empty when there is none. Terminated.
   platform::TextView element = {};
@@ -123,6 +138,12 @@ struct Field {
   platform::TextView fault_name = {};
 
   Write write = Write::kNever;
+
+  Offer offer = Offer::kNone;
+  // The path of the variable below its section's, when it is not its name's.
+  platform::TextView located = {};
+  // Quirk "value-for-a-path": asked for its path, the variable gives its value.
+  bool hides_path = false;
 
   // The code tells: a pointer cannot be compared at compile time under every sanitizer.
   [[nodiscard]] constexpr bool has_words() const { return code.size != 0; }
@@ -168,7 +189,10 @@ constexpr bool IsSound(const Field& field) {
          (field.check != Check::kKeyword || field.has_words()) &&
          (field.check != Check::kInRange || field.low <= field.high) &&
          (field.check != Check::kRule || field.rule.size != 0) &&
-         (field.write == Write::kNever || !field.node.empty());
+         (field.write == Write::kNever || !field.node.empty()) &&
+         (field.offer == Offer::kNone || !field.element.empty()) &&
+         (field.offer != Offer::kKeyword || field.has_words()) &&
+         (field.offer != Offer::kRule || field.rule.size != 0);
 }
 
 // Whether no two rows name the same element in any case. The document parser rests on it: it asks a

@@ -14,15 +14,18 @@ inline constexpr Field kWlanFields[] = {
     {.element = "ChannelList",
      .node = "/channellist",
      .member = KIO_MEMBER(RssWlan, channelList),
-     .load = Load::kTrimmed},
+     .load = Load::kTrimmed,
+     .offer = Offer::kReadOnly},
     {.element = "WirelessName_Validate",
      .node = "/wirelessname_validate",
      .member = KIO_MEMBER(RssWlan, wirelessNameValidate),
-     .load = Load::kRule},
+     .load = Load::kRule,
+     .offer = Offer::kReadOnly},
     {.element = "EncryptionKey_Validate",
      .node = "/encryptionkey_validate",
      .member = KIO_MEMBER(RssWlan, encryptionKeyValidate),
-     .load = Load::kRule},
+     .load = Load::kRule,
+     .offer = Offer::kReadOnly},
     {.element = "WlEnbl",
      .node = "/wlenbl",
      .member = KIO_MEMBER(RssWlan, wlEnbl),
@@ -33,7 +36,8 @@ inline constexpr Field kWlanFields[] = {
      .check = Check::kInRange,
      .low = 0,
      .high = 3,
-     .write = Write::kSwitch},
+     .write = Write::kSwitch,
+     .offer = Offer::kSwitch},
     {.element = "WlSchedule",
      .node = "/wlschedule",
      .member = KIO_MEMBER(RssWlan, wlSchedule),
@@ -44,7 +48,8 @@ inline constexpr Field kWlanFields[] = {
      .check = Check::kInRange,
      .low = 0,
      .high = 2,
-     .write = Write::kSwitch},
+     .write = Write::kSwitch,
+     .offer = Offer::kSwitch},
     // Tells which radio is meant; the app does not set it.
     {.element = "WirelessBSSID",
      .node = "/wirelessbssid",
@@ -53,7 +58,8 @@ inline constexpr Field kWlanFields[] = {
      .versions = Versions::kNot10,
      .load = Load::kText,
      .snapshot = Snapshot::kFullOnly,
-     .check = Check::kFilled},
+     .check = Check::kFilled,
+     .offer = Offer::kReadOnly},
     {.element = "WirelessName",
      .node = "/wirelessname",
      .member = KIO_MEMBER(RssWlan, wirelessName),
@@ -62,7 +68,8 @@ inline constexpr Field kWlanFields[] = {
      .snapshot = Snapshot::kFullOnly,
      .check = Check::kRule,
      .rule = KIO_MEMBER(RssWlan, wirelessNameValidate),
-     .write = Write::kIfDifferent},
+     .write = Write::kIfDifferent,
+     .offer = Offer::kRule},
     {.element = "EncryptionMode",
      .node = "/encryptionmode",
      .member = KIO_MEMBER(RssWlan, encryptionMode),
@@ -73,7 +80,8 @@ inline constexpr Field kWlanFields[] = {
      .words = WlanEncrypModeArray,
      .code = KIO_MEMBER(RssWlan, encryptionModeCode),
      .check = Check::kKeyword,
-     .write = Write::kIfDifferent},
+     .write = Write::kIfDifferent,
+     .offer = Offer::kKeyword},
     {.element = "EncryptionType",
      .node = "/encryptiontype",
      .member = KIO_MEMBER(RssWlan, encryptionType),
@@ -85,7 +93,8 @@ inline constexpr Field kWlanFields[] = {
      .words = WlanEncrypTypeArray,
      .code = KIO_MEMBER(RssWlan, encryptionTypeCode),
      .check = Check::kEncryptionType,
-     .write = Write::kIfDifferent},
+     .write = Write::kIfDifferent,
+     .offer = Offer::kKeyword},
     // Quirk "radio-key-of-31": a document's key is cut to 31 characters.
     {.element = "EncryptionKey",
      .node = "/encryptionkey",
@@ -96,7 +105,8 @@ inline constexpr Field kWlanFields[] = {
      .snapshot = Snapshot::kFullOnly,
      .check = Check::kRadioKey,
      .rule = KIO_MEMBER(RssWlan, encryptionKeyValidate),
-     .write = Write::kIfDifferent},
+     .write = Write::kIfDifferent,
+     .offer = Offer::kRule},
     {.element = "Channel",
      .node = "/channel",
      .member = KIO_MEMBER(RssWlan, channel),
@@ -105,12 +115,14 @@ inline constexpr Field kWlanFields[] = {
      .load = Load::kText,
      .snapshot = Snapshot::kFullOnly,
      .check = Check::kChannel,
-     .write = Write::kIfDifferent},
+     .write = Write::kIfDifferent,
+     .offer = Offer::kChannel},
     {.element = "Country",
      .node = "/country",
      .member = KIO_MEMBER(RssWlan, country),
      .load = Load::kText,
-     .snapshot = Snapshot::kFullOnly},
+     .snapshot = Snapshot::kFullOnly,
+     .offer = Offer::kReadOnly},
 };
 
 // Below the radio's "/accesscontrol".
@@ -128,7 +140,8 @@ inline constexpr Field kAccessFields[] = {
      .low = 0,
      .high = 2,
      .fault_name = "WlEnbl",
-     .write = Write::kSwitch},
+     .write = Write::kSwitch,
+     .offer = Offer::kSwitch},
     {.element = "WlAcMode",
      .node = "/wlacmode",
      .member = KIO_MEMBER(RssWlan, wlAcMode),
@@ -139,7 +152,13 @@ inline constexpr Field kAccessFields[] = {
      .check = Check::kInRange,
      .low = 0,
      .high = 1,
-     .write = Write::kIfDifferent},
+     .write = Write::kIfDifferent,
+     .offer = Offer::kFlag},
+    // No document holds it: there it is the number of rules that are listed.
+    {.element = "AcRuleNo",
+     .member = KIO_MEMBER(RssWlan, wlAcRuleNo),
+     .offer = Offer::kAnything,
+     .located = "/acrule#"},
 };
 
 // Below an instance of the radio's "/accesscontrol/acrule".
@@ -155,7 +174,8 @@ inline constexpr Field kRuleFields[] = {
      .check = Check::kInRange,
      .low = 0,
      .high = 1,
-     .write = Write::kIfDifferent},
+     .write = Write::kIfDifferent,
+     .offer = Offer::kFlag},
     {.element = "MAC",
      .node = "/mac",
      .member = KIO_MEMBER(RssAcRule, mac),
@@ -163,7 +183,8 @@ inline constexpr Field kRuleFields[] = {
      .load = Load::kText,
      .snapshot = Snapshot::kFullOnly,
      .check = Check::kFilled,
-     .write = Write::kIfDifferent},
+     .write = Write::kIfDifferent,
+     .offer = Offer::kAnything},
 };
 
 static_assert(HasUniqueElements(kWlanFields) && HasUniqueElements(kAccessFields) &&
@@ -179,7 +200,6 @@ static_assert(Coverage<RssWlan>()
                   .Add(KIO_MEMBER(RssWlan, configurable))
                   .Add(KIO_MEMBER(RssWlan, acRule))
                   .Add(KIO_MEMBER(RssWlan, accessControlPath))
-                  .Add(KIO_MEMBER(RssWlan, wlAcRuleNo))
                   .Add(KIO_MEMBER(RssWlan, path))
                   .Add(KIO_MEMBER(RssWlan, restart))
                   .IsComplete());

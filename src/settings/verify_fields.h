@@ -50,6 +50,9 @@ int CheckEncryptionType(const RssWlan& wlan);
 int CheckRadioKey(const RssWlan& wlan);
 int CheckChannel(RssWlan& wlan);
 
+// Whether a channel is one of the radio's list.
+bool IsListedChannel(const RssWlan& wlan, const char* channel);
+
 // Checks a text by a rule and leaves the result in errno as well.
 int CheckRule(const char* text, const char* rule);
 

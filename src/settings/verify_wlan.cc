@@ -97,9 +97,13 @@ int CheckRadioKey(const RssWlan& wlan) {
              : KIOAPP_RESULT_INVALID_VALUE;
 }
 
+bool IsListedChannel(const RssWlan& wlan, const char* channel) {
+  return channel[0] != '\0' && platform::ParseInt(channel) >= 0 &&
+         IsInChannelList(channel, wlan.channelList);
+}
+
 int CheckChannel(RssWlan& wlan) {
-  if (wlan.channel[0] != '\0' && platform::ParseInt(wlan.channel) >= 0 &&
-      IsInChannelList(wlan.channel, wlan.channelList)) {
+  if (IsListedChannel(wlan, wlan.channel)) {
     return KIOAPP_RESULT_APPLIED;
   }
   if (rssXmlData.apCloningOnly == 0) {

@@ -8,5 +8,6 @@ void CheckXmlCalls(void);
 void CheckStoreCalls(void);
 void CheckPlatformCalls(void);
 void CheckExchangeCalls(void);
+void CheckVariableCalls(void);
 
 #endif

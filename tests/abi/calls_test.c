@@ -10,5 +10,6 @@ int main(void) {
   CheckXmlCalls();
   CheckStoreCalls();
   CheckExchangeCalls();
+  CheckVariableCalls();
   return ExpectStatus();
 }

@@ -68,6 +68,15 @@ FUNCTION(int, IntMaxCmpWithXStr,
          (int value, const char *path, int compareOnly, int max, int *outTooLarge));
 FUNCTION(char *, getXNode_, (char *dst, const char *path, const char *defaultText, int xmlEncode));
 FUNCTION(char *, getXNode, (char *dst, const char *path, const char *defaultText));
+FUNCTION(char *, cvtRss_XmlPathVsVarName, (const char *text, int toPath));
+FUNCTION(unsigned int, setget_RssVar, (const char *name, char *value, int mode));
+FUNCTION(int, get_RssVar, (const char *name, char *value, int wantPath));
+FUNCTION(char *, getRssVar, (const char *name));
+FUNCTION(unsigned int, set_RssVar, (const char *name, char *value));
+FUNCTION(int, validate_RssVar, (const char *name, char *value));
+FUNCTION(int, validate_RssVar2, (char *text));
+FUNCTION(void, init_RssVar, (void));
+FUNCTION(int, do_RssVar_Parser, (char *text, char separator, char *nameOut, int apply));
 FUNCTION(unsigned int, do_RssVar_Commit, (void));
 FUNCTION(int, logPrintf, (int level, const char *format, ...));
 FUNCTION(int, msgPrintf, (const char *format, ...));

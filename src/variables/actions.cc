@@ -1,0 +1,98 @@
+// Actions: variables that do something with the record.
+
+#include <unistd.h>
+
+#include <csignal>
+
+#include "kioapp/platform.h"
+#include "kioapp/settings.h"
+#include "platform/log.h"
+#include "settings/keywords.h"
+#include "settings/survey.h"
+#include "variables/place.h"
+
+namespace kio::variables {
+namespace {
+
+constexpr unsigned int kCommitDelaySeconds = 2;
+
+unsigned int Done(const Request& request) {
+  request.Answer("");
+  return KIOAPP_VAR_DONE;
+}
+
+// The fault stands in the record.
+unsigned int Faulty(const Request& request) {
+  request.Answer(rssXmlData.setMsg);
+  return static_cast<unsigned int>(rssXmlData.setResult);
+}
+
+unsigned int SurveySites(const Request& request) {
+  request.Answer("");
+  if (rssXmlData.upLink.hardwareTypeCode != settings::kHardwareWireless) {
+    return KIOAPP_VAR_REFUSED;
+  }
+  KIO_LOG(platform::kLogDetail, "Trigger Site Survey ...\n");
+  // One that is asked for already is started all the same.
+  settings::RequestSiteSurvey();
+  exe_ExternalCall(KIOAPP_SYNC_SITE_SURVEY);
+  return KIOAPP_VAR_DONE;
+}
+
+unsigned int VerifyAll(const Request& request) {
+  if (Verify_RssXml() != 1) {
+    return Faulty(request);
+  }
+  write_RssXml_ResultXml(KIOAPP_RESULT_APPLIED, "", 0);
+  return Done(request);
+}
+
+unsigned int ApplyAll(const Request& request) {
+  if (Apply_RssXmlToDevice() != 1) {
+    return Faulty(request);
+  }
+  calc_RssExeFlag();
+  return Done(request);
+}
+
+// The answer is to reach the app before the link to it goes down: the commit comes by the alarm.
+unsigned int CommitLater(const Request& request) {
+  // The commit takes no argument and does not miss the signal number that it is entered with.
+  auto* const commit = reinterpret_cast<void (*)()>(do_RssVar_Commit);
+  std::signal(SIGALRM, reinterpret_cast<void (*)(int)>(commit));
+  alarm(kCommitDelaySeconds);
+  return Done(request);
+}
+
+unsigned int SetAll(const Request& request) {
+  char message[KIOAPP_VAR_SIZE] = "";
+  const int code = do_RssVar_Parser(request.value, '&', message, 0);
+  if (code != KIOAPP_VAR_DONE) {
+    request.Answer(message);
+    return static_cast<unsigned int>(code);
+  }
+  return Done(request);
+}
+
+struct Action {
+  TextView name;
+  unsigned int (*run)(const Request& request);
+};
+
+constexpr Action kActions[] = {
+    {"SiteSurvey", SurveySites},    {"VerifyAllRssVars", VerifyAll}, {"ApplyAllRssVars", ApplyAll},
+    {"CommitRssVars", CommitLater}, {"SetRssVars", SetAll},
+};
+
+}  // namespace
+
+unsigned int RunAction(TextView name, const Request& request) {
+  for (const Action& action : kActions) {
+    if (action.name == name) {
+      return action.run(request);
+    }
+  }
+  return KIOAPP_VAR_REFUSED;
+}
+
+}  // namespace kio::variables

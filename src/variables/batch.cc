@@ -1,0 +1,115 @@
+// Many variables in one text.
+
+#include <algorithm>
+
+#include "kioapp/settings.h"
+#include "kioapp/variables.h"
+#include "kioapp/xml.h"
+#include "platform/log.h"
+#include "platform/text.h"
+
+namespace kio::variables {
+namespace {
+
+using platform::kLogAction;
+using platform::kLogDetail;
+using platform::TextView;
+
+constexpr TextView kLineEnds = "\r\n";
+
+constexpr bool IsSpace(char character) { return character == ' ' || character == '\t'; }
+constexpr bool IsBlank(char character) {
+  return IsSpace(character) || character == '\r' || character == '\n';
+}
+
+// The pairs of a batch, one after the other.
+class Pairs {
+ public:
+  Pairs(TextView text, char separator) : rest_(text), separator_(separator) {}
+
+  // Goes on to the next pair; false when there is none. Text without a '=' is left over.
+  bool Next() {
+    while (!rest_.empty() && (IsBlank(rest_.front()) || rest_.front() == separator_)) {
+      rest_.remove_prefix(1);
+    }
+    const std::size_t equals = rest_.find('=');
+    if (equals == TextView::npos) {
+      return false;
+    }
+    // Quirk "names-of-31": the rest of a longer name is dropped.
+    CopyTrimmed(name_, {rest_.data(), equals});
+    rest_.remove_prefix(equals + 1);
+    while (!rest_.empty() && IsSpace(rest_.front())) {
+      rest_.remove_prefix(1);
+    }
+    const std::size_t end =
+        std::min({rest_.find(separator_), rest_.find_first_of(kLineEnds), rest_.size()});
+    CopyTrimmed(value_, {rest_.data(), end});
+    rest_.remove_prefix(end);
+    return true;
+  }
+
+  [[nodiscard]] const char* name() const { return name_; }
+  // A value buffer: whoever sets the variable may write to it.
+  [[nodiscard]] char* value() { return value_; }
+
+ private:
+  template <std::size_t N>
+  static void CopyTrimmed(char (&dst)[N], TextView text) {
+    while (!text.empty() && IsBlank(text.back())) {
+      text.remove_suffix(1);
+    }
+    platform::CopyText(dst, text);
+  }
+
+  TextView rest_;
+  char separator_;
+  char name_[32];
+  char value_[KIOAPP_VAR_SIZE];
+};
+
+void CopyMessage(char* name_out, const char* text) {
+  if (name_out != nullptr) {
+    platform::CopyText(name_out, KIOAPP_VAR_SIZE, text);
+  }
+}
+
+// A fault is reported by whoever finds it.
+void VerifyAndApply(bool apply) {
+  XmlErrMsg_LostKey = write_RssXml_LostKeyError;
+  if (Verify_RssXml() != 1) {
+    return;
+  }
+  if (!apply) {
+    write_RssXml_ResultXml(KIOAPP_RESULT_APPLIED, "", 0);
+  } else if (Apply_RssXmlToDevice() == 1) {
+    calc_RssExeFlag();
+    write_RssXml_ResultXml(KIOAPP_RESULT_APPLIED, "", rssXmlData.exeWaitSec);
+  }
+}
+
+}  // namespace
+}  // namespace kio::variables
+
+int do_RssVar_Parser(char* text, char separator, char* nameOut, int apply) {
+  using kio::variables::CopyMessage;
+  kio::platform::LogEntry("do_RssVar_Parser");
+  KIO_LOG(kio::platform::kLogAction,
+          "---- Received Rss Var Data Begin ----\n%s\n---- Received Rss Var Data End ----\n", text);
+  kio::variables::Pairs pairs(text, separator);
+  while (pairs.Next()) {
+    const unsigned int code = set_RssVar(pairs.name(), pairs.value());
+    if (code != KIOAPP_VAR_DONE) {
+      write_RssXml_ResultXml(static_cast<int>(code), pairs.name(), 0);
+      CopyMessage(nameOut, pairs.name());
+      return static_cast<int>(code);
+    }
+  }
+  kio::variables::VerifyAndApply(apply != 0);
+  dump_RssXmlData();
+  KIO_LOG(kio::platform::kLogDetail, "done, ret=%d\n", rssXmlData.setResult);
+  CopyMessage(nameOut, rssXmlData.setMsg);
+  return rssXmlData.setResult;
+}
+
+unsigned int do_RssVar_Commit(void) { return do_RssXml_Commit(); }

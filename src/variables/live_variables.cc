@@ -1,0 +1,52 @@
+// Variables that are read from the store each time.
+
+#include "platform/store.h"
+#include "platform/text_functions.h"
+#include "variables/place.h"
+
+namespace kio::variables {
+namespace {
+
+using platform::StoreText;
+
+// The router's own address and port stand for the keywords of an address.
+void AnswerAddress(const char* node, const Request& request) {
+  char address[256];
+  platform::ReadStoreText(node, address);
+  platform::ReplaceRssKeywords(address, sizeof(address));
+  request.Answer(address);
+}
+
+}  // namespace
+
+unsigned int ServeLive(const Variable& variable, const Place& place, const Request& request) {
+  if (!request.reads()) {
+    return KIOAPP_VAR_REFUSED;
+  }
+  char path[KIOAPP_VAR_SIZE];
+  platform::TextBuffer buffer(path);
+  AppendPath(buffer, variable, place);
+  if (request.reads_path()) {
+    request.Answer(buffer.view());
+    return KIOAPP_VAR_DONE;
+  }
+  const LiveNode& live = *variable.live;
+  const char* const node = live.node.empty() ? path : live.node.data();
+  switch (live.kind) {
+    case LiveNode::Kind::kText:
+      request.Answer(StoreText(node).view());
+      break;
+    case LiveNode::Kind::kNumber:
+      request.AnswerNumber(platform::ReadStoreInt(node));
+      break;
+    case LiveNode::Kind::kNumberOrOne:
+      request.AnswerNumber(platform::ReadStoreInt(node, 1));
+      break;
+    case LiveNode::Kind::kAddress:
+      AnswerAddress(node, request);
+      break;
+  }
+  return KIOAPP_VAR_DONE;
+}
+
+}  // namespace kio::variables

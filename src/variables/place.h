@@ -1,0 +1,51 @@
+// Where a variable stands: its section and, for radios, rules and sites, which one of them.
+#ifndef KIO_VARIABLES_PLACE_H
+#define KIO_VARIABLES_PLACE_H
+
+#include "kioapp/record.h"
+#include "kioapp/variables.h"
+#include "platform/text.h"
+#include "variables/table.h"
+
+namespace kio::variables {
+
+struct Place {
+  Section section = Section::kDevice;
+  int radio = 0;
+  int index = 0;  // of a rule or a site, from 0
+};
+
+// A value buffer of the caller's, and what is to be done with it.
+struct Request {
+  char* value;
+  int mode;
+
+  [[nodiscard]] bool reads() const { return (mode & KIOAPP_VAR_READ) != 0; }
+  [[nodiscard]] bool reads_path() const { return (mode & KIOAPP_VAR_PATH) != 0; }
+  [[nodiscard]] bool writes() const { return (mode & KIOAPP_VAR_WRITE) != 0; }
+  [[nodiscard]] bool checks() const {
+    return (mode & (KIOAPP_VAR_WRITE | KIOAPP_VAR_VALIDATE)) != 0;
+  }
+
+  void Answer(TextView text) const { platform::CopyText(value, KIOAPP_VAR_SIZE, text); }
+  void AnswerNumber(int number) const {
+    platform::TextBuffer(value, KIOAPP_VAR_SIZE).AppendNumber(number);
+  }
+};
+
+// Appends the store path that a read with KIOAPP_VAR_PATH gives.
+void AppendPath(platform::TextBuffer& path, const Variable& variable, const Place& place);
+
+// The structure that holds the variable's field.
+void* HolderOf(const Variable& variable, const Place& place);
+
+// Serve a variable of the record, or one that is read from the store.
+unsigned int ServeField(const Variable& variable, const Place& place, const Request& request);
+unsigned int ServeLive(const Variable& variable, const Place& place, const Request& request);
+
+// Runs an action; KIOAPP_VAR_REFUSED when there is none of that name.
+unsigned int RunAction(TextView name, const Request& request);
+
+}  // namespace kio::variables
+
+#endif
