@@ -1,0 +1,68 @@
+// Variables: a line with a mode in decimal, a line with a name, a line with a value, then a batch.
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstring>
+#include <vector>
+
+#include "device.h"
+#include "input.h"
+#include "kioapp/kioapp.h"
+
+namespace {
+
+// The shortest buffer that a caller may give for a value.
+std::vector<char> ValueBuffer(const std::string& text) {
+  std::vector<char> buffer(std::max<std::size_t>(KIOAPP_VAR_SIZE, text.size() + 1));
+  buffer.shrink_to_fit();
+  std::memcpy(buffer.data(), text.data(), text.size());
+  return buffer;
+}
+
+void CheckBuffer(const std::vector<char>& buffer) {
+  if (std::memchr(buffer.data(), '\0', buffer.size()) == nullptr) {
+    kio::fuzz::Report("a value has lost its terminator");
+  }
+}
+
+// A name that a path gives leads back to it.
+void CheckConversion(const char* text) {
+  const char* const name = cvtRss_XmlPathVsVarName(text, 0);
+  if (name != nullptr && std::strncmp(name, "rss_", 4) != 0) {
+    kio::fuzz::Report("a path gives a name without the prefix");
+  }
+  const char* const path = cvtRss_XmlPathVsVarName(text, 1);
+  if (path != nullptr && path[0] != '/') {
+    kio::fuzz::Report("a name gives no path");
+  }
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  kio::fuzz::Input input(data, size);
+  const auto mode = static_cast<int>(std::strtol(input.Line().c_str(), nullptr, 10));
+  const kio::fuzz::EndText name(input.Line());
+  const std::string value = input.Line();
+  const std::string batch = input.Rest();
+  kio::fuzz::ResetDevice();
+  init_RssVar();
+  CheckConversion(name.get());
+
+  std::vector<char> buffer = ValueBuffer(value);
+  setget_RssVar(name.get(), buffer.data(), mode);
+  CheckBuffer(buffer);
+  const kio::fuzz::EndText pair(std::string(name.get()) + '=' + value);
+  validate_RssVar2(pair.get());
+  getRssVar(name.get());
+
+  char message[KIOAPP_VAR_SIZE] = "";
+  const kio::fuzz::EndText text(batch);
+  do_RssVar_Parser(text.get(), '&', message, 1);
+  if (std::memchr(message, '\0', sizeof(message)) == nullptr) {
+    kio::fuzz::Report("the message has lost its terminator");
+  }
+  alarm(0);
+  kio::fuzz::CheckRecord();
+  return 0;
+}
