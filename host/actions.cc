@@ -2,6 +2,8 @@
 
 #include <kioapp/platform.h>
 
+#include <cstdio>
+
 namespace kiohost {
 namespace {
 
@@ -35,6 +37,12 @@ std::vector<std::string> DescribeActions(unsigned int mask) {
     }
   }
   return lines;
+}
+
+void PrintActions(unsigned int mask) {
+  for (const std::string& line : DescribeActions(mask)) {
+    std::printf("%s\n", line.c_str());
+  }
 }
 
 }  // namespace kiohost

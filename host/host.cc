@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "actions.h"
+#include "device_routes.h"
 #include "listener.h"
 #include "signals.h"
 
@@ -38,6 +38,15 @@ void WaitUntil(std::chrono::steady_clock::time_point end) {
 
 }  // namespace
 
+Host::Host(Store* store, const Settings& settings)
+    : settings_(settings),
+      exchange_(store, settings.temp_dir),
+      settings_routes_(&exchange_),
+      server_(&router_) {
+  settings_routes_.AddTo(&router_);
+  AddDeviceRoutes(store, &router_);
+}
+
 Status Host::Start() {
   FileDescriptor listener;
   Status status = Listen(settings_.listen, &settings_.port, &listener);
@@ -54,13 +63,14 @@ Status Host::Run() {
   Status status;
   while (status.ok() && !StopRequested()) {
     WaitAndServe();
-    if (const auto delivered = server_.TakeDelivered()) {
-      status = FinishExchange(*delivered);
-    }
+    status = FollowUpWhenReady();
   }
   server_.Stop();
-  if (const auto delivered = server_.TakeDelivered()) {
-    Commit(delivered->commit);
+  if (!follow_up_) {
+    follow_up_ = server_.TakeFollowUp();
+  }
+  if (follow_up_) {
+    follow_up_->run();
   }
   return status;
 }
@@ -73,30 +83,33 @@ void Host::WaitAndServe() {
   server_.Run(sets.read, sets.write, sets.except);
 }
 
-Status Host::FinishExchange(const HttpServer::Delivered& delivered) {
-  if (settings_.real_waits && delivered.wait_seconds > 0) {
-    return CommitAway(delivered);
+Status Host::FollowUpWhenReady() {
+  if (!follow_up_) {
+    follow_up_ = server_.TakeFollowUp();
   }
-  Commit(delivered.commit);
-  server_.EndExchange();
+  if (!follow_up_ || (follow_up_->ready && !follow_up_->ready())) {
+    return {};
+  }
+  if (settings_.real_waits && follow_up_->wait_seconds > 0) {
+    return FollowUpAway();
+  }
+  follow_up_->run();
+  follow_up_.reset();
+  server_.EndTurn();
   return {};
 }
 
 // Commits as a router does that goes away for it, and is back when the app was told it would be.
-Status Host::CommitAway(const HttpServer::Delivered& delivered) {
-  const auto back = std::chrono::steady_clock::now() + std::chrono::seconds(delivered.wait_seconds);
+Status Host::FollowUpAway() {
+  const int seconds = follow_up_->wait_seconds;
+  const auto back = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
   server_.Stop();
-  std::printf("away for %d s\n", delivered.wait_seconds);
-  Commit(delivered.commit);
-  server_.EndExchange();
+  std::printf("away for %d s\n", seconds);
+  follow_up_->run();
+  follow_up_.reset();
+  server_.EndTurn();
   WaitUntil(back);
   return StopRequested() ? Status() : Start();
-}
-
-void Host::Commit(CommitKind kind) {
-  for (const std::string& line : DescribeActions(exchange_.Commit(kind))) {
-    std::printf("%s\n", line.c_str());
-  }
 }
 
 }  // namespace kiohost

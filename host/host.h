@@ -2,10 +2,14 @@
 #ifndef HOST_HOST_H
 #define HOST_HOST_H
 
+#include <optional>
 #include <string>
 
 #include "exchange.h"
 #include "http_server.h"
+#include "reply.h"
+#include "router.h"
+#include "settings_routes.h"
 #include "status.h"
 #include "store.h"
 
@@ -21,8 +25,9 @@ class Host {
   };
 
   // The store must be bound to the library.
-  Host(Store* store, const Settings& settings)
-      : settings_(settings), exchange_(store, settings.temp_dir), server_(store, &exchange_) {}
+  Host(Store* store, const Settings& settings);
+  Host(const Host&) = delete;
+  Host& operator=(const Host&) = delete;
 
   // Listens, and says on standard output where.
   Status Start();
@@ -32,13 +37,16 @@ class Host {
 
  private:
   void WaitAndServe();
-  Status FinishExchange(const HttpServer::Delivered& delivered);
-  Status CommitAway(const HttpServer::Delivered& delivered);
-  void Commit(CommitKind kind);
+  Status FollowUpWhenReady();
+  Status FollowUpAway();
 
   Settings settings_;
+  Router router_;
   Exchange exchange_;
+  SettingsRoutes settings_routes_;
   HttpServer server_;
+  // What the request whose turn it is has left behind.
+  std::optional<FollowUp> follow_up_;
 };
 
 }  // namespace kiohost

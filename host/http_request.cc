@@ -2,131 +2,95 @@
 
 #include <strings.h>
 
+#include <algorithm>
 #include <charconv>
-#include <cstring>
 #include <limits>
 
 namespace kiohost {
-namespace {
 
-struct Route {
-  std::string_view url;
-  const char* method;
-  Resource resource;
-};
+HttpRequest::HttpRequest(MHD_Connection* connection, std::string_view target)
+    : connection_(connection),
+      nul_in_path_(target.substr(0, target.find('?')).find("%00") != std::string_view::npos) {}
 
-constexpr Route kRoutes[] = {
-    {"/settings", "POST", Resource::kSettings},
-    {"/result", "GET", Resource::kResult},
-    {"/device", "GET", Resource::kDevice},
-};
-
-const char* Header(MHD_Connection* connection, const char* name) {
-  return MHD_lookup_connection_value(connection, MHD_HEADER_KIND, name);
-}
-
-// The length that the head declares, 0 without one. What is no number counts as too long.
-size_t DeclaredLength(MHD_Connection* connection) {
-  const char* text = Header(connection, MHD_HTTP_HEADER_CONTENT_LENGTH);
-  if (text == nullptr) {
-    return 0;
-  }
-  size_t length = 0;
-  const auto [end, error] = std::from_chars(text, text + std::strlen(text), length);
-  return error == std::errc() && *end == '\0' ? length : std::numeric_limits<size_t>::max();
-}
-
-Reply TooLarge() {
-  return ErrorReply(MHD_HTTP_CONTENT_TOO_LARGE,
-                    "a document has at most " + std::to_string(HttpRequest::kMaxBody) + " bytes");
-}
-
-}  // namespace
-
-Reply ErrorReply(unsigned int status, const std::string& reason) {
-  Reply reply;
-  reply.status = status;
-  reply.body = reason + "\n";
-  return reply;
-}
-
-HttpRequest::HttpRequest(MHD_Connection* connection, std::string_view method, std::string_view url)
-    : connection_(connection) {
-  for (const Route& route : kRoutes) {
-    if (route.url != url) {
-      continue;
-    }
-    resource_ = route.resource;
-    if (method != route.method) {
-      Reply reply = ErrorReply(MHD_HTTP_METHOD_NOT_ALLOWED,
-                               std::string(url) + " takes " + route.method + " only");
-      reply.allow = route.method;
-      Refuse(std::move(reply));
-    } else if (DeclaredLength(connection) > kMaxBody) {
-      Refuse(TooLarge());
-    } else if (resource_ == Resource::kSettings) {
-      ReadMode();
-    }
+void HttpRequest::Judge(const Router& router, std::string_view method, std::string_view path) {
+  view_.emplace(connection_, method, path);
+  if (std::optional<Reply> refusal = router.JudgeAtGates(*view_)) {
+    Refuse(std::move(*refusal));
     return;
   }
-  Refuse(ErrorReply(MHD_HTTP_NOT_FOUND, "there is only /settings, /result and /device"));
-}
-
-void HttpRequest::ReadMode() {
-  const std::optional<bool> cloning = Flag("cloning");
-  const std::optional<bool> full = Flag("full");
-  if (!cloning || !full) {
-    Refuse(ErrorReply(MHD_HTTP_BAD_REQUEST, "cloning and full take 0 or 1"));
-  } else if (*full && !*cloning) {
-    Refuse(ErrorReply(MHD_HTTP_BAD_REQUEST, "full=1 goes with cloning=1 only"));
-  } else if (*cloning) {
-    kind_ = *full ? CommitKind::kFullCloning : CommitKind::kCloning;
+  if (nul_in_path_) {
+    // The server gives the path up to there; it may be that of something else.
+    Refuse(ErrorReply(MHD_HTTP_BAD_REQUEST, "the path holds a NUL byte"));
+    return;
   }
-}
-
-std::optional<bool> HttpRequest::Flag(const char* name) {
-  const char* value = nullptr;
-  size_t length = 0;
-  if (MHD_lookup_connection_value_n(connection_, MHD_GET_ARGUMENT_KIND, name, std::strlen(name),
-                                    &value, &length) != MHD_YES) {
-    return false;
+  Reply no_route;
+  route_ = router.Find(&*view_, &no_route);
+  if (route_ == nullptr) {
+    Refuse(std::move(no_route));
+  } else if (DeclaredLength() > route_->body.limit) {
+    Refuse(TooLarge());
+  } else if (route_->check) {
+    if (std::optional<Reply> refusal = route_->check(*view_)) {
+      Refuse(std::move(*refusal));
+    }
   }
-  const std::string_view text =
-      value == nullptr ? std::string_view() : std::string_view(value, length);
-  if (text != "0" && text != "1") {
-    return std::nullopt;
-  }
-  return text == "1";
 }
 
 bool HttpRequest::RefusedAtOnce() const {
   // A client that asks before it sends its body, or that has announced more than will be read.
-  const char* expect = Header(connection_, MHD_HTTP_HEADER_EXPECT);
-  return refusal_ && ((expect != nullptr && strcasecmp(expect, "100-continue") == 0) ||
-                      DeclaredLength(connection_) > kMaxRefusedBody);
+  const std::string expect(view_->Header(MHD_HTTP_HEADER_EXPECT).value_or(""));
+  return refusal_ &&
+         (strcasecmp(expect.c_str(), "100-continue") == 0 || DeclaredLength() > kMaxRefusedBody);
 }
 
 bool HttpRequest::AddBody(std::string_view piece) {
   received_ += piece.size();
-  if (!refusal_ && received_ > kMaxBody) {
+  if (!refusal_ && received_ > BodyLimit()) {
     Refuse(TooLarge());
-    body_.clear();
   }
   if (!refusal_) {
     body_.append(piece);
   }
-  return received_ <= kMaxRefusedBody;
+  return received_ <= std::max(BodyLimit(), kMaxRefusedBody);
 }
 
 void HttpRequest::EndBody() {
-  if (refusal_ || resource_ != Resource::kSettings) {
+  if (ended_ || refusal_ || route_->body.need == BodyRule::Need::kNone) {
     return;
   }
-  if (body_.empty()) {
-    Refuse(ErrorReply(MHD_HTTP_BAD_REQUEST, "the settings document is missing"));
+  ended_ = true;
+  const std::string noun = route_->body.noun;
+  if (body_.empty() && route_->body.need == BodyRule::Need::kFilled) {
+    Refuse(ErrorReply(MHD_HTTP_BAD_REQUEST, "the " + noun + " is missing"));
   } else if (body_.find('\0') != std::string::npos) {
-    Refuse(ErrorReply(MHD_HTTP_BAD_REQUEST, "the settings document holds a NUL byte"));
+    Refuse(ErrorReply(MHD_HTTP_BAD_REQUEST, "the " + noun + " holds a NUL byte"));
+  } else {
+    view_->set_body(std::move(body_));
   }
+}
+
+void HttpRequest::Refuse(Reply reply) {
+  refusal_ = std::move(reply);
+  body_.clear();
+}
+
+size_t HttpRequest::BodyLimit() const { return route_ == nullptr ? 0 : route_->body.limit; }
+
+// The length that the head declares, 0 without one. What is no number counts as too long.
+size_t HttpRequest::DeclaredLength() const {
+  const std::optional<std::string_view> text = view_->Header(MHD_HTTP_HEADER_CONTENT_LENGTH);
+  if (!text) {
+    return 0;
+  }
+  size_t length = 0;
+  const char* end = text->data() + text->size();
+  const auto [stop, error] = std::from_chars(text->data(), end, length);
+  return error == std::errc() && stop == end ? length : std::numeric_limits<size_t>::max();
+}
+
+Reply HttpRequest::TooLarge() const {
+  return ErrorReply(MHD_HTTP_CONTENT_TOO_LARGE,
+                    "a document has at most " + std::to_string(BodyLimit()) + " bytes");
 }
 
 }  // namespace kiohost

@@ -9,36 +9,31 @@
 #include <string_view>
 #include <utility>
 
-#include "exchange.h"
+#include "reply.h"
+#include "request_view.h"
+#include "router.h"
 
 namespace kiohost {
-
-struct Reply {
-  unsigned int status = MHD_HTTP_OK;
-  const char* content_type = "text/plain; charset=utf-8";
-  std::string body;
-  const char* allow = nullptr;  // the methods of the resource, with status 405
-};
-
-// A reply of one line that says what is wrong.
-Reply ErrorReply(unsigned int status, const std::string& reason);
-
-enum class Resource { kSettings, kResult, kDevice };
 
 // A request and the body read so far.
 class HttpRequest {
  public:
-  static constexpr size_t kMaxBody = size_t{64} * 1024;
   // The rest of a refused body is read and dropped, so that the client gets round to reading the
   // answer; beyond this the connection is cut.
   static constexpr size_t kMaxRefusedBody = size_t{1024} * 1024;
 
+  // `target` is the target of the request line as it was sent.
+  HttpRequest(MHD_Connection* connection, std::string_view target);
+
   // Judges the request by its head.
-  HttpRequest(MHD_Connection* connection, std::string_view method, std::string_view url);
+  void Judge(const Router& router, std::string_view method, std::string_view path);
+  bool judged() const { return view_.has_value(); }
 
   MHD_Connection* connection() const { return connection_; }
-  Resource resource() const { return resource_; }
-  CommitKind kind() const { return kind_; }
+
+  // Those of a judged request; the route is null when the request is refused.
+  const RequestView& view() const { return *view_; }
+  const Route* route() const { return route_; }
 
   // Why the request is refused; nothing as long as it is not.
   const std::optional<Reply>& refusal() const { return refusal_; }
@@ -49,32 +44,27 @@ class HttpRequest {
   // Adds a piece of the body. Returns false when the connection is to be cut.
   bool AddBody(std::string_view piece);
 
-  // Judges the whole body.
+  // Judges the whole body. Calls after the first, when the request has waited, do nothing.
   void EndBody();
 
-  // The whole body, once.
-  std::string TakeBody() { return std::move(body_); }
-
-  void set_commit_due(CommitKind kind, int wait_seconds) {
-    due_kind_ = kind;
-    due_wait_seconds_ = wait_seconds;
-  }
-  CommitKind due_kind() const { return due_kind_; }
-  int due_wait_seconds() const { return due_wait_seconds_; }
+  void set_follow_up(FollowUp follow_up) { follow_up_ = std::move(follow_up); }
+  FollowUp TakeFollowUp() { return std::exchange(follow_up_, {}); }
 
  private:
-  void Refuse(Reply reply) { refusal_ = std::move(reply); }
-  void ReadMode();
-  std::optional<bool> Flag(const char* name);
+  void Refuse(Reply reply);
+  size_t BodyLimit() const;
+  size_t DeclaredLength() const;
+  Reply TooLarge() const;
 
   MHD_Connection* connection_;
-  Resource resource_ = Resource::kSettings;
-  CommitKind kind_ = CommitKind::kSettings;
+  bool nul_in_path_;
+  std::optional<RequestView> view_;
+  const Route* route_ = nullptr;
   std::optional<Reply> refusal_;
   std::string body_;
   size_t received_ = 0;
-  CommitKind due_kind_ = CommitKind::kNone;
-  int due_wait_seconds_ = 0;
+  bool ended_ = false;
+  FollowUp follow_up_;
 };
 
 }  // namespace kiohost

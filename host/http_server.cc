@@ -1,11 +1,6 @@
 #include "http_server.h"
 
-#include <kioapp/platform.h>
-
-#include <string>
 #include <utility>
-
-#include "json.h"
 
 namespace kiohost {
 namespace {
@@ -20,20 +15,13 @@ MHD_Result Send(MHD_Connection* connection, const Reply& reply) {
   if (response == nullptr) {
     return MHD_NO;
   }
-  MHD_add_response_header(response, MHD_HTTP_HEADER_CONTENT_TYPE, reply.content_type);
-  if (reply.allow != nullptr) {
-    MHD_add_response_header(response, MHD_HTTP_HEADER_ALLOW, reply.allow);
+  MHD_add_response_header(response, MHD_HTTP_HEADER_CONTENT_TYPE, reply.content_type.c_str());
+  for (const auto& [name, value] : reply.headers) {
+    MHD_add_response_header(response, name.c_str(), value.c_str());
   }
   const MHD_Result queued = MHD_queue_response(connection, reply.status, response);
   MHD_destroy_response(response);
   return queued;
-}
-
-Reply ResultDocument(std::string document) {
-  Reply reply;
-  reply.content_type = "application/xml";
-  reply.body = std::move(document);
-  return reply;
 }
 
 }  // namespace
@@ -43,8 +31,8 @@ Status HttpServer::Start(FileDescriptor listener) {
   daemon_.reset(MHD_start_daemon(
       MHD_ALLOW_SUSPEND_RESUME, 0, nullptr, nullptr, OnRequest, this, MHD_OPTION_LISTEN_SOCKET,
       listener.get(), MHD_OPTION_CONNECTION_LIMIT, kMaxConnections, MHD_OPTION_CONNECTION_TIMEOUT,
-      kIdleSeconds, MHD_OPTION_NOTIFY_COMPLETED, OnCompleted, this,
-      MHD_OPTION_SIGPIPE_HANDLED_BY_APP, 1, MHD_OPTION_END));
+      kIdleSeconds, MHD_OPTION_URI_LOG_CALLBACK, OnRequestLine, this, MHD_OPTION_NOTIFY_COMPLETED,
+      OnCompleted, this, MHD_OPTION_SIGPIPE_HANDLED_BY_APP, 1, MHD_OPTION_END));
   if (daemon_ == nullptr) {
     return {ExitCode::kNetwork, "the HTTP server could not be started"};
   }
@@ -82,13 +70,17 @@ void HttpServer::Run(const fd_set& read_set, const fd_set& write_set, const fd_s
   MHD_run_from_select(daemon_.get(), &read_set, &write_set, &except_set);
 }
 
-std::optional<HttpServer::Delivered> HttpServer::TakeDelivered() {
-  return std::exchange(delivered_, std::nullopt);
+std::optional<FollowUp> HttpServer::TakeFollowUp() {
+  return std::exchange(follow_up_, std::nullopt);
 }
 
-void HttpServer::EndExchange() {
-  EndTurn(finished_.get());
+void HttpServer::EndTurn() {
+  Leave(finished_.get());
   finished_.reset();
+}
+
+void* HttpServer::OnRequestLine(void* /*self*/, const char* target, MHD_Connection* connection) {
+  return new HttpRequest(connection, target);  // `OnCompleted` takes it back
 }
 
 MHD_Result HttpServer::OnRequest(void* self, MHD_Connection* connection, const char* url,
@@ -96,14 +88,11 @@ MHD_Result HttpServer::OnRequest(void* self, MHD_Connection* connection, const c
                                  const char* upload_data, size_t* upload_data_size,
                                  void** request) {
   auto* server = static_cast<HttpServer*>(self);
-  if (*request == nullptr) {
-    auto arrived = std::make_unique<HttpRequest>(connection, method, url);
-    const bool refused_at_once = arrived->RefusedAtOnce();
-    *request = arrived.release();  // `OnCompleted` takes it back
-    const auto* refused = static_cast<const HttpRequest*>(*request);
-    return refused_at_once ? Send(connection, *refused->refusal()) : MHD_YES;
-  }
   auto* current = static_cast<HttpRequest*>(*request);
+  if (!current->judged()) {
+    current->Judge(*server->router_, method, url);
+    return current->RefusedAtOnce() ? Send(connection, *current->refusal()) : MHD_YES;
+  }
   if (*upload_data_size > 0) {
     const std::string_view piece(upload_data, *upload_data_size);
     *upload_data_size = 0;
@@ -126,61 +115,32 @@ MHD_Result HttpServer::Answer(HttpRequest* request) {
   if (request->refusal()) {
     return Send(request->connection(), *request->refusal());
   }
-  switch (request->resource()) {
-    case Resource::kSettings:
-      return AnswerSettings(request);
-    case Resource::kResult:
-      return Send(request->connection(), ResultReply());
-    case Resource::kDevice:
-      return Send(request->connection(), DeviceReply());
-  }
-  return MHD_NO;
-}
-
-MHD_Result HttpServer::AnswerSettings(HttpRequest* request) {
-  if (!turns_.Take(request)) {
+  if (!HasItsTurn(request)) {
     MHD_suspend_connection(request->connection());
     return MHD_YES;
   }
-  Exchange::Outcome outcome = exchange_->Run(request->TakeBody(), request->kind());
-  switch (outcome.kind) {
-    case Exchange::Outcome::Kind::kAnswered:
-      request->set_commit_due(outcome.commit, outcome.wait_seconds);
-      return Send(request->connection(), ResultDocument(std::move(outcome.text)));
-    case Exchange::Outcome::Kind::kNoRoot:
-      return Send(request->connection(),
-                  ErrorReply(MHD_HTTP_BAD_REQUEST, "the settings document has no root element"));
-    case Exchange::Outcome::Kind::kFailed:
-      return Send(request->connection(), ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, outcome.text));
-  }
-  return MHD_NO;
+  Reply reply = request->route()->handle(request->view());
+  request->set_follow_up(std::move(reply.follow_up));
+  return Send(request->connection(), reply);
 }
 
-Reply HttpServer::ResultReply() const {
-  std::optional<std::string> result = exchange_->LastResult();
-  return result ? ResultDocument(std::move(*result))
-                : ErrorReply(MHD_HTTP_NOT_FOUND, "there was no exchange yet");
-}
-
-Reply HttpServer::DeviceReply() const {
-  Reply reply;
-  reply.content_type = "application/json";
-  reply.body = "{\"model\": " + JsonString(store_->Get("/sys/modelnumber").value_or("")) +
-               ", \"name\": " + JsonString(store_->Get("/sys/friendlyname").value_or("")) +
-               ", \"uptime\": " + std::to_string(sys_uptime_seconds()) + "}\n";
-  return reply;
+bool HttpServer::HasItsTurn(HttpRequest* request) {
+  const Route& route = *request->route();
+  const bool joins = route.may_join && turns_.waiting().empty() && route.may_join(request->view());
+  return !route.takes_turn || joins || turns_.Take(request);
 }
 
 void HttpServer::Finish(std::unique_ptr<HttpRequest> request) {
-  if (request->due_kind() == CommitKind::kNone) {
-    EndTurn(request.get());
+  FollowUp follow_up = request->TakeFollowUp();
+  if (!follow_up.run) {
+    Leave(request.get());
     return;
   }
-  delivered_ = Delivered{request->due_kind(), request->due_wait_seconds()};
+  follow_up_ = std::move(follow_up);
   finished_ = std::move(request);
 }
 
-void HttpServer::EndTurn(HttpRequest* request) {
+void HttpServer::Leave(HttpRequest* request) {
   HttpRequest* next = turns_.Leave(request);
   if (next != nullptr && !stopping_) {
     MHD_resume_connection(next->connection());

@@ -9,24 +9,18 @@
 #include <optional>
 #include <string_view>
 
-#include "exchange.h"
 #include "http_request.h"
 #include "listener.h"
+#include "reply.h"
+#include "router.h"
 #include "status.h"
-#include "store.h"
 #include "turns.h"
 
 namespace kiohost {
 
 class HttpServer {
  public:
-  // An exchange whose answer has left, or whose client has: its commit is due.
-  struct Delivered {
-    CommitKind commit;
-    int wait_seconds;
-  };
-
-  HttpServer(Store* store, Exchange* exchange) : store_(store), exchange_(exchange) {}
+  explicit HttpServer(const Router* router) : router_(router) {}
   ~HttpServer() { Stop(); }
   HttpServer(const HttpServer&) = delete;
   HttpServer& operator=(const HttpServer&) = delete;
@@ -34,8 +28,8 @@ class HttpServer {
   // Serves the connections of a listening socket, which it closes in the end.
   Status Start(FileDescriptor listener);
 
-  // Closes the listening socket and all connections. An exchange that ends by it is delivered as
-  // far as its client goes: its commit is due. Requests that waited for their turn are dropped.
+  // Closes the listening socket and all connections. A request that ends by it is delivered as
+  // far as its client goes: its follow-up is due. Requests that waited for their turn are dropped.
   void Stop();
 
   // The descriptors to wait for; the time until the server wants to run in any case.
@@ -45,13 +39,15 @@ class HttpServer {
   // Serves what is ready.
   void Run(const fd_set& read_set, const fd_set& write_set, const fd_set& except_set);
 
-  // The exchange that was delivered, once; nothing when there is none.
-  std::optional<Delivered> TakeDelivered();
+  // The follow-up of a request whose answer has left, or whose client has; once, and nothing when
+  // there is none.
+  std::optional<FollowUp> TakeFollowUp();
 
-  // Lets the next exchange begin. To be called after the commit.
-  void EndExchange();
+  // Lets the next request have its turn. To be called after the follow-up.
+  void EndTurn();
 
  private:
+  static void* OnRequestLine(void* self, const char* target, MHD_Connection* connection);
   static MHD_Result OnRequest(void* self, MHD_Connection* connection, const char* url,
                               const char* method, const char* version, const char* upload_data,
                               size_t* upload_data_size, void** request);
@@ -59,26 +55,23 @@ class HttpServer {
                           MHD_RequestTerminationCode reason);
 
   MHD_Result Answer(HttpRequest* request);
-  MHD_Result AnswerSettings(HttpRequest* request);
-  Reply ResultReply() const;
-  Reply DeviceReply() const;
+  bool HasItsTurn(HttpRequest* request);
   void Finish(std::unique_ptr<HttpRequest> request);
-  void EndTurn(HttpRequest* request);
+  void Leave(HttpRequest* request);
 
   struct DaemonStopper {
     void operator()(MHD_Daemon* daemon) const { MHD_stop_daemon(daemon); }
   };
 
-  Store* store_;
-  Exchange* exchange_;
+  const Router* router_;
   std::unique_ptr<MHD_Daemon, DaemonStopper> daemon_;
   Turns<HttpRequest*> turns_;
   bool stopping_ = false;
   // A connection was resumed, which shows neither in the descriptors nor in the time to wait.
   bool resumed_ = false;
-  // The request whose exchange was delivered and keeps its turn until its commit has run.
+  // The request that was delivered and keeps its turn until its follow-up has run.
   std::unique_ptr<HttpRequest> finished_;
-  std::optional<Delivered> delivered_;
+  std::optional<FollowUp> follow_up_;
 };
 
 }  // namespace kiohost

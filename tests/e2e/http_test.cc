@@ -86,6 +86,17 @@ TEST_F(HttpTest, OtherMethodsAreNotAllowed) {
   EXPECT_EQ(put.status, 405);
 }
 
+TEST_F(HttpTest, ANulByteInThePathEndsNoPath) {
+  for (const char* url : {"/device%00", "/device%00/more", "/device%00?x=1"}) {
+    const HttpResponse answer = Get(host_.port(), url);
+    EXPECT_EQ(answer.status, 400) << url;
+    EXPECT_EQ(answer.body, "the path holds a NUL byte\n") << url;
+  }
+  EXPECT_EQ(Get(host_.port(), "/device?x=%00").status, 200);
+}
+
+TEST_F(HttpTest, APathIsPercentDecoded) { EXPECT_EQ(Get(host_.port(), "/%64evice").status, 200); }
+
 TEST_F(HttpTest, ABodyMayHave64KiB) {
   EXPECT_EQ(Post(host_.port(), "/settings", Padded(kMaxBody)).body, ResultDocument(0, "", 0));
   EXPECT_EQ(Request(host_.port(), Chunked(Padded(kMaxBody))).body, ResultDocument(0, "", 0));

@@ -1,0 +1,32 @@
+#include "device_routes.h"
+
+#include <kioapp/platform.h>
+
+#include <string>
+#include <utility>
+
+#include "json.h"
+
+namespace kiohost {
+namespace {
+
+Reply DescribeDevice(Store* store) {
+  Reply reply;
+  reply.content_type = "application/json";
+  reply.body = "{\"model\": " + JsonString(store->Get("/sys/modelnumber").value_or("")) +
+               ", \"name\": " + JsonString(store->Get("/sys/friendlyname").value_or("")) +
+               ", \"uptime\": " + std::to_string(sys_uptime_seconds()) + "}\n";
+  return reply;
+}
+
+}  // namespace
+
+void AddDeviceRoutes(Store* store, Router* router) {
+  Route device;
+  device.pattern = "/device";
+  device.method = MHD_HTTP_METHOD_GET;
+  device.handle = [store](const RequestView& /*request*/) { return DescribeDevice(store); };
+  router->Add(std::move(device));
+}
+
+}  // namespace kiohost

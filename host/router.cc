@@ -1,0 +1,106 @@
+#include "router.h"
+
+#include <algorithm>
+
+namespace kiohost {
+namespace {
+
+// What '*' stands for in `path`; nothing when the pattern does not fit. Empty without a '*'.
+std::optional<std::string_view> Match(std::string_view pattern, std::string_view path) {
+  const size_t star = pattern.find('*');
+  if (star == std::string_view::npos) {
+    return pattern == path ? std::optional<std::string_view>("") : std::nullopt;
+  }
+  const std::string_view before = pattern.substr(0, star);
+  const std::string_view after = pattern.substr(star + 1);
+  if (path.size() < pattern.size() || !path.starts_with(before) || !path.ends_with(after)) {
+    return std::nullopt;
+  }
+  return path.substr(star, path.size() - before.size() - after.size());
+}
+
+// "a, b and c", or with another separator and last separator.
+std::string Join(const std::vector<std::string>& words, const char* last_separator) {
+  std::string text;
+  for (size_t i = 0; i < words.size(); ++i) {
+    text += i == 0 ? "" : i + 1 < words.size() ? ", " : last_separator;
+    text += words[i];
+  }
+  return text;
+}
+
+void AddOnce(std::vector<std::string>* words, std::string word) {
+  if (std::find(words->begin(), words->end(), word) == words->end()) {
+    words->push_back(std::move(word));
+  }
+}
+
+}  // namespace
+
+Reply ErrorReply(unsigned int status, const std::string& reason) {
+  Reply reply;
+  reply.status = status;
+  reply.body = reason + "\n";
+  return reply;
+}
+
+std::optional<Reply> Router::JudgeAtGates(const RequestView& request) const {
+  for (const Gate& gate : gates_) {
+    if (std::optional<Reply> refusal = gate(request)) {
+      return refusal;
+    }
+  }
+  return std::nullopt;
+}
+
+const Route* Router::Find(RequestView* request, Reply* refusal) const {
+  const std::string* pattern = FindPattern(request->path());
+  if (pattern == nullptr) {
+    *refusal = NoSuchResource();
+    return nullptr;
+  }
+  request->set_name(Match(*pattern, request->path()).value_or(""));
+  for (const Route& route : routes_) {
+    if (route.pattern == *pattern && route.method == request->method()) {
+      return &route;
+    }
+  }
+  *refusal = MethodNotAllowed(*pattern);
+  return nullptr;
+}
+
+const std::string* Router::FindPattern(std::string_view path) const {
+  const std::string* best = nullptr;
+  for (const Route& route : routes_) {
+    const bool closer = best == nullptr || (best->find('*') != std::string::npos &&
+                                            route.pattern.size() > best->size());
+    if (Match(route.pattern, path) && (closer || route.pattern == path)) {
+      best = &route.pattern;
+    }
+  }
+  return best;
+}
+
+// Names the resources by the first step of their paths.
+Reply Router::NoSuchResource() const {
+  std::vector<std::string> roots;
+  for (const Route& route : routes_) {
+    AddOnce(&roots, route.pattern.substr(0, route.pattern.find('/', 1)));
+  }
+  return ErrorReply(MHD_HTTP_NOT_FOUND, "there is only " + Join(roots, " and "));
+}
+
+Reply Router::MethodNotAllowed(const std::string& pattern) const {
+  std::vector<std::string> methods;
+  for (const Route& route : routes_) {
+    if (route.pattern == pattern) {
+      AddOnce(&methods, route.method);
+    }
+  }
+  Reply reply = ErrorReply(MHD_HTTP_METHOD_NOT_ALLOWED,
+                           pattern + " takes " + Join(methods, " and ") + " only");
+  reply.headers.emplace_back(MHD_HTTP_HEADER_ALLOW, Join(methods, ", "));
+  return reply;
+}
+
+}  // namespace kiohost
