@@ -1,0 +1,93 @@
+// Every variable that can only be read, in every mode.
+#include <string>
+
+#include "variables/fields.h"
+
+namespace kio::test {
+namespace {
+
+class ReadOnlyFieldTest : public VariableTest, public ::testing::WithParamInterface<ReadOnlyField> {
+ protected:
+  void SetUp() override {
+    VariableTest::SetUp();
+    rssXmlData.specMinor = 7;
+    Put(rssXmlData.loginPasswordValidate, "0,63,2");
+    SetConfigurable(field_.section, 1);
+    for (const StoreCall& call : field_.calls) {
+      Host().Set(call.path, call.value);
+    }
+  }
+
+  void TearDown() override { EXPECT_TRUE(Host().Writes().empty()); }
+
+  const ReadOnlyField& field_ = GetParam();
+};
+
+TEST_P(ReadOnlyFieldTest, IsRead) {
+  const RecordWatch record;
+  EXPECT_EQ(Read(field_.name), (Answer{0, field_.text}));
+  EXPECT_EQ(Host().calls(), field_.calls);
+  EXPECT_EQ(ReadPath(field_.name), (Answer{0, field_.path}));
+  record.ExpectUnchanged("read");
+}
+
+// The other bits of a mode do not matter to a read.
+TEST_P(ReadOnlyFieldTest, IsReadWhateverElseIsAsked) {
+  const RecordWatch record;
+  for (const int more : {kWrite, kValidate, kWrite | kValidate, 0x002}) {
+    EXPECT_EQ(Call(field_.name, kRead | more, "1"), (Answer{0, field_.text})) << more;
+    EXPECT_EQ(Call(field_.name, kRead | kPath | more, "1"), (Answer{0, field_.path})) << more;
+  }
+  record.ExpectUnchanged("read");
+}
+
+TEST_P(ReadOnlyFieldTest, IsRefusedInOtherModes) {
+  const RecordWatch record;
+  for (const int mode : {0, kPath, kWrite, kWrite | kPath, kValidate, kValidate | kPath,
+                         kWrite | kValidate, 0x002}) {
+    for (const std::string value : {"1", "", "0,32,1"}) {
+      EXPECT_EQ(Call(field_.name, mode, value), (Answer{2, value})) << "mode " << mode;
+    }
+  }
+  record.ExpectUnchanged("refused modes");
+}
+
+TEST_P(ReadOnlyFieldTest, SectionThatIsNotConfigurableAnswersWritesWithOne) {
+  if (field_.section == Section::kNone) {
+    SetConfigurable(Section::kNone, 1);  // every switch off
+    EXPECT_EQ(Read(field_.name), (Answer{0, field_.text}));
+    EXPECT_EQ(Write(field_.name, "1"), (Answer{2, "1"}));
+    return;
+  }
+  SetConfigurable(field_.section, 0);
+  const bool is_the_switch = field_.name == "rss_Upl_Configurable";
+  EXPECT_EQ(Read(field_.name), (Answer{0, is_the_switch ? "0" : field_.text}));
+  EXPECT_EQ(Write(field_.name, "1"), (Answer{1, "1"}));
+  EXPECT_EQ(Call(field_.name, kWrite | kRead, "1"), (Answer{1, ""}));
+  EXPECT_EQ(Validate(field_.name, "1"), (Answer{2, "1"}));
+}
+
+TEST_P(ReadOnlyFieldTest, StoreTextsAreCutToTheBuffer) {
+  if (field_.calls.empty() || field_.calls.back().kind != StoreCall::Kind::kGetText) {
+    return;
+  }
+  const std::string& node = field_.calls.back().path;
+  for (const std::size_t length : {126U, 127U, 128U, 300U, 4000U}) {
+    Host().Set(node, std::string(length, 't'));
+    EXPECT_EQ(Read(field_.name), (Answer{0, std::string(length < 127 ? length : 127, 't')}));
+  }
+  Host().Set(node, "%n%s%d");
+  EXPECT_EQ(Read(field_.name), (Answer{0, "%n%s%d"}));
+  Host().Delete(node);
+  EXPECT_EQ(Read(field_.name), (Answer{0, ""}));
+}
+
+const auto kName = [](const auto& info) { return TestName(info); };
+
+INSTANTIATE_TEST_SUITE_P(Device, ReadOnlyFieldTest, ::testing::ValuesIn(DeviceTexts()), kName);
+INSTANTIATE_TEST_SUITE_P(Uplink, ReadOnlyFieldTest, ::testing::ValuesIn(UplinkTexts()), kName);
+INSTANTIATE_TEST_SUITE_P(Wireless, ReadOnlyFieldTest, ::testing::ValuesIn(WirelessTexts()), kName);
+INSTANTIATE_TEST_SUITE_P(Extra, ReadOnlyFieldTest, ::testing::ValuesIn(ExtraTexts()), kName);
+
+}  // namespace
+}  // namespace kio::test
