@@ -34,7 +34,7 @@ TEST_P(AccessRuleTest, EachRuleUpToTheNumberIsServed) {
   EXPECT_TRUE(Host().calls().empty());
 }
 
-// Quirk "rule-path-stands-alone": without the radio before it, and counted from one.
+// Quirk "rule-path-without-a-radio": without the radio before it, and counted from one.
 TEST_P(AccessRuleTest, PathsCountFromOneAndNameNoRadio) {
   radio_.wlAcRuleNo = 40;
   EXPECT_EQ(ReadPath(Rule(0, "MAC")), (Answer{0, "/acrule:1/MAC"}));
@@ -91,7 +91,7 @@ TEST_P(AccessRuleTest, TheNumberMayBeAnyInteger) {
   EXPECT_EQ(radio_.wlAcRuleNo, 0);
 }
 
-// Quirk "active-lands-on-its-value".
+// Quirk "active-goes-to-the-rule-of-its-value".
 TEST_P(AccessRuleTest, ActiveLandsOnTheRuleOfItsValue) {
   radio_.wlAcRuleNo = 6;
   for (RssAcRule& rule : radio_.acRule) {

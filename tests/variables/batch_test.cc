@@ -163,7 +163,7 @@ TEST_F(BatchTest, NamesAreCutAt31Characters) {
   }
 }
 
-// Quirk "batch-names-of-31": what stands behind the cut does not matter.
+// Quirk "names-of-31": what stands behind the cut does not matter.
 TEST_F(BatchTest, ANameIsServedByItsFirst31Characters) {
   EXPECT_EQ(Batch("/Device/SafetyVyr/UrlDetectEnbl=1").code, 0U);
   EXPECT_EQ(rssXmlData.safetyVyr.urlDetectEnbl, 1);

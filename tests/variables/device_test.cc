@@ -86,6 +86,7 @@ TEST_F(DeviceVariableTest, LockedSwitchTakesOnlyWhatItHolds) {
   }
 }
 
+// Quirk "switch-below-two".
 TEST_F(DeviceVariableTest, OpenSwitchTakesAnyInteger) {
   for (const int open : {0, 1, -1, INT_MIN}) {
     for (const auto& [value, stored] : {std::pair{"2", 2}, std::pair{"7", 7}, std::pair{"-3", -3},

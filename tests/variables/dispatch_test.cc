@@ -130,7 +130,7 @@ TEST_F(DispatchTest, ActionsGetTheirBufferAsItIs) {
   }
 }
 
-// Quirk "first-four-unseen".
+// Quirk "any-four-characters".
 TEST_F(DispatchTest, TheFirstFourCharactersAreNotLookedAt) {
   for (const char* name : {"abc_DeviceName", "rss-DeviceName", "RSS_DeviceName", "    DeviceName",
                            "____DeviceName", "%s%nDeviceName"}) {

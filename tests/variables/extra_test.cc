@@ -67,7 +67,7 @@ class SiteTest : public ExtraVariableTest {
   static void SetSites(int number) { Host().Set("/wirelesssitesurvey/site#", number); }
 };
 
-// Quirk "sites-count-from-two": access rules count from one.
+// Quirk "sites-from-two": access rules count from one.
 TEST_F(SiteTest, TheFirstSiteIsTheSecondInstance) {
   EXPECT_EQ(Read("rss_Ext_Ssv_S00_BSSID"), (Answer{0, "instance 2"}));
   EXPECT_EQ(Read("rss_Ext_Ssv_S01_BSSID"), (Answer{0, "instance 3"}));

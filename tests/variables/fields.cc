@@ -11,4 +11,12 @@ void SetConfigurable(Section section, int configurable) {
   record.wlan[1].configurable = section == Section::kWireless5 ? configurable : others;
 }
 
+std::vector<StoredField> Joined(std::initializer_list<std::vector<StoredField>> parts) {
+  std::vector<StoredField> all;
+  for (const std::vector<StoredField>& part : parts) {
+    all.insert(all.end(), part.begin(), part.end());
+  }
+  return all;
+}
+
 }  // namespace kio::test

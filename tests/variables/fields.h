@@ -2,6 +2,7 @@
 #ifndef KIO_TESTS_VARIABLES_FIELDS_H
 #define KIO_TESTS_VARIABLES_FIELDS_H
 
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -34,6 +35,9 @@ struct StoredField {
   bool is_keyword = false;
   Section section = Section::kNone;
 };
+
+// The rows of all parts.
+std::vector<StoredField> Joined(std::initializer_list<std::vector<StoredField>> parts);
 
 std::vector<StoredField> DeviceFields();
 std::vector<StoredField> UplinkFields();

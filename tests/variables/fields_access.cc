@@ -39,7 +39,12 @@ std::vector<StoredField> Access24() {
        [](RssXmlData& r) { r.wlan[0].wlAcRuleNo = 0; },
        false,
        Section::kWireless24},
-      // Quirk "rule-path-stands-alone".
+  };
+}
+
+std::vector<StoredField> Rules24() {
+  return {
+      // Quirk "rule-path-without-a-radio".
       {"rss_Wl2_Acl_R00_MAC",
        "/acrule:1/MAC",
        "02:00:00:00:00:01",
@@ -62,7 +67,7 @@ std::vector<StoredField> Access24() {
        [](RssXmlData& r) { Put(r.wlan[0].acRule[1].mac, ""); },
        false,
        Section::kWireless24},
-      // Quirk "active-lands-on-its-value": 1 goes to rule 1, whatever rule is named.
+      // Quirk "active-goes-to-the-rule-of-its-value": 1 goes to rule 1, whatever rule is named.
       {"rss_Wl2_Acl_R00_Active",
        "/acrule:1/Active",
        "1",
@@ -151,10 +156,7 @@ std::vector<StoredField> Access5() {
 }  // namespace
 
 std::vector<StoredField> AccessControlFields() {
-  std::vector<StoredField> fields = Access24();
-  const std::vector<StoredField> more = Access5();
-  fields.insert(fields.end(), more.begin(), more.end());
-  return fields;
+  return Joined({Access24(), Rules24(), Access5()});
 }
 
 }  // namespace kio::test

@@ -39,7 +39,7 @@ std::vector<ReadOnlyField> ExtraTexts() {
        "/wirelesssitesurvey/site#",
        "2",
        {{Kind::kGetInt, "/wirelesssitesurvey/site#", "2"}}},
-      // Quirk "sites-count-from-two".
+      // Quirk "sites-from-two".
       Site("rss_Ext_Ssv_S00_WirelessType", "/wirelesssitesurvey/site:2/WirelessType", "2.4"),
       Site("rss_Ext_Ssv_S00_BSSID", "/wirelesssitesurvey/site:2/BSSID", "02:00:00:00:0A:02"),
       Site("rss_Ext_Ssv_S00_WirelessName", "/wirelesssitesurvey/site:2/WirelessName", "Next door"),

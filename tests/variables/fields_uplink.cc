@@ -4,6 +4,7 @@
 namespace kio::test {
 namespace {
 
+constexpr const char* kText = "any 'text' %s";
 const std::string kLongLogin(65, 'x');
 
 std::vector<StoredField> KeywordFields() {
@@ -102,7 +103,7 @@ std::vector<StoredField> AddressFields() {
        false,
        Section::kUplink},
       {"rss_Upl_DNS",
-       "10.0.0.3",  // Quirk "name-server-has-no-path".
+       "10.0.0.3",  // Quirk "value-for-a-path".
        "10.0.0.3",
        "9.9.9.9",
        [](RssXmlData& r) { Put(r.upLink.dns, "9.9.9.9"); },
@@ -117,22 +118,10 @@ std::vector<StoredField> AddressFields() {
 
 StoredField TextField(const std::string& name, const std::string& path, const std::string& text,
                       const Change& stored, const Change& emptied) {
-  return {name, path, text,    "any 'text' %s", stored,          "any 'text' %s",
-          {},   0,    emptied, false,           Section::kUplink};
+  return {name, path, text, kText, stored, kText, {}, 0, emptied, false, Section::kUplink};
 }
 
-}  // namespace
-
-std::vector<StoredField> UplinkFields() {
-  std::vector<StoredField> fields = KeywordFields();
-  for (const auto& more : {LoginFields(), AddressFields()}) {
-    fields.insert(fields.end(), more.begin(), more.end());
-  }
-  return fields;
-}
-
-std::vector<StoredField> ExtenderFields() {
-  constexpr const char* kText = "any 'text' %s";
+std::vector<StoredField> SiteFields() {
   return {
       {"rss_Upl_Ets_Survey",
        "/uplink/extendersite/Survey",
@@ -162,9 +151,9 @@ std::vector<StoredField> ExtenderFields() {
       {"rss_Upl_Ets_ConnRefSiteBSSID",
        "/uplink/extendersite/ConnRefSiteBSSID",
        "02:00:00:00:99:01",
-       "any 'text' %s",
+       kText,
        [](RssXmlData& r) { Put(r.upLink.extenderSite.connRefSiteBssid, kText); },
-       "any 'text' %s",
+       kText,
        {},
        0,
        [](RssXmlData& r) { Put(r.upLink.extenderSite.connRefSiteBssid, ""); },
@@ -178,6 +167,11 @@ std::vector<StoredField> ExtenderFields() {
           "rss_Upl_Ets_EncryptionKey", "/uplink/extendersite/EncryptionKey", "upstream-key",
           [](RssXmlData& r) { Put(r.upLink.extenderSite.encryptionKey, kText); },
           [](RssXmlData& r) { Put(r.upLink.extenderSite.encryptionKey, ""); }),
+  };
+}
+
+std::vector<StoredField> ProviderFields() {
+  return {
       TextField(
           "rss_Upl_Dsl_CountryName", "/uplink/dsl/CountryName", "Norway",
           [](RssXmlData& r) { Put(r.upLink.dsl.countryName, kText); },
@@ -186,7 +180,7 @@ std::vector<StoredField> ExtenderFields() {
           "rss_Upl_Dsl_IspName", "/uplink/dsl/IspName", "Fjord DSL",
           [](RssXmlData& r) { Put(r.upLink.dsl.ispName, kText); },
           [](RssXmlData& r) { Put(r.upLink.dsl.ispName, ""); }),
-      // Quirk "apn-paths-say-asp".
+      // Quirk "uplink-asp".
       TextField(
           "rss_Upl_Apn_CountryName", "/uplink/asp/CountryName", "Sweden",
           [](RssXmlData& r) { Put(r.upLink.apn.countryName, kText); },
@@ -198,10 +192,18 @@ std::vector<StoredField> ExtenderFields() {
   };
 }
 
+}  // namespace
+
+std::vector<StoredField> UplinkFields() {
+  return Joined({KeywordFields(), LoginFields(), AddressFields()});
+}
+
+std::vector<StoredField> ExtenderFields() { return Joined({SiteFields(), ProviderFields()}); }
+
 std::vector<ReadOnlyField> UplinkTexts() {
   return {
       {"rss_Upl_Configurable", "/uplink/Configurable", "1", {}, Section::kUplink},
-      // Quirk "hardware-support-has-no-path".
+      // Quirk "value-for-a-path".
       {"rss_Upl_HardwareSupport",
        "Ethernet,ADSL,VDSL,WWan802.11,WWanAPN,DSL",
        "Ethernet,ADSL,VDSL,WWan802.11,WWanAPN,DSL",

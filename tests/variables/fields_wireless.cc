@@ -79,6 +79,11 @@ std::vector<StoredField> Texts24() {
        },
        true,
        Section::kWireless24},
+  };
+}
+
+std::vector<StoredField> KeyAndChannel24() {
+  return {
       {"rss_Wl2_EncryptionKey",
        "/lan/wireless2.4:1/EncryptionKey",
        "home-key-24",
@@ -148,6 +153,11 @@ std::vector<StoredField> Texts5() {
        },
        true,
        Section::kWireless5},
+  };
+}
+
+std::vector<StoredField> KeyAndChannel5() {
+  return {
       {"rss_Wl5_EncryptionKey",
        "/lan/wireless5:1/EncryptionKey",
        "home-key-50",
@@ -176,14 +186,11 @@ std::vector<StoredField> Texts5() {
 }  // namespace
 
 std::vector<StoredField> Wireless24Fields() {
-  std::vector<StoredField> fields = Switches24();
-  const std::vector<StoredField> texts = Texts24();
-  fields.insert(fields.end(), texts.begin(), texts.end());
-  return fields;
+  return Joined({Switches24(), Texts24(), KeyAndChannel24()});
 }
 
 std::vector<StoredField> Wireless5Fields() {
-  std::vector<StoredField> fields = {
+  const std::vector<StoredField> switches = {
       {"rss_Wl5_WlEnbl",
        "/lan/wireless5:1/WlEnbl",
        "1",
@@ -207,9 +214,7 @@ std::vector<StoredField> Wireless5Fields() {
        false,
        Section::kWireless5},
   };
-  const std::vector<StoredField> texts = Texts5();
-  fields.insert(fields.end(), texts.begin(), texts.end());
-  return fields;
+  return Joined({switches, Texts5(), KeyAndChannel5()});
 }
 
 std::vector<ReadOnlyField> WirelessTexts() {

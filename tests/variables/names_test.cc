@@ -104,6 +104,7 @@ TEST(NamesTest, PathsWithoutTheirLastSlashAreElements) {
   EXPECT_EQ(ToName("/WirelessSiteSurvey/Site:01"), "rss_Ext_Ssv_Site:01");
 }
 
+// Quirk "index-is-any-two".
 TEST(NamesTest, IndexCharactersAreCopiedAsTheyAre) {
   EXPECT_EQ(ToPath("rss_Wl2_Acl_Rxy_MAC"),
             "/Device/Wireless2.4/AccessControl/WlAcLists/AcRule:xy/MAC");

@@ -62,7 +62,8 @@ TEST_P(StoredFieldTest, IsWritten) {
   EXPECT_EQ(Read(field_.name), (Answer{0, field_.read_back}));
 }
 
-// A read empties the buffer first, so that what is written or checked with it is the empty text.
+// Quirk "read-empties-before-the-write": a read empties the buffer first, so that what is written
+// or checked with it is the empty text.
 TEST_P(StoredFieldTest, AReadWithAWriteWritesTheEmptyText) {
   const RecordWatch record;
   for (const int mode : {kRead | kWrite, kRead | kWrite | kValidate, kRead | kWrite | kPath,

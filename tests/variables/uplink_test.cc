@@ -60,7 +60,7 @@ TEST_F(UplinkVariableTest, ReadsOfKeywordsLogNoKeyword) {
   EXPECT_THAT(log_file::Contents(), Not(HasSubstr("Rss ")));
 }
 
-// Quirk "keyword-check-never-passes".
+// Quirk "valid-words-are-refused".
 TEST_F(UplinkVariableTest, CheckingAKeywordAloneNeverPasses) {
   EXPECT_EQ(Validate("rss_Upl_HardwareType", "Ethernet").code, 2U);
   EXPECT_EQ(Validate("rss_Upl_HardwareType", "Fiber").code, 10U);
@@ -135,7 +135,7 @@ TEST_F(UplinkVariableTest, ConfigurableTellsTheFlag) {
   EXPECT_EQ(Write("rss_Upl_IP", "1.2.3.4").code, 0U) << "any flag but 0 allows writes";
 }
 
-// Quirk "name-server-has-no-path", "hardware-support-has-no-path".
+// Quirk "value-for-a-path".
 TEST_F(UplinkVariableTest, TwoPathsAreValues) {
   Put(rssXmlData.upLink.dns, "9.8.7.6");
   Put(rssXmlData.upLink.hardwareSupport, "ADSL,%s");
@@ -152,7 +152,7 @@ TEST_F(UplinkVariableTest, ConnStatusIsNotReadBelowExtenderSite) {
   EXPECT_EQ(ReadPath("rss_Upl_Ets_ConnStatus"), (Answer{0, "/uplink/extendersite/ConnStatus"}));
 }
 
-// Quirk "apn-paths-say-asp".
+// Quirk "uplink-asp".
 TEST_F(UplinkVariableTest, ApnPathsSayAsp) {
   EXPECT_EQ(ReadPath("rss_Upl_Apn_CountryName"), (Answer{0, "/uplink/asp/CountryName"}));
   EXPECT_EQ(ReadPath("rss_Upl_Apn_IspName"), (Answer{0, "/uplink/asp/IspName"}));

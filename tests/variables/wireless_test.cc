@@ -51,7 +51,7 @@ TEST_P(WirelessVariableTest, KeywordsAreLogged) {
   EXPECT_THAT(log_file::Lines(), Contains("Rss EncrypType='SHARED' -> 2"));
 }
 
-// Quirk "keyword-check-never-passes".
+// Quirk "valid-words-are-refused".
 TEST_P(WirelessVariableTest, CheckingAKeywordAloneNeverPasses) {
   EXPECT_EQ(Validate(Name("EncryptionMode"), "WPA2").code, 2U);
   EXPECT_EQ(Validate(Name("EncryptionMode"), "WPA3").code, 10U);
