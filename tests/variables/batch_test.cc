@@ -42,7 +42,7 @@ TEST_F(BatchTest, SetsEachPair) {
 }
 
 TEST_F(BatchTest, RunsOfSeparatorsAndBlanksAreSkipped) {
-  for (const char* between : {"&", "&&&  ", "\n", "\r\n", "&\r\n\t & \r", "\n\n\n"}) {
+  for (const char* between : {"&", "&&&  ", "\n", "\r", "\r\n", "&\r\n\t & \r", "\n\n\n"}) {
     EXPECT_EQ(Batch(Pair(kA, "1") + between + Pair(kB, "2")).code, 0U);
     EXPECT_EQ(A(), "1");
     EXPECT_EQ(B(), "2");

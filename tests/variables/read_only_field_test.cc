@@ -50,6 +50,7 @@ TEST_P(ReadOnlyFieldTest, IsRefusedInOtherModes) {
     }
   }
   record.ExpectUnchanged("refused modes");
+  EXPECT_TRUE(Host().calls().empty()) << "refused before the store is asked";
 }
 
 TEST_P(ReadOnlyFieldTest, SectionThatIsNotConfigurableAnswersWritesWithOne) {
