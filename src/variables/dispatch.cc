@@ -116,8 +116,8 @@ unsigned int ServeExtra(TextView name, const Request& request) {
   return KIOAPP_VAR_REFUSED;
 }
 
-// A name of several parts. Its group is told by three characters; what else stands before the first
-// '_' is not looked at.
+// A name of several parts.
+// Quirk "three-characters-choose": what else stands before the first '_' is not looked at.
 unsigned int ServeGroup(TextView name, const Request& request) {
   const TextView tail = Behind(name, name.find('_') + 1);
   if (request.reads() && tail == "Validate") {
@@ -150,6 +150,7 @@ unsigned int ServeGroup(TextView name, const Request& request) {
 
 unsigned int ServeName(TextView name, const Request& request) {
   if (request.reads() && !StartsWith(name, kActionPrefix)) {
+    // Quirk "reading-empties-before-writing": what was to be written or checked is lost by it.
     request.Answer("");
   }
   // Quirk "any-four-characters": no name but the bare prefix is refused for its beginning.
