@@ -8,17 +8,13 @@
 #include <sstream>
 
 namespace kiohost {
-namespace {
-
 unsigned int PendingActions(CommitKind kind) {
-  unsigned int mask = static_cast<unsigned int>(rssXmlData.exeflag);
+  auto mask = static_cast<unsigned int>(rssXmlData.exeflag);
   if (kind == CommitKind::kFullCloning) {
     mask |= KIOAPP_SYNC_DEVICE | KIOAPP_SYNC_SAVE_TO_FLASH;
   }
   return mask != 0 ? mask : static_cast<unsigned int>(rssXmlData.pre_exeflag);
 }
-
-}  // namespace
 
 Exchange::Outcome Exchange::Run(std::string document, CommitKind kind) {
   // The library looks for the root in the same way. Without one it writes no result document.
@@ -31,6 +27,7 @@ Exchange::Outcome Exchange::Run(std::string document, CommitKind kind) {
   if (!transaction.begun().ok()) {
     return Failed(transaction.begun().reason());
   }
+  ++count_;
   const bool applied = kind == CommitKind::kSettings
                            ? do_RssXml_Parser(document.data()) == 1
                            : do_RssXml_Parser_for_ApCloning(document.data()) == 1;
@@ -55,11 +52,15 @@ unsigned int Exchange::Commit(CommitKind kind) {
   } else {
     do_RssXml_Commit_for_ApCloning(kind == CommitKind::kFullCloning ? 1 : 0);
   }
+  FinishCommit(mask);
+  return mask;
+}
+
+void Exchange::FinishCommit(unsigned int mask) {
   if ((mask & KIOAPP_SYNC_SAVE_TO_FLASH) != 0 && !store_->Checkpoint()) {
     // The settings are safe in the log; the next commit tries again.
     std::fprintf(stderr, "kiohost: the store's log could not be brought into its file\n");
   }
-  return mask;
 }
 
 std::optional<std::string> Exchange::LastResult() const {

@@ -16,6 +16,9 @@ enum class CommitKind {
   kFullCloning,  // saves and resyncs the device even when nothing of it changed
 };
 
+// The mask of the actions that a commit would run now.
+unsigned int PendingActions(CommitKind kind);
+
 class Exchange {
  public:
   struct Outcome {
@@ -41,6 +44,13 @@ class Exchange {
   // Runs the pending actions and returns their mask.
   unsigned int Commit(CommitKind kind);
 
+  // What the host does itself for the actions of a mask. To be called after the library's part, of
+  // which `Commit` is one.
+  void FinishCommit(unsigned int mask);
+
+  // How often the record was given to an exchange.
+  unsigned int count() const { return count_; }
+
   // The result document of the last exchange, if there is one.
   std::optional<std::string> LastResult() const;
 
@@ -49,6 +59,7 @@ class Exchange {
 
   Store* store_;
   std::string result_file_;
+  unsigned int count_ = 0;
 };
 
 }  // namespace kiohost

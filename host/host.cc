@@ -42,9 +42,12 @@ Host::Host(Store* store, const Settings& settings)
     : settings_(settings),
       exchange_(store, settings.temp_dir),
       settings_routes_(&exchange_),
+      variables_(store, &exchange_),
+      variable_routes_(&variables_, settings.catalogue),
       server_(&router_) {
   settings_routes_.AddTo(&router_);
   AddDeviceRoutes(store, &router_);
+  variable_routes_.AddTo(&router_);
 }
 
 Status Host::Start() {

@@ -12,6 +12,8 @@
 #include "settings_routes.h"
 #include "status.h"
 #include "store.h"
+#include "variable_routes.h"
+#include "variables.h"
 
 namespace kiohost {
 
@@ -21,6 +23,7 @@ class Host {
     std::string listen;
     int port = 0;
     std::string temp_dir;
+    std::string catalogue;  // the file with the list of all variables
     bool real_waits = false;
   };
 
@@ -44,6 +47,8 @@ class Host {
   Router router_;
   Exchange exchange_;
   SettingsRoutes settings_routes_;
+  Variables variables_;
+  VariableRoutes variable_routes_;
   HttpServer server_;
   // What the request whose turn it is has left behind.
   std::optional<FollowUp> follow_up_;

@@ -133,6 +133,7 @@ Status Serve(const Options& options, Store* store) {
   Host::Settings settings;
   settings.listen = options.listen;
   settings.real_waits = options.real_waits;
+  settings.catalogue = Program().parent_path() / "variables.json";
   Status status = SettlePort(options, store, &settings.port);
   if (status.ok()) {
     status = SettleDirectories(options, store, &settings.temp_dir);

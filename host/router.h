@@ -31,18 +31,18 @@ struct BodyRule {
 struct Route {
   // "/settings", "/vars/*" or "/vars/*/validate": '*' stands for one character or more, slashes
   // included. The pattern with the most other characters serves a path.
-  std::string pattern;
-  std::string method;
-  BodyRule body;
+  std::string pattern = {};
+  std::string method = {};
+  BodyRule body = {};
   // Whether the request waits until the exchange before it is over, with its follow-up.
   bool takes_turn = false;
   // A request that takes its turn runs beside the one whose turn it is when this says so and none
   // waits already. May be empty.
-  std::function<bool(const RequestView&)> may_join;
+  std::function<bool(const RequestView&)> may_join = {};
   // Judges the head, before the body is read: the refusal, or nothing. May be empty.
-  std::function<std::optional<Reply>(const RequestView&)> check;
+  std::function<std::optional<Reply>(const RequestView&)> check = {};
   // Answers the whole request.
-  std::function<Reply(const RequestView&)> handle;
+  std::function<Reply(const RequestView&)> handle = {};
 };
 
 class Router {

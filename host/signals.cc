@@ -1,5 +1,7 @@
 #include "signals.h"
 
+#include <sys/time.h>
+
 #include <csignal>
 #include <ctime>
 
@@ -33,6 +35,18 @@ bool InstallSignals() {
          Handle(SIGTERM, RequestStop) && Handle(SIGINT, RequestStop);
 }
 
+Alarm AlarmState() {
+  // In this order: an alarm that rings in between is seen as pending.
+  itimerval timer = {};
+  getitimer(ITIMER_REAL, &timer);
+  if (timer.it_value.tv_sec != 0 || timer.it_value.tv_usec != 0) {
+    return Alarm::kTicking;
+  }
+  sigset_t pending;
+  sigpending(&pending);
+  return sigismember(&pending, SIGALRM) == 1 ? Alarm::kRung : Alarm::kNone;
+}
+
 bool StopRequested() { return g_stop_requested != 0; }
 
 void WaitForEvents(int max_fd, fd_set* read_set, fd_set* write_set, fd_set* except_set,
@@ -44,6 +58,10 @@ void WaitForEvents(int max_fd, fd_set* read_set, fd_set* write_set, fd_set* exce
   for (const int signal_number : kWaitedFor) {
     sigdelset(&mask, signal_number);
   }
+  // With a descriptor ready, pselect looks at no signal: a busy client would put them all off.
+  sigset_t blocked;
+  sigprocmask(SIG_SETMASK, &mask, &blocked);
+  sigprocmask(SIG_SETMASK, &blocked, nullptr);
   timespec timeout = {};
   if (milliseconds) {
     timeout.tv_sec = *milliseconds / kMillisecondsPerSecond;

@@ -16,8 +16,17 @@ bool InstallSignals();
 // Whether a stop was asked for.
 bool StopRequested();
 
+// The alarm of the process (alarm(2)), of which there is one.
+enum class Alarm {
+  kNone,     // not set, or served
+  kTicking,  // set
+  kRung,     // to be served by the next wait
+};
+Alarm AlarmState();
+
 // Waits until a descriptor of the sets is ready, a stop is asked for, an alarm was served, or the
-// time is over (without `milliseconds`: without limit). The sets hold what is ready.
+// time is over (without `milliseconds`: without limit). The sets hold what is ready. A signal is
+// served even when the wait is over at once because a descriptor is ready.
 void WaitForEvents(int max_fd, fd_set* read_set, fd_set* write_set, fd_set* except_set,
                    std::optional<long> milliseconds);
 

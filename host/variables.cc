@@ -1,0 +1,178 @@
+#include "variables.h"
+
+#include <kioapp/kioapp.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <vector>
+
+#include "actions.h"
+#include "signals.h"
+
+namespace kiohost {
+namespace {
+
+constexpr std::string_view kVariablePrefix = "rss_";
+constexpr std::string_view kActionGroup = "Act";
+constexpr const char* kActionNames[] = {"SiteSurvey", "VerifyAllRssVars", "ApplyAllRssVars",
+                                        "CommitRssVars", "SetRssVars"};
+constexpr std::string_view kCommitAction = "CommitRssVars";
+constexpr std::string_view kSurveyAction = "SiteSurvey";
+
+// A value for the library to read and to write.
+class ValueBuffer {
+ public:
+  explicit ValueBuffer(std::string_view text)
+      : bytes_(std::max(text.size() + 1, size_t{KIOAPP_VAR_SIZE})) {
+    std::copy(text.begin(), text.end(), bytes_.begin());
+  }
+
+  char* data() { return bytes_.data(); }
+  std::string text() const { return bytes_.data(); }
+
+ private:
+  std::vector<char> bytes_;
+};
+
+// The part of a name that says which variable it is: what the library skips is left out. Empty when
+// a path is no variable's.
+std::string PlainName(const std::string& name) {
+  if (!name.starts_with('/')) {
+    return name.size() < kVariablePrefix.size() ? "" : name.substr(kVariablePrefix.size());
+  }
+  const char* converted = cvtRss_XmlPathVsVarName(name.c_str(), 0);
+  return converted == nullptr ? "" : std::string(converted).substr(kVariablePrefix.size());
+}
+
+// Whether the library would run an action, if there is one of that name.
+bool IsAction(const std::string& name) {
+  const std::string plain = PlainName(name);
+  return plain.starts_with(kActionGroup) && plain.find('_') != std::string::npos;
+}
+
+Variables::Answer NoSuchVariable() { return {KIOAPP_VAR_REFUSED, {}, {}}; }
+
+}  // namespace
+
+Variables::Answer Variables::Read(const std::string& name, bool wants_path) {
+  if (IsAction(name)) {
+    return NoSuchVariable();
+  }
+  BeginSeries();
+  ValueBuffer value("");
+  const int code = get_RssVar(name.c_str(), value.data(), wants_path ? 1 : 0);
+  return {static_cast<unsigned int>(code), value.text(), {}};
+}
+
+Variables::Answer Variables::Write(const std::string& name, const std::string& value) {
+  if (IsAction(name)) {
+    return NoSuchVariable();
+  }
+  BeginSeries();
+  return {set_RssVar(name.c_str(), ValueBuffer(value).data()), {}, {}};
+}
+
+Variables::Answer Variables::Validate(const std::string& name, const std::string& value) {
+  if (IsAction(name)) {
+    return NoSuchVariable();
+  }
+  BeginSeries();
+  const int code = validate_RssVar(name.c_str(), ValueBuffer(value).data());
+  return {static_cast<unsigned int>(code), {}, {}};
+}
+
+bool Variables::Exists(const std::string& name) {
+  return Read(name, false).code == KIOAPP_VAR_DONE;
+}
+
+Variables::Answer Variables::SetBatch(const std::string& batch, char separator) {
+  BeginSeries();
+  return InTransaction([&batch, separator]() -> Answer {
+    std::array<char, KIOAPP_VAR_SIZE> fault = {};
+    const int code = do_RssVar_Parser(ValueBuffer(batch).data(), separator, fault.data(), 0);
+    return {static_cast<unsigned int>(code), fault.data(), {}};
+  });
+}
+
+std::string Variables::FindAction(const std::string& name) {
+  std::string action = name;
+  if (IsAction(name)) {
+    const std::string plain = PlainName(name);
+    action = plain.substr(plain.find('_') + 1);
+  }
+  const auto* found = std::find(std::begin(kActionNames), std::end(kActionNames), action);
+  return found == std::end(kActionNames) ? "" : action;
+}
+
+Variables::Answer Variables::RunAction(const std::string& action, const std::string& text) {
+  if (action != kCommitAction) {
+    BeginSeries();
+  }
+  Answer answer = InTransaction([&action, &text]() -> Answer {
+    ValueBuffer value(text);
+    const std::string name = std::string(kVariablePrefix) + "Act_" + action;
+    const unsigned int code = setget_RssVar(name.c_str(), value.data(), KIOAPP_VAR_READ);
+    return {code, value.text(), {}};
+  });
+  if (action == kSurveyAction && answer.code == KIOAPP_VAR_DONE) {
+    PrintActions(KIOAPP_SYNC_SITE_SURVEY);
+  }
+  return answer;
+}
+
+FollowUp Variables::TakeFollowUp() {
+  if (AlarmState() == Alarm::kNone) {
+    return {};
+  }
+  Discard();
+  if (commit_is_due_) {
+    return {};  // one commit serves both requests
+  }
+  commit_is_due_ = true;
+  const unsigned int mask = PendingActions(CommitKind::kSettings);
+  FollowUp follow_up;
+  follow_up.ready = [] { return AlarmState() == Alarm::kNone; };
+  follow_up.run = [this, mask] { FinishCommit(mask); };
+  follow_up.wait_seconds = mask == 0 ? 0 : rssXmlData.exeWaitSec;
+  return follow_up;
+}
+
+bool Variables::CommitIsTicking() const {
+  return commit_is_due_ && AlarmState() == Alarm::kTicking;
+}
+
+void Variables::BeginSeries() {
+  if (!in_series_ || exchanges_seen_ != exchange_->count()) {
+    init_RssVar();
+    in_series_ = true;
+    exchanges_seen_ = exchange_->count();
+  }
+}
+
+// Keeps what the call wrote to the store when it succeeded.
+Variables::Answer Variables::InTransaction(const std::function<Answer()>& call) {
+  StoreTransaction transaction(store_);
+  if (!transaction.begun().ok()) {
+    return {0, {}, transaction.begun()};
+  }
+  Answer answer = call();
+  if (answer.code == KIOAPP_VAR_DONE) {
+    answer.store = transaction.Commit();
+  }
+  return answer;
+}
+
+void Variables::FinishCommit(unsigned int mask) {
+  if (AlarmState() != Alarm::kNone) {
+    // The host stops, and will not wait for the alarm.
+    alarm(0);
+    do_RssVar_Commit();
+  }
+  commit_is_due_ = false;
+  exchange_->FinishCommit(mask);
+  PrintActions(mask);
+}
+
+}  // namespace kiohost

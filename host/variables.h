@@ -1,0 +1,76 @@
+// The library's variables as the host serves them: their series, their transactions and their
+// deferred commit.
+#ifndef HOST_VARIABLES_H
+#define HOST_VARIABLES_H
+
+#include <cstddef>
+#include <functional>
+#include <string>
+
+#include "exchange.h"
+#include "reply.h"
+#include "status.h"
+#include "store.h"
+
+namespace kiohost {
+
+class Variables {
+ public:
+  // What the library said.
+  struct Answer {
+    unsigned int code = 0;
+    std::string text;  // the value that was read; or the variable or the element at fault
+    Status store;      // not ok when the store failed: nothing was changed there
+  };
+
+  // Longest value of a variable.
+  static constexpr size_t kMaxValue = 127;
+
+  // The store must be bound to the library.
+  Variables(Store* store, Exchange* exchange) : store_(store), exchange_(exchange) {}
+
+  // Names are taken as the library takes them, document paths included. None of these runs an
+  // action: for them an action is no variable.
+  Answer Read(const std::string& name, bool wants_path);
+  Answer Write(const std::string& name, const std::string& value);
+  Answer Validate(const std::string& name, const std::string& value);
+
+  // Whether the name can be read.
+  bool Exists(const std::string& name);
+
+  // Sets a batch, in one transaction: it may hold actions.
+  Answer SetBatch(const std::string& batch, char separator);
+
+  // The action that a name stands for ("CommitRssVars"), with or without what stands before it in a
+  // variable name, or as a document path; empty when there is no such action.
+  static std::string FindAction(const std::string& name);
+
+  // Runs an action, in one transaction.
+  Answer RunAction(const std::string& action, const std::string& text);
+
+  // Forgets what was set and not applied: the next request begins a series.
+  void Discard() { in_series_ = false; }
+
+  // What is left to do after `SetBatch` or `RunAction`: the commit, when it was asked for. The
+  // library runs it by an alarm; until then the request keeps its turn, so that no exchange can
+  // move the pending actions out of the way.
+  FollowUp TakeFollowUp();
+
+  // Whether another request for the commit is served by the one that is due.
+  bool CommitIsTicking() const;
+
+ private:
+  void BeginSeries();
+  Answer InTransaction(const std::function<Answer()>& call);
+  void FinishCommit(unsigned int mask);
+
+  Store* store_;
+  Exchange* exchange_;
+  bool in_series_ = false;
+  unsigned int exchanges_seen_ = 0;
+  bool commit_is_due_ = false;
+};
+
+}  // namespace kiohost
+
+#endif  // HOST_VARIABLES_H
