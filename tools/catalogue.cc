@@ -1,0 +1,236 @@
+#include "catalogue.h"
+
+#include <cctype>
+
+#include "kioapp/variables.h"
+#include "settings/record.h"
+#include "variables/place.h"
+#include "variables/table.h"
+
+namespace kio::tools {
+namespace {
+
+using settings::Field;
+using settings::Offer;
+using variables::Holder;
+using variables::LiveNode;
+using variables::Place;
+using variables::Section;
+using variables::Variable;
+
+constexpr std::size_t kValueCapacity = KIOAPP_VAR_SIZE - 1;
+constexpr int kLastTwoDigits = 99;
+
+std::string Text(platform::TextView view) { return {view.data(), view.size()}; }
+
+std::string RadioGroup(int radio) { return radio == 0 ? "Wl2_" : "Wl5_"; }
+
+std::string NamePrefix(Section section, int radio) {
+  switch (section) {
+    case Section::kDevice:
+      return "rss_";
+    case Section::kVersion:
+      return "rss_Ver_";
+    case Section::kUplink:
+      return "rss_Upl_";
+    case Section::kDsl:
+      return "rss_Upl_Dsl_";
+    case Section::kApn:
+      return "rss_Upl_Apn_";
+    case Section::kSite:
+      return "rss_Upl_Ets_";
+    case Section::kRadio:
+      return "rss_" + RadioGroup(radio);
+    case Section::kAccess:
+      return "rss_" + RadioGroup(radio) + "Acl_";
+    case Section::kRule:
+      return "rss_" + RadioGroup(radio) + "Acl_R??_";
+    case Section::kService:
+      return "rss_Vyr_";
+    case Section::kFirmware:
+      return "rss_Ext_Fwu_";
+    case Section::kSurvey:
+      return "rss_Ext_Ssv_";
+    case Section::kSurveySite:
+      return "rss_Ext_Ssv_S??_";
+  }
+  return {};
+}
+
+// What the snapshot puts before the node of a field.
+std::string NodePrefix(const Place& place) {
+  const std::string radio = settings::RadioPath(place.radio).c_str();
+  switch (place.section) {
+    case Section::kUplink:
+      return "/uplink";
+    case Section::kDsl:
+      return "/uplink/dsl";
+    case Section::kApn:
+      return "/uplink/apn";
+    case Section::kSite:
+      return "/uplink/extendersite";
+    case Section::kRadio:
+      return radio;
+    case Section::kAccess:
+      return radio + "/accesscontrol";
+    case Section::kRule:
+      return radio + "/accesscontrol/acrule:??";
+    case Section::kService:
+      return "/safetyvyr";
+    default:
+      return {};
+  }
+}
+
+// What a read of the path gives. Of an index, the instance that it gives for index 0 is the offset.
+std::string PathAnswer(const Variable& variable, const Place& place, bool is_indexed) {
+  char buffer[KIOAPP_VAR_SIZE];
+  platform::TextBuffer text(buffer);
+  variables::AppendPath(text, variable, place);
+  std::string path = text.c_str();
+  if (is_indexed) {
+    const std::size_t begin = path.find(':') + 1;
+    const std::size_t end = path.find('/', begin);
+    path.replace(begin, end - begin,
+                 "(?"
+                 "?+" +
+                     path.substr(begin, end - begin) + ")");
+  }
+  return path;
+}
+
+// The name of the variable that holds a rule, next to `place`.
+std::string RuleName(const settings::Member& rule, const Place& place) {
+  const Holder holder = place.section == Section::kRadio ? Holder::kRadio : Holder::kRecord;
+  for (const Variable& variable : variables::kVariables) {
+    if (variable.field != nullptr && variable.holder == holder &&
+        variable.field->member.offset == rule.offset) {
+      return NamePrefix(variable.section, place.radio) + Text(variable.name);
+    }
+  }
+  return {};
+}
+
+std::string CheckOf(const Field& field, const Place& place) {
+  switch (field.offer) {
+    case Offer::kNone:
+    case Offer::kReadOnly:
+      return {};
+    case Offer::kAnything:
+      return "none";
+    case Offer::kFlag:
+      return "0 or 1";
+    case Offer::kSwitch:
+      return "any number; no other one than now when that is 2 or more";
+    case Offer::kKeyword:
+      return "one of the words; a good word that is only checked gives code 2";
+    case Offer::kRule:
+      return "the rule in " + RuleName(field.rule, place);
+    case Offer::kHostAddress:
+      return "an IPv4 address of a host";
+    case Offer::kNetmask:
+      return "an IPv4 netmask";
+    case Offer::kChannel:
+      return "a channel of " + NamePrefix(Section::kRadio, place.radio) + "ChannelList";
+    case Offer::kRoaming:
+      return "four numbers: below 0, not below 0, above 0, above 0";
+  }
+  return {};
+}
+
+// The words up to the end of their table (kioapp/xml.h).
+std::vector<std::string> WordsOf(const char* const* words) {
+  std::vector<std::string> list;
+  for (; (*words)[0] != '\0' || (*words)[1] != '_'; ++words) {
+    list.emplace_back(*words);
+  }
+  return list;
+}
+
+void DescribeField(const Variable& variable, const Place& place, CatalogueEntry* entry) {
+  const Field& field = *variable.field;
+  if (!field.node.empty()) {
+    entry->store_node = NodePrefix(place) + Text(field.node);
+  }
+  if (field.hides_path) {
+    entry->path_answer.clear();
+  }
+  if (field.has_words()) {
+    entry->words = WordsOf(field.words);
+    entry->kind = CatalogueEntry::Kind::kKeyword;
+  } else if (field.member.type == settings::Member::Type::kInt) {
+    entry->kind = CatalogueEntry::Kind::kInteger;
+  }
+  entry->capacity = field.member.size - std::size_t{1};
+  entry->is_writable = field.offer != Offer::kReadOnly;
+  switch (place.section) {
+    case Section::kUplink:
+    case Section::kDsl:
+    case Section::kApn:
+    case Section::kSite:
+    case Section::kRadio:
+    case Section::kAccess:
+    case Section::kRule:
+      entry->needs_configurable = entry->is_writable;
+      break;
+    default:
+      break;
+  }
+  entry->check = CheckOf(field, place);
+}
+
+void DescribeLive(const LiveNode& live, CatalogueEntry* entry) {
+  entry->store_node = live.node.empty() ? entry->path_answer : Text(live.node);
+  entry->capacity = kValueCapacity;
+  if (live.kind == LiveNode::Kind::kNumber || live.kind == LiveNode::Kind::kNumberOrOne) {
+    entry->kind = CatalogueEntry::Kind::kInteger;
+  }
+}
+
+CatalogueEntry Describe(const Variable& variable, const Place& place) {
+  CatalogueEntry entry;
+  entry.name = NamePrefix(place.section, place.radio) + Text(variable.name);
+  const char* path = cvtRss_XmlPathVsVarName(entry.name.c_str(), 1);
+  entry.document_path = path == nullptr ? "" : path;
+  if (place.section == Section::kRule) {
+    entry.is_indexed = true;
+    entry.last_index = settings::kRuleCapacity - 1;
+    entry.index_count = NamePrefix(Section::kAccess, place.radio) + "AcRuleNo";
+  } else if (place.section == Section::kSurveySite) {
+    entry.is_indexed = true;
+    entry.last_index = kLastTwoDigits;
+    entry.index_count = NamePrefix(Section::kSurvey, 0) + "SiteNo";
+  }
+  entry.path_answer = PathAnswer(variable, place, entry.is_indexed);
+  if (variable.field != nullptr) {
+    DescribeField(variable, place, &entry);
+  } else {
+    DescribeLive(*variable.live, &entry);
+  }
+  return entry;
+}
+
+bool IsOfRadio(Section section) {
+  return section == Section::kRadio || section == Section::kAccess || section == Section::kRule;
+}
+
+}  // namespace
+
+std::vector<CatalogueEntry> ListVariables() {
+  std::vector<CatalogueEntry> entries;
+  std::vector<CatalogueEntry> second_radio;
+  for (const Variable& variable : variables::kVariables) {
+    // The rows of the second radio follow those of the first.
+    if (!IsOfRadio(variable.section)) {
+      entries.insert(entries.end(), second_radio.begin(), second_radio.end());
+      second_radio.clear();
+    } else {
+      second_radio.push_back(Describe(variable, {.section = variable.section, .radio = 1}));
+    }
+    entries.push_back(Describe(variable, {.section = variable.section}));
+  }
+  entries.insert(entries.end(), second_radio.begin(), second_radio.end());
+  return entries;
+}
+
+}  // namespace kio::tools

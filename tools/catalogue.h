@@ -1,0 +1,46 @@
+// The list of all variables, read from the tables that the library serves them by.
+#ifndef TOOLS_CATALOGUE_H
+#define TOOLS_CATALOGUE_H
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace kio::tools {
+
+// A variable; those of an access rule or a site once for all, with "??" for the two digits of the
+// index.
+struct CatalogueEntry {
+  enum class Kind { kText, kInteger, kKeyword };
+
+  std::string name;
+  std::string document_path;
+  // The node that the value is loaded from; empty when it comes from no one node. For an index,
+  // "??" or "(??+N)" stands for its instance.
+  std::string store_node;
+  // What a read of the path gives; empty when it gives the value.
+  std::string path_answer;
+
+  Kind kind = Kind::kText;
+  std::size_t capacity = 0;        // characters of a text
+  std::vector<std::string> words;  // of a keyword
+
+  bool is_writable = false;         // set and validated; otherwise only read
+  bool needs_configurable = false;  // set only while its section is configurable
+  std::string check;                // what a value must be
+
+  bool is_indexed = false;
+  int last_index = 0;       // the first is 0
+  std::string index_count;  // the variable that says how many there are
+};
+
+// In the order of the sections; in each one by name.
+std::vector<CatalogueEntry> ListVariables();
+
+// As a JSON document, and as a page of Markdown.
+std::string CatalogueJson(const std::vector<CatalogueEntry>& entries);
+std::string CatalogueMarkdown(const std::vector<CatalogueEntry>& entries);
+
+}  // namespace kio::tools
+
+#endif  // TOOLS_CATALOGUE_H
