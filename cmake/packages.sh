@@ -24,6 +24,7 @@ test_packages=(
   libgtest-dev
   libpugixml-dev
   librapidxml-dev
+  nlohmann-json3-dev
   shellcheck
   valgrind
 )

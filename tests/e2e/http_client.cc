@@ -121,18 +121,31 @@ bool Connection::ReadMore() {
   return true;
 }
 
-std::string PostRequest(const std::string& url, const std::string& body) {
-  return "POST " + url +
+std::string BodyRequest(const std::string& method, const std::string& url,
+                        const std::string& body) {
+  return method + " " + url +
          " HTTP/1.1\r\nHost: router\r\nContent-Length: " + std::to_string(body.size()) +
          "\r\n\r\n" + body;
+}
+
+std::string PostRequest(const std::string& url, const std::string& body) {
+  return BodyRequest("POST", url, body);
 }
 
 HttpResponse Post(int port, const std::string& url, const std::string& body) {
   return Request(port, PostRequest(url, body));
 }
 
+HttpResponse Put(int port, const std::string& url, const std::string& body) {
+  return Request(port, BodyRequest("PUT", url, body));
+}
+
 HttpResponse Get(int port, const std::string& url) {
   return Request(port, "GET " + url + " HTTP/1.1\r\nHost: router\r\n\r\n");
+}
+
+HttpResponse Delete(int port, const std::string& url) {
+  return Request(port, "DELETE " + url + " HTTP/1.1\r\nHost: router\r\n\r\n");
 }
 
 HttpResponse Request(int port, const std::string& request) {

@@ -45,11 +45,14 @@ class Connection {
   std::string received_;
 };
 
-// A request with a body of known length.
+// Requests with a body of known length.
+std::string BodyRequest(const std::string& method, const std::string& url, const std::string& body);
 std::string PostRequest(const std::string& url, const std::string& body);
 
 HttpResponse Post(int port, const std::string& url, const std::string& body);
+HttpResponse Put(int port, const std::string& url, const std::string& body);
 HttpResponse Get(int port, const std::string& url);
+HttpResponse Delete(int port, const std::string& url);
 HttpResponse Request(int port, const std::string& request);
 
 #endif  // TESTS_E2E_HTTP_CLIENT_H
