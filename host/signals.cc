@@ -58,7 +58,7 @@ void WaitForEvents(int max_fd, fd_set* read_set, fd_set* write_set, fd_set* exce
   for (const int signal_number : kWaitedFor) {
     sigdelset(&mask, signal_number);
   }
-  // With a descriptor ready, pselect looks at no signal: a busy client would put them all off.
+  // With a descriptor ready, pselect looks at no signal: busy clients could put them off.
   sigset_t blocked;
   sigprocmask(SIG_SETMASK, &mask, &blocked);
   sigprocmask(SIG_SETMASK, &blocked, nullptr);
