@@ -145,6 +145,8 @@ bool Variables::CommitIsTicking() const {
 
 void Variables::BeginSeries() {
   if (!in_series_ || exchanges_seen_ != exchange_->count()) {
+    // The mode of the last exchange stays; in cloning mode nothing of the device's own is applied.
+    rssXmlData.apCloningOnly = 0;
     init_RssVar();
     in_series_ = true;
     exchanges_seen_ = exchange_->count();

@@ -44,7 +44,7 @@ examples=0
 for _ in "$work"/*.sh; do
   examples=$((examples + 1))
 done
-((examples >= 6)) || { echo "found $examples examples only"; exit 1; }
+((examples >= 10)) || { echo "found $examples examples only"; exit 1; }
 for ((i = 1; i <= examples; ++i)); do
   echo "example $i: $(head -n 1 "$work/$i.sh")"
   bash -euo pipefail "$work/$i.sh" >"$work/$i.got"

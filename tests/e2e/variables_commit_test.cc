@@ -135,6 +135,13 @@ TEST_F(VariableActionTest, WhatIsRefusedWhileItIsAppliedIsUndone) {
   EXPECT_EQ(host_.Node("/sys/friendlyname"), "Loft");
 }
 
+TEST_F(VariableActionTest, ACloningExchangeDoesNotKeepTheNameFromBeingApplied) {
+  Start();
+  EXPECT_EQ(Post(host_.port(), "/settings?cloning=1", FactoryDocument()).status, 200);
+  ApplyName("Attic");
+  EXPECT_EQ(host_.Node("/sys/friendlyname"), "Attic");
+}
+
 TEST_F(VariableActionTest, ABatchWithActionsIsOneTransaction) {
   Start();
   const std::string before = host_.Dump();
