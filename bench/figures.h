@@ -117,6 +117,7 @@ void RegisterReading();
 void RegisterSearch();
 void RegisterExchange();
 void RegisterLog();
+void RegisterVariables();
 
 }  // namespace kio::bench
 

@@ -62,6 +62,7 @@ int main(int argc, char** argv) {
   kio::bench::RegisterSearch();
   kio::bench::RegisterExchange();
   kio::bench::RegisterLog();
+  kio::bench::RegisterVariables();
   benchmark::RunSpecifiedBenchmarks();
   kio::bench::PrintFigures();
   if (figures_file != nullptr && !kio::bench::WriteFigures(figures_file)) {
