@@ -135,12 +135,13 @@ std::string BatchOf40() {
   std::string batch;
   for (const char* radio : {"Wl2", "Wl5"}) {
     const std::string prefix = "rss_" + std::string(radio);
-    batch += prefix + "_Acl_WlAcEnbl=1&" + prefix + "_Acl_AcRuleNo=18&";
+    batch.append(prefix).append("_Acl_WlAcEnbl=1&");
+    batch.append(prefix).append("_Acl_AcRuleNo=18&");
     for (int rule = 0; rule < 18; ++rule) {
       char pair[64];
       std::snprintf(pair, sizeof(pair), "_Acl_R%02d_MAC=02:00:5E:00:00:%02X&", rule,
                     static_cast<unsigned int>(rule));
-      batch += prefix + pair;
+      batch.append(prefix).append(pair);
     }
   }
   return batch;

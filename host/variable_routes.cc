@@ -72,7 +72,7 @@ std::optional<Reply> CheckPathArgument(const RequestView& request) {
 
 std::optional<Reply> CheckSeparator(const RequestView& request) {
   const std::string_view separator = request.Argument("separator").value_or("&");
-  return separator.size() == 1 && separator != std::string_view("", 1)
+  return separator.size() == 1 && separator.front() != '\0'
              ? std::nullopt
              : std::optional(ErrorReply(MHD_HTTP_BAD_REQUEST, "separator takes one character"));
 }

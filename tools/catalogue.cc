@@ -59,7 +59,7 @@ std::string NamePrefix(Section section, int radio) {
 
 // What the snapshot puts before the node of a field.
 std::string NodePrefix(const Place& place) {
-  const std::string radio = settings::RadioPath(place.radio).c_str();
+  std::string radio = settings::RadioPath(place.radio).c_str();
   switch (place.section) {
     case Section::kUplink:
       return "/uplink";

@@ -166,6 +166,7 @@ TEST_F(VariableActionTest, TheCommitRunsOnceAmongRequests) {
   const auto end = Clock::now() + std::chrono::seconds(5);
   std::array<int, kClients> answered = {};
   std::vector<std::thread> clients;
+  clients.reserve(kClients);
   for (int& count : answered) {
     clients.emplace_back([this, end, &count] {
       std::string requests;
