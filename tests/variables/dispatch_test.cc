@@ -143,7 +143,7 @@ TEST_F(DispatchTest, TheFirstFourCharactersAreNotLookedAt) {
   EXPECT_EQ(Read("DeviceName").code, 2U);
 }
 
-// Quirk "three-characters-choose-the-group".
+// Quirk "three-characters-choose".
 TEST_F(DispatchTest, ThreeCharactersChooseTheGroup) {
   Host().Set("/fwupgradeinfo/vendor", "Someone");
   EXPECT_EQ(Read("rss_Version_major"), (Answer{0, "1"}));

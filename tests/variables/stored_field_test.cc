@@ -62,7 +62,7 @@ TEST_P(StoredFieldTest, IsWritten) {
   EXPECT_EQ(Read(field_.name), (Answer{0, field_.read_back}));
 }
 
-// Quirk "read-empties-before-the-write": a read empties the buffer first, so that what is written
+// Quirk "reading-empties-before-writing": a read empties the buffer first, so that what is written
 // or checked with it is the empty text.
 TEST_P(StoredFieldTest, AReadWithAWriteWritesTheEmptyText) {
   const RecordWatch record;
