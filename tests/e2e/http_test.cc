@@ -14,6 +14,7 @@ namespace {
 
 using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
+using ::testing::StartsWith;
 
 constexpr size_t kMaxBody = size_t{64} * 1024;
 
@@ -66,7 +67,8 @@ TEST_F(HttpTest, OtherPathsDoNotExist) {
   for (const char* url : {"/", "/settings/", "/Settings", "/result/x", "/../device", "*"}) {
     const HttpResponse answer = Get(host_.port(), url);
     EXPECT_EQ(answer.status, 404) << url;
-    EXPECT_EQ(answer.body, "there is only /settings, /result and /device\n") << url;
+    EXPECT_EQ(answer.body, "there is only /settings, /result, /device, /vars and /actions\n")
+        << url;
   }
   EXPECT_EQ(Post(host_.port(), "/", FactoryDocument()).status, 404);
 }
