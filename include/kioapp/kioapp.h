@@ -19,6 +19,7 @@
 #ifndef KIOAPP_KIOAPP_H
 #define KIOAPP_KIOAPP_H
 
+#include "kioapp/firmware.h"
 #include "kioapp/log.h"
 #include "kioapp/platform.h"
 #include "kioapp/record.h"

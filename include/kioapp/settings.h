@@ -108,6 +108,27 @@ KIOAPP_API unsigned int do_RssXml_Commit(void);
  * case. */
 KIOAPP_API unsigned int do_RssXml_Commit_for_ApCloning(int full);
 
+/* Writes a small document of one level into the temporary directory, an element a call: the first
+ * call begins the file, that with `closing` not 0 ends it, and the next one begins a new file.
+ *
+ *     write_TmpXmlFile("size.xml", "width", "3", 0);
+ *     write_TmpXmlFile("size.xml", "height", "4", 1);
+ *
+ *     <?xml version="1.0" ?><root><width>3</width>
+ *     <height>4</height></root>
+ *
+ * The element is written by a shell command of at most 255 characters, what is longer is cut;
+ * `value` is not encoded for XML. Returns the status of the command. */
+KIOAPP_API int write_TmpXmlFile(const char *fileName, const char *tag, const char *value,
+                                int closing);
+
+/* The same with `closing` set: a document of one element. */
+KIOAPP_API int write_ResultXmlFile(const char *fileName, const char *tag, const char *value);
+
+/* Returns 1 when a radio that chooses its channel itself uses another one than at the last call,
+ * else 0. Meant to be called every now and then. */
+KIOAPP_API int checkWlanChannelUsing(void);
+
 KIOAPP_END_DECLS
 
 #endif

@@ -1,6 +1,5 @@
 #include "platform/stations.h"
 
-#include <fcntl.h>
 #include <net/if.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
@@ -10,6 +9,7 @@
 
 #include "platform/command.h"
 #include "platform/file.h"
+#include "platform/line_reader.h"
 #include "platform/store.h"
 #include "platform/text.h"
 
@@ -23,39 +23,6 @@ constexpr int kInterfacesPerRadio = 4;
 
 // Entries that the last run wrote into the list.
 int g_listed_stations = 0;
-
-// The lines of a file. A line of more than 255 characters is handed out in pieces.
-class LineReader {
- public:
-  static constexpr std::size_t kLineSize = 256;
-
-  explicit LineReader(const char* path) : file_(OpenFile(path, O_RDONLY)) {}
-
-  // Reads the next line, its end included; false when there is none.
-  bool Next(char (&line)[kLineSize]) {
-    std::size_t size = 0;
-    while (size < kLineSize - 1 && (next_ < filled_ || Fill())) {
-      line[size++] = chunk_[next_++];
-      if (line[size - 1] == '\n') {
-        break;
-      }
-    }
-    line[size] = '\0';
-    return size > 0;
-  }
-
- private:
-  bool Fill() {
-    next_ = 0;
-    filled_ = file_.ok() ? ReadSome(file_, chunk_, sizeof(chunk_)) : 0;
-    return filled_ > 0;
-  }
-
-  FileDescriptor file_;
-  std::size_t next_ = 0;
-  std::size_t filled_ = 0;
-  char chunk_[512] = {};
-};
 
 // A line of the driver's answer, "assoclist MAC RSSI". The MAC is terminated inside the line.
 struct StationLine {
@@ -90,9 +57,10 @@ void ListStations(const char* interface_name) {
       .Append(kDriverAnswer);
   RunCommand(command);
 
-  LineReader lines(kDriverAnswer);
+  constexpr std::size_t kLineSize = 256;
+  LineReader<kLineSize> lines(kDriverAnswer);
   StorePath list(kStationList);
-  char line[LineReader::kLineSize];
+  char line[kLineSize];
   StationLine station = {};
   while (lines.Next(line)) {
     if (ParseStationLine(line, &station)) {

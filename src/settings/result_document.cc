@@ -3,6 +3,7 @@
 #include "kioapp/settings.h"
 #include "platform/command.h"
 #include "platform/log.h"
+#include "platform/shell_text.h"
 #include "platform/text.h"
 #include "settings/find_element.h"
 
@@ -31,13 +32,8 @@ int Echo(TextView before, TextView message, TextView after, TextView redirection
   char quoted_line[kCommandSize * 4];
   TextBuffer quoted(quoted_line);
   quoted.Append(TextView(line, begin));
-  for (const char character : TextView(line + begin, end - begin)) {
-    if (character == '\'') {
-      quoted.Append("'\\''");
-    } else {
-      quoted.Append(character);
-    }
-  }
+  platform::AppendShellText(quoted, platform::ShellQuotes::kSingle,
+                            TextView(line + begin, end - begin));
   quoted.Append(TextView(line + end, command.size() - end));
   return RunCommand(quoted.c_str());
 }

@@ -1,0 +1,82 @@
+#include "firmware/download.h"
+
+#include <cstring>
+
+#include "platform/shell_text.h"
+
+namespace kio::firmware {
+namespace {
+
+using platform::TextBuffer;
+using platform::TextView;
+
+constexpr TextView kFileKeyword = "$savefn";
+constexpr TextView kAddressKeyword = "$url";
+
+// How file and address are put into the command.
+enum class Style { kForShell, kPlain };
+
+bool Begins(const char* text, TextView prefix) {
+  return std::strncmp(text, prefix.data(), prefix.size()) == 0;
+}
+
+// Puts `text` in where the template has been read up to.
+void AppendText(TextBuffer& command, const platform::ShellQuoteReader& reader, TextView text) {
+  // A backslash of the template's own escapes the first character already.
+  if (reader.is_escaping() && !text.empty()) {
+    command.Append(text.front());
+    text.remove_prefix(1);
+  }
+  platform::AppendShellText(command, reader.quotes(), text);
+}
+
+void Build(const char* command_template, const Download& download, Style style,
+           TextBuffer& command) {
+  // Quirk "template-without-savefn": nothing is put into it, no address either.
+  const bool has_keywords = std::strstr(command_template, kFileKeyword.data()) != nullptr;
+  platform::ShellQuoteReader reader;
+  for (const char* rest = command_template; *rest != '\0';) {
+    const bool is_file = has_keywords && Begins(rest, kFileKeyword);
+    if (!is_file && !(has_keywords && Begins(rest, kAddressKeyword))) {
+      reader.Read(*rest);
+      command.Append(*rest);
+      ++rest;
+      continue;
+    }
+    const TextView text = is_file ? download.file : download.address;
+    if (style == Style::kPlain) {
+      command.Append(text);
+    } else {
+      AppendText(command, reader, text);
+    }
+    // Whatever was put in, it left the quotes as they were, and no backslash open.
+    if (reader.is_escaping() && !text.empty()) {
+      reader.Read(text.front());
+    }
+    rest += is_file ? kFileKeyword.size() : kAddressKeyword.size();
+  }
+  command.Append(download.in_background ? " &" : "");
+}
+
+}  // namespace
+
+bool BuildDownloadCommand(const char* command_template, const Download& download,
+                          char (&command)[kDownloadSize]) {
+  TextBuffer text(command);
+  Build(command_template, download, Style::kForShell, text);
+  return text.size() < kDownloadSize - 1;
+}
+
+void ReadDownloadTag(const char* command_template, const Download& download, char (&tag)[16]) {
+  char command[512];
+  TextBuffer text(command);
+  Build(command_template, download, Style::kPlain, text);
+  TextBuffer first(tag);
+  for (const char character : text.view()) {
+    if (character != '"' && character != '\'') {
+      first.Append(character);
+    }
+  }
+}
+
+}  // namespace kio::firmware
