@@ -118,6 +118,7 @@ void RegisterSearch();
 void RegisterExchange();
 void RegisterLog();
 void RegisterVariables();
+void RegisterFirmware();
 
 }  // namespace kio::bench
 

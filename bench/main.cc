@@ -63,6 +63,7 @@ int main(int argc, char** argv) {
   kio::bench::RegisterExchange();
   kio::bench::RegisterLog();
   kio::bench::RegisterVariables();
+  kio::bench::RegisterFirmware();
   benchmark::RunSpecifiedBenchmarks();
   kio::bench::PrintFigures();
   if (figures_file != nullptr && !kio::bench::WriteFigures(figures_file)) {

@@ -26,7 +26,9 @@ test_packages=(
   librapidxml-dev
   nlohmann-json3-dev
   shellcheck
+  u-boot-tools
   valgrind
+  zlib1g-dev
 )
 
 case ${1:-test} in

@@ -64,7 +64,7 @@ Crc Slice(Crc crc, const unsigned char* data, std::size_t size) {
 // table; the last d words then hold what is left.
 //
 // kOffsets are the smallest such numbers. That none is near 0 lets many words be folded at once.
-constexpr std::size_t kOffsets[] = {145, 183, 211, 300};
+constexpr std::size_t kOffsets[4] = {145, 183, 211, 300};
 constexpr std::size_t kReach = 300;
 constexpr std::size_t kWordSize = sizeof(Crc);
 
@@ -130,9 +130,9 @@ class Folder {
 
   [[gnu::always_inline]] void FoldPair(std::size_t i, Pair pair) {
     Crc* const word = words_ + kReach + i;
-    for (const std::size_t offset : kOffsets) {
-      pair ^= Load(word - offset);
-    }
+    // Written out: a loop over the offsets takes twice the time.
+    pair ^= Load(word - kOffsets[0]) ^ Load(word - kOffsets[1]) ^ Load(word - kOffsets[2]) ^
+            Load(word - kOffsets[3]);
     std::memcpy(word, &pair, sizeof(pair));
   }
 

@@ -1,4 +1,5 @@
 // The firmware list: which of its entries fits this router.
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 
@@ -10,7 +11,9 @@
 #include "platform/log.h"
 #include "platform/store.h"
 #include "platform/text.h"
+#include "platform/text_functions.h"
 #include "settings/find_element.h"
+#include "settings/item_reader.h"
 #include "settings/xml_values.h"
 
 FwXmlData fwXmlData = {};
@@ -45,69 +48,15 @@ constexpr ListNames kLists[] = {
 };
 constexpr int kListKinds = static_cast<int>(sizeof(kLists) / sizeof(kLists[0]));
 
-// The items of a list, one after the other.
-class ItemReader {
- public:
-  ItemReader(const Block& container, TextView key)
-      : container_(container), key_(key), in_order_(container), position_(container.text) {}
-
-  // The next item; null text when there is none or it is empty.
-  Block Next() {
-    Element item = in_order_.TakeNext(key_);
-    if (!item.is_complete()) {
-      item = Search();
-    }
-    if (!item.is_complete() || item.content.length <= 0) {
-      return {};
-    }
-    position_ = item.content.text;
-    return item.content;
-  }
-
- private:
-  // The first item behind the position, which may lie in the content of the item before.
-  Element Search() {
-    const Block rest = container_.From(position_);
-    char* const tag = settings::FindTag(rest, key_);
-    if (tag == nullptr) {
-      return {};
-    }
-    // Quirk "empty-item-ends-the-list": an empty element counts where it stands, and not only where
-    // no opening tag follows.
-    const auto gap = static_cast<int>(tag - position_);
-    if (gap > 0 && settings::FindTag({position_, gap, rest.text_end}, key_) != nullptr) {
-      return {};
-    }
-    Element item;
-    char* const content = tag + key_.size() + 2;
-    if (content[-1] == '>' && close_ != nullptr && content <= close_) {
-      // Inside the item before, whose closing tag is the next one here, too.
-      item = {tag, {content, static_cast<int>(close_ - content), rest.text_end}};
-    } else {
-      item = settings::FindElement(container_.From(tag), key_);
-    }
-    if (item.is_complete()) {
-      close_ = item.content.text + item.content.length;
-      in_order_ = settings::BlockReader(container_.From(item.content.text));
-      in_order_.Leave(key_);
-    }
-    return item;
-  }
-
-  Block container_;
-  TextView key_;
-  // Behind the last item, as long as items follow each other.
-  settings::BlockReader in_order_;
-  char* position_;
-  const char* close_ = nullptr;
-};
-
 int TestEntry(const Block& entry);
 
-// Whether `pattern` fits one of the router's own texts.
-int TestPattern(const char* pattern, const char* own_text) {
-  KIO_LOG(kLogDetail, "Match '%s' with '%s'\n", pattern, own_text);
-  return strWildcardCmp(own_text, pattern) == 0 ? KIOAPP_FW_LIST_MATCH : KIOAPP_FW_LIST_NO_MATCH;
+// Whether the beginning of an item, a pattern of at most `limit` characters, fits one of the
+// router's own texts.
+int TestPattern(const Block& item, std::size_t limit, const char* own_text) {
+  const TextView pattern(item.text, std::min(static_cast<std::size_t>(item.length), limit));
+  KIO_LOG(kLogDetail, "Match '%.*s' with '%s'\n", static_cast<int>(pattern.size()), pattern.data(),
+          own_text);
+  return platform::FitsWildcard(own_text, pattern) ? KIOAPP_FW_LIST_MATCH : KIOAPP_FW_LIST_NO_MATCH;
 }
 
 int TestRange(const Block& range) {
@@ -125,29 +74,19 @@ int TestRange(const Block& range) {
 }
 
 int TestItem(const Block& item, int kind) {
-  const TextView text(item.text, static_cast<std::size_t>(item.length));
-  if (kind == KIOAPP_FW_LIST_MAC) {
-    char mac[18];
-    platform::CopyText(mac, text);
-    return TestPattern(mac, fwXmlData.deviceMac);
+  switch (kind) {
+    case KIOAPP_FW_LIST_MAC:
+      return TestPattern(item, 17, fwXmlData.deviceMac);
+    case KIOAPP_FW_LIST_MACS:
+      return TestRange(item);
+    case KIOAPP_FW_LIST_FILE_NAME:
+      return TestPattern(item, 127, fwXmlData.currFileName);
+    default:
+      return TestEntry(item);
   }
-  if (kind == KIOAPP_FW_LIST_FILE_NAME) {
-    char name[128];
-    platform::CopyText(name, text);
-    return TestPattern(name, fwXmlData.currFileName);
-  }
-  return kind == KIOAPP_FW_LIST_MACS ? TestRange(item) : TestEntry(item);
 }
 
-int TestList(const Block& text, int kind) {
-  platform::LogEntry("do_FwEntryList_Parser");
-  const ListNames& names = kLists[kind];
-  const Element container = settings::FindElement(text, names.container);
-  if (!container.is_complete()) {
-    return KIOAPP_FW_LIST_ERROR;
-  }
-  // Quirk "empty-block-reaches-on": an empty list has the items of the rest of the document.
-  ItemReader items(container.content, names.item);
+int TestItems(settings::ItemReader& items, int kind) {
   for (int i = 0; i < kMostItems; ++i) {
     const Block item = items.Next();
     if (item.text == nullptr) {
@@ -160,6 +99,27 @@ int TestList(const Block& text, int kind) {
     }
   }
   return KIOAPP_FW_LIST_NO_MATCH;
+}
+
+// The items of one list or, of a "MacList", the addresses and then the ranges.
+int TestList(const Block& text, int kind, bool ranges_too = false) {
+  platform::LogEntry("do_FwEntryList_Parser");
+  const Element container = settings::FindElement(text, kLists[kind].container);
+  if (!container.is_complete()) {
+    return KIOAPP_FW_LIST_ERROR;
+  }
+  // Quirk "empty-block-reaches-on": an empty list has the items of the rest of the document.
+  settings::ItemReader items(container.content, kLists[kind].item);
+  const int result = TestItems(items, kind);
+  if (result != KIOAPP_FW_LIST_NO_MATCH || !ranges_too) {
+    return result;
+  }
+  platform::LogEntry("do_FwEntryList_Parser");
+  if (items.HasNoOthers()) {
+    return KIOAPP_FW_LIST_NO_MATCH;
+  }
+  settings::ItemReader ranges(container.content, kLists[KIOAPP_FW_LIST_MACS].item);
+  return TestItems(ranges, KIOAPP_FW_LIST_MACS);
 }
 
 bool ReadAddress(const Block& entry, TextView key, char (&address)[128]) {
@@ -177,10 +137,7 @@ int TestLists(const Block& entry) {
   int result = KIOAPP_FW_LIST_NO_MATCH;
   char* const macs = settings::FindTag(entry, "MacList");
   if (macs != nullptr) {
-    result = TestList(entry.From(macs), KIOAPP_FW_LIST_MAC);
-    if (result == KIOAPP_FW_LIST_NO_MATCH) {
-      result = TestList(entry.From(macs), KIOAPP_FW_LIST_MACS);
-    }
+    result = TestList(entry.From(macs), KIOAPP_FW_LIST_MAC, true);
     if (result != KIOAPP_FW_LIST_MATCH) {
       return result;
     }

@@ -80,7 +80,7 @@ class PairSearch {
                                                    const char* last) const {
     const PairSearch search = *this;
     while (position < end) {
-      while (last - position >= 4 * kWidth && !search.IsAnyInFour(position)) {
+      while (position < end && last - position >= 4 * kWidth && !search.IsAnyInFour(position)) {
         position += 4 * kWidth;
       }
       // There is a match in the next four strides, or fewer are left.

@@ -9,5 +9,6 @@ void CheckStoreCalls(void);
 void CheckPlatformCalls(void);
 void CheckExchangeCalls(void);
 void CheckVariableCalls(void);
+void CheckFirmwareCalls(void);
 
 #endif

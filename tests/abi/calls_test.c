@@ -11,5 +11,6 @@ int main(void) {
   CheckStoreCalls();
   CheckExchangeCalls();
   CheckVariableCalls();
+  CheckFirmwareCalls();
   return ExpectStatus();
 }

@@ -133,6 +133,14 @@ typedef struct {
   char scriptPath[128];
 } AbiRssXmlData;
 
+typedef struct {
+  AbiRssSpecVersion specVersion;
+  char fileUrl[128];
+  char notesUrl[128];
+  char deviceMac[18];
+  char currFileName[130];
+} AbiFwXmlData;
+
 typedef struct AbiKioTimer {
   struct AbiKioTimer *next;
   unsigned int remaining;

@@ -152,6 +152,13 @@ static const struct Row kRows[] = {
     MEMBER(RssXmlData, tmpPath, 17995),
     MEMBER(RssXmlData, scriptPath, 18123),
 
+    SIZE(FwXmlData, 448),
+    SECTION(FwXmlData, specVersion, 0),
+    MEMBER(FwXmlData, fileUrl, 44),
+    MEMBER(FwXmlData, notesUrl, 172),
+    MEMBER(FwXmlData, deviceMac, 300),
+    MEMBER(FwXmlData, currFileName, 318),
+
     SIZE(KioTimer, 48),
     /* NOLINTNEXTLINE(bugprone-sizeof-expression): the pointer's size is meant */
     SECTION(KioTimer, next, 0),

@@ -14,6 +14,7 @@ typedef void (*LostKeyHandler)(const char *path, const char *key);
 /* NOLINTEND(bugprone-macro-parentheses) */
 
 OBJECT(RssXmlData, rssXmlData);
+OBJECT(FwXmlData, fwXmlData);
 TABLE(DeviceTypeArray);
 TABLE(WlanEncrypTypeArray);
 TABLE(WlanEncrypModeArray);
@@ -47,6 +48,10 @@ FUNCTION(void, write_RssXml_LostKeyError, (const char *path, const char *key));
 FUNCTION(void, calc_RssExeFlag, (void));
 FUNCTION(unsigned int, do_RssXml_Commit, (void));
 FUNCTION(unsigned int, do_RssXml_Commit_for_ApCloning, (int full));
+FUNCTION(int, write_TmpXmlFile,
+         (const char *fileName, const char *tag, const char *value, int closing));
+FUNCTION(int, write_ResultXmlFile, (const char *fileName, const char *tag, const char *value));
+FUNCTION(int, checkWlanChannelUsing, (void));
 FUNCTION(char *, strstri, (const char *haystack, const char *needle));
 FUNCTION(char *, FindXmlKeyContain_,
          (char *text, int len, const char *key, int *outLen, int headerOnly));
@@ -111,3 +116,16 @@ FUNCTION(int, is_Valid_IP_CheckMask, (const char *mask, const char *a, const cha
 FUNCTION(int, is_Valid_WpaPskKey, (const char *key));
 FUNCTION(int, is_Valid_WepKey, (const char *key, int n));
 FUNCTION(int, validate_RssData, (const char *value, const char *rule));
+FUNCTION(const char *, get_FwServerWebSite, (void));
+FUNCTION(int, do_FwXml_Parser, (char *document, char *fileUrl, char *notesUrl));
+FUNCTION(int, do_FwEntryList_Parser, (char *text, int len, int kind));
+FUNCTION(int, do_FwFirmware_Parser, (char *text, int len));
+FUNCTION(void, do_FwUpgradeAction, (int action));
+FUNCTION(int, check,
+         (const char *path, unsigned int offset, unsigned int length, char *message));
+FUNCTION(unsigned int, crc32,
+         (unsigned int seed, const unsigned char *data, unsigned int length));
+FUNCTION(int, getMTDPartSize, (const char *name));
+FUNCTION(int, mtd_write_bootloader, (const char *file, int offset, int length));
+FUNCTION(int, mtd_write_firmware, (void));
+FUNCTION(int, write_flash_kernel_version, (void));

@@ -260,5 +260,24 @@ TEST(Trim, StripsBlanksAndTabs) {
   }
 }
 
+// A pattern that is a view fits where one that is terminated compares as equal.
+TEST(FitsWildcard, IsWhatTheComparisonGives) {
+  const std::vector<std::string> texts = {"", "a", "b", "ab", "abc", "*", "?", "a*", "*b", "a?", "??",
+                                          "?b", "a?c", "ab*", "abc*", "*?", "a*c", "abcd", "\xFF"};
+  for (const std::string& subject : texts) {
+    for (const std::string& pattern : texts) {
+      EXPECT_EQ(platform::FitsWildcard(subject.c_str(), pattern),
+                strWildcardCmp(subject.c_str(), pattern.c_str()) == 0)
+          << subject << " " << pattern;
+      const std::string longer = pattern + "xyz";
+      EXPECT_EQ(platform::FitsWildcard(subject.c_str(), {longer.data(), pattern.size()}),
+                strWildcardCmp(subject.c_str(), pattern.c_str()) == 0);
+    }
+  }
+  // A terminator ends it before its end.
+  EXPECT_TRUE(platform::FitsWildcard("a", {"a\0b", 3}));
+  EXPECT_FALSE(platform::FitsWildcard("ab", {"a\0b", 3}));
+}
+
 }  // namespace
 }  // namespace kio::test

@@ -1,0 +1,78 @@
+// The elements of one name in a list, one after the other.
+#ifndef KIO_SETTINGS_ITEM_READER_H
+#define KIO_SETTINGS_ITEM_READER_H
+
+#include "platform/text.h"
+#include "settings/find_element.h"
+#include "settings/scan.h"
+
+namespace kio::settings {
+
+// Walks through the elements `key` of a list in the order in which they stand; an element inside
+// another one comes after it. All of them together take one pass over the list.
+class ItemReader {
+ public:
+  // The text of `list` has a known end. `key` is not empty and has at most 100 characters.
+  ItemReader(const Block& list, platform::TextView key);
+
+  // The content of the next element; null text when there is none, when it is empty, or when its
+  // closing tag is missing: the walk ends there.
+  Block Next() {
+    const Block item = in_order_ ? TakeNext() : Block{};
+    return item.text != nullptr ? item : Search();
+  }
+
+  // Once the walk has ended: whether the elements walked through have all the tags of the list, so
+  // that no others are in it.
+  [[nodiscard]] bool HasNoOthers() const { return in_order_; }
+
+ private:
+  enum class Form { kNone, kOpening, kEmpty, kClosing };
+  // A tag of the key.
+  struct Tag {
+    const char* position = nullptr;
+    Form form = Form::kNone;
+  };
+
+  // The element that comes next, if it has no tags inside.
+  [[gnu::always_inline]] Block TakeNext() {
+    const char* const tag = FindTagStart(position_, end_, text_end_);
+    if (tag == nullptr || !IsTag(tag + 1)) {
+      in_order_ = tag == nullptr;
+      return {};
+    }
+    const char* const content = tag + key_.size() + 2;
+    const char* const close = FindTagStart(content, end_, text_end_);
+    if (close == nullptr || close == content || end_ - close < 2 || close[1] != '/' ||
+        !IsTag(close + 2)) {
+      in_order_ = false;
+      return {};
+    }
+    close_ = close;
+    position_ = close + key_.size() + 3;
+    return {const_cast<char*>(content), static_cast<int>(close - content), text_end_};
+  }
+
+  // Whether the key and a '>' stand at `name`.
+  [[nodiscard, gnu::always_inline]] bool IsTag(const char* name) const {
+    return static_cast<std::size_t>(end_ - name) > key_.size() && name[key_.size()] == '>' &&
+           EqualsFold(name, key_.data(), key_.size());
+  }
+
+  [[nodiscard]] Tag FindTag(const char* from) const;
+  [[nodiscard]] Form FormOf(const char* name, const char* begin) const;
+  Block Search();
+
+  platform::TextView key_;
+  const char* end_;
+  const char* text_end_;
+  // Where the search for the next element goes on, and the closing tag of the last one.
+  const char* position_;
+  const char* close_ = nullptr;
+  // Whether every tag so far belonged to an element that was walked through.
+  bool in_order_ = true;
+};
+
+}  // namespace kio::settings
+
+#endif
