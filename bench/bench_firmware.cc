@@ -24,8 +24,7 @@ using ZlibCrc = unsigned long (*)(unsigned long, const unsigned char*, unsigned 
 // Looked up, for it has the name of the library's.
 ZlibCrc FindZlibCrc() {
   void* const zlib = dlopen(KIO_ZLIB, RTLD_NOW | RTLD_LOCAL);
-  const auto function =
-      zlib != nullptr ? reinterpret_cast<ZlibCrc>(dlsym(zlib, "crc32")) : nullptr;
+  const auto function = zlib != nullptr ? reinterpret_cast<ZlibCrc>(dlsym(zlib, "crc32")) : nullptr;
   if (function == nullptr) {
     std::fprintf(stderr, "cannot find zlib's crc32\n");
     std::exit(1);
@@ -156,19 +155,19 @@ void List(benchmark::State& state) {
     std::fprintf(stderr, "the lists read differently\n");
     std::exit(1);
   }
-  const Pair pair =
-      MeasurePair(state, [&] { ParseByLibrary(list); }, [&] { ParseByRapidxml(list); });
+  const Pair pair = MeasurePair(
+      state, [&] { ParseByLibrary(list); }, [&] { ParseByRapidxml(list); });
   AddFigure({"firmware: list of 100 x 20, ns", pair.first, "ns"});
-  AddFigure({"firmware: list of 100 x 20, library / rapidxml", pair.ratio, "x time",
-             Bound::kAtMost, 0.75});
+  AddFigure({"firmware: list of 100 x 20, library / rapidxml", pair.ratio, "x time", Bound::kAtMost,
+             0.75});
 }
 
 void ListGrowth(benchmark::State& state) {
   StoreRouter();
   const std::string small = MakeList(100, 20);
   const std::string large = MakeList(100, 100);
-  const Pair pair =
-      MeasurePair(state, [&] { ParseByLibrary(large); }, [&] { ParseByLibrary(small); });
+  const Pair pair = MeasurePair(
+      state, [&] { ParseByLibrary(large); }, [&] { ParseByLibrary(small); });
   AddFigure({"firmware: cost per byte, 100 items / 20 items",
              pair.ratio * static_cast<double>(small.size()) / static_cast<double>(large.size()),
              "x", Bound::kAtMost, 1.2});

@@ -113,8 +113,8 @@ void Initialise() {
   char line[4096];
   TextBuffer command(line);
   command.Append("rm -f");
-  for (const char* const file : {kStatusFile, static_cast<const char*>(image), kNotesFile,
-                                 kProcessFile}) {
+  for (const char* const file :
+       {kStatusFile, static_cast<const char*>(image), kNotesFile, kProcessFile}) {
     command.Append(" \"");
     AppendShellText(command, ShellQuotes::kDouble, rssXmlData.tmpPath);
     command.Append('/');
@@ -291,9 +291,9 @@ void WriteVersion() {
 }
 
 void WriteSize() {
-  constexpr float kLargest = 20000000;
+  constexpr float kLargest = 20000000.0F;
   constexpr float kPart = 0.0009765625F;
-  constexpr float kNextUnit = 1000;
+  constexpr float kNextUnit = 1000.0F;
   char image[kNodeSize];
   ReadImageName(image);
   char path[kPathSize];

@@ -26,7 +26,8 @@ class ShellQuoteReader {
 };
 
 // Appends `text` so that the shell takes it as it is between such quotes: what would act as shell
-// syntax is escaped, all else is left alone. Without quotes, patterns ('*', '?', '[') stay in force.
+// syntax is escaped, all else is left alone. Without quotes, patterns ('*', '?', '[') stay in
+// force.
 void AppendShellText(TextBuffer& command, ShellQuotes quotes, TextView text);
 
 }  // namespace kio::platform

@@ -5,18 +5,15 @@ namespace kio::settings {
 using platform::TextView;
 
 ItemReader::ItemReader(const Block& list, TextView key)
-    : key_(key),
-      end_(list.Search().known()),
-      text_end_(list.text_end),
-      position_(list.text) {}
+    : key_(key), end_(list.Search().known()), text_end_(list.text_end), position_(list.text) {}
 
 Block ItemReader::Search() {
   Tag tag;
   do {
     tag = FindTag(tag.position != nullptr ? tag.position + 1 : position_);
   } while (tag.form == Form::kClosing);
-  // Quirk "empty-item-ends-the-list": an empty element counts where it stands, and not only where no
-  // opening tag follows.
+  // Quirk "empty-item-ends-the-list": an empty element counts where it stands, and not only where
+  // no opening tag follows.
   if (tag.form != Form::kOpening) {
     return {};
   }

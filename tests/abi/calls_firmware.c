@@ -26,7 +26,7 @@ static void CheckChannels(void) {
   EXPECT_INT(checkWlanChannelUsing(), 0);
 }
 
-#define ENTRY                                                                \
+#define ENTRY                                                                 \
   "<Firmware><MacList><MAC>*</MAC></MacList><FwURL>/AB12_FW1.0.8.bin</FwURL>" \
   "<NotesURL>/AB12.txt</NotesURL></Firmware>"
 

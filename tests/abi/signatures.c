@@ -121,10 +121,8 @@ FUNCTION(int, do_FwXml_Parser, (char *document, char *fileUrl, char *notesUrl));
 FUNCTION(int, do_FwEntryList_Parser, (char *text, int len, int kind));
 FUNCTION(int, do_FwFirmware_Parser, (char *text, int len));
 FUNCTION(void, do_FwUpgradeAction, (int action));
-FUNCTION(int, check,
-         (const char *path, unsigned int offset, unsigned int length, char *message));
-FUNCTION(unsigned int, crc32,
-         (unsigned int seed, const unsigned char *data, unsigned int length));
+FUNCTION(int, check, (const char *path, unsigned int offset, unsigned int length, char *message));
+FUNCTION(unsigned int, crc32, (unsigned int seed, const unsigned char *data, unsigned int length));
 FUNCTION(int, getMTDPartSize, (const char *name));
 FUNCTION(int, mtd_write_bootloader, (const char *file, int offset, int length));
 FUNCTION(int, mtd_write_firmware, (void));

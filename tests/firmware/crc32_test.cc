@@ -44,7 +44,8 @@ TEST(Crc32, SizesAroundTheStrides) {
   const std::string bytes = SomeBytes(20000, 2);
   for (const std::size_t middle : {1200U, 2048U, 3248U, 4096U, 5296U, 7344U, 9392U, 16384U}) {
     for (std::size_t size = middle - 20; size <= middle + 20; ++size) {
-      ASSERT_EQ(Crc(bytes.substr(size % 7, size)), PlainCrc32(bytes.substr(size % 7, size))) << size;
+      ASSERT_EQ(Crc(bytes.substr(size % 7, size)), PlainCrc32(bytes.substr(size % 7, size)))
+          << size;
     }
   }
 }
@@ -52,7 +53,8 @@ TEST(Crc32, SizesAroundTheStrides) {
 TEST(Crc32, SeedContinues) {
   const std::string bytes = SomeBytes(20000, 3);
   const unsigned int whole = PlainCrc32(bytes);
-  for (const std::size_t size : {0U, 1U, 7U, 64U, 1199U, 3247U, 3248U, 5000U, 16751U, 19999U, 20000U}) {
+  for (const std::size_t size :
+       {0U, 1U, 7U, 64U, 1199U, 3247U, 3248U, 5000U, 16751U, 19999U, 20000U}) {
     EXPECT_EQ(Crc(bytes.substr(size), Crc(bytes.substr(0, size))), whole) << size;
   }
 }

@@ -130,7 +130,8 @@ TEST_F(FirmwareTest, NamesMatchInAnyCase) {
 
 TEST_F(FirmwareTest, TagsWithAttributesAreNotFound) {
   EXPECT_EQ(Parse(Element("root", Version("1", "0") + "<FirmwareList a='b'></FirmwareList>")), 0);
-  EXPECT_EQ(Parse(FirmwareList("<Firmware id='1'>" + kAll + "</Firmware>" + Entry(kAll, "new"))), 2);
+  EXPECT_EQ(Parse(FirmwareList("<Firmware id='1'>" + kAll + "</Firmware>" + Entry(kAll, "new"))),
+            2);
 }
 
 // The file that runs is not newer.
@@ -140,8 +141,8 @@ class RunningTest : public FirmwareTest,
 TEST_P(RunningTest, IsComparedByItsName) {
   host_.Set("/fwupgradeinfo/currfwfilename", "a.bin");
   const auto [address, result] = GetParam();
-  EXPECT_EQ(Parse(FirmwareList(Element("Firmware", kAll + Element("FwURL", address) +
-                                                       Element("NotesURL", "/n")))),
+  EXPECT_EQ(Parse(FirmwareList(
+                Element("Firmware", kAll + Element("FwURL", address) + Element("NotesURL", "/n")))),
             result);
   EXPECT_EQ(host_.Writes().empty(), result != 2);
   EXPECT_EQ(file_url_[0] == '\0', result != 2);
@@ -155,8 +156,8 @@ INSTANTIATE_TEST_SUITE_P(Addresses, RunningTest,
                                            std::pair{"/", 1}, std::pair{"/?a", 1},
                                            std::pair{"/A.bin", 2}, std::pair{"/b.bin", 2},
                                            std::pair{"/a.bin?x=/b.bin", 2},
-                                           std::pair{"/b.bin?x=/a.bin", 1},
-                                           std::pair{"", 2}, std::pair{"a.bin", 2}));
+                                           std::pair{"/b.bin?x=/a.bin", 1}, std::pair{"", 2},
+                                           std::pair{"a.bin", 2}));
 
 TEST_F(FirmwareTest, AddressesAreDecodedAndCut) {
   const std::string server = kServer;
@@ -166,8 +167,8 @@ TEST_F(FirmwareTest, AddressesAreDecodedAndCut) {
   EXPECT_EQ(file_url_, server + "/a?b&c<");
   EXPECT_EQ(notes_url_, server + "/n'");
   const std::string length(10000, 'u');
-  EXPECT_EQ(Parse(FirmwareList(Element("Firmware", kAll + Element("FwURL", length) +
-                                                       Element("NotesURL", length + "n")))),
+  EXPECT_EQ(Parse(FirmwareList(Element(
+                "Firmware", kAll + Element("FwURL", length) + Element("NotesURL", length + "n")))),
             2);
   EXPECT_EQ(file_url_, (server + length).substr(0, 127));
   EXPECT_EQ(notes_url_, (server + length).substr(0, 127));
@@ -192,8 +193,8 @@ TEST_F(FirmwareTest, StateOfTheStoreIsReadEachTime) {
 
 TEST_F(FirmwareTest, LogOfAMatch) {
   log_file::Start(7);
-  const std::string list = FirmwareList(
-      Entry(Element("MacList", Element("MAC", "x") + Range("00", "FF")) + MatchList({"AB12*"}), "n"));
+  const std::string list = FirmwareList(Entry(
+      Element("MacList", Element("MAC", "x") + Range("00", "FF")) + MatchList({"AB12*"}), "n"));
   EXPECT_EQ(Parse(list), 2);
   const std::vector<std::string> expected = {
       "1000:do_FwXml_Parser]",
@@ -245,8 +246,8 @@ TEST_F(FirmwareTest, LogOfFailuresAtLevelSix) {
 TEST_F(FirmwareTest, LogOfTheRunningFile) {
   log_file::Start(7);
   host_.Set("/fwupgradeinfo/currfwfilename", "a.bin");
-  EXPECT_EQ(Parse(FirmwareList(Element("Firmware", kAll + Element("FwURL", "/fw/a.bin?x=1") +
-                                                       Element("NotesURL", "/n")))),
+  EXPECT_EQ(Parse(FirmwareList(Element(
+                "Firmware", kAll + Element("FwURL", "/fw/a.bin?x=1") + Element("NotesURL", "/n")))),
             1);
   const std::vector<std::string> lines = log_file::Lines();
   ASSERT_GE(lines.size(), 3U);

@@ -78,13 +78,13 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     Names, ListTest,
-    ::testing::Values(
-        Case{3, MatchList({"AB12_FW1.0.2.bin"}), 2}, Case{3, MatchList({"AB12*"}), 2},
-        Case{3, MatchList({"ab12*"}), 1}, Case{3, MatchList({"AB12_FW1.0.?.bin"}), 2},
-        Case{3, MatchList({"AB12_FW1.0.2"}), 1}, Case{3, MatchList({"x", "y", "*"}), 2},
-        Case{3, MatchList({"x", "", "*"}), 1}, Case{3, "<MatchList><Match/><Match>*</Match></MatchList>", 1},
-        Case{3, "<MatchList><Match /></MatchList>", 1}, Case{3, "<MatchList/>", 1},
-        Case{3, Element("Match", "*"), 0}, Case{3, MacList({"*"}), 0}));
+    ::testing::Values(Case{3, MatchList({"AB12_FW1.0.2.bin"}), 2}, Case{3, MatchList({"AB12*"}), 2},
+                      Case{3, MatchList({"ab12*"}), 1}, Case{3, MatchList({"AB12_FW1.0.?.bin"}), 2},
+                      Case{3, MatchList({"AB12_FW1.0.2"}), 1},
+                      Case{3, MatchList({"x", "y", "*"}), 2}, Case{3, MatchList({"x", "", "*"}), 1},
+                      Case{3, "<MatchList><Match/><Match>*</Match></MatchList>", 1},
+                      Case{3, "<MatchList><Match /></MatchList>", 1}, Case{3, "<MatchList/>", 1},
+                      Case{3, Element("Match", "*"), 0}, Case{3, MacList({"*"}), 0}));
 
 INSTANTIATE_TEST_SUITE_P(Kinds, ListTest,
                          ::testing::Values(Case{-1, MacList({"*"}), 0}, Case{4, MacList({"*"}), 0},
@@ -134,8 +134,10 @@ TEST_F(MatchTest, HundredItemsAtMost) {
     entries += Entry(MacList({"x"}), "old");
   }
   EXPECT_EQ(ParseList(Element("FirmwareList", entries + Entry(MacList({"*"}), "new")), 0), 2);
-  EXPECT_EQ(ParseList(Element("FirmwareList", entries + Entry("", "old") + Entry(MacList({"*"}), "new")), 0),
-            1);
+  EXPECT_EQ(
+      ParseList(Element("FirmwareList", entries + Entry("", "old") + Entry(MacList({"*"}), "new")),
+                0),
+      1);
 }
 
 // An empty list has the items of the rest of the document.
@@ -175,7 +177,8 @@ INSTANTIATE_TEST_SUITE_P(
         EntryCase{"names first", MatchList({"*"}) + MacList({"*"}), 2},
         EntryCase{"MAC does not fit", MacList({"x"}) + MatchList({"*"}), 1},
         EntryCase{"name does not fit", MacList({"*"}) + MatchList({"x"}), 1},
-        EntryCase{"range after the addresses", Element("MacList", Element("MAC", "x") + Range("00", "FF")), 2},
+        EntryCase{"range after the addresses",
+                  Element("MacList", Element("MAC", "x") + Range("00", "FF")), 2},
         EntryCase{"neither address nor range", kMixed, 1},
         EntryCase{"address after the ranges",
                   Element("MacList", Element("MACs", "bad") + Element("MAC", "*")), 2},
@@ -186,15 +189,16 @@ INSTANTIATE_TEST_SUITE_P(
         EntryCase{"a list in another element", Element("b", MacList({"*"})), 2}));
 
 TEST_F(MatchTest, FirstEntryThatFitsWins) {
-  EXPECT_EQ(Parse(FirmwareList(Entry(MacList({"x"}), "a") + Entry("", "b") + Entry(MacList({"*"}), "c") +
-                               Entry(MacList({kMac}), "d"))),
+  EXPECT_EQ(Parse(FirmwareList(Entry(MacList({"x"}), "a") + Entry("", "b") +
+                               Entry(MacList({"*"}), "c") + Entry(MacList({kMac}), "d"))),
             2);
   EXPECT_STREQ(file_url_, (std::string(kServer) + "/c.bin").c_str());
 }
 
 // The entry that fits names the file that runs: later ones are not looked at.
 TEST_F(MatchTest, RunningFileEndsTheSearch) {
-  EXPECT_EQ(Parse(FirmwareList(Entry(MacList({"*"}), "AB12_FW1.0.2") + Entry(MacList({"*"}), "new"))), 1);
+  EXPECT_EQ(
+      Parse(FirmwareList(Entry(MacList({"*"}), "AB12_FW1.0.2") + Entry(MacList({"*"}), "new"))), 1);
 }
 
 TEST_F(MatchTest, EmptyEntryEndsTheList) {

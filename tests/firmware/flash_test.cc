@@ -50,16 +50,17 @@ TEST_F(FlashTest, SizeOfAPartition) {
 
 TEST_F(FlashTest, NamesAreComparedExactly) {
   SetPartitions(kPartitions);
-  for (const char* const name : {"ALL", "\"all\"", "\"ALL", "", "\"\"", "\"Two Words\"", "name",
-                                 "mtd0:", "\"Kern\""}) {
+  for (const char* const name :
+       {"ALL", "\"all\"", "\"ALL", "", "\"\"", "\"Two Words\"", "name", "mtd0:", "\"Kern\""}) {
     EXPECT_EQ(getMTDPartSize(name), 0) << name;
   }
   EXPECT_EQ(getMTDPartSize("\"Two"), 1) << "a name ends at a blank";
 }
 
 TEST_F(FlashTest, LinesThatAreNoPartitions) {
-  SetPartitions("\n   \nmtd0:\nmtd1: 10\nmtd2: 10 20\n\tmtd3:\t30  40 \t \"A\" more\nmtd4: zz 10 \"B\"\n"
-                "mtd5: 50 10 \"C\"");
+  SetPartitions(
+      "\n   \nmtd0:\nmtd1: 10\nmtd2: 10 20\n\tmtd3:\t30  40 \t \"A\" more\nmtd4: zz 10 \"B\"\n"
+      "mtd5: 50 10 \"C\"");
   EXPECT_EQ(getMTDPartSize("\"A\""), 0x30);
   EXPECT_EQ(getMTDPartSize("\"B\""), 0);
   EXPECT_EQ(getMTDPartSize("\"C\""), 0x50) << "the last line has no end";

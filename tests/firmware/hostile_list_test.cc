@@ -35,15 +35,57 @@ std::string Repeated(int count, const std::string& text) {
 
 // Texts put together from pieces of lists, by a number.
 std::string SomeList(unsigned int number) {
-  static const std::vector<std::string> kPieces = {
-      "<Firmware>", "</Firmware>", "<Firmware/>", "<MacList>", "</MacList>", "<MacList/>",
-      "<MacList />", "<MAC>", "</MAC>", "<MAC/>", "<MAC />", "<MACs>", "</MACs>", "<MACs/>",
-      "<Start>", "</Start>", "<End>", "</End>", "<MatchList>", "</MatchList>", "<MatchList/>",
-      "<Match>", "</Match>", "<Match/>", "<Match />", "<FwURL>/n?x</FwURL>", "<FwURL>",
-      "<NotesURL>/t</NotesURL>", "<FwURL/>", "<NotesURL/>", "</FirmwareList>", "<FirmwareList>",
-      "*", "00:1A:2B:*", "FF", "AB12*", "x", " ", "<", "</", "<MAC", "MAC>", "<mac>", "</mAtCh>",
-      "<MACs><Start>00</Start><End>FF</End></MACs>", "<MAC>*</MAC>", "<MAC>x</MAC>",
-      "<Match>x</Match>", "<Match>*</Match>", "<MacList><MAC>*</MAC></MacList>", "</root>"};
+  static const std::vector<std::string> kPieces = {"<Firmware>",
+                                                   "</Firmware>",
+                                                   "<Firmware/>",
+                                                   "<MacList>",
+                                                   "</MacList>",
+                                                   "<MacList/>",
+                                                   "<MacList />",
+                                                   "<MAC>",
+                                                   "</MAC>",
+                                                   "<MAC/>",
+                                                   "<MAC />",
+                                                   "<MACs>",
+                                                   "</MACs>",
+                                                   "<MACs/>",
+                                                   "<Start>",
+                                                   "</Start>",
+                                                   "<End>",
+                                                   "</End>",
+                                                   "<MatchList>",
+                                                   "</MatchList>",
+                                                   "<MatchList/>",
+                                                   "<Match>",
+                                                   "</Match>",
+                                                   "<Match/>",
+                                                   "<Match />",
+                                                   "<FwURL>/n?x</FwURL>",
+                                                   "<FwURL>",
+                                                   "<NotesURL>/t</NotesURL>",
+                                                   "<FwURL/>",
+                                                   "<NotesURL/>",
+                                                   "</FirmwareList>",
+                                                   "<FirmwareList>",
+                                                   "*",
+                                                   "00:1A:2B:*",
+                                                   "FF",
+                                                   "AB12*",
+                                                   "x",
+                                                   " ",
+                                                   "<",
+                                                   "</",
+                                                   "<MAC",
+                                                   "MAC>",
+                                                   "<mac>",
+                                                   "</mAtCh>",
+                                                   "<MACs><Start>00</Start><End>FF</End></MACs>",
+                                                   "<MAC>*</MAC>",
+                                                   "<MAC>x</MAC>",
+                                                   "<Match>x</Match>",
+                                                   "<Match>*</Match>",
+                                                   "<MacList><MAC>*</MAC></MacList>",
+                                                   "</root>"};
   std::mt19937 random(number);
   std::string entries;
   const auto count = random() % 40;
@@ -95,13 +137,14 @@ TEST_F(HostileListTest, NothingBehindTheTextIsRead) {
 
 TEST_F(HostileListTest, LongTextsAreCut) {
   const std::string length(10000, 'u');
-  EXPECT_EQ(Parse(FirmwareList(Element(
-                "Firmware", MacList({length, "*" + length}) + MatchList({length, "AB*" + length}) +
-                                Element("FwURL", "/" + length) + Element("NotesURL", "/" + length)))),
-            2);
+  EXPECT_EQ(
+      Parse(FirmwareList(Element(
+          "Firmware", MacList({length, "*" + length}) + MatchList({length, "AB*" + length}) +
+                          Element("FwURL", "/" + length) + Element("NotesURL", "/" + length)))),
+      2);
   EXPECT_EQ(std::string(file_url_).size(), 127U);
-  EXPECT_EQ(Parse(FirmwareList(Entry(Element("MacList", Range(length, length) + Range("00", "FF" + length)),
-                                     "n"))),
+  EXPECT_EQ(Parse(FirmwareList(Entry(
+                Element("MacList", Range(length, length) + Range("00", "FF" + length)), "n"))),
             2);
 }
 
@@ -109,9 +152,9 @@ TEST_F(HostileListTest, LongTextsAreCut) {
 TEST_F(HostileListTest, MegabytesOfAnyShapeAreReadInTime) {
   constexpr int kMany = 200000;
   const std::string filler(400000, 'f');
-  const std::string nested = Repeated(100, "<Firmware>x") +
-                             "<MacList>" + Repeated(100, "<MAC>x") + filler + "</MAC></MacList>" +
-                             "<MatchList>" + Repeated(100, "<Match>x") + filler + "</Match></MatchList>";
+  const std::string nested = Repeated(100, "<Firmware>x") + "<MacList>" + Repeated(100, "<MAC>x") +
+                             filler + "</MAC></MacList>" + "<MatchList>" +
+                             Repeated(100, "<Match>x") + filler + "</Match></MatchList>";
   const std::vector<std::string> lists = {
       FirmwareList(Repeated(kMany, Entry(MacList({"x"}), "n"))),
       FirmwareList(Repeated(kMany, "<Firmware>")),
@@ -121,7 +164,8 @@ TEST_F(HostileListTest, MegabytesOfAnyShapeAreReadInTime) {
                    Repeated(kMany, "<MAC>x</MAC>")),
       FirmwareList(nested + "</Firmware>" + filler),
       FirmwareList(Element("Firmware", MacList(std::vector<std::string>(kMany, "x")))),
-      FirmwareList(Element("Firmware", "<MacList>" + Repeated(kMany, "<MAC>x") + "</MAC></MacList>")),
+      FirmwareList(
+          Element("Firmware", "<MacList>" + Repeated(kMany, "<MAC>x") + "</MAC></MacList>")),
       FirmwareList(Repeated(kMany, "<MAC/>") + Repeated(kMany, "<")),
       "<root>" + filler + filler,
       filler,

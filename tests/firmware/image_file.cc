@@ -33,8 +33,8 @@ std::string BigEndian(std::uint32_t number) {
 std::string MakeImage(const std::string& data) {
   std::string header = BigEndian(0x27051956) + BigEndian(0) + BigEndian(0x5F000000) +
                        BigEndian(static_cast<std::uint32_t>(data.size())) + BigEndian(0x80000000) +
-                       BigEndian(0x80000400) + BigEndian(PlainCrc32(data)) + std::string("\5\5\2\1") +
-                       "AB12_FW1.0.8";
+                       BigEndian(0x80000400) + BigEndian(PlainCrc32(data)) +
+                       std::string("\5\5\2\1") + "AB12_FW1.0.8";
   header.resize(64, '\0');
   header.replace(4, 4, BigEndian(PlainCrc32(header)));
   return header + data;

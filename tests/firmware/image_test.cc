@@ -140,10 +140,11 @@ TEST_F(ImageTest, RangesThatTheFileDoesNotHoldAreRefused) {
     unsigned int length;
   };
   for (const Range range :
-       {Range{0, size + 1}, Range{1, size}, Range{size, 64}, Range{size - 63, 64}, Range{size + 1, 64},
-        Range{0, 0xFFFFFFFF}, Range{0xFFFFFFFF, 64}, Range{0xFFFFFFFF, 0xFFFFFFFF},
-        Range{64, 0xFFFFFFFF}, Range{0xFFFFFFC0, 64}, Range{0xFFFFFFC0, 0x00000040 + 1000},
-        Range{0x80000000, 0x80000000}, Range{size, 0xFFFFFFFF - size + 1}}) {
+       {Range{0, size + 1}, Range{1, size}, Range{size, 64}, Range{size - 63, 64},
+        Range{size + 1, 64}, Range{0, 0xFFFFFFFF}, Range{0xFFFFFFFF, 64},
+        Range{0xFFFFFFFF, 0xFFFFFFFF}, Range{64, 0xFFFFFFFF}, Range{0xFFFFFFC0, 64},
+        Range{0xFFFFFFC0, 0x00000040 + 1000}, Range{0x80000000, 0x80000000},
+        Range{size, 0xFFFFFFFF - size + 1}}) {
     EXPECT_EQ(Check(path, range.offset, range.length), BadSize(path))
         << range.offset << " " << range.length;
   }
@@ -292,7 +293,8 @@ using kio::test::g_calls;
 extern "C" {
 
 int __real_fstat(int descriptor, struct stat* status);
-void* __real_mmap(void* address, size_t size, int protection, int flags, int descriptor, off_t offset);
+void* __real_mmap(void* address, size_t size, int protection, int flags, int descriptor,
+                  off_t offset);
 int __real_munmap(void* address, size_t size);
 int __real_open(const char* path, int flags, ...);
 int __real_close(int descriptor);

@@ -63,7 +63,8 @@ TEST_F(MkimageTest, EachSingleFlippedBitIsRefused) {
   ASSERT_EQ(image.size(), 564U);
   for (std::size_t bit = 0; bit < image.size() * 8; ++bit) {
     std::string flipped = image;
-    flipped[bit / 8] = static_cast<char>(static_cast<unsigned char>(flipped[bit / 8]) ^ (1U << bit % 8));
+    flipped[bit / 8] =
+        static_cast<char>(static_cast<unsigned char>(flipped[bit / 8]) ^ (1U << bit % 8));
     WriteFile(path, flipped);
     ASSERT_EQ(Check(path), 0) << "bit " << bit;
     const std::string expected = bit < 32 ? "Bad Magic Number: \"" + path + "\" is no valid image\n"

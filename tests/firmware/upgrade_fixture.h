@@ -90,9 +90,7 @@ class UpgradeTest : public FirmwareTest {
     ASSERT_EQ(Status(), Found(4));
   }
 
-  [[nodiscard]] std::string Tag() const {
-    return ("wget -O " + Path("upld.bin")).substr(0, 15);
-  }
+  [[nodiscard]] std::string Tag() const { return ("wget -O " + Path("upld.bin")).substr(0, 15); }
   [[nodiscard]] static std::string Address(const std::string& path) { return kServer + path; }
 
   std::map<std::string, std::string> server;

@@ -23,7 +23,9 @@ TEST_F(UpgradeStatusTest, UnknownActionsAtStatusZero) {
   for (const int action : {'2', '3', '4', '5', 'x', '/', ':', '<', '&', '\\'}) {
     EXPECT_TRUE(Act(action).empty());
     const std::vector<std::string> expected = {
-        Echo("<erractmsg>Status=0, Act=" + std::string(1, static_cast<char>(action)) + "</erractmsg>", true),
+        Echo("<erractmsg>Status=0, Act=" + std::string(1, static_cast<char>(action)) +
+                 "</erractmsg>",
+             true),
         Echo("<result>-3</result></root>"), Echo("<result>0</result></root>", true)};
     EXPECT_EQ(Echoes(), expected);
     EXPECT_EQ(Status(), Document("<result>0</result>"));
@@ -49,8 +51,9 @@ TEST_F(UpgradeStatusTest, QuoteStaysInItsQuotes) {
   };
   Act('\'');
   EXPECT_EQ(Echoes()[0], Echo("<erractmsg>Status=0, Act='\\''</erractmsg>", true));
-  EXPECT_EQ(first, "<?xml version=\"1.0\" ?><root><erractmsg>Status=0, Act='</erractmsg>\n"
-                   "<result>-3</result></root>\n");
+  EXPECT_EQ(first,
+            "<?xml version=\"1.0\" ?><root><erractmsg>Status=0, Act='</erractmsg>\n"
+            "<result>-3</result></root>\n");
   EXPECT_EQ(Status(), Document("<result>0</result>"));
 }
 
@@ -82,8 +85,8 @@ TEST_F(UpgradeStatusTest, ActionsGoWithTheStatus) {
   Act('1');
   for (const int action : {'1', '2', '4'}) {
     EXPECT_TRUE(refused(action)) << "1";
-    EXPECT_EQ(Echoes()[0], Echo("<erractmsg>Status=1, Act=" + std::string(1, static_cast<char>(action)) +
-                                    "</erractmsg>",
+    EXPECT_EQ(Echoes()[0], Echo("<erractmsg>Status=1, Act=" +
+                                    std::string(1, static_cast<char>(action)) + "</erractmsg>",
                                 true));
     EXPECT_EQ(Status(), Document("<result>1</result>"));
   }
@@ -150,7 +153,8 @@ INSTANTIATE_TEST_SUITE_P(
                       Version{"http://h/AB12_FW1.2?x=/y_FW9", "1.2"},
                       Version{"http://h/AB12?x_FW9", ""}, Version{"http://h_FW1/AB12", ""},
                       Version{"http://h/a_FW1/", ""}, Version{"", ""}, Version{"a_FW4.5", "4.5"},
-                      Version{"http://h/A_FW...", "..."}, Version{"http://h/A_FW1'; touch X", "1"}));
+                      Version{"http://h/A_FW...", "..."},
+                      Version{"http://h/A_FW1'; touch X", "1"}));
 
 struct Size {
   std::uintmax_t bytes;
@@ -219,9 +223,10 @@ TEST_F(UpgradeStatusTest, LogOfEachStep) {
                                     Address("/fw/AB12_FW1.0.8_0312.bin") + "\" &",
                                 done}));
   processes = "root grep " + Tag();
-  const Lines progress = {"", "===FWUPGRADE_BINGETTING===",
-                          "cmd=echo `ps aux |grep \"" + Tag() + "\"` > \"" + Path("rssfwtmp.txt") + "\"",
-                          "==BGN==' " + Tag() + "'", done};
+  const Lines progress = {
+      "", "===FWUPGRADE_BINGETTING===",
+      "cmd=echo `ps aux |grep \"" + Tag() + "\"` > \"" + Path("rssfwtmp.txt") + "\"",
+      "==BGN==' " + Tag() + "'", done};
   EXPECT_EQ(log_of('9'), progress);
   EXPECT_EQ(log_of('4'), (Lines{"", "===FWUPGRADE_ACT_UPGRADE===", done}));
 }

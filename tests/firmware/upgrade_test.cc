@@ -24,7 +24,8 @@ TEST_F(UpgradeTest, InitRemovesTheFilesAndWhatWasFound) {
     WriteFile(Path(file), "x");
   }
   const std::string expected = "rm -f \"" + Path("rsscheckfw.xml") + "\" \"" + Path("upld.bin") +
-                               "\" \"" + Path("rssfwnotes.xml") + "\" \"" + Path("rssfwtmp.txt") + "\"";
+                               "\" \"" + Path("rssfwnotes.xml") + "\" \"" + Path("rssfwtmp.txt") +
+                               "\"";
   EXPECT_EQ(Act('0'), Commands{expected});
   EXPECT_FALSE(FileExists(Path("upld.bin")));
   EXPECT_FALSE(FileExists(Path("rssfwnotes.xml")));
@@ -40,7 +41,8 @@ TEST_F(UpgradeTest, InitRemovesTheFilesAndWhatWasFound) {
 TEST_F(UpgradeTest, ImageNameIsTheStores) {
   host_.Set("/fwupgradeinfo/fwupgradefn", "my image.bin");
   EXPECT_EQ(Act('0')[0], "rm -f \"" + Path("rsscheckfw.xml") + "\" \"" + Path("my image.bin") +
-                             "\" \"" + Path("rssfwnotes.xml") + "\" \"" + Path("rssfwtmp.txt") + "\"");
+                             "\" \"" + Path("rssfwnotes.xml") + "\" \"" + Path("rssfwtmp.txt") +
+                             "\"");
   GoToFound();
   EXPECT_EQ(Act('2')[0], "wget -O \"" + Path("my image.bin") + "\" \"" +
                              Address("/fw/AB12_FW1.0.8_0312.bin") + "\" &");
@@ -59,15 +61,15 @@ TEST_F(UpgradeTest, DefaultsAreWrittenIntoTheStore) {
 }
 
 TEST_F(UpgradeTest, SearchFetchesTheListOfTheModel) {
-  EXPECT_EQ(Act('1'), Commands{"wget -O \"" + Path("AB12.xml") + "\" \"" + Address("/AB12/AB12.xml") +
-                               "\""});
+  EXPECT_EQ(Act('1'),
+            Commands{"wget -O \"" + Path("AB12.xml") + "\" \"" + Address("/AB12/AB12.xml") + "\""});
   EXPECT_EQ(Status(), Document("<result>-1</result>")) << "no list";
 }
 
 TEST_F(UpgradeTest, ModelIsTheNameBeforeTheFirstUnderscore) {
-  for (const auto& [name, model] : {std::pair{"AB12", "AB12"}, std::pair{"A_B_C", "A"},
-                                    std::pair{"_FW1", ""}, std::pair{"", ""},
-                                    std::pair{"a.bin", "a.bin"}}) {
+  for (const auto& [name, model] :
+       {std::pair{"AB12", "AB12"}, std::pair{"A_B_C", "A"}, std::pair{"_FW1", ""},
+        std::pair{"", ""}, std::pair{"a.bin", "a.bin"}}) {
     Act('0');
     host_.Set("/fwupgradeinfo/currfwfilename", name);
     EXPECT_EQ(Act('1'), Commands{"wget -O \"" + Path(std::string(model) + ".xml") + "\" \"" +
@@ -95,7 +97,8 @@ TEST_F(UpgradeTest, SearchThatFindsFetchesTheNotes) {
   server[Address("/AB12/AB12.xml")] = FirmwareList(Entry(MacList({"*"}), "fw/AB12_FW1.0.8_0312"));
   const Commands expected = {
       "wget -O \"" + Path("AB12.xml") + "\" \"" + Address("/AB12/AB12.xml") + "\"",
-      "wget -O \"" + Path("rssfwnotes.xml") + "\" \"" + Address("/fw/AB12_FW1.0.8_0312.txt") + "\" &"};
+      "wget -O \"" + Path("rssfwnotes.xml") + "\" \"" + Address("/fw/AB12_FW1.0.8_0312.txt") +
+          "\" &"};
   EXPECT_EQ(Act('1'), expected);
   EXPECT_EQ(Status(), Found(2));
 }
@@ -150,8 +153,8 @@ TEST_F(UpgradeTest, TemplateIsTheStores) {
   EXPECT_EQ(Act('1'), expected);
   EXPECT_EQ(Act('2'), Commands{fetch + Address("/fw/AB12_FW1.0.8_0312.bin") + "' > \"" +
                                Path("upld.bin") + "\" &"});
-  EXPECT_EQ(Act('9'), Commands{"echo `ps aux |grep \"fetch 192.168.1\"` > \"" +
-                               Path("rssfwtmp.txt") + "\""});
+  EXPECT_EQ(Act('9'),
+            Commands{"echo `ps aux |grep \"fetch 192.168.1\"` > \"" + Path("rssfwtmp.txt") + "\""});
 }
 
 TEST_F(UpgradeTest, TemplateWithoutAFileIsRunAsItStands) {
@@ -165,9 +168,8 @@ TEST_F(UpgradeTest, TemplateWithoutAFileIsRunAsItStands) {
 TEST_F(UpgradeTest, LongPathsAndAddressesAreCutAt127Characters) {
   host_.Set("/fwupgradeinfo/currfwfilename", std::string(120, 'm') + "_FW");
   const std::string model(120, 'm');
-  EXPECT_EQ(Act('1'),
-            Commands{"wget -O \"" + Path(model + ".xml").substr(0, 127) + "\" \"" +
-                     Address("/" + model + "/" + model + ".xml").substr(0, 127) + "\""});
+  EXPECT_EQ(Act('1'), Commands{"wget -O \"" + Path(model + ".xml").substr(0, 127) + "\" \"" +
+                               Address("/" + model + "/" + model + ".xml").substr(0, 127) + "\""});
 }
 
 // While a download runs, every action but '0' looks whether it still does.
@@ -176,10 +178,11 @@ TEST_F(UpgradeTest, ProgressIsSeenInTheListOfProcesses) {
   const std::string tag = Tag();
   const std::string running = "root 7 wget -O " + Path("upld.bin") + " http://x";
   const std::string grep = "root 9 grep " + tag;
-  const Commands expected = {"echo `ps aux |grep \"" + tag + "\"` > \"" + Path("rssfwtmp.txt") + "\""};
+  const Commands expected = {"echo `ps aux |grep \"" + tag + "\"` > \"" + Path("rssfwtmp.txt") +
+                             "\""};
   for (const std::string& text :
-       {running + " " + grep, std::string(), running, std::string("root 9 grep x"),
-        "xgrep " + tag, "root 9 grep" + tag.substr(1), running + " grep", "x" + tag + " grep "}) {
+       {running + " " + grep, std::string(), running, std::string("root 9 grep x"), "xgrep " + tag,
+        "root 9 grep" + tag.substr(1), running + " grep", "x" + tag + " grep "}) {
     processes = text;
     for (const int action : {int{'9'}, int{'1'}, int{'2'}, int{'4'}, int{'x'}, 0, -1}) {
       EXPECT_EQ(Act(action), expected);
@@ -256,11 +259,12 @@ TEST_F(UpgradeTest, TagRunsNothing) {
     host_.on_command = nullptr;
     host_.run_commands = true;
     // What is run there stays there; `ps` shows the pattern that it is asked for.
-    host_.RunCommand(("cd " + directory_.path() + "; grep() { printf %s \"$1\" > pattern; }; " +
-                      progress[0])
-                         .c_str());
+    host_.RunCommand(
+        ("cd " + directory_.path() + "; grep() { printf %s \"$1\" > pattern; }; " + progress[0])
+            .c_str());
     EXPECT_FALSE(FileExists(Path("X"))) << progress[0];
-    EXPECT_EQ(ReadFile(Path("pattern")), ("w /tmp/k/" + std::string(tool) + " http://x").substr(0, 15))
+    EXPECT_EQ(ReadFile(Path("pattern")),
+              ("w /tmp/k/" + std::string(tool) + " http://x").substr(0, 15))
         << progress[0];
     host_.on_command = nullptr;
     host_.run_commands = false;

@@ -43,8 +43,10 @@ std::string Argument(const std::string& argument) {
 }
 
 TEST(ShellText, OrdinaryTextIsLeftAlone) {
-  const std::string ordinary = "http://firmware.kioapp.example/AB12/a_b-1.0%20c.bin?x=1~#@,+:!{}[]*";
-  for (const ShellQuotes quotes : {ShellQuotes::kNone, ShellQuotes::kSingle, ShellQuotes::kDouble}) {
+  const std::string ordinary =
+      "http://firmware.kioapp.example/AB12/a_b-1.0%20c.bin?x=1~#@,+:!{}[]*";
+  for (const ShellQuotes quotes :
+       {ShellQuotes::kNone, ShellQuotes::kSingle, ShellQuotes::kDouble}) {
     EXPECT_EQ(Escaped(quotes, ordinary), ordinary);
   }
 }
@@ -57,7 +59,8 @@ TEST(ShellText, SpecialCharactersAreEscaped) {
 }
 
 TEST(ShellText, EveryCharacterReachesTheCommand) {
-  for (const ShellQuotes quotes : {ShellQuotes::kNone, ShellQuotes::kSingle, ShellQuotes::kDouble}) {
+  for (const ShellQuotes quotes :
+       {ShellQuotes::kNone, ShellQuotes::kSingle, ShellQuotes::kDouble}) {
     for (int code = 1; code < 128; ++code) {
       const std::string text = std::string("a") + static_cast<char>(code) + "b";
       ASSERT_EQ(Argument(Quoted(quotes, text)), text) << code;
@@ -66,10 +69,10 @@ TEST(ShellText, EveryCharacterReachesTheCommand) {
 }
 
 TEST(ShellText, HostileTextsReachTheCommand) {
-  for (const char* text :
-       {"\"; touch X; \"", "'; touch X; '", "$(touch X)", "`touch X`", "\\$(touch X)", "\\`touch X`",
-        "a\ntouch X\n", "a\r\ntouch X", "&touch X&", "|touch X", "\\\"; touch X; \\\"",
-        "$(touch${IFS}X)", "\\", "a\\", "\\\n touch X", "<X>X", "(touch X)"}) {
+  for (const char* text : {"\"; touch X; \"", "'; touch X; '", "$(touch X)", "`touch X`",
+                           "\\$(touch X)", "\\`touch X`", "a\ntouch X\n", "a\r\ntouch X",
+                           "&touch X&", "|touch X", "\\\"; touch X; \\\"", "$(touch${IFS}X)", "\\",
+                           "a\\", "\\\n touch X", "<X>X", "(touch X)"}) {
     for (const ShellQuotes quotes :
          {ShellQuotes::kNone, ShellQuotes::kSingle, ShellQuotes::kDouble}) {
       EXPECT_EQ(Argument(Quoted(quotes, text)), text);
@@ -96,19 +99,14 @@ TEST_P(QuoteReaderTest, KnowsThePlace) {
 
 INSTANTIATE_TEST_SUITE_P(
     Places, QuoteReaderTest,
-    ::testing::Values(Place{"", ShellQuotes::kNone, false}, Place{"a \"b", ShellQuotes::kDouble, false},
-                      Place{"a \"b\" c", ShellQuotes::kNone, false},
-                      Place{"a 'b", ShellQuotes::kSingle, false},
-                      Place{"a 'b\"", ShellQuotes::kSingle, false},
-                      Place{"a \"b'", ShellQuotes::kDouble, false},
-                      Place{"a 'b\"c' \"", ShellQuotes::kDouble, false},
-                      Place{"\\\"", ShellQuotes::kNone, false},
-                      Place{"\"\\\"", ShellQuotes::kDouble, false},
-                      Place{"\"\\\\\"", ShellQuotes::kNone, false},
-                      Place{"'\\'", ShellQuotes::kNone, false},
-                      Place{"a\\", ShellQuotes::kNone, true},
-                      Place{"\"a\\", ShellQuotes::kDouble, true},
-                      Place{"'a\\", ShellQuotes::kSingle, false}));
+    ::testing::Values(
+        Place{"", ShellQuotes::kNone, false}, Place{"a \"b", ShellQuotes::kDouble, false},
+        Place{"a \"b\" c", ShellQuotes::kNone, false}, Place{"a 'b", ShellQuotes::kSingle, false},
+        Place{"a 'b\"", ShellQuotes::kSingle, false}, Place{"a \"b'", ShellQuotes::kDouble, false},
+        Place{"a 'b\"c' \"", ShellQuotes::kDouble, false}, Place{"\\\"", ShellQuotes::kNone, false},
+        Place{"\"\\\"", ShellQuotes::kDouble, false}, Place{"\"\\\\\"", ShellQuotes::kNone, false},
+        Place{"'\\'", ShellQuotes::kNone, false}, Place{"a\\", ShellQuotes::kNone, true},
+        Place{"\"a\\", ShellQuotes::kDouble, true}, Place{"'a\\", ShellQuotes::kSingle, false}));
 
 }  // namespace
 }  // namespace kio::test

@@ -262,8 +262,9 @@ TEST(Trim, StripsBlanksAndTabs) {
 
 // A pattern that is a view fits where one that is terminated compares as equal.
 TEST(FitsWildcard, IsWhatTheComparisonGives) {
-  const std::vector<std::string> texts = {"", "a", "b", "ab", "abc", "*", "?", "a*", "*b", "a?", "??",
-                                          "?b", "a?c", "ab*", "abc*", "*?", "a*c", "abcd", "\xFF"};
+  const std::vector<std::string> texts = {"",     "a",  "b",   "ab",   "abc", "*",   "?",
+                                          "a*",   "*b", "a?",  "??",   "?b",  "a?c", "ab*",
+                                          "abc*", "*?", "a*c", "abcd", "\xFF"};
   for (const std::string& subject : texts) {
     for (const std::string& pattern : texts) {
       EXPECT_EQ(platform::FitsWildcard(subject.c_str(), pattern),

@@ -62,8 +62,10 @@ TEST_F(TemporaryDocumentTest, AnyNumberCloses) {
   write_TmpXmlFile("x.xml", "a", "1", -7);
   write_TmpXmlFile("x.xml", "b", "2", 256);
   ASSERT_EQ(host_.commands().size(), 2U);
-  EXPECT_EQ(host_.commands()[0], std::string("echo '") + kStart + "<a>1</a></root>' > /var/tmp/x.xml");
-  EXPECT_EQ(host_.commands()[1], std::string("echo '") + kStart + "<b>2</b></root>' > /var/tmp/x.xml");
+  EXPECT_EQ(host_.commands()[0],
+            std::string("echo '") + kStart + "<a>1</a></root>' > /var/tmp/x.xml");
+  EXPECT_EQ(host_.commands()[1],
+            std::string("echo '") + kStart + "<b>2</b></root>' > /var/tmp/x.xml");
 }
 
 TEST_F(TemporaryDocumentTest, OpenDocumentTakesElementsOfAnyFile) {

@@ -14,9 +14,8 @@ constexpr const char* kServer = "http://firmware.kioapp.example";
 constexpr std::size_t kAddressRoom = 128;
 
 std::string Lower(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-  });
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
   return text;
 }
 
@@ -126,7 +125,8 @@ class Reader {
   }
 
   int List(std::size_t begin, std::size_t end, int kind) {
-    static constexpr const char* kContainers[] = {"FirmwareList", "MacList", "MacList", "MatchList"};
+    static constexpr const char* kContainers[] = {"FirmwareList", "MacList", "MacList",
+                                                  "MatchList"};
     static constexpr const char* kItems[] = {"Firmware", "MAC", "MACs", "Match"};
     const std::string key = Lower(kItems[kind]);
     const Found container = Find(text_, begin, end, kContainers[kind]);
