@@ -13,12 +13,14 @@
  * - Parse, verify and apply functions return 1 for success and 0 for failure. What went wrong is
  *   told to the app in the result document (see settings.h), never by the return value.
  * - Times are whole seconds since boot. The library reads no other clock.
- * - The library allocates no memory but for timers (`create_timer`).
+ * - The library allocates no memory but for timers (`create_timer`) and for the clients that are
+ *   logged in (auth.h).
  * - The host supplies the configuration store (store.h).
  */
 #ifndef KIOAPP_KIOAPP_H
 #define KIOAPP_KIOAPP_H
 
+#include "kioapp/auth.h"
 #include "kioapp/firmware.h"
 #include "kioapp/log.h"
 #include "kioapp/platform.h"

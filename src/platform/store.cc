@@ -1,6 +1,7 @@
 #include "platform/store.h"
 
 #include "kioapp/store.h"
+#include "platform/wipe.h"
 
 namespace kio::platform {
 
@@ -10,8 +11,16 @@ StoreText::StoreText(const char* path) {
   text_[kScratchSize - 1] = '\0';
 }
 
+void StoreText::Clear() { Wipe(text_, std::strlen(text_)); }
+
 void ReadStoreText(const char* path, char* field, std::size_t size) {
   CopyText(field, size, StoreText(path).view());
+}
+
+void ReadStoreSecret(const char* path, char* field, std::size_t size) {
+  StoreText text(path);
+  CopyText(field, size, text.view());
+  text.Clear();
 }
 
 int ReadStoreInt(const char* path) { return xget_int("%s", path); }

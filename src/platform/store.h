@@ -22,6 +22,9 @@ class StoreText {
   [[nodiscard]] TextView view() const { return text_; }
   [[nodiscard]] bool empty() const { return text_[0] == '\0'; }
 
+  // Clears the text, for one that is a secret.
+  void Clear();
+
  private:
   static constexpr std::size_t kScratchSize = 4096;
 
@@ -33,6 +36,13 @@ void ReadStoreText(const char* path, char* field, std::size_t size);
 template <std::size_t N>
 void ReadStoreText(const char* path, char (&field)[N]) {
   ReadStoreText(path, field, N);
+}
+
+// The same for a text of which no copy may stay behind on the stack.
+void ReadStoreSecret(const char* path, char* field, std::size_t size);
+template <std::size_t N>
+void ReadStoreSecret(const char* path, char (&field)[N]) {
+  ReadStoreSecret(path, field, N);
 }
 
 // Negative when the node is absent.

@@ -13,6 +13,9 @@ namespace kio::platform {
 // Characters that need not be terminated.
 using TextView = std::string_view;
 
+// The text, or an empty one for null.
+constexpr TextView ViewOf(const char* text) { return text == nullptr ? TextView() : text; }
+
 // Builds a text inside an array of the caller's. What does not fit is cut; the text is terminated
 // at all times.
 class TextBuffer {

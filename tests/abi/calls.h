@@ -10,5 +10,6 @@ void CheckPlatformCalls(void);
 void CheckExchangeCalls(void);
 void CheckVariableCalls(void);
 void CheckFirmwareCalls(void);
+void CheckAuthCalls(void);
 
 #endif

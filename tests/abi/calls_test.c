@@ -12,5 +12,6 @@ int main(void) {
   CheckExchangeCalls();
   CheckVariableCalls();
   CheckFirmwareCalls();
+  CheckAuthCalls();
   return ExpectStatus();
 }

@@ -140,6 +140,14 @@ typedef struct {
   char deviceMac[18];
   char currFileName[130];
 } AbiFwXmlData;
+typedef struct AbiClientAuthInfo {
+  struct AbiClientAuthInfo *next;
+  char ip[128];
+  char username[64];
+  char password[64];
+  char sessionid[32];
+  unsigned int logout;
+} AbiClientAuthInfo;
 
 typedef struct AbiKioTimer {
   struct AbiKioTimer *next;

@@ -158,6 +158,14 @@ static const struct Row kRows[] = {
     MEMBER(FwXmlData, notesUrl, 172),
     MEMBER(FwXmlData, deviceMac, 300),
     MEMBER(FwXmlData, currFileName, 318),
+    SIZE(ClientAuthInfo, 304),
+    /* NOLINTNEXTLINE(bugprone-sizeof-expression): the pointer's size is meant */
+    SECTION(ClientAuthInfo, next, 0),
+    MEMBER(ClientAuthInfo, ip, 8),
+    MEMBER(ClientAuthInfo, username, 136),
+    MEMBER(ClientAuthInfo, password, 200),
+    MEMBER(ClientAuthInfo, sessionid, 264),
+    MEMBER(ClientAuthInfo, logout, 296),
 
     SIZE(KioTimer, 48),
     /* NOLINTNEXTLINE(bugprone-sizeof-expression): the pointer's size is meant */

@@ -23,6 +23,9 @@ TABLE(WirelessTypeArray);
 TABLE(ConnTypeArray);
 TABLE(ADslEncapModeArray);
 OBJECT(LostKeyHandler, XmlErrMsg_LostKey);
+OBJECT(ClientAuthInfo *, clientauthinfo);
+OBJECT(ClientAuthInfo *, cur_authinfo);
+TEXT(string, 80);
 TEXT(daemon_log_path, 64);
 TEXT(daemon_log_header, 32);
 OBJECT(int, daemon_log_level);
@@ -83,6 +86,21 @@ FUNCTION(int, validate_RssVar2, (char *text));
 FUNCTION(void, init_RssVar, (void));
 FUNCTION(int, do_RssVar_Parser, (char *text, char separator, char *nameOut, int apply));
 FUNCTION(unsigned int, do_RssVar_Commit, (void));
+FUNCTION(int, clientAuthListAdd,
+         (ClientAuthInfo * *head, const char *ip, const char *username, const char *password,
+          const char *request, int mode));
+FUNCTION(int, clientAuthListDel,
+         (ClientAuthInfo * *head, const char *ip, const char *request, int mode));
+FUNCTION(ClientAuthInfo *, checkClientAuthIp,
+         (ClientAuthInfo * head, const char *ip, const char *request, int mode));
+FUNCTION(int, check_StarterAuthIP, (const char *ip, const char *request));
+FUNCTION(void, printList, (ClientAuthInfo * head));
+FUNCTION(void, MD5Digest, (const char *text, unsigned int length, unsigned char *digest));
+FUNCTION(void, Hex2String, (const unsigned char *bytes, char *output, int count));
+FUNCTION(char *, MD5Encryption, (const char *text));
+FUNCTION(char *, generate_StarterKey, (const char *ip));
+FUNCTION(char *, generate_BKey, (const char *ip));
+FUNCTION(int, starter_auth_check, (const char *request, const char *ip, const char *session));
 FUNCTION(int, logPrintf, (int level, const char *format, ...));
 FUNCTION(int, msgPrintf, (const char *format, ...));
 FUNCTION(int, dbgPrintf, (const char *format, ...));

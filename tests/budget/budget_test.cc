@@ -1,11 +1,8 @@
 // What one exchange of the full document takes of heap and stack.
 #include <gtest/gtest.h>
-#include <sys/mman.h>
-#include <ucontext.h>
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -14,6 +11,7 @@
 #include "flat_host.h"
 #include "kioapp/kioapp.h"
 #include "libc_calls.h"
+#include "painted_stack.h"
 
 namespace kio::test {
 namespace {
@@ -47,45 +45,6 @@ class Exchange {
   std::string text_;
   int result_ = 0;
   int commands_before_ = 0;
-};
-
-// A stack filled with a pattern, on which a function runs.
-class PaintedStack {
- public:
-  PaintedStack()
-      : memory_(static_cast<unsigned char*>(
-            mmap(nullptr, kSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0))) {
-    if (memory_ == MAP_FAILED) {
-      std::abort();
-    }
-    std::memset(memory_, kPaint, kSize);
-  }
-  ~PaintedStack() { munmap(memory_, kSize); }
-  PaintedStack(const PaintedStack&) = delete;
-  PaintedStack& operator=(const PaintedStack&) = delete;
-
-  // Bytes from the top of the stack to the lowest one that the function changed.
-  std::size_t Run(void (*function)()) {
-    ucontext_t caller;
-    ucontext_t callee;
-    getcontext(&callee);
-    callee.uc_stack.ss_sp = memory_;
-    callee.uc_stack.ss_size = kSize;
-    callee.uc_link = &caller;
-    makecontext(&callee, function, 0);
-    swapcontext(&caller, &callee);
-    std::size_t untouched = 0;
-    while (untouched < kSize && memory_[untouched] == kPaint) {
-      ++untouched;
-    }
-    return kSize - untouched;
-  }
-
- private:
-  static constexpr std::size_t kSize = std::size_t{256} * 1024;
-  static constexpr unsigned char kPaint = 0xA5;
-
-  unsigned char* memory_;
 };
 
 Exchange* g_exchange = nullptr;

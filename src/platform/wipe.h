@@ -1,0 +1,23 @@
+// Clearing of secrets.
+#ifndef KIO_PLATFORM_WIPE_H
+#define KIO_PLATFORM_WIPE_H
+
+#include <cstddef>
+#include <cstring>
+
+namespace kio::platform {
+
+// Overwrites memory that is not read any more. The compiler has to take it for read, so it cannot
+// leave the clearing out as it may leave out a plain memset.
+[[gnu::always_inline]] inline void Wipe(void* data, std::size_t size) {
+  std::memset(data, 0, size);
+  __asm__ volatile("" : : "r"(data) : "memory");
+}
+template <typename Object>
+[[gnu::always_inline]] inline void Wipe(Object& object) {
+  Wipe(&object, sizeof(object));
+}
+
+}  // namespace kio::platform
+
+#endif
