@@ -119,6 +119,7 @@ void RegisterExchange();
 void RegisterLog();
 void RegisterVariables();
 void RegisterFirmware();
+void RegisterAuth();
 
 }  // namespace kio::bench
 

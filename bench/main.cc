@@ -64,6 +64,7 @@ int main(int argc, char** argv) {
   kio::bench::RegisterLog();
   kio::bench::RegisterVariables();
   kio::bench::RegisterFirmware();
+  kio::bench::RegisterAuth();
   benchmark::RunSpecifiedBenchmarks();
   kio::bench::PrintFigures();
   if (figures_file != nullptr && !kio::bench::WriteFigures(figures_file)) {

@@ -24,6 +24,7 @@ test_packages=(
   libgtest-dev
   libpugixml-dev
   librapidxml-dev
+  libssl-dev
   nlohmann-json3-dev
   shellcheck
   u-boot-tools

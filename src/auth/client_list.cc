@@ -29,11 +29,12 @@ std::uint32_t Now() { return static_cast<std::uint32_t>(sys_uptime_seconds()); }
 
 std::uint32_t LogoutFromNow() { return Now() + static_cast<std::uint32_t>(kLoginSeconds); }
 
-bool HasAddress(const ClientAuthInfo &client, const char *ip) {
+// Quirk "address-cut-is-not-found": a longer address than the member holds equals none.
+[[gnu::noinline]] bool HasAddress(const ClientAuthInfo &client, const char *ip) {
   return ip != nullptr && std::strcmp(client.ip, ip) == 0;
 }
 
-bool HasSession(const ClientAuthInfo &client, const char *request) {
+[[gnu::noinline]] bool HasSession(const ClientAuthInfo &client, const char *request) {
   return request != nullptr && std::strstr(request, client.sessionid) != nullptr;
 }
 
@@ -41,7 +42,8 @@ bool Matches(const ClientAuthInfo &client, const char *ip, const char *request, 
   return HasAddress(client, ip) && (mode == KIOAPP_MATCH_ADDRESS || HasSession(client, request));
 }
 
-ClientAuthInfo *Find(ClientAuthInfo *head, const char *ip, const char *request, int mode) {
+[[gnu::noinline]] ClientAuthInfo *Find(ClientAuthInfo *head, const char *ip, const char *request,
+                                       int mode) {
   while (head != nullptr && !Matches(*head, ip, request, mode)) {
     head = head->next;
   }
@@ -58,7 +60,7 @@ bool IsRemovedFromBehind(const ClientAuthInfo &client, const char *ip, const cha
   return mode != KIOAPP_MATCH_ADDRESS && !HasSession(client, request);
 }
 
-void LogRemoval(const ClientAuthInfo &client, int place, int mode) {
+[[gnu::noinline]] void LogRemoval(const ClientAuthInfo &client, int place, int mode) {
   if (mode == KIOAPP_MATCH_ADDRESS) {
     KIO_LOG(kLogDetail, "%d Delete IP %s from list.\n", place, client.ip);
   } else {
@@ -67,7 +69,7 @@ void LogRemoval(const ClientAuthInfo &client, int place, int mode) {
 }
 
 // Takes the client that `link` leads to out of its list and frees it.
-void Remove(ClientAuthInfo **link) {
+[[gnu::noinline]] void Remove(ClientAuthInfo **link) {
   ClientAuthInfo *const client = *link;
   *link = client->next;
   if (cur_authinfo == client) {
@@ -136,6 +138,7 @@ int clientAuthListDel(ClientAuthInfo **head, const char *ip, const char *request
     return 0;
   }
   if (ip == nullptr) {
+    // Quirk "removal-of-all-tells-none".
     kio::auth::RemoveAll(head);
     return 0;
   }

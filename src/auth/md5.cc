@@ -1,40 +1,31 @@
 #include "auth/md5.h"
 
-#include <utility>
-
 #include "auth/md5_steps.h"
 #include "kioapp/auth.h"
 #include "platform/wipe.h"
 
 namespace kio::auth {
+
+const std::uint32_t kMd5Sines[64] = {
+    0xD76AA478, 0xE8C7B756, 0x242070DB, 0xC1BDCEEE, 0xF57C0FAF, 0x4787C62A, 0xA8304613, 0xFD469501,
+    0x698098D8, 0x8B44F7AF, 0xFFFF5BB1, 0x895CD7BE, 0x6B901122, 0xFD987193, 0xA679438E, 0x49B40821,
+    0xF61E2562, 0xC040B340, 0x265E5A51, 0xE9B6C7AA, 0xD62F105D, 0x02441453, 0xD8A1E681, 0xE7D3FBC8,
+    0x21E1CDE6, 0xC33707D6, 0xF4D50D87, 0x455A14ED, 0xA9E3E905, 0xFCEFA3F8, 0x676F02D9, 0x8D2A4C8A,
+    0xFFFA3942, 0x8771F681, 0x6D9D6122, 0xFDE5380C, 0xA4BEEA44, 0x4BDECFA9, 0xF6BB4B60, 0xBEBFBC70,
+    0x289B7EC6, 0xEAA127FA, 0xD4EF3085, 0x04881D05, 0xD9D4D039, 0xE6DB99E5, 0x1FA27CF8, 0xC4AC5665,
+    0xF4292244, 0x432AFF97, 0xAB9423A7, 0xFC93A039, 0x655B59C3, 0x8F0CCC92, 0xFFEFF47D, 0x85845DD1,
+    0x6FA87E4F, 0xFE2CE6E0, 0xA3014314, 0x4E0811A1, 0xF7537E82, 0xBD3AF235, 0x2AD7D2BB, 0xEB86D391};
+
 namespace {
 
 using State = std::uint32_t[4];
 
-template <int kStep>
-[[gnu::always_inline]] inline void Step(State& state, const std::uint8_t* block) {
-  constexpr int kRound = kStep / 16;
-  constexpr std::size_t kOffset = Md5WordIndex<kRound>(kStep) * sizeof(std::uint32_t);
-  Md5Step<kRound, kStep % 4>(state, LoadMd5Word(block + kOffset) + kMd5Sines[kStep]);
-}
-
-template <int kRound, int... kSteps>
-[[gnu::always_inline]] inline void Round(State& state, const std::uint8_t* block,
-                                         std::integer_sequence<int, kSteps...> /*steps*/) {
-  // Each round loads the words anew: the compiler does not know that they are the same. It would
-  // keep them on the stack in places of its own, and leave the message there.
-  __asm__ volatile("" : "+r"(block));
-  (Step<16 * kRound + kSteps>(state, block), ...);
-}
-
 // Takes a block of the message into the state.
 void AddBlock(State& state, const std::uint8_t* block) {
-  constexpr std::make_integer_sequence<int, 16> kSteps;
   State mixed = {state[0], state[1], state[2], state[3]};
-  Round<0>(mixed, block, kSteps);
-  Round<1>(mixed, block, kSteps);
-  Round<2>(mixed, block, kSteps);
-  Round<3>(mixed, block, kSteps);
+  Md5Rounds(mixed, [block](int index) {
+    return LoadMd5Word(block + static_cast<std::size_t>(index) * sizeof(std::uint32_t));
+  });
   for (int i = 0; i < 4; ++i) {
     state[i] += mixed[i];
   }

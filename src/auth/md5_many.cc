@@ -63,31 +63,12 @@ void FillLane(Work& work, std::size_t lane, platform::TextView text) {
   }
 }
 
-template <int kRound, int kPlace>
-[[gnu::always_inline]] inline void Step(Lanes (&state)[4], const Work& work, int step) {
-  const LaneWords& words = work.words[Md5WordIndex<kRound>(step)];
-  Md5Step<kRound, kPlace>(state, LoadLanes(words) + kMd5Sines[step]);
-}
-
-template <int kRound>
-[[gnu::always_inline]] inline void Round(Lanes (&state)[4], const Work& work) {
-  for (int step = 16 * kRound; step < 16 * (kRound + 1); step += 4) {
-    Step<kRound, 0>(state, work, step);
-    Step<kRound, 1>(state, work, step + 1);
-    Step<kRound, 2>(state, work, step + 2);
-    Step<kRound, 3>(state, work, step + 3);
-  }
-}
-
 void MixLanes(Work& work) {
   Lanes state[4];
   for (int i = 0; i < 4; ++i) {
     state[i] = Lanes{} + kMd5Start[i];
   }
-  Round<0>(state, work);
-  Round<1>(state, work);
-  Round<2>(state, work);
-  Round<3>(state, work);
+  Md5Rounds(state, [&work](int index) { return LoadLanes(work.words[index]); });
   // No loop: its index would lay the state out on the stack.
   StoreLanes(state[0] + kMd5Start[0], work.state[0]);
   StoreLanes(state[1] + kMd5Start[1], work.state[1]);
@@ -103,7 +84,8 @@ bool FitIntoLanes(const platform::TextView* texts, std::size_t count) {
   return fit;
 }
 
-void Md5OfLanes(const platform::TextView* texts, std::size_t count, Digest* digests) {
+[[gnu::noinline]] void Md5OfLanes(const platform::TextView* texts, std::size_t count,
+                                  Digest* digests) {
   Work work;
   std::memset(work.words, 0, sizeof(work.words));
   for (std::size_t lane = 0; lane < count; ++lane) {
@@ -126,6 +108,8 @@ void Md5OfEach(const platform::TextView* texts, std::size_t count, Digest* diges
 #if defined(__SSE2__) && !defined(KIO_SCALAR_SCAN)
   if (FitIntoLanes(texts, count)) {
     Md5OfLanes(texts, count, digests);
+    // The words do not all fit into registers.
+    platform::WipeStack<sizeof(Work) + 512>();
     return;
   }
 #endif

@@ -81,6 +81,7 @@ struct ShownKey {
 ShownKey FindKey(const char* request) {
   constexpr TextView kFullMarker = "kioAppKey=";
   constexpr TextView kShortMarker = "BKey=";
+  // Quirk "full-marker-decides": the short key is then not looked at.
   if (const char* const full = std::strstr(request, kFullMarker.data())) {
     const char* const separator = full + kFullMarker.size();
     // Quirk "key-after-a-separator": one character before the key is skipped, whatever it is.
@@ -133,6 +134,7 @@ bool IsGoodKey(const ShownKey& key, long now, const char* ip, const Password& pa
     return false;
   }
   const KeySource source(ip, password);
+  // Quirk "slot-before-the-first": -1, as the source has it, right after boot.
   KeySource::Text texts[kSlots];
   TextView views[kSlots];
   Digest digests[kSlots];

@@ -131,6 +131,16 @@ void PrintToConsole(const char* message) {
 }
 
 }  // namespace
+
+void WriteName(const char* function) {
+  logPrintf(kLogDetail, "%ld:%s]", sys_uptime_seconds(), function);
+}
+
+void WriteEntry(const char* function) {
+  WriteName(function);
+  logPrintf(kLogDetail, "\n");
+}
+
 }  // namespace kio::platform
 
 int logPrintf(int level, const char* format, ...) {

@@ -28,15 +28,22 @@ namespace kio::platform {
 // Begins a line with the uptime, for a message that follows.
 inline void LogTime(int level) { KIO_LOG(level, "%ld:", sys_uptime_seconds()); }
 
+// The two below, apart from them: they stand in nearly every exported function.
+void WriteName(const char* function);
+void WriteEntry(const char* function);
+
 // Begins a line with the uptime and the name of the calling function, for a message that follows.
 inline void LogName(const char* function) {
-  KIO_LOG(kLogDetail, "%ld:%s]", sys_uptime_seconds(), function);
+  if (IsLogged(kLogDetail)) {
+    WriteName(function);
+  }
 }
 
 // Notes that a function was entered.
 inline void LogEntry(const char* function) {
-  LogName(function);
-  KIO_LOG(kLogDetail, "\n");
+  if (IsLogged(kLogDetail)) {
+    WriteEntry(function);
+  }
 }
 
 }  // namespace kio::platform

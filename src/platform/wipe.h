@@ -18,6 +18,14 @@ template <typename Object>
   Wipe(&object, sizeof(object));
 }
 
+// Clears what functions that have returned left on the stack below the caller: copies that the
+// compiler made among it.
+template <std::size_t kSize>
+[[gnu::noinline]] void WipeStack() {
+  char area[kSize];
+  Wipe(area);
+}
+
 }  // namespace kio::platform
 
 #endif

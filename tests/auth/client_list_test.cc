@@ -141,6 +141,14 @@ TEST_F(ClientListTest, LongTextsAreCutAndTerminated) {
   }
 }
 
+TEST_F(ClientListTest, AddressThatWasCutIsNotFound) {
+  // Quirk "address-cut-is-not-found"
+  const std::string ip(128, 'i');
+  EXPECT_EQ(clientAuthListAdd(&clientauthinfo, ip.c_str(), "admin", "secret", nullptr, 1), 1);
+  EXPECT_EQ(check_StarterAuthIP(ip.c_str(), nullptr), -1);
+  EXPECT_EQ(check_StarterAuthIP(ip.substr(0, 127).c_str(), nullptr), 0);
+}
+
 TEST_F(ClientListTest, OtherListsThanTheGlobalOneAreServedToo) {
   ClientAuthInfo* mine = nullptr;
   Add("10.1.1.2", 1);
