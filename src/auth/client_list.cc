@@ -13,8 +13,8 @@
 #include "platform/text.h"
 #include "platform/wipe.h"
 
-ClientAuthInfo *clientauthinfo = nullptr;
-ClientAuthInfo *cur_authinfo = nullptr;
+ClientAuthInfo* clientauthinfo = nullptr;
+ClientAuthInfo* cur_authinfo = nullptr;
 
 namespace kio::auth {
 namespace {
@@ -27,22 +27,22 @@ using platform::ViewOf;
 // As the list keeps time: 32 bits, so that it goes on behind 2^31 seconds where long has no more.
 std::uint32_t Now() { return static_cast<std::uint32_t>(sys_uptime_seconds()); }
 
-std::uint32_t LogoutFromNow() { return Now() + static_cast<std::uint32_t>(kLoginSeconds); }
+std::uint32_t LogoutFromNow() { return LogoutAfter(sys_uptime_seconds()); }
 
 // Quirk "address-cut-is-not-found": a longer address than the member holds equals none.
-[[gnu::noinline]] bool HasAddress(const ClientAuthInfo &client, const char *ip) {
+[[gnu::noinline]] bool HasAddress(const ClientAuthInfo& client, const char* ip) {
   return ip != nullptr && std::strcmp(client.ip, ip) == 0;
 }
 
-[[gnu::noinline]] bool HasSession(const ClientAuthInfo &client, const char *request) {
+[[gnu::noinline]] bool HasSession(const ClientAuthInfo& client, const char* request) {
   return request != nullptr && std::strstr(request, client.sessionid) != nullptr;
 }
 
-bool Matches(const ClientAuthInfo &client, const char *ip, const char *request, int mode) {
+bool Matches(const ClientAuthInfo& client, const char* ip, const char* request, int mode) {
   return HasAddress(client, ip) && (mode == KIOAPP_MATCH_ADDRESS || HasSession(client, request));
 }
 
-[[gnu::noinline]] ClientAuthInfo *Find(ClientAuthInfo *head, const char *ip, const char *request,
+[[gnu::noinline]] ClientAuthInfo* Find(ClientAuthInfo* head, const char* ip, const char* request,
                                        int mode) {
   while (head != nullptr && !Matches(*head, ip, request, mode)) {
     head = head->next;
@@ -51,7 +51,7 @@ bool Matches(const ClientAuthInfo &client, const char *ip, const char *request, 
 }
 
 // Whether a client behind the first one is what a removal is meant for.
-bool IsRemovedFromBehind(const ClientAuthInfo &client, const char *ip, const char *request,
+bool IsRemovedFromBehind(const ClientAuthInfo& client, const char* ip, const char* request,
                          int mode) {
   if (HasAddress(client, ip)) {
     return true;
@@ -60,7 +60,7 @@ bool IsRemovedFromBehind(const ClientAuthInfo &client, const char *ip, const cha
   return mode != KIOAPP_MATCH_ADDRESS && !HasSession(client, request);
 }
 
-[[gnu::noinline]] void LogRemoval(const ClientAuthInfo &client, int place, int mode) {
+[[gnu::noinline]] void LogRemoval(const ClientAuthInfo& client, int place, int mode) {
   if (mode == KIOAPP_MATCH_ADDRESS) {
     KIO_LOG(kLogDetail, "%d Delete IP %s from list.\n", place, client.ip);
   } else {
@@ -69,8 +69,8 @@ bool IsRemovedFromBehind(const ClientAuthInfo &client, const char *ip, const cha
 }
 
 // Takes the client that `link` leads to out of its list and frees it.
-[[gnu::noinline]] void Remove(ClientAuthInfo **link) {
-  ClientAuthInfo *const client = *link;
+[[gnu::noinline]] void Remove(ClientAuthInfo** link) {
+  ClientAuthInfo* const client = *link;
   *link = client->next;
   if (cur_authinfo == client) {
     cur_authinfo = nullptr;
@@ -79,15 +79,15 @@ bool IsRemovedFromBehind(const ClientAuthInfo &client, const char *ip, const cha
   std::free(client);
 }
 
-void RemoveAll(ClientAuthInfo **head) {
+void RemoveAll(ClientAuthInfo** head) {
   while (*head != nullptr) {
     printList(*head);
     Remove(head);
   }
 }
 
-ClientAuthInfo *NewClient(const char *ip, const char *username, const char *password) {
-  auto *const client = static_cast<ClientAuthInfo *>(std::calloc(1, sizeof(ClientAuthInfo)));
+ClientAuthInfo* NewClient(const char* ip, const char* username, const char* password) {
+  auto* const client = static_cast<ClientAuthInfo*>(std::calloc(1, sizeof(ClientAuthInfo)));
   if (client != nullptr) {
     // Quirk "session-from-the-clock": clients of one second share their session id.
     std::srand(static_cast<unsigned>(std::time(nullptr)));
@@ -104,23 +104,23 @@ ClientAuthInfo *NewClient(const char *ip, const char *username, const char *pass
 }  // namespace
 }  // namespace kio::auth
 
-int clientAuthListAdd(ClientAuthInfo **head, const char *ip, const char *username,
-                      const char *password, const char *request, int mode) {
+int clientAuthListAdd(ClientAuthInfo** head, const char* ip, const char* username,
+                      const char* password, const char* request, int mode) {
   kio::platform::LogEntry("clientAuthListAdd");
-  if (ClientAuthInfo *const client = kio::auth::Find(*head, ip, request, mode)) {
+  if (ClientAuthInfo* const client = kio::auth::Find(*head, ip, request, mode)) {
     if (mode == KIOAPP_MATCH_ADDRESS) {
       client->logout = kio::auth::LogoutFromNow();
     }
     return 0;
   }
-  ClientAuthInfo *const client = kio::auth::NewClient(ip, username, password);
+  ClientAuthInfo* const client = kio::auth::NewClient(ip, username, password);
   if (client == nullptr) {
     // Quirk "added-without-memory": told as if the client had been added.
     return 1;
   }
   // Quirk "mode-zero-adds-lapsed": such a client never passes.
   client->logout = mode == KIOAPP_MATCH_LAPSED ? 0 : kio::auth::LogoutFromNow();
-  ClientAuthInfo **end = head;
+  ClientAuthInfo** end = head;
   while (*end != nullptr) {
     end = &(*end)->next;
   }
@@ -131,7 +131,7 @@ int clientAuthListAdd(ClientAuthInfo **head, const char *ip, const char *usernam
   return 1;
 }
 
-int clientAuthListDel(ClientAuthInfo **head, const char *ip, const char *request, int mode) {
+int clientAuthListDel(ClientAuthInfo** head, const char* ip, const char* request, int mode) {
   kio::platform::LogEntry("clientAuthListDel");
   if (*head == nullptr) {
     KIO_LOG(kio::platform::kLogAction, "No IP to be deleted.\n");
@@ -147,7 +147,7 @@ int clientAuthListDel(ClientAuthInfo **head, const char *ip, const char *request
     kio::auth::Remove(head);
     return 1;
   }
-  for (ClientAuthInfo **link = &(*head)->next; *link != nullptr; link = &(*link)->next) {
+  for (ClientAuthInfo** link = &(*head)->next; *link != nullptr; link = &(*link)->next) {
     if (kio::auth::IsRemovedFromBehind(**link, ip, request, mode)) {
       kio::auth::LogRemoval(**link, 2, mode);
       kio::auth::Remove(link);
@@ -157,13 +157,13 @@ int clientAuthListDel(ClientAuthInfo **head, const char *ip, const char *request
   return 0;
 }
 
-ClientAuthInfo *checkClientAuthIp(ClientAuthInfo *head, const char *ip, const char *request,
+ClientAuthInfo* checkClientAuthIp(ClientAuthInfo* head, const char* ip, const char* request,
                                   int mode) {
   kio::platform::LogEntry("checkClientAuthIp");
   return kio::auth::Find(head, ip, request, mode);
 }
 
-int check_StarterAuthIP(const char *ip, const char *request) {
+int check_StarterAuthIP(const char* ip, const char* request) {
   kio::platform::LogName("check_StarterAuthIP");
   KIO_LOG(kio::platform::kLogDetail, "%s", "");
   cur_authinfo = checkClientAuthIp(clientauthinfo, ip, request, KIOAPP_MATCH_ADDRESS);
@@ -180,7 +180,7 @@ int check_StarterAuthIP(const char *ip, const char *request) {
   return -1;
 }
 
-void printList(ClientAuthInfo *head) {
+void printList(ClientAuthInfo* head) {
   kio::platform::LogName("printList");
   if (head == nullptr) {
     KIO_LOG(kio::platform::kLogDetail, "Auth list is empty.\n");

@@ -7,15 +7,15 @@
 
 char string[80];
 
-void MD5Digest(const char *text, unsigned int /*length*/, unsigned char *digest) {
+void MD5Digest(const char* text, unsigned int /*length*/, unsigned char* digest) {
   // Quirk "digest-length-unused": the text ends at its terminator.
   kio::auth::Digest result;
-  kio::auth::Md5(text, result);
+  kio::auth::Md5(kio::platform::ViewOf(text), result);
   std::memcpy(digest, result.bytes, sizeof(result.bytes));
   kio::platform::Wipe(result);
 }
 
-void Hex2String(const unsigned char *bytes, char *output, int count) {
+void Hex2String(const unsigned char* bytes, char* output, int count) {
   static constexpr char kDigits[] = "0123456789abcdef";
   // Quirk "hex-of-sixteen-bytes": what follows them is not read.
   constexpr int kMostBytes = 16;
@@ -26,9 +26,9 @@ void Hex2String(const unsigned char *bytes, char *output, int count) {
   *output = '\0';
 }
 
-char *MD5Encryption(const char *text) {
+char* MD5Encryption(const char* text) {
   kio::auth::Digest digest;
-  kio::auth::Md5(text, digest);
+  kio::auth::Md5(kio::platform::ViewOf(text), digest);
   Hex2String(digest.bytes, string, sizeof(digest.bytes));
   kio::platform::Wipe(digest);
   return string;

@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "platform/text.h"
+#include "platform/wipe.h"
 
 namespace kio::auth {
 
@@ -19,6 +20,10 @@ void Md5(platform::TextView text, Digest& digest);
 
 // The digests of `count` texts.
 void Md5OfEach(const platform::TextView* texts, std::size_t count, Digest* digests);
+
+// Clears words of messages that the rounds kept on the stack for want of registers. For callers of
+// `Md5` with secrets.
+inline void WipeMd5Stack() { platform::WipeStack<512>(); }
 
 inline constexpr std::size_t kMd5BlockSize = 64;
 // The longest text that one block holds together with what closes a message.

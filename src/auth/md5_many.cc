@@ -116,6 +116,7 @@ void Md5OfEach(const platform::TextView* texts, std::size_t count, Digest* diges
   for (std::size_t i = 0; i < count; ++i) {
     Md5(texts[i], digests[i]);
   }
+  WipeMd5Stack();
 }
 
 }  // namespace kio::auth

@@ -67,6 +67,7 @@ char* WriteKey(const char* ip, int bytes) {
   Digest digest;
   Md5(source.Write(sys_uptime_seconds() / kSlotSeconds, text), digest);
   Hex2String(digest.bytes, string, bytes);
+  WipeMd5Stack();
   platform::Wipe(text);
   platform::Wipe(digest);
   return string;
@@ -179,7 +180,7 @@ int starter_auth_check(const char* request, const char* ip, const char* session)
   }
   kio::platform::LogTime(kio::platform::kLogEvent);
   KIO_LOG(kio::platform::kLogEvent, "starter key success, logout=%ld\n",
-          now + kio::auth::kLoginSeconds);
+          static_cast<long>(kio::auth::LogoutAfter(now)));
   clientAuthListAdd(&clientauthinfo, ip, kio::auth::kUserName, password.c_str(), session,
                     KIOAPP_MATCH_ADDRESS);
   return 0;

@@ -11,7 +11,7 @@ long sys_uptime_seconds(void) {
   return info.uptime;
 }
 
-char *sys_uptime_sec_str(void) {
+char* sys_uptime_sec_str(void) {
   static char text[24];
   std::snprintf(text, sizeof(text), "%ld", sys_uptime_seconds());
   return text;

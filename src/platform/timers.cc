@@ -10,14 +10,14 @@ namespace kio::platform {
 namespace {
 
 // The pending list. The library only adds to it.
-KioTimer *g_pending_timers = nullptr;
+KioTimer* g_pending_timers = nullptr;
 
 }  // namespace
 }  // namespace kio::platform
 
-KioTimer *create_timer(unsigned int interval, void (*callback)(uintptr_t), uintptr_t arg,
+KioTimer* create_timer(unsigned int interval, void (*callback)(uintptr_t), uintptr_t arg,
                        unsigned int user_a, unsigned int user_b) {
-  auto *timer = static_cast<KioTimer *>(std::calloc(1, sizeof(KioTimer)));
+  auto* timer = static_cast<KioTimer*>(std::calloc(1, sizeof(KioTimer)));
   if (timer == nullptr) {
     kio::platform::LogTime(kio::platform::kLogEvent);
     KIO_LOG(kio::platform::kLogEvent, "create_timer fail !!!\n");
@@ -32,7 +32,7 @@ KioTimer *create_timer(unsigned int interval, void (*callback)(uintptr_t), uintp
   return timer;
 }
 
-void add_timer(KioTimer *timer) {
+void add_timer(KioTimer* timer) {
   if (timer->remaining != 0) {
     timer->next = kio::platform::g_pending_timers;
     kio::platform::g_pending_timers = timer;
@@ -42,11 +42,11 @@ void add_timer(KioTimer *timer) {
   }
 }
 
-const char *starterLibVersion(void) { return "b1.2.3a"; }
+const char* starterLibVersion(void) { return "b1.2.3a"; }
 
-const char *rssSpecVersion(void) { return "1.1"; }
+const char* rssSpecVersion(void) { return "1.1"; }
 
-unsigned int getFileSize(const char *path) {
+unsigned int getFileSize(const char* path) {
   constexpr unsigned int kUnknownSize = 0xFFFFFFFF;
   struct stat status = {};
   if (path == nullptr || stat(path, &status) != 0) {

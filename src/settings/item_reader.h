@@ -22,9 +22,9 @@ class ItemReader {
     return item.text != nullptr ? item : Search();
   }
 
-  // Once the walk has ended: whether the elements walked through have all the tags of the list, so
-  // that no others are in it.
-  [[nodiscard]] bool HasNoOthers() const { return in_order_; }
+  // Whether the walk has come to the end of the list, and the elements walked through have all its
+  // tags, so that no others are in it. False if the caller stopped before.
+  [[nodiscard]] bool HasNoOthers() const { return at_end_; }
 
  private:
   enum class Form { kNone, kOpening, kEmpty, kClosing };
@@ -38,7 +38,8 @@ class ItemReader {
   [[gnu::always_inline]] Block TakeNext() {
     const char* const tag = FindTagStart(position_, end_, text_end_);
     if (tag == nullptr || !IsTag(tag + 1)) {
-      in_order_ = tag == nullptr;
+      at_end_ = tag == nullptr;
+      in_order_ = at_end_;
       return {};
     }
     const char* const content = tag + key_.size() + 2;
@@ -71,6 +72,7 @@ class ItemReader {
   const char* close_ = nullptr;
   // Whether every tag so far belonged to an element that was walked through.
   bool in_order_ = true;
+  bool at_end_ = false;
 };
 
 }  // namespace kio::settings

@@ -140,6 +140,20 @@ TEST_F(MatchTest, HundredItemsAtMost) {
       1);
 }
 
+// The walk through the MACs stops at the hundredth, short of the ranges behind it.
+TEST_F(MatchTest, RangesBehindAHundredMacsAreTried) {
+  for (const std::size_t count : {5U, 99U, 100U, 101U, 150U}) {
+    std::string items;
+    for (std::size_t i = 0; i < count; ++i) {
+      items += Element("MAC", "x");
+    }
+    const std::string range = Element("MACs", Element("Start", "*") + Element("End", "*"));
+    EXPECT_EQ(Parse(FirmwareList(Entry(Element("MacList", items + range), "new"))), 2) << count;
+    const std::string half = Element("MACs", Element("Start", "*"));
+    EXPECT_EQ(Parse(FirmwareList(Entry(Element("MacList", items + half), "new"))), 0) << count;
+  }
+}
+
 // An empty list has the items of the rest of the document.
 TEST_F(MatchTest, EmptyListReachesOn) {
   EXPECT_EQ(ParseList("<MacList></MacList><MAC>*</MAC>", 1), 2);
