@@ -2,13 +2,16 @@
 
 #include <sys/select.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <utility>
 
 #include "device_routes.h"
 #include "listener.h"
+#include "login_routes.h"
 #include "signals.h"
+#include "web_gates.h"
 
 namespace kiohost {
 namespace {
@@ -45,9 +48,14 @@ Host::Host(Store* store, const Settings& settings)
       variables_(store, &exchange_),
       variable_routes_(&variables_, settings.catalogue),
       server_(&router_) {
+  AddWebGates(store, settings.names, &router_);
+  if (!settings.open) {
+    AddLoginGate(&clients_, &router_);
+  }
   settings_routes_.AddTo(&router_);
   AddDeviceRoutes(store, &router_);
   variable_routes_.AddTo(&router_);
+  AddLoginRoutes(&clients_, &router_);
 }
 
 Status Host::Start() {
@@ -82,8 +90,18 @@ void Host::WaitAndServe() {
   DescriptorSets sets;
   int max_fd = -1;
   server_.AddDescriptors(&sets.read, &sets.write, &sets.except, &max_fd);
-  WaitForEvents(max_fd, &sets.read, &sets.write, &sets.except, server_.MillisecondsToWait());
+  WaitForEvents(max_fd, &sets.read, &sets.write, &sets.except, MillisecondsToWait());
+  clients_.SweepIfDue();
   server_.Run(sets.read, sets.write, sets.except);
+}
+
+std::optional<long> Host::MillisecondsToWait() const {
+  const std::optional<long> server = server_.MillisecondsToWait();
+  if (!Clients::HasAny()) {
+    return server;
+  }
+  constexpr long kSweep = Clients::kSweepSeconds * 1000;
+  return std::min(server.value_or(kSweep), kSweep);
 }
 
 Status Host::FollowUpWhenReady() {

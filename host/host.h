@@ -4,7 +4,9 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "clients.h"
 #include "exchange.h"
 #include "http_server.h"
 #include "reply.h"
@@ -25,6 +27,8 @@ class Host {
     std::string temp_dir;
     std::string catalogue;  // the file with the list of all variables
     bool real_waits = false;
+    bool open = false;               // nobody needs to log in
+    std::vector<std::string> names;  // the router's, in Host headers
   };
 
   // The store must be bound to the library.
@@ -40,11 +44,13 @@ class Host {
 
  private:
   void WaitAndServe();
+  std::optional<long> MillisecondsToWait() const;
   Status FollowUpWhenReady();
   Status FollowUpAway();
 
   Settings settings_;
   Router router_;
+  Clients clients_;
   Exchange exchange_;
   SettingsRoutes settings_routes_;
   Variables variables_;

@@ -16,6 +16,9 @@ MHD_Result Send(MHD_Connection* connection, const Reply& reply) {
     return MHD_NO;
   }
   MHD_add_response_header(response, MHD_HTTP_HEADER_CONTENT_TYPE, reply.content_type.c_str());
+  // What a browser gets is taken for nothing else than it is said to be, and kept nowhere.
+  MHD_add_response_header(response, "X-Content-Type-Options", "nosniff");
+  MHD_add_response_header(response, MHD_HTTP_HEADER_CACHE_CONTROL, "no-store");
   for (const auto& [name, value] : reply.headers) {
     MHD_add_response_header(response, name.c_str(), value.c_str());
   }

@@ -133,6 +133,8 @@ Status Serve(const Options& options, Store* store) {
   Host::Settings settings;
   settings.listen = options.listen;
   settings.real_waits = options.real_waits;
+  settings.open = options.open;
+  settings.names = options.names;
   settings.catalogue = Program().parent_path() / "variables.json";
   Status status = SettlePort(options, store, &settings.port);
   if (status.ok()) {
@@ -150,6 +152,11 @@ Status Serve(const Options& options, Store* store) {
   std::snprintf(daemon_log_header, sizeof daemon_log_header, "kiohost");
   daemon_log_level = options.log_level;
   BindStore(store);
+  if (options.open) {
+    std::fprintf(stderr,
+                 "kiohost: WARNING: --open: there is no login. Whoever reaches this port reads and "
+                 "changes all settings.\n");
+  }
   Host host(store, settings);
   status = host.Start();
   if (status.ok()) {

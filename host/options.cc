@@ -30,6 +30,9 @@ change them over HTTP (docs/http.md).
   --state-dir DIR    where the scripts write what they would bring up (default the temporary
                      directory)
   --real-waits       refuse connections after a commit for as long as the app was told to wait
+  --name NAME        a further name by which browsers and apps reach the router (default router;
+                     its addresses and localhost always count)
+  --open             let everybody in without a login: for demonstrations only
   --log-level N      the library's log: 4 failures, 5 events, 6 actions with whole documents and
                      their passwords, 7 everything (default 5)
   --dump[=NODE]      print the store, or a node and what is below it, as a profile; then exit
@@ -50,6 +53,8 @@ enum OptionId {
   kScriptDirOption,
   kStateDirOption,
   kRealWaitsOption,
+  kNameOption,
+  kOpenOption,
   kLogLevelOption,
   kDumpOption,
   kGetOption,
@@ -67,6 +72,8 @@ constexpr option kOptions[] = {
     {"script-dir", required_argument, nullptr, kScriptDirOption},
     {"state-dir", required_argument, nullptr, kStateDirOption},
     {"real-waits", no_argument, nullptr, kRealWaitsOption},
+    {"name", required_argument, nullptr, kNameOption},
+    {"open", no_argument, nullptr, kOpenOption},
     {"log-level", required_argument, nullptr, kLogLevelOption},
     {"dump", optional_argument, nullptr, kDumpOption},
     {"get", required_argument, nullptr, kGetOption},
@@ -154,6 +161,12 @@ Status ParseOption(int id, const char* word, Options* options) {
       return {};
     case kRealWaitsOption:
       options->real_waits = true;
+      return {};
+    case kNameOption:
+      options->names.emplace_back(optarg);
+      return *optarg == '\0' ? UsageError("--name: an empty text") : Status();
+    case kOpenOption:
+      options->open = true;
       return {};
     case kHelpOption:
       options->command = Options::Command::kHelp;

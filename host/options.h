@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "status.h"
 
@@ -24,6 +25,8 @@ struct Options {
   int log_level = 5;
   bool factory_reset = false;
   bool real_waits = false;
+  bool open = false;
+  std::vector<std::string> names = {"router"};  // the router's, in Host headers
 };
 
 Status ParseOptions(int argc, char** argv, Options* options);

@@ -1,6 +1,10 @@
 #include "request_view.h"
 
+#include <sys/socket.h>
+
 #include <cstring>
+
+#include "peer_address.h"
 
 namespace kiohost {
 
@@ -22,10 +26,21 @@ std::optional<std::string_view> RequestView::Argument(const char* name) const {
   return Lookup(MHD_GET_ARGUMENT_KIND, name);
 }
 
-const sockaddr* RequestView::peer() const {
+std::string RequestView::peer_address() const {
   const MHD_ConnectionInfo* info =
       MHD_get_connection_info(connection_, MHD_CONNECTION_INFO_CLIENT_ADDRESS);
-  return info == nullptr ? nullptr : info->client_addr;
+  return info == nullptr ? std::string() : AddressText(info->client_addr);
+}
+
+std::string RequestView::local_address() const {
+  const MHD_ConnectionInfo* info =
+      MHD_get_connection_info(connection_, MHD_CONNECTION_INFO_CONNECTION_FD);
+  sockaddr_storage address = {};
+  socklen_t length = sizeof address;
+  auto* const generic = reinterpret_cast<sockaddr*>(&address);
+  return info != nullptr && getsockname(info->connect_fd, generic, &length) == 0
+             ? AddressText(generic)
+             : std::string();
 }
 
 std::optional<bool> FlagArgument(const RequestView& request, const char* name) {

@@ -3,7 +3,6 @@
 #define HOST_REQUEST_VIEW_H
 
 #include <microhttpd.h>
-#include <sys/socket.h>
 
 #include <optional>
 #include <string>
@@ -28,8 +27,10 @@ class RequestView {
   std::optional<std::string_view> Header(const char* name) const;
   std::optional<std::string_view> Argument(const char* name) const;
 
-  // The address that the connection comes from, null when it is not known.
-  const sockaddr* peer() const;
+  // The numeric addresses at the two ends of the connection (peer_address.h), from the socket and
+  // never from a header; empty when they are not known.
+  std::string peer_address() const;
+  std::string local_address() const;
 
   // The body; empty until it was read to its end.
   const std::string& body() const { return body_; }

@@ -66,7 +66,7 @@ TEST(CommitTest, RunsAlthoughTheClientWentAway) {
 // A connection that the host has accepted.
 std::unique_ptr<Connection> Accepted(int port) {
   auto connection = std::make_unique<Connection>(port);
-  EXPECT_TRUE(connection->Send("GET /device HTTP/1.1\r\nHost: r\r\n\r\n"));
+  EXPECT_TRUE(connection->Send("GET /device HTTP/1.1\r\nHost: router\r\n\r\n"));
   EXPECT_EQ(connection->Read().status, 200);
   return connection;
 }

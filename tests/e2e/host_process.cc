@@ -140,6 +140,12 @@ void HostProcess::UseScript(const std::string& name, const std::string& script) 
 }
 
 bool HostProcess::Start(const std::vector<std::string>& more_arguments) {
+  std::vector<std::string> arguments = {"--open"};
+  arguments.insert(arguments.end(), more_arguments.begin(), more_arguments.end());
+  return StartClosed(arguments);
+}
+
+bool HostProcess::StartClosed(const std::vector<std::string>& more_arguments) {
   std::vector<std::string> arguments = arguments_;
   arguments.insert(arguments.end(), more_arguments.begin(), more_arguments.end());
   // What an earlier run said must not be taken for this one's.
@@ -162,6 +168,8 @@ int HostProcess::WaitForEnd() {
 }
 
 std::string HostProcess::Output() const { return ReadFile(dir_.File("out")); }
+
+std::string HostProcess::Errors() const { return ReadFile(dir_.File("err")); }
 
 bool HostProcess::WaitForOutput(const std::string& text) const {
   return WaitFor([&] { return Output().find(text) != std::string::npos; });

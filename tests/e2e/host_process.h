@@ -41,7 +41,11 @@ class HostProcess {
   void UseScript(const std::string& name, const std::string& script);
 
   // Starts the host and waits until it listens. Returns false when it does not within some seconds.
+  // Nobody needs to log in.
   bool Start(const std::vector<std::string>& more_arguments = {});
+
+  // The same with the login.
+  bool StartClosed(const std::vector<std::string>& more_arguments = {});
 
   const TempDir& dir() const { return dir_; }
   int port() const { return port_; }
@@ -53,8 +57,9 @@ class HostProcess {
   // Waits for the host to end by itself.
   int WaitForEnd();
 
-  // What the host said on standard output since its last start.
+  // What the host said on standard output since its last start, and on standard error.
   std::string Output() const;
+  std::string Errors() const;
 
   // Waits some seconds for a text in the output.
   bool WaitForOutput(const std::string& text) const;

@@ -36,12 +36,20 @@ std::string HttpResponse::Header(const std::string& name) const {
   return {};
 }
 
-Connection::Connection(int port) : fd_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+Connection::Connection(int port, const std::string& from)
+    : fd_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+  sockaddr_in own = {};
+  own.sin_family = AF_INET;
+  inet_pton(AF_INET, from.c_str(), &own.sin_addr);
+  // Without it the port would be taken for good, and there would be fewer for other addresses.
+  const int yes = 1;
+  setsockopt(fd_, IPPROTO_IP, IP_BIND_ADDRESS_NO_PORT, &yes, sizeof yes);
+  const bool bound = bind(fd_, reinterpret_cast<const sockaddr*>(&own), sizeof own) == 0;
   sockaddr_in address = {};
   address.sin_family = AF_INET;
   address.sin_port = htons(static_cast<uint16_t>(port));
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  if (connect(fd_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+  if (!bound || connect(fd_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
     close(fd_);
     fd_ = -1;
   }

@@ -13,10 +13,10 @@ struct HttpResponse {
   std::string Header(const std::string& name) const;
 };
 
-// One connection to a port of the loopback address.
+// One connection to a port of the loopback address, from another one when that is given.
 class Connection {
  public:
-  explicit Connection(int port);
+  explicit Connection(int port, const std::string& from = "127.0.0.1");
   ~Connection();
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;

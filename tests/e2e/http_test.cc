@@ -67,7 +67,8 @@ TEST_F(HttpTest, OtherPathsDoNotExist) {
   for (const char* url : {"/", "/settings/", "/Settings", "/result/x", "/../device", "*"}) {
     const HttpResponse answer = Get(host_.port(), url);
     EXPECT_EQ(answer.status, 404) << url;
-    EXPECT_EQ(answer.body, "there is only /settings, /result, /device, /vars and /actions\n")
+    EXPECT_EQ(answer.body,
+              "there is only /settings, /result, /device, /vars, /actions, /login and /logout\n")
         << url;
   }
   EXPECT_EQ(Post(host_.port(), "/", FactoryDocument()).status, 404);
@@ -84,7 +85,7 @@ TEST_F(HttpTest, OtherMethodsAreNotAllowed) {
     EXPECT_EQ(post.Header("Allow"), "GET") << url;
   }
   const HttpResponse put =
-      Request(host_.port(), "PUT /settings HTTP/1.1\r\nHost: r\r\nContent-Length: 0\r\n\r\n");
+      Request(host_.port(), "PUT /settings HTTP/1.1\r\nHost: router\r\nContent-Length: 0\r\n\r\n");
   EXPECT_EQ(put.status, 405);
 }
 
@@ -178,7 +179,7 @@ TEST_F(HttpTest, OneConnectionCarriesManyRequests) {
   for (int i = 0; i < 3; ++i) {
     ASSERT_TRUE(client.Send(renamed));
     EXPECT_EQ(client.Read().status, 200) << i;
-    ASSERT_TRUE(client.Send("GET /device HTTP/1.1\r\nHost: r\r\n\r\n"));
+    ASSERT_TRUE(client.Send("GET /device HTTP/1.1\r\nHost: router\r\n\r\n"));
     EXPECT_THAT(client.Read().body, HasSubstr("\"name\": \"N\"")) << i;
   }
 }
@@ -188,7 +189,7 @@ TEST_F(HttpTest, AtMost64ConnectionsAreServed) {
   std::vector<std::unique_ptr<Connection>> clients;
   for (size_t i = 0; i < kLimit; ++i) {
     clients.push_back(std::make_unique<Connection>(host_.port()));
-    ASSERT_TRUE(clients.back()->Send("GET /device HTTP/1.1\r\nHost: r\r\n\r\n"));
+    ASSERT_TRUE(clients.back()->Send("GET /device HTTP/1.1\r\nHost: router\r\n\r\n"));
     EXPECT_EQ(clients.back()->Read().status, 200) << i;
   }
   Connection beyond(host_.port());
@@ -204,7 +205,8 @@ TEST_F(HttpTest, AtMost64ConnectionsAreServed) {
 TEST_F(HttpTest, AnIdleConnectionIsClosedAfter10Seconds) {
   Connection silent(host_.port());
   Connection half(host_.port());
-  ASSERT_TRUE(half.Send("POST /settings HTTP/1.1\r\nHost: r\r\nContent-Length: 100\r\n\r\n<root"));
+  ASSERT_TRUE(
+      half.Send("POST /settings HTTP/1.1\r\nHost: router\r\nContent-Length: 100\r\n\r\n<root"));
   EXPECT_FALSE(silent.WaitForClose(8));
   EXPECT_TRUE(silent.WaitForClose(5));
   EXPECT_TRUE(half.WaitForClose(5));
@@ -214,9 +216,10 @@ TEST_F(HttpTest, AnIdleConnectionIsClosedAfter10Seconds) {
 TEST_F(HttpTest, NoRequestHeadIsTrusted) {
   for (const char* request :
        {"\r\n\r\n", "GET\r\n\r\n", "GET /device\r\n\r\n", "POST /settings HTTP/1.1\r\n\r\n",
-        "POST /settings HTTP/1.1\r\nHost: r\r\nContent-Length: -5\r\n\r\n",
-        "POST /settings HTTP/1.1\r\nHost: r\r\nContent-Length: 99999999999999999999999\r\n\r\n",
-        "POST /settings HTTP/1.1\r\nHost: r\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\n"}) {
+        "POST /settings HTTP/1.1\r\nHost: router\r\nContent-Length: -5\r\n\r\n",
+        "POST /settings HTTP/1.1\r\nHost: router\r\nContent-Length: "
+        "99999999999999999999999\r\n\r\n",
+        "POST /settings HTTP/1.1\r\nHost: router\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\n"}) {
     Connection client(host_.port());
     ASSERT_TRUE(client.Send(request));
     if (!client.StaysSilent(1)) {

@@ -171,7 +171,7 @@ TEST_F(VariableActionTest, TheCommitRunsOnceAmongRequests) {
     clients.emplace_back([this, end, &count] {
       std::string requests;
       for (int i = 0; i < kAtOnce; ++i) {
-        requests += "GET /vars/rss_DeviceName HTTP/1.1\r\nHost: r\r\n\r\n";
+        requests += "GET /vars/rss_DeviceName HTTP/1.1\r\nHost: router\r\n\r\n";
       }
       Connection client(host_.port());
       bool answers = true;

@@ -9,6 +9,7 @@
 namespace kiohost {
 namespace {
 
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
 Status Parse(std::vector<std::string> words, Options* options) {
@@ -30,13 +31,17 @@ TEST(OptionsTest, HaveSafeDefaults) {
   EXPECT_EQ(options.port, std::nullopt);
   EXPECT_FALSE(options.real_waits);
   EXPECT_FALSE(options.factory_reset);
+  EXPECT_FALSE(options.open);
+  EXPECT_THAT(options.names, ElementsAre("router"));
 }
 
 TEST(OptionsTest, AreAllUnderstood) {
   Options options;
-  ASSERT_TRUE(Parse({"--store", "s.db", "--profile=p", "--factory-reset", "--listen", "::1",
-                     "--port", "0", "--temp-dir", "t", "--script-dir", "c", "--state-dir", "d",
-                     "--real-waits", "--log-level", "7"},
+  ASSERT_TRUE(Parse({"--store",     "s.db",   "--profile=p",  "--factory-reset",
+                     "--listen",    "::1",    "--port",       "0",
+                     "--temp-dir",  "t",      "--script-dir", "c",
+                     "--state-dir", "d",      "--real-waits", "--log-level",
+                     "7",           "--open", "--name",       "kio.lan"},
                     &options)
                   .ok());
   EXPECT_EQ(options.store, "s.db");
@@ -49,6 +54,8 @@ TEST(OptionsTest, AreAllUnderstood) {
   EXPECT_EQ(options.state_dir, "d");
   EXPECT_TRUE(options.real_waits);
   EXPECT_EQ(options.log_level, 7);
+  EXPECT_TRUE(options.open);
+  EXPECT_THAT(options.names, ElementsAre("router", "kio.lan"));
 }
 
 TEST(OptionsTest, QueriesNameTheirNode) {

@@ -1,0 +1,34 @@
+#!/bin/bash
+# The app's side of a login, in full: learns the router's uptime and its own address, makes the key
+# of the present time slot and shows it.
+#
+#     KIO_PASSWORD=... examples/login.sh http://192.168.1.1:8080
+#
+# Without KIO_PASSWORD the administrator password is asked for. Neither it nor the key ever stands on
+# a command line, where other users of this machine could read it.
+set -euo pipefail
+
+router=${1:?"usage: $0 http://ROUTER:PORT"}
+if [[ -z ${KIO_PASSWORD+set} ]]; then
+  read -rsp 'Administrator password: ' KIO_PASSWORD
+  echo >&2
+fi
+# The router counts bytes.
+export LC_ALL=C
+
+# The answer is {"model": ..., "uptime": SECONDS}; curl adds the address that it was asked from.
+answer=$(curl -sSf -w '%{local_ip}' "$router/device")
+uptime=$(sed -n 's/.*"uptime": \([0-9]*\)}.*/\1/p' <<<"$answer")
+address=${answer##*$'\n'}
+[[ -n $uptime && -n $address ]] || {
+  echo "this is no router: $answer" >&2
+  exit 1
+}
+
+# Slot, address, user and password, of which 63 bytes count, make the source, of which 127 do.
+source=$((uptime / 20))${address}admin${KIO_PASSWORD:0:63}
+key=$(printf '%s' "${source:0:127}" | md5sum | cut -c 1-32)
+
+# One character between the marker and the key is skipped by the router. The short form would be
+# "BKey=" and the first 8 digits.
+printf 'kioAppKey=:%s' "$key" | curl -sS --fail-with-body --data-binary @- "$router/login"

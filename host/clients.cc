@@ -1,0 +1,95 @@
+#include "clients.h"
+
+#include <kioapp/auth.h>
+#include <kioapp/platform.h>
+
+#include <cstdio>
+#include <vector>
+
+namespace kiohost {
+namespace {
+
+size_t Count() {
+  size_t count = 0;
+  for (const ClientAuthInfo* client = clientauthinfo; client != nullptr; client = client->next) {
+    ++count;
+  }
+  return count;
+}
+
+bool IsListed(const std::string& address) {
+  return checkClientAuthIp(clientauthinfo, address.c_str(), nullptr, KIOAPP_MATCH_ADDRESS) !=
+         nullptr;
+}
+
+bool Remove(const std::string& address) {
+  return clientAuthListDel(&clientauthinfo, address.c_str(), nullptr, KIOAPP_MATCH_ADDRESS) == 1;
+}
+
+// Says what becomes of a client. Neither keys nor passwords are ever said.
+void Say(const char* what, const std::string& address) {
+  std::printf("%s %s\n", what, address.c_str());
+}
+
+}  // namespace
+
+Clients::Outcome Clients::Login(const std::string& address, const std::string& text,
+                                long* blocked_seconds) {
+  const long now = sys_uptime_seconds();
+  *blocked_seconds = guesses_.SecondsBlocked(address, now);
+  if (*blocked_seconds > 0) {
+    return Outcome::kBlocked;
+  }
+  if (!IsListed(address) && Count() >= kMost) {
+    RemoveLapsed();
+    if (Count() >= kMost) {
+      return Outcome::kFull;
+    }
+  }
+  if (starter_auth_check(text.c_str(), address.c_str(), text.c_str()) != 0) {
+    guesses_.AddWrong(address, now);
+    Say("wrong key from", address);
+    return Outcome::kWrongKey;
+  }
+  guesses_.Forget(address);
+  Say("login", address);
+  return Outcome::kLoggedIn;
+}
+
+bool Clients::Passes(const std::string& address) {
+  return !address.empty() && check_StarterAuthIP(address.c_str(), nullptr) == 0;
+}
+
+bool Clients::Logout(const std::string& address) {
+  const bool removed = Remove(address);
+  if (removed) {
+    Say("logout", address);
+  }
+  return removed;
+}
+
+void Clients::SweepIfDue() {
+  const long now = sys_uptime_seconds();
+  if (now >= next_sweep_) {
+    next_sweep_ = now + kSweepSeconds;
+    RemoveLapsed();
+  }
+}
+
+bool Clients::HasAny() { return clientauthinfo != nullptr; }
+
+void Clients::RemoveLapsed() {
+  const auto now = static_cast<unsigned int>(sys_uptime_seconds());
+  std::vector<std::string> lapsed;
+  for (const ClientAuthInfo* client = clientauthinfo; client != nullptr; client = client->next) {
+    if (client->logout <= now) {
+      lapsed.emplace_back(client->ip);
+    }
+  }
+  for (const std::string& address : lapsed) {
+    Remove(address);
+    Say("lapsed", address);
+  }
+}
+
+}  // namespace kiohost

@@ -1,0 +1,48 @@
+// The clients that are logged in, kept by the library.
+#ifndef HOST_CLIENTS_H
+#define HOST_CLIENTS_H
+
+#include <cstddef>
+#include <string>
+
+#include "guesses.h"
+
+namespace kiohost {
+
+class Clients {
+ public:
+  static constexpr size_t kMost = 64;
+  static constexpr long kSweepSeconds = 60;
+
+  enum class Outcome {
+    kLoggedIn,
+    kWrongKey,
+    kBlocked,  // too many wrong keys: none is looked at
+    kFull,
+  };
+
+  // Logs the address in when the text holds its key. `blocked_seconds` is set when it is blocked.
+  Outcome Login(const std::string& address, const std::string& text, long* blocked_seconds);
+
+  // Whether the address is logged in, which then lasts anew.
+  bool Passes(const std::string& address);
+
+  // Returns whether it was logged in.
+  bool Logout(const std::string& address);
+
+  // Removes the clients that have lapsed, at most once a minute. To be called now and then.
+  void SweepIfDue();
+
+  // Whether there is anything to be swept one day.
+  static bool HasAny();
+
+ private:
+  static void RemoveLapsed();
+
+  Guesses guesses_;
+  long next_sweep_ = 0;
+};
+
+}  // namespace kiohost
+
+#endif  // HOST_CLIENTS_H

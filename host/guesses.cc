@@ -1,0 +1,73 @@
+#include "guesses.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace kiohost {
+
+const Guesses::Entry* Guesses::Find(std::string_view address) const {
+  const auto* entry =
+      std::find_if(entries_.begin(), entries_.end(),
+                   [address](const Entry& candidate) { return candidate.address == address; });
+  return entry == entries_.end() ? nullptr : entry;
+}
+
+long Guesses::SecondsBlocked(std::string_view address, long now) const {
+  if (const Entry* entry = Find(address)) {
+    return std::max(0L, entry->blocked_until - now);
+  }
+  // Free places are not blocked.
+  long until = std::numeric_limits<long>::max();
+  for (const Entry& entry : entries_) {
+    until = std::min(until, entry.blocked_until);
+  }
+  return std::max(0L, until - now);
+}
+
+// The place of the address, or else the one that is free or was used the longest ago, blocked ones
+// left out; null when there is none.
+Guesses::Entry* Guesses::PlaceFor(std::string_view address, long now) {
+  Entry* oldest = nullptr;
+  for (Entry& entry : entries_) {
+    if (entry.address == address) {
+      return &entry;
+    }
+    const auto last = [](const Entry& used) {
+      return used.count == 0 ? std::numeric_limits<long>::min() : used.times[used.count - 1];
+    };
+    if (entry.blocked_until <= now && (oldest == nullptr || last(entry) < last(*oldest))) {
+      oldest = &entry;
+    }
+  }
+  if (oldest != nullptr) {
+    *oldest = Entry();
+    oldest->address = address;
+  }
+  return oldest;
+}
+
+void Guesses::AddWrong(std::string_view address, long now) {
+  Entry* entry = PlaceFor(address, now);
+  if (entry == nullptr) {
+    return;
+  }
+  // Those that are still within the window, and this one.
+  auto* const end = std::remove_if(entry->times.begin(), entry->times.begin() + entry->count,
+                                   [now](long time) { return time <= now - kWindowSeconds; });
+  entry->count = static_cast<size_t>(end - entry->times.begin());
+  entry->times[entry->count++] = now;
+  if (entry->count == kMostWrong) {
+    entry->blocked_until = now + kBlockSeconds;
+    entry->count = 0;
+  }
+}
+
+void Guesses::Forget(std::string_view address) {
+  for (Entry& entry : entries_) {
+    if (entry.address == address) {
+      entry = Entry();
+    }
+  }
+}
+
+}  // namespace kiohost

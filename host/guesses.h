@@ -1,0 +1,47 @@
+// Wrong keys, and who has shown too many of them.
+#ifndef HOST_GUESSES_H
+#define HOST_GUESSES_H
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace kiohost {
+
+// Takes the same room however many addresses guess.
+class Guesses {
+ public:
+  static constexpr size_t kMostWrong = 5;
+  static constexpr long kWindowSeconds = 60;
+  static constexpr long kBlockSeconds = 60;
+  static constexpr size_t kAddresses = 128;
+
+  // For how many seconds from `now` on no key of this address is to be looked at; 0: at once. When
+  // all the room is taken by blocked addresses, an address without a place of its own has to wait
+  // for one: otherwise somebody with many addresses could go on guessing.
+  long SecondsBlocked(std::string_view address, long now) const;
+
+  // Notes a wrong key. kMostWrong of them within kWindowSeconds block the address.
+  void AddWrong(std::string_view address, long now);
+
+  // Forgets an address that has shown a good key.
+  void Forget(std::string_view address);
+
+ private:
+  struct Entry {
+    std::string address;  // empty: free
+    size_t count = 0;
+    std::array<long, kMostWrong> times = {};  // of the last wrong keys, `count` of them, in order
+    long blocked_until = 0;
+  };
+
+  const Entry* Find(std::string_view address) const;
+  Entry* PlaceFor(std::string_view address, long now);
+
+  std::array<Entry, kAddresses> entries_;
+};
+
+}  // namespace kiohost
+
+#endif  // HOST_GUESSES_H

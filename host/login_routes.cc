@@ -1,0 +1,74 @@
+#include "login_routes.h"
+
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace kiohost {
+namespace {
+
+bool IsOpenToAll(const RequestView& request) {
+  return (request.method() == MHD_HTTP_METHOD_GET && request.path() == "/device") ||
+         (request.method() == MHD_HTTP_METHOD_POST && request.path() == "/login");
+}
+
+Reply Unauthorized(const char* reason) {
+  Reply reply = ErrorReply(MHD_HTTP_UNAUTHORIZED, reason);
+  reply.headers.emplace_back(MHD_HTTP_HEADER_WWW_AUTHENTICATE, "KioAppKey realm=\"router\"");
+  return reply;
+}
+
+Reply Done(const char* what) {
+  Reply reply;
+  reply.body = std::string(what) + "\n";
+  return reply;
+}
+
+Reply LogIn(Clients* clients, const RequestView& request) {
+  long blocked_seconds = 0;
+  switch (clients->Login(request.peer_address(), request.body(), &blocked_seconds)) {
+    case Clients::Outcome::kLoggedIn:
+      return Done("logged in");
+    case Clients::Outcome::kWrongKey:
+      return Unauthorized("not the key of this address now");
+    case Clients::Outcome::kBlocked: {
+      Reply reply = ErrorReply(MHD_HTTP_TOO_MANY_REQUESTS, "too many wrong keys: wait");
+      reply.headers.emplace_back(MHD_HTTP_HEADER_RETRY_AFTER, std::to_string(blocked_seconds));
+      return reply;
+    }
+    case Clients::Outcome::kFull:
+      break;
+  }
+  return ErrorReply(MHD_HTTP_SERVICE_UNAVAILABLE, "too many clients are logged in");
+}
+
+}  // namespace
+
+void AddLoginGate(Clients* clients, Router* router) {
+  router->AddGate([clients](const RequestView& request) -> std::optional<Reply> {
+    if (IsOpenToAll(request) || clients->Passes(request.peer_address())) {
+      return std::nullopt;
+    }
+    return Unauthorized("log in first: POST /login");
+  });
+}
+
+void AddLoginRoutes(Clients* clients, Router* router) {
+  constexpr size_t kMaxKeyText = 1024;
+  Route login;
+  login.pattern = "/login";
+  login.method = MHD_HTTP_METHOD_POST;
+  login.body = {.need = BodyRule::Need::kAnything, .noun = "key", .limit = kMaxKeyText};
+  login.handle = [clients](const RequestView& request) { return LogIn(clients, request); };
+  router->Add(std::move(login));
+
+  Route logout;
+  logout.pattern = "/logout";
+  logout.method = MHD_HTTP_METHOD_POST;
+  logout.handle = [clients](const RequestView& request) {
+    return Done(clients->Logout(request.peer_address()) ? "logged out" : "was not logged in");
+  };
+  router->Add(std::move(logout));
+}
+
+}  // namespace kiohost

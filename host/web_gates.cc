@@ -1,0 +1,104 @@
+#include "web_gates.h"
+
+#include <strings.h>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "peer_address.h"
+
+namespace kiohost {
+namespace {
+
+constexpr char kLanIpNode[] = "/runtime/zentrolinks/lanip";
+
+bool IsSameText(std::string_view a, std::string_view b) {
+  return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
+}
+
+bool IsPort(std::string_view text) {
+  constexpr size_t kMostDigits = 5;
+  return text.size() <= kMostDigits &&
+         std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+bool ChangesNothing(const RequestView& request) {
+  return request.method() == MHD_HTTP_METHOD_GET || request.method() == MHD_HTTP_METHOD_HEAD;
+}
+
+std::optional<Reply> JudgeHost(const RequestView& request, Store* store,
+                               const std::vector<std::string>& names) {
+  const std::string_view host = request.Header(MHD_HTTP_HEADER_HOST).value_or("");
+  const std::vector<std::string> addresses = {
+      request.local_address(), AddressText(std::string_view(store->Get(kLanIpNode).value_or("")))};
+  if (NamesRouter(host, addresses, names)) {
+    return std::nullopt;
+  }
+  return ErrorReply(MHD_HTTP_MISDIRECTED_REQUEST, "this is not the host that the request names");
+}
+
+// To be asked behind JudgeHost: the Host header names the router.
+std::optional<Reply> JudgeOrigin(const RequestView& request) {
+  const std::optional<std::string_view> origin = request.Header(MHD_HTTP_HEADER_ORIGIN);
+  const std::string own =
+      "http://" + std::string(request.Header(MHD_HTTP_HEADER_HOST).value_or(""));
+  if (ChangesNothing(request) || !origin || IsSameText(*origin, own)) {
+    return std::nullopt;
+  }
+  return ErrorReply(MHD_HTTP_FORBIDDEN, "pages of another origin change nothing here");
+}
+
+std::optional<Reply> JudgeContentType(const RequestView& request) {
+  const std::optional<std::string_view> type = request.Header(MHD_HTTP_HEADER_CONTENT_TYPE);
+  if (!type || IsContentTypeTaken(*type)) {
+    return std::nullopt;
+  }
+  return ErrorReply(MHD_HTTP_UNSUPPORTED_MEDIA_TYPE, "no resource takes this type of content");
+}
+
+}  // namespace
+
+bool NamesRouter(std::string_view host, const std::vector<std::string>& addresses,
+                 const std::vector<std::string>& names) {
+  // The colons of an IPv6 address stand in brackets.
+  const size_t colon = host.rfind(':');
+  const size_t bracket = host.rfind(']');
+  if (colon != std::string_view::npos && (bracket == std::string_view::npos || colon > bracket)) {
+    if (!IsPort(host.substr(colon + 1))) {
+      return false;
+    }
+    host = host.substr(0, colon);
+  }
+  if (host.empty()) {
+    return false;
+  }
+  const std::string address = AddressText(host);
+  return (!address.empty() &&
+          std::find(addresses.begin(), addresses.end(), address) != addresses.end()) ||
+         std::any_of(names.begin(), names.end(),
+                     [host](const std::string& name) { return IsSameText(host, name); });
+}
+
+bool IsContentTypeTaken(std::string_view content_type) {
+  std::string_view type = content_type.substr(0, content_type.find(';'));
+  while (!type.empty() && (type.back() == ' ' || type.back() == '\t')) {
+    type.remove_suffix(1);
+  }
+  constexpr std::string_view kTypes[] = {"application/octet-stream",
+                                         "application/x-www-form-urlencoded", "application/xml",
+                                         "text/plain", "text/xml"};
+  return std::any_of(std::begin(kTypes), std::end(kTypes),
+                     [type](std::string_view taken) { return IsSameText(type, taken); });
+}
+
+void AddWebGates(Store* store, std::vector<std::string> names, Router* router) {
+  names.emplace_back("localhost");
+  router->AddGate([store, names = std::move(names)](const RequestView& request) {
+    return JudgeHost(request, store, names);
+  });
+  router->AddGate(JudgeOrigin);
+  router->AddGate(JudgeContentType);
+}
+
+}  // namespace kiohost

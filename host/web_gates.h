@@ -1,0 +1,30 @@
+// Guards against what a web page in a browser of the LAN can bring about. The gates know no routes:
+// one that is added later is guarded like the others.
+#ifndef HOST_WEB_GATES_H
+#define HOST_WEB_GATES_H
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "router.h"
+#include "store.h"
+
+namespace kiohost {
+
+// Whether the value of a Host header, or of an origin behind its "http://", names the router: by an
+// address of `addresses` or a name of `names`, whatever the port.
+bool NamesRouter(std::string_view host, const std::vector<std::string>& addresses,
+                 const std::vector<std::string>& names);
+
+// Whether a body of that Content-Type is taken.
+bool IsContentTypeTaken(std::string_view content_type);
+
+// Refuses requests for another name than the router's, requests from pages of others that change
+// something, and types of content that no route takes. `names` are the router's, beside its
+// addresses and "localhost".
+void AddWebGates(Store* store, std::vector<std::string> names, Router* router);
+
+}  // namespace kiohost
+
+#endif  // HOST_WEB_GATES_H
