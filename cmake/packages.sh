@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# packages.sh [demo|test]: installs the Debian packages that ./demo or ./test (the default) needs, as
-# far as they are missing. This is the one list of them.
+# packages.sh [demo|test|target]: installs the Debian packages that ./demo, ./test (the default) or
+# ./test --target needs, as far as they are missing. This is the one list of them.
 set -euo pipefail
 
 # To build the library and the reference host, and to talk to it.
@@ -32,11 +32,28 @@ test_packages=(
   zlib1g-dev
 )
 
+# The cross builds, the C library that is built for them, and the emulator.
+target_packages=(
+  g++-mips-linux-gnu
+  g++-mipsel-linux-gnu
+  gcc
+  googletest
+  libc6-dev-mips-cross
+  libc6-dev-mipsel-cross
+  linux-libc-dev-mips-cross
+  linux-libc-dev-mipsel-cross
+  make
+  qemu-user
+  uclibc-source
+  xz-utils
+)
+
 case ${1:-test} in
   demo) wanted=("${demo_packages[@]}") ;;
   test) wanted=("${demo_packages[@]}" "${test_packages[@]}") ;;
+  target) wanted=("${demo_packages[@]}" "${test_packages[@]}" "${target_packages[@]}") ;;
   *)
-    echo "usage: ${0##*/} [demo|test]" >&2
+    echo "usage: ${0##*/} [demo|test|target]" >&2
     exit 2
     ;;
 esac
