@@ -1,0 +1,119 @@
+/* What may differ between C libraries, word lengths and byte orders. */
+#include <kioapp/kioapp.h>
+#include <limits.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <strings.h>
+#include <sys/sysinfo.h>
+
+#include "device.h"
+#include "expect.h"
+#include "scene.h"
+
+static long g_uptime = 0;
+
+int sysinfo(struct sysinfo *info) {
+  memset(info, 0xFF, sizeof(*info));
+  info->uptime = g_uptime;
+  return 0;
+}
+
+static void CheckUptime(void) {
+  static const long kUptimes[] = {0, 99, 2147483647, LONG_MAX};
+  for (size_t i = 0; i < sizeof(kUptimes) / sizeof(kUptimes[0]); ++i) {
+    char expected[128];
+    g_uptime = kUptimes[i];
+    snprintf(expected, sizeof(expected), "%ld", kUptimes[i]);
+    EXPECT_INT(sys_uptime_seconds(), kUptimes[i]);
+    EXPECT_TEXT(sys_uptime_sec_str(), expected);
+    remove(ScenePath("target_log.txt"));
+    logPrintf(5, "%ld|%lu|%d\n", kUptimes[i], ULONG_MAX, INT_MIN);
+    snprintf(expected, sizeof(expected), "%ld: %ld|%lu|-2147483648\n", kUptimes[i], kUptimes[i],
+             ULONG_MAX);
+    EXPECT_TEXT(SceneText("target_log.txt"), expected);
+  }
+  g_uptime = 7;
+}
+
+/* vsnprintf returns what it would have written, or something else. */
+static void CheckLongMessages(void) {
+  enum { kKept = 5119, kPrefix = 3 };
+  static char text[9000];
+  memset(text, 'x', sizeof(text) - 1);
+  remove(ScenePath("target_log.txt"));
+  logPrintf(5, "%s\n", text);
+  const char *const log = SceneText("target_log.txt");
+  EXPECT_INT(strlen(log), kPrefix + kKept);
+  EXPECT_INT(strncmp(log, "7: xxx", 6), 0);
+  EXPECT_INT(log[kPrefix + kKept - 1], 'x');
+  /* The line was left open. */
+  remove(ScenePath("target_log.txt"));
+  logPrintf(5, "%s %5.1f%% %c\n", "", 12.5, 'c');
+  EXPECT_TEXT(SceneText("target_log.txt"), "  12.5% c\n");
+}
+
+static void CheckNumberRules(void) {
+  static const struct {
+    const char *value;
+    int code;
+  } kCases[] = {{"14", 0},   {"14.001", 20}, {"1", 0},      {".999", 21},  {" 1e1", 0},
+                {"1e2", 20}, {"inf", 20},    {"-inf", 21},  {"1e999", 20}, {"nan", 0},
+                {"5x", 0},   {"-1e999", 21}, {"1e-999", 21}};
+  for (size_t i = 0; i < sizeof(kCases) / sizeof(kCases[0]); ++i) {
+    ExpectInt(kCases[i].value, 0, "its code", validate_RssData(kCases[i].value, "1,14,1"),
+              kCases[i].code);
+  }
+  /* Single precision: the next double above the bound is the bound. */
+  EXPECT_INT(validate_RssData("16777217", "1,16777216,1"), 0);
+  EXPECT_INT(validate_RssData("16777218", "1,16777216,1"), 20);
+}
+
+static const char *PlainSearch(const char *text, const char *needle) {
+  for (; *text != '\0'; ++text) {
+    if (strncasecmp(text, needle, strlen(needle)) == 0) {
+      return text;
+    }
+  }
+  return NULL;
+}
+
+/* Whole words are searched at once: the first match must be found at each place in a word. */
+static void CheckSearches(void) {
+  static const char *const kNeedles[] = {"a",  "B", "ab", "<a>", "</name>", "k\x80",
+                                         "aB", "z", "@",  "[",   "{",       "<wirelessname>"};
+  char text[64];
+  for (size_t needle = 0; needle < sizeof(kNeedles) / sizeof(kNeedles[0]); ++needle) {
+    const size_t size = strlen(kNeedles[needle]);
+    for (size_t at = 0; at + size < sizeof(text); ++at) {
+      memset(text, (needle % 2) != 0 ? '\xC1' : '!', sizeof(text) - 1);
+      text[sizeof(text) - 1] = '\0';
+      memcpy(text + at, kNeedles[needle], size);
+      memcpy(text + sizeof(text) - 1 - size, kNeedles[needle], size);
+      EXPECT_TEXT(strstri(text, kNeedles[needle]), PlainSearch(text, kNeedles[needle]));
+    }
+  }
+}
+
+static void CheckFileSizes(void) {
+  FILE *const file = fopen(ScenePath("large"), "wb");
+  EXPECT_INT(file != NULL && fseek(file, 0x7FFFFFF0L, SEEK_SET) == 0 && putc('x', file) == 'x', 1);
+  if (file != NULL) {
+    fclose(file);
+  }
+  EXPECT_INT(getFileSize(ScenePath("large")), 0x7FFFFFF1U);
+  remove(ScenePath("large"));
+}
+
+int main(void) {
+  snprintf(daemon_log_path, sizeof(daemon_log_path), "%s", SceneDirectory());
+  snprintf(daemon_log_header, sizeof(daemon_log_header), "target");
+  ResetDevice(SceneDirectory());
+  CheckUptime();
+  CheckLongMessages();
+  CheckNumberRules();
+  CheckSearches();
+  CheckFileSizes();
+  RemoveScene();
+  return ExpectStatus();
+}
