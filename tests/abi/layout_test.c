@@ -1,8 +1,9 @@
 /* Compares size, member offsets and member types of the public structures with a second definition,
- * and with the numbers that they have on x86-64. */
+ * and with the numbers that they have on x86-64 and on 32-bit machines. */
 #include <kioapp/kioapp.h>
 #include <stddef.h>
 #include <stdio.h>
+#include <string.h>
 
 #include "interface_types.h"
 
@@ -178,6 +179,27 @@ static const struct Row kRows[] = {
     MEMBER(KioTimer, callback, 40),
 };
 
+/* The structures that hold pointers are smaller where these have 32 bits; all others are the same.
+ */
+struct NarrowRow {
+  const char *name;
+  size_t actual;
+  size_t expected;
+};
+
+#define NARROW_SIZE(type, expected) \
+  { #type, sizeof(type), expected }
+#define NARROW(type, member, expected) \
+  { #type "." #member, offsetof(type, member), expected }
+
+static const struct NarrowRow kNarrowRows[] = {
+    NARROW_SIZE(KioTimer, 28),      NARROW(KioTimer, remaining, 4), NARROW(KioTimer, interval, 8),
+    NARROW(KioTimer, user_b, 12),   NARROW(KioTimer, arg, 16),      NARROW(KioTimer, user_a, 20),
+    NARROW(KioTimer, callback, 24),
+};
+
+static int HoldsPointers(const char *name) { return strncmp(name, "KioTimer", 8) == 0; }
+
 static int g_failures = 0;
 
 static void Expect(int holds, const char *name, const char *what, size_t actual, size_t expected) {
@@ -209,12 +231,20 @@ int main(void) {
   for (const struct Row *row = kRows; row != end; ++row) {
     const char *const what = row->length == 0 ? "size" : "offset";
     Expect(row->actual == row->expected, row->name, what, row->actual, row->expected);
-#if defined(__x86_64__) && !defined(__ILP32__)
-    Expect(row->actual == row->x86_64, row->name, what, row->actual, row->x86_64);
-#endif
+    if (sizeof(void *) == 8 || !HoldsPointers(row->name)) {
+      Expect(row->actual == row->x86_64, row->name, what, row->actual, row->x86_64);
+    }
     Expect(row->same_type, row->name, "sameness of type", 0, 1);
     if (row->length == 0) {
       CheckThatNoMemberIsMissing(row, end);
+    }
+  }
+
+  if (sizeof(void *) == 4) {
+    const size_t rows = sizeof(kNarrowRows) / sizeof(kNarrowRows[0]);
+    for (const struct NarrowRow *row = kNarrowRows; row != kNarrowRows + rows; ++row) {
+      Expect(row->actual == row->expected, row->name, "place on 32 bits", row->actual,
+             row->expected);
     }
   }
 
