@@ -5,7 +5,7 @@
  *   cost_*    instructions, those in the C library and in the store included, and after them the
  *             library's own; only under count_plugin.c, which prints these two numbers */
 #include <dlfcn.h>
-#include <kioapp/kioapp.h>
+#include <kioapp/log.h>
 #include <signal.h>
 #include <stdint.h>
 #include <stdio.h>
@@ -14,8 +14,8 @@
 #include <sys/prctl.h>
 #include <sys/sysinfo.h>
 
-#include "device.h"
 #include "marks.h"
+#include "scenarios.h"
 #include "scene.h"
 
 enum { kStackSize = 256 * 1024, kPaint = 0xA5 };
@@ -77,80 +77,10 @@ void *realloc(void *memory, size_t size) {
   return moved;
 }
 
-/* --- what is measured --- */
-
-__attribute__((noreturn)) static void Stop(const char *what) {
+void Stop(const char *what) {
   fprintf(stderr, "footprint: %s\n", what);
   exit(1);
 }
-
-static char *g_document = NULL;
-
-static void PrepareExchange(void) {
-  ResetDevice(SceneDirectory());
-  g_document = FullDocument();
-}
-
-static void RunExchange(void) {
-  if (do_RssXml_Parser(g_document) != 1) {
-    Stop("the document is refused");
-  }
-}
-
-static void CheckExchange(void) {
-  if (DeviceWrites() != 168 || rssXmlData.wlan[1].wlAcRuleNo != 40) {
-    Stop("the exchange did less than it should");
-  }
-}
-
-static const char *g_value = NULL;
-
-static void PrepareVariable(void) {
-  ResetDevice(SceneDirectory());
-  init_RssVar();
-  g_value = NULL;
-}
-
-static void RunVariableRead(void) { g_value = getRssVar("rss_Wl5_WirelessName"); }
-
-static void CheckVariableRead(void) {
-  if (g_value == NULL || strcmp(g_value, "HomeNet 5G") != 0) {
-    Stop("the variable is not read");
-  }
-}
-
-/* A batch sets, verifies and applies; it goes deeper than any other call of the interface. */
-static char g_batch[128];
-static int g_batch_result = -1;
-
-static void PrepareVariableBatch(void) {
-  PrepareVariable();
-  snprintf(g_batch, sizeof(g_batch), "rss_DeviceName=Cellar;rss_Wl5_WirelessName=Cellar 5G");
-}
-
-static void RunVariableBatch(void) {
-  char name[KIOAPP_VAR_SIZE];
-  g_batch_result = do_RssVar_Parser(g_batch, ';', name, 1);
-}
-
-static void CheckVariableBatch(void) {
-  if (g_batch_result != KIOAPP_RESULT_APPLIED ||
-      strcmp(DeviceText("/lan/wireless5:1/wirelessname"), "Cellar 5G") != 0) {
-    Stop("the batch is not applied");
-  }
-}
-
-static const struct Scenario {
-  const char *name;
-  void (*prepare)(void);
-  void (*run)(void);
-  void (*check)(void);
-} kScenarios[] = {
-    {"exchange", PrepareExchange, RunExchange, CheckExchange},
-    {"variable_read", PrepareVariable, RunVariableRead, CheckVariableRead},
-    {"variable_batch", PrepareVariableBatch, RunVariableBatch, CheckVariableBatch},
-};
-static const size_t kScenarioCount = sizeof(kScenarios) / sizeof(kScenarios[0]);
 
 /* --- the measurements --- */
 
@@ -209,6 +139,9 @@ static void MarkLibrary(void) {
 }
 
 static void MeasureCost(const struct Scenario *scenario) {
+  if (scenario->needs_commands) {
+    return;
+  }
   g_run_commands = 0;
   /* The first run brings everything to where it is in a process that has run for a while. */
   for (int run = 0; run < 2; ++run) {

@@ -1,0 +1,20 @@
+/* The calls that are measured. */
+#ifndef KIO_TESTS_TARGET_SCENARIOS_H
+#define KIO_TESTS_TARGET_SCENARIOS_H
+
+#include <stddef.h>
+
+struct Scenario {
+  const char *name;
+  void (*prepare)(void);
+  void (*run)(void);
+  void (*check)(void); /* ends the program when the call did not do what it should */
+  int needs_commands;  /* does nothing worth counting unless its commands run */
+};
+
+extern const struct Scenario kScenarios[];
+extern const size_t kScenarioCount;
+
+__attribute__((noreturn)) void Stop(const char *what);
+
+#endif
