@@ -42,7 +42,9 @@ class CommitActionTest : public VariableTest {
   [[nodiscard]] bool AlarmComes(milliseconds limit) const {
     sigset_t open = before_;
     sigdelset(&open, SIGALRM);
-    const timespec time = {limit.count() / 1000, limit.count() % 1000 * 1000000};
+    timespec time = {};  // its members' type depends on the machine
+    time.tv_sec = static_cast<decltype(time.tv_sec)>(limit.count() / 1000);
+    time.tv_nsec = static_cast<decltype(time.tv_nsec)>(limit.count() % 1000 * 1000000);
     return ppoll(nullptr, 0, &time, &open) == -1;
   }
 
