@@ -1,19 +1,21 @@
 #!/usr/bin/env bash
-# measure.sh TOOL_PREFIX LIBRARY PROGRAM PLUGIN EMULATOR...: prints what a library for the target
-# takes, one figure a line, and after the figures its largest symbols. TOOL_PREFIX is what the names
-# of size, nm and strip begin with.
+# measure.sh TOOL_PREFIX LIBRARY MIPS16_LIBRARY PROGRAM PLUGIN EMULATOR...: prints what a library for
+# the target takes, one figure a line, and after the figures its largest symbols. TOOL_PREFIX is what
+# the names of size, nm and strip begin with; MIPS16_LIBRARY is only looked at for its size.
 set -euo pipefail
-tools=$1 library=$2 program=$3 plugin=$4
-shift 4
+tools=$1 library=$2 mips16_library=$3 program=$4 plugin=$5
+shift 5
 emulator=("$@")
 
 stripped=$(mktemp)
-trap 'rm -f "$stripped"' EXIT
+trap 'rm -f "$stripped" "$stripped.16"' EXIT
 "${tools}strip" -o "$stripped" "$library"
 
 # The columns of size; read-only data count as text.
 "${tools}size" "$stripped" | awk 'NR == 2 {
   print "text", $1; print "data", $2; print "bss", $3; print "data_and_bss", $2 + $3 }'
+"${tools}strip" -o "$stripped.16" "$mips16_library"
+"${tools}size" "$stripped.16" | awk 'NR == 2 { print "text_mips16", $1 }'
 record=$("${tools}nm" -S "$library" | awk '$4 == "rssXmlData" {print $2}')
 record=$((16#$record))
 echo "settings_record $record"

@@ -77,6 +77,7 @@ Bytes of the stripped library.
 END_OF_TEXT
 head_of_table 'Figure'
 row 'Text, read-only data included' text
+row 'Text, with `-mips16`' text_mips16
 row 'Data' data
 row 'Bss' bss
 row 'Of data and bss: `rssXmlData`' settings_record
