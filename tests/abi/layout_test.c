@@ -193,12 +193,25 @@ struct NarrowRow {
   { #type "." #member, offsetof(type, member), expected }
 
 static const struct NarrowRow kNarrowRows[] = {
-    NARROW_SIZE(KioTimer, 28),      NARROW(KioTimer, remaining, 4), NARROW(KioTimer, interval, 8),
-    NARROW(KioTimer, user_b, 12),   NARROW(KioTimer, arg, 16),      NARROW(KioTimer, user_a, 20),
+    NARROW_SIZE(KioTimer, 28),
+    NARROW(KioTimer, remaining, 4),
+    NARROW(KioTimer, interval, 8),
+    NARROW(KioTimer, user_b, 12),
+    NARROW(KioTimer, arg, 16),
+    NARROW(KioTimer, user_a, 20),
     NARROW(KioTimer, callback, 24),
+
+    NARROW_SIZE(ClientAuthInfo, 296),
+    NARROW(ClientAuthInfo, ip, 4),
+    NARROW(ClientAuthInfo, username, 132),
+    NARROW(ClientAuthInfo, password, 196),
+    NARROW(ClientAuthInfo, sessionid, 260),
+    NARROW(ClientAuthInfo, logout, 292),
 };
 
-static int HoldsPointers(const char *name) { return strncmp(name, "KioTimer", 8) == 0; }
+static int HoldsPointers(const char *name) {
+  return strncmp(name, "KioTimer", 8) == 0 || strncmp(name, "ClientAuthInfo", 14) == 0;
+}
 
 static int g_failures = 0;
 
