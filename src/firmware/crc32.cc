@@ -1,4 +1,4 @@
-// CRC-32, folded in long strides.
+// CRC-32, folded in long strides; byte by byte in a build for small size.
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -14,7 +14,11 @@ using Crc = std::uint32_t;
 constexpr Crc kPolynomial = 0xEDB88320;
 
 // Slicing: the effect of a byte that has 0 to 7 bytes behind it.
+#ifdef __OPTIMIZE_SIZE__
+constexpr std::size_t kSlices = 1;
+#else
 constexpr std::size_t kSlices = 8;
+#endif
 using Tables = std::array<std::array<Crc, 256>, kSlices>;
 
 consteval Tables MakeTables() {
@@ -36,7 +40,18 @@ consteval Tables MakeTables() {
 }
 
 alignas(64) constexpr Tables kTables = MakeTables();
-static_assert(sizeof(kTables) == std::size_t{8} * 1024);
+static_assert(sizeof(kTables) == kSlices * 1024);
+
+#ifdef __OPTIMIZE_SIZE__
+
+Crc Compute(Crc crc, const unsigned char* data, std::size_t size) {
+  for (; size > 0; --size, ++data) {
+    crc = (crc >> 8) ^ kTables[0][(crc ^ *data) & 0xFF];
+  }
+  return crc;
+}
+
+#else
 
 // Byte by byte, so that order and alignment do not matter.
 Crc LoadLittleEndian(const unsigned char* bytes) {
@@ -157,6 +172,8 @@ Crc Compute(Crc crc, const unsigned char* data, std::size_t size) {
   }
   return Slice(crc, data, size);
 }
+
+#endif
 
 }  // namespace
 }  // namespace kio::firmware
