@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # compare.sh MEASURED RECORDED: fails when a figure is more than 2 % above the recorded one, or when
-# the two do not hold the same figures. Who makes the library larger records it in the same change:
-#   cmake --build --preset TARGET --target footprint_record
+# the two do not hold the same figures. Who makes the library larger records it in the same change,
+# with record.sh.
 set -euo pipefail
 measured=$1 recorded=$2
 if [[ ! -s $recorded ]]; then

@@ -9,7 +9,6 @@ struct Scenario {
   void (*prepare)(void);
   void (*run)(void);
   void (*check)(void); /* ends the program when the call did not do what it should */
-  int needs_commands;  /* does nothing worth counting unless its commands run */
 };
 
 extern const struct Scenario kScenarios[];
