@@ -5,6 +5,7 @@
 
 #include "kioapp/xml.h"
 #include "platform/log.h"
+#include "settings/equals_fold.h"
 #include "settings/xml_values.h"
 
 namespace kio::settings {
@@ -69,44 +70,52 @@ struct EmptyTags {
   const char* blank = nullptr;
 };
 
-[[gnu::always_inline]] inline OpeningTag SearchOpeningTag(SearchText& text, const char* from,
-                                                          TextView key) {
+// A key's first and last character, which few other texts have at this distance. What stands around
+// them, and between them, is looked at afterwards.
+[[gnu::always_inline]] inline Pair PairOf(TextView key, char without_key) {
+  return key.empty() ? Pair(without_key, without_key, 0)
+                     : Pair(key.front(), key.back(), key.size() - 1);
+}
+
+// The first opening tag of `key` at or behind `from`, or the first tag of an empty element.
+[[gnu::noinline]] OpeningTag FindFarOpeningTag(SearchText& text, const char* from,
+                                               TextView full_key) {
   constexpr std::size_t kAround = 4;  // "<" and " />"
-  // Looked for by its '<' and the key's first character.
-  const PairSearch<false, true> pair('<', key.empty() ? '<' : key[0], key.empty() ? 0 : 1);
+  const TextView key = Cut(full_key, kTagLimit - 1);
+  const std::size_t before = key.empty() ? 0 : 1;
+  const Pair pair = PairOf(key, '<');
   EmptyTags empty;
+  const char* content = nullptr;
+  const auto accept = [&](const char* hit) KIO_INLINE {
+    const char* const tag = hit - before;
+    if (*tag != '<' || !EqualsFold(tag + 1, key.data(), key.size())) {
+      return false;
+    }
+    const char* const behind = tag + 1 + key.size();
+    const auto room = static_cast<std::size_t>(text.known() - behind);
+    if (room > 0 && *behind == '>' && key.size() < kTagLimit - 1) {
+      content = behind + 1;
+      return true;
+    }
+    const TagForm form = FormOf(behind, room, key.size());
+    if (form == TagForm::kCut) {
+      content = behind;
+      return true;
+    }
+    empty.Note(form, tag);
+    return false;
+  };
   do {
     const char* const end = text.HitsEnd(from, key.size() + kAround);
-    while (const char* const hit = pair.Find(from, end, text.readable())) {
-      from = hit + 1;
-      const auto room = static_cast<std::size_t>(text.known() - from);
-      if (room < key.size() || !EqualsFold(from, key.data(), key.size())) {
-        continue;
-      }
-      const char* const behind = from + key.size();
-      if (room > key.size() && *behind == '>' && key.size() < kTagLimit - 1) {
-        return {hit, behind + 1};
-      }
-      const TagForm form = FormOf(behind, room - key.size(), key.size());
-      if (form == TagForm::kCut) {
-        return {hit, behind};
-      }
-      empty.Note(form, hit);
+    const char* const hits_end = text.EndWithin(from, end, before + pair.distance());
+    const char* const hit = pair.FindFar(from + before, hits_end + before, accept);
+    if (hit != nullptr) {
+      return {hit - before, content};
     }
     from = std::max(from, end);
   } while (text.Extend());
   // Quirk "opening-tag-first": an empty element counts only where no opening tag follows.
   return {empty.plain != nullptr ? empty.plain : empty.blank, nullptr};
-}
-
-[[gnu::always_inline]] inline OpeningTag FindOpeningTag(SearchText& text, const char* from,
-                                                        TextView key) {
-  // Elements are mostly asked for in the order in which they stand.
-  const char* const first = FindTagStart(from, text.known(), text.readable());
-  if (first != nullptr && key.size() < kTagLimit - 1 && IsOpeningTag(first, text.known(), key)) {
-    return {first, first + key.size() + 2};
-  }
-  return SearchOpeningTag(text, first != nullptr ? first : from, Cut(key, kTagLimit - 1));
 }
 
 // Whether the closing tag of `key` stands at the '<' at `tag`, in a text that ends at `end`.
@@ -116,83 +125,83 @@ struct EmptyTags {
          EqualsFold(tag + 2, key.data(), key.size());
 }
 
-// The closing tag of `key` at or behind `from`, or null.
-[[gnu::noinline]] const char* FindFarClosingTag(SearchText& text, const char* from, TextView key) {
-  // Looked for by the key's first and last character, which few other texts have at this distance.
-  // The characters around are looked at afterwards.
-  constexpr std::size_t kBefore = 2;
-  const PairSearch<true, true> pair(key.empty() ? '>' : key.front(), key.empty() ? '>' : key.back(),
-                                    key.empty() ? 0 : key.size() - 1);
-  do {
-    const char* const end = text.HitsEnd(from, key.size() + kBefore + 1);
-    if (static_cast<std::size_t>(end - from) > kBefore) {
-      const char* position = from + kBefore;
-      while (const char* const hit = pair.Find(position, end, text.readable())) {
-        if (hit[-2] == '<' && IsClosingTag(hit - kBefore, text.known(), key)) {
-          return hit - kBefore;
-        }
-        position = hit + 1;
-      }
-      from = end - kBefore;
-    }
-  } while (text.Extend());
-  return nullptr;
-}
-
-[[gnu::always_inline]] inline const char* FindClosingTag(SearchText& text, const char* begin,
-                                                         TextView key) {
-  const char* from = begin;
-  // Most elements have no elements of their own, or few, and end within a few tags.
-  constexpr int kNearTags = 6;
-  for (int i = 0; i < kNearTags; ++i) {
-    const char* const tag = FindTagStart(from, text.known(), text.readable());
-    if (tag == nullptr) {
-      break;
-    }
-    if (IsClosingTag(tag, text.known(), key)) {
-      return tag;
-    }
-    from = tag + 1;
-  }
-  // What was not known to be a closing tag at the end of the known text is looked at again.
-  return FindFarClosingTag(text, from > begin ? from - 1 : from, key);
-}
-
-// The closing tag of a key so long that the tag's text, "</" and the key, is cut.
-[[gnu::noinline]] const char* FindCutClosingTag(SearchText& text, const char* from,
+// The closing tag of `key` at or behind `from`, or null. A key so long that the tag's text, "</" and
+// the key, is cut, has no '>' behind it.
+[[gnu::noinline]] const char* FindFarClosingTag(SearchText& text, const char* from,
                                                 TextView full_key) {
-  const TextView key = Cut(full_key, kTagLimit - 2);
-  const PairSearch<false, false> pair('<', '/', 1);
+  constexpr std::size_t kBefore = 2;
+  const TextView key = Cut(full_key, kTagLimit - kBefore);
+  const std::size_t size = std::min(kBefore + full_key.size() + 1, kTagLimit);
+  const Pair pair = PairOf(key, '>');
+  const auto accept = [=](const char* hit) KIO_INLINE {
+    return hit[-2] == '<' && hit[-1] == '/' && EqualsFold(hit, key.data(), key.size()) &&
+           (size > kBefore + key.size() ? hit[key.size()] == '>' : true);
+  };
   do {
-    const char* const end = text.HitsEnd(from, kTagLimit);
-    while (const char* const hit = pair.Find(from, end, text.readable())) {
-      from = hit + 1;
-      if (static_cast<std::size_t>(text.known() - hit) >= kTagLimit &&
-          EqualsFold(hit + 2, key.data(), key.size())) {
-        return hit;
-      }
+    const char* const end = text.HitsEnd(from, size);
+    const char* const hits_end = text.EndWithin(from, end, size - 1);
+    const char* const hit = pair.FindFar(from + kBefore, hits_end + kBefore, accept);
+    if (hit != nullptr) {
+      return hit - kBefore;
     }
     from = std::max(from, end);
   } while (text.Extend());
   return nullptr;
 }
 
+Element MakeElement(const Block& block, const char* tag, const char* content, const char* close) {
+  return {const_cast<char*>(tag),
+          {const_cast<char*>(content), static_cast<int>(close - content), block.text_end}};
+}
+
+// The same as FindElement, without hope to find something near.
+[[gnu::noinline]] Element FindFarElement(const Block& block, TextView key, OpeningTag tag) {
+  SearchText text = block.Search();
+  if (tag.content == nullptr) {
+    tag = FindFarOpeningTag(text, block.text, key);
+    if (tag.content == nullptr) {
+      return MakeElement(block, tag.position, tag.position, tag.position);
+    }
+  }
+  const char* const close = FindFarClosingTag(text, tag.content, key);
+  if (close == nullptr) {
+    return {const_cast<char*>(tag.position), {}};
+  }
+  return MakeElement(block, tag.position, tag.content, close);
+}
+
+// The position near `from`, in a text that ends at `end`, of `before`, the key's name and a '>', or
+// null. There is none, too, when only a longer search can tell.
+[[gnu::always_inline]] inline const char* FindNearName(const char* from, const char* end,
+                                                       char before, TextView key) {
+  const std::size_t size = key.size();
+  const Pair pair(before, key[0], 1);
+  bool is_same = true;
+  const char* const hit =
+      pair.FindNear(from, end - size - 1, [=, &is_same](const char* position) KIO_INLINE {
+        const Difference difference(position + 1, key.data(), size);
+        is_same = difference.IsNone();
+        return !difference.IsMoreThanCase() && position[0] == before && position[size + 1] == '>';
+      });
+  return hit != nullptr && (is_same || EqualsFoldInside(hit + 1, key.data(), size)) ? hit : nullptr;
+}
+
 }  // namespace
 
 Element FindElement(const Block& block, TextView key) {
-  SearchText text = block.Search();
-  const OpeningTag tag = FindOpeningTag(text, block.text, key);
-  char* const position = const_cast<char*>(tag.position);
-  if (tag.content == nullptr) {
-    return {position, {position, 0, block.text_end}};
+  OpeningTag tag;
+  if (!key.empty() && key.size() < kTagLimit - 2) {
+    const char* const end = block.NearEnd();
+    const char* const opening = FindNearName(block.text, end, '<', key);
+    if (opening != nullptr) {
+      tag = {opening, opening + key.size() + 2};
+      const char* const slash = FindNearName(tag.content + 1, end, '/', key);
+      if (slash != nullptr && slash[-1] == '<') {
+        return MakeElement(block, tag.position, tag.content, slash - 1);
+      }
+    }
   }
-  const char* const close = key.size() + 3 <= kTagLimit ? FindClosingTag(text, tag.content, key)
-                                                        : FindCutClosingTag(text, tag.content, key);
-  if (close == nullptr) {
-    return {position, {}};
-  }
-  return {position,
-          {const_cast<char*>(tag.content), static_cast<int>(close - tag.content), block.text_end}};
+  return FindFarElement(block, key, tag);
 }
 
 Element BlockReader::Find(TextView key) {
@@ -246,7 +255,7 @@ bool BlockReader::Leave(TextView key) {
 
 char* FindTag(const Block& block, TextView key) {
   SearchText text = block.Search();
-  return const_cast<char*>(FindOpeningTag(text, block.text, key).position);
+  return const_cast<char*>(FindFarOpeningTag(text, block.text, key).position);
 }
 
 void JoinPath(char (&path)[128], const char* parent, TextView key) {

@@ -18,14 +18,21 @@ struct Block {
   // Where the text is known to end; null when its terminator has to be looked for.
   const char* text_end = nullptr;
 
-  [[nodiscard, gnu::always_inline]] SearchText Search() const {
+  static constexpr int kNear = 192;
+
+  // The end of what is searched first: most elements stand near the start, and end near.
+  [[nodiscard, gnu::always_inline]] const char* NearEnd() const {
+    const std::size_t limit =
+        length > 0 && length < kNear ? static_cast<std::size_t>(length) : std::size_t{kNear};
+    return text_end == nullptr ? text + strnlen(text, limit)
+                               : text + std::min<std::ptrdiff_t>(limit, text_end - text);
+  }
+  [[nodiscard]] SearchText Search() const {
     if (text_end == nullptr) {
-      // An element with a few of its own, mostly.
-      constexpr std::size_t kFirstStep = 192;
       return SearchText(text, length > 0 ? static_cast<std::size_t>(length) : SearchText::kNoLimit,
-                        kFirstStep);
+                        2 * kNear);
     }
-    return SearchText(length > 0 && length < text_end - text ? text + length : text_end, text_end);
+    return SearchText(length > 0 && length < text_end - text ? text + length : text_end);
   }
   // The same block from `position` on.
   [[nodiscard]] Block From(char* position) const {

@@ -1,65 +1,181 @@
 #include "settings/scan.h"
 
 #include "kioapp/xml.h"
+#include "platform/text.h"
+#include "settings/equals_fold.h"
 
 namespace kio::settings {
 
+namespace {
+
+using platform::ToLower;
+
+using EightCharacters = std::uint64_t;
+constexpr EightCharacters kCaseBit = 0x20;  // tells the cases of a letter apart
+constexpr EightCharacters kEach = static_cast<EightCharacters>(-1) / 0xFF;
+
+template <typename Word>
+Word Load(const char* text) {
+  Word word = 0;
+  std::memcpy(&word, text, sizeof(word));
+  return word;
+}
+
+// The first and the last half, which may overlap, of as many characters as `Half` holds, or more.
+template <typename Half>
+EightCharacters LoadEnds(const char* text, std::size_t size) {
+  const EightCharacters last = Load<Half>(text + size - sizeof(Half));
+  return last << 32 | Load<Half>(text);
+}
+
+bool EqualsFoldWord(EightCharacters a, EightCharacters b) {
+  constexpr EightCharacters kTops = kEach * 0x80;
+  const EightCharacters differences = a ^ b;
+  // The top bit of each byte tells of its character, of which the case is left out.
+  const EightCharacters folded = (a | kEach * kCaseBit) & ~kTops;
+  const EightCharacters from_a = folded + kEach * (0x80 - 'a');
+  const EightCharacters behind_z = folded + kEach * (0x7F - 'z');
+  const EightCharacters letters = from_a & ~behind_z & ~a & kTops;
+  // Only letters may differ, and only in their case.
+  return (differences & ~(letters / (0x80 / kCaseBit))) == 0;
+}
+
+}  // namespace
+
 bool EqualsFoldInside(const char* a, const char* b, std::size_t size) {
-  constexpr std::size_t kWord = sizeof(std::uint64_t);
-  for (std::size_t i = 0; i < size;) {
-    // The last word may overlap the one before.
-    i = std::min(i, size - kWord);
-    const EndComparison<std::uint64_t> word(a + i, b + i, kWord);
-    if (!word.AreSame() &&
-        (word.Differ() || !platform::StartsWithFold(a + i, platform::TextView(b + i, kWord)))) {
+  constexpr std::size_t kWord = sizeof(EightCharacters);
+  if (size < sizeof(std::uint16_t)) {
+    return size == 0 || ToLower(*a) == ToLower(*b);
+  }
+  if (size < sizeof(std::uint32_t)) {
+    return EqualsFoldWord(LoadEnds<std::uint16_t>(a, size), LoadEnds<std::uint16_t>(b, size));
+  }
+  if (size < kWord) {
+    return EqualsFoldWord(LoadEnds<std::uint32_t>(a, size), LoadEnds<std::uint32_t>(b, size));
+  }
+  std::size_t i = 0;
+  while (size - i > kWord) {
+    if (!EqualsFoldWord(Load<EightCharacters>(a + i), Load<EightCharacters>(b + i))) {
       return false;
     }
     i += kWord;
   }
-  return true;
+  // The last word may overlap the one before.
+  i = size - kWord;
+  return EqualsFoldWord(Load<EightCharacters>(a + i), Load<EightCharacters>(b + i));
 }
 
+namespace {
+
+// How much of a document a character is like: tags, and the blanks between them, are all over it,
+// and values differ most in what is no letter.
+int Commonness(char character) {
+  switch (character) {
+    case ' ':
+    case '\n':
+    case '<':
+    case '>':
+    case '/':
+      return 2;
+    default:
+      return ToLower(character) >= 'a' && ToLower(character) <= 'z' ? 1 : 0;
+  }
+}
+
+// Two places in a needle, the first one not behind the second.
+struct Anchors {
+  std::size_t first;
+  std::size_t second;
+};
+
+// The places to look for a needle by. They differ in their characters, if any do, so that a run of
+// one letter never matches a needle that holds another; and they are of the least common kind.
+Anchors AnchorsOf(const char* needle, std::size_t size) {
+  // It takes a long needle to be worth a long choice.
+  constexpr std::size_t kLong = 16;
+  const int enough = size > kLong ? 0 : 1;
+  constexpr int kWorst = 3;
+  std::size_t second = 0;
+  int least = kWorst;
+  for (std::size_t i = size; i-- > 0 && least > enough;) {
+    if (Commonness(needle[i]) < least) {
+      least = Commonness(needle[i]);
+      second = i;
+    }
+  }
+  std::size_t first = 0;
+  least = kWorst;
+  for (std::size_t i = 0; i < size && least > enough; ++i) {
+    if (ToLower(needle[i]) != ToLower(needle[second]) && Commonness(needle[i]) < least) {
+      least = Commonness(needle[i]);
+      first = i;
+    }
+  }
+  return {std::min(first, second), std::max(first, second)};
+}
+
+// The first match of a needle from `from` on.
+[[gnu::noinline]] const char* FindFarText(SearchText& text, const char* from, const char* needle,
+                                          std::size_t size) {
+  const auto [first, second] = AnchorsOf(needle, size);
+  const Pair pair(needle[first], needle[second], second - first);
+  do {
+    const char* const end = text.EndWithin(from, text.known(), size - 1);
+    const char* const hit =
+        pair.FindFar(from + first, end + first, [=](const char* position) KIO_INLINE {
+          return EqualsFold(position - first, needle, size);
+        });
+    if (hit != nullptr) {
+      return hit - first;
+    }
+    from = end;
+  } while (text.Extend());
+  return nullptr;
+}
+
+}  // namespace
 }  // namespace kio::settings
 
 char* strstri(const char* haystack, const char* needle) {
   using kio::platform::ToLower;
+  using kio::settings::Difference;
   if (haystack == nullptr || needle == nullptr || needle[0] == '\0') {
     return nullptr;
   }
-  const char first = ToLower(needle[0]);
-  const std::size_t size = std::strlen(needle);
-  const bool begins_alike = ToLower(haystack[0]) == first;
-  if (size == 1 && begins_alike) {
-    return const_cast<char*>(haystack);
+  bool begins_alike = ToLower(haystack[0]) == ToLower(needle[0]);
+  if (begins_alike) {
+    if (needle[1] == '\0') {
+      return const_cast<char*>(haystack);
+    }
+    begins_alike = ToLower(haystack[1]) == ToLower(needle[1]);
   }
-  constexpr std::size_t kFirstStep = 96;
-  kio::settings::SearchText text(haystack, kio::settings::SearchText::kNoLimit,
-                                 std::max(kFirstStep, size));
-  if (static_cast<std::size_t>(text.known() - haystack) < size) {
+  constexpr std::size_t kNear = 192;
+  const std::size_t size = std::strlen(needle);
+  const std::size_t step = std::max(kNear, size);
+  const std::size_t known = strnlen(haystack, step);
+  if (known < size) {
     return nullptr;
   }
   if (begins_alike && kio::settings::EqualsFold(haystack, needle, size)) {
     return const_cast<char*>(haystack);
   }
-  // Looked for by its first character and the last one that differs from it, so that a run of one
-  // letter never matches a text that holds another.
+  // Looked for by its first character and the last one that differs from it.
   std::size_t distance = size - 1;
-  while (distance > 0 && ToLower(needle[distance]) == first) {
+  while (distance > 1 && ToLower(needle[distance]) == ToLower(needle[0])) {
     --distance;
   }
-  distance = distance > 0 ? distance : size - 1;
-  const kio::settings::PairSearch<true, true> pair(needle[0], needle[distance], distance);
-  const char* from = haystack;
-  do {
-    const char* const end = text.HitsEnd(from, size);
-    while (const char* const hit = pair.Find(from, end, text.readable())) {
-      if (static_cast<std::size_t>(text.known() - hit) >= size &&
-          kio::settings::EqualsFold(hit, needle, size)) {
-        return const_cast<char*>(hit);
-      }
-      from = hit + 1;
-    }
-    from = std::max(from, end);
-  } while (text.Extend());
-  return nullptr;
+  const char* const end = haystack + (known - size + 1);
+  const char* hit = kio::settings::Pair(needle[0], needle[distance], distance)
+                        .FindNear(haystack, end, [=](const char* position) KIO_INLINE {
+                          return !Difference(position, needle, size).IsMoreThanCase();
+                        });
+  if (hit != nullptr && kio::settings::EqualsFoldInside(hit, needle, size)) {
+    return const_cast<char*>(hit);
+  }
+  if (hit == nullptr && known < step) {
+    return nullptr;
+  }
+  kio::settings::SearchText text(haystack + known, kio::settings::SearchText::kNoLimit, 2 * step);
+  return const_cast<char*>(
+      kio::settings::FindFarText(text, hit != nullptr ? hit : end, needle, size));
 }

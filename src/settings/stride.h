@@ -1,4 +1,4 @@
-// Comparing many neighbouring positions of a text at once.
+// Looking at many neighbouring positions of a text at once.
 #ifndef KIO_SETTINGS_STRIDE_H
 #define KIO_SETTINGS_STRIDE_H
 
@@ -11,102 +11,129 @@
 #include <emmintrin.h>
 #endif
 
-namespace kio::settings {
+// For the lambdas that a search calls in its inner loop.
+#define KIO_INLINE __attribute__((always_inline))
 
-// The bit that tells the cases of a letter apart. Setting it in a text folds letters, and some
-// other characters with them: a match of folded characters may be none, a miss is one.
-inline constexpr char kCaseBit = 0x20;
+namespace kio::settings {
 
 #if defined(__SSE2__) && !defined(KIO_SCALAR_SCAN)
 
-// Sixteen positions at once, compared with one character.
-template <bool kFold>
-class Stride {
- public:
-  static constexpr std::size_t kWidth = 16;
-  using Matches = __m128i;
+// The characters of sixteen positions. The operators ^, | and & act on all of them.
+using Stride = __m128i;
 
-  [[gnu::always_inline]] explicit Stride(char character)
-      : character_(_mm_set1_epi8(kFold ? static_cast<char>(character | kCaseBit) : character)) {}
+// A bit for each position, that of the first one lowest.
+using Marks = std::uint32_t;
 
-  [[nodiscard, gnu::always_inline]] Matches Compare(const char* position) const {
-    __m128i text = _mm_loadu_si128(reinterpret_cast<const __m128i*>(position));
-    if constexpr (kFold) {
-      text = _mm_or_si128(text, _mm_set1_epi8(kCaseBit));
-    }
-    return _mm_cmpeq_epi8(text, character_);
-  }
+[[gnu::always_inline]] inline Stride Repeat(char character) { return _mm_set1_epi8(character); }
 
- private:
-  __m128i character_;
-};
-
-[[gnu::always_inline]] inline __m128i Both(__m128i a, __m128i b) { return _mm_and_si128(a, b); }
-
-[[gnu::always_inline]] inline bool IsAnyIn(__m128i a, __m128i b, __m128i c, __m128i d) {
-  return _mm_movemask_epi8(_mm_or_si128(_mm_or_si128(a, b), _mm_or_si128(c, d))) != 0;
+// `position` and what follows it may lie at any address.
+[[gnu::always_inline]] inline Stride LoadStride(const char* position) {
+  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(position));
 }
 
-// Index of the first match; the width of a stride when there is none.
-[[gnu::always_inline]] inline std::size_t FirstOf(__m128i matches) {
-  const auto bits = static_cast<std::uint32_t>(_mm_movemask_epi8(matches));
-  return static_cast<std::size_t>(std::countr_zero(bits | (1U << 16)));
+// The positions whose character is 0, all of them being ASCII.
+[[gnu::always_inline]] inline Marks MarkZeros(Stride stride) {
+  return static_cast<Marks>(_mm_movemask_epi8(_mm_cmpeq_epi8(stride, _mm_setzero_si128())));
 }
+
+// Whether any of the characters is 0, all of them being ASCII.
+[[gnu::always_inline]] inline bool HasZero(Stride a, Stride b, Stride c, Stride d) {
+  return MarkZeros(_mm_min_epu8(_mm_min_epu8(a, b), _mm_min_epu8(c, d))) != 0;
+}
+
+[[gnu::always_inline]] inline bool HasMark(Marks marks) { return marks != 0; }
+
+// Index of the first marked position; there is one.
+[[gnu::always_inline]] inline std::size_t FirstOf(Marks marks) {
+  return static_cast<std::size_t>(std::countr_zero(marks));
+}
+
+// Without the first marked position; there is one.
+[[gnu::always_inline]] inline Marks WithoutFirst(Marks marks) { return marks & (marks - 1); }
 
 #else
 
-// A word with the same byte everywhere.
-constexpr std::size_t Repeat(char byte) {
-  return static_cast<std::size_t>(-1) / 0xFF * static_cast<unsigned char>(byte);
-}
+using Word = std::size_t;
 
-// As many positions at once as a machine word has bytes, compared with one character. The bytes of
-// a match are zero.
-template <bool kFold>
-class Stride {
- public:
-  static constexpr std::size_t kWidth = sizeof(std::size_t);
-  using Matches = std::size_t;
-
-  [[gnu::always_inline]] explicit Stride(char character)
-      : character_(Repeat(kFold ? static_cast<char>(character | kCaseBit) : character)) {}
-
-  [[nodiscard, gnu::always_inline]] Matches Compare(const char* position) const {
-    std::size_t text = 0;
-    std::memcpy(&text, position, sizeof(text));
-    return (kFold ? text | Repeat(kCaseBit) : text) ^ character_;
-  }
-
- private:
-  std::size_t character_;
+// The characters of as many positions as two machine words have bytes.
+struct Stride {
+  Word low;
+  Word high;
 };
-
-[[gnu::always_inline]] inline std::size_t Both(std::size_t a, std::size_t b) { return a | b; }
-
-// The top bit of some byte is set when a byte of the word is zero, and only then.
-[[gnu::always_inline]] inline std::size_t ZeroMarks(std::size_t word) {
-  return (word - Repeat(1)) & ~word;
+[[gnu::always_inline]] constexpr Stride operator^(Stride a, Stride b) {
+  return {a.low ^ b.low, a.high ^ b.high};
+}
+[[gnu::always_inline]] constexpr Stride operator|(Stride a, Stride b) {
+  return {a.low | b.low, a.high | b.high};
+}
+[[gnu::always_inline]] constexpr Stride operator&(Stride a, Stride b) {
+  return {a.low & b.low, a.high & b.high};
 }
 
-[[gnu::always_inline]] inline bool IsAnyIn(std::size_t a, std::size_t b, std::size_t c,
-                                           std::size_t d) {
-  return ((ZeroMarks(a) | ZeroMarks(b) | ZeroMarks(c) | ZeroMarks(d)) & Repeat('\x80')) != 0;
+// The lowest bit of every byte, and all but the highest ones.
+inline constexpr Word kLowestBits = static_cast<Word>(-1) / 0xFF;
+inline constexpr Word kLowBits = kLowestBits * 0x7F;
+
+[[gnu::always_inline]] constexpr Stride Repeat(char character) {
+  const Word word = kLowestBits * static_cast<unsigned char>(character);
+  return {word, word};
 }
 
-// Index of the first match; the width of a stride when there is none.
-[[gnu::always_inline]] inline std::size_t FirstOf(std::size_t matches) {
-  if constexpr (std::endian::native == std::endian::little) {
-    // Marks behind the first zero byte may be wrong; the first one never is.
-    return static_cast<std::size_t>(std::countr_zero(ZeroMarks(matches) & Repeat('\x80'))) / 8;
-  } else {
-    // The first byte is the highest: no mark may be wrong, so no carry may leave a byte.
-    constexpr std::size_t kLowBits = Repeat(0x7F);
-    const std::size_t zeros = ~(((matches & kLowBits) + kLowBits) | matches | kLowBits);
-    return static_cast<std::size_t>(std::countl_zero(zeros)) / 8;
-  }
+[[gnu::always_inline]] inline Word LoadWord(const char* position) {
+  Word word = 0;
+  std::memcpy(&word, position, sizeof(word));
+  return word;
+}
+
+// `position` and what follows it may lie at any address.
+[[gnu::always_inline]] inline Stride LoadStride(const char* position) {
+  return {LoadWord(position), LoadWord(position + sizeof(Word))};
+}
+
+// The top bit of each position's byte.
+using Marks = Stride;
+
+// The positions whose character is 0, all of them being ASCII.
+[[gnu::always_inline]] constexpr Marks MarkZeros(Stride stride) {
+  return {~(stride.low + kLowBits) & ~kLowBits, ~(stride.high + kLowBits) & ~kLowBits};
+}
+
+// Whether any of the characters is 0, all of them being ASCII.
+[[gnu::always_inline]] constexpr bool HasZero(Stride a, Stride b, Stride c, Stride d) {
+  const Word tops = (a.low + kLowBits) & (a.high + kLowBits) & (b.low + kLowBits) &
+                    (b.high + kLowBits) & (c.low + kLowBits) & (c.high + kLowBits) &
+                    (d.low + kLowBits) & (d.high + kLowBits);
+  return (~tops & ~kLowBits) != 0;
+}
+
+[[gnu::always_inline]] constexpr bool HasMark(Marks marks) {
+  return (marks.low | marks.high) != 0;
+}
+
+inline constexpr bool kIsLowestFirst = std::endian::native == std::endian::little;
+
+// Index of the first marked position; there is one.
+[[gnu::always_inline]] constexpr std::size_t FirstOf(Marks marks) {
+  const Word word = marks.low != 0 ? marks.low : marks.high;
+  const int bits = kIsLowestFirst ? std::countr_zero(word) : std::countl_zero(word);
+  return static_cast<std::size_t>(bits) / 8 + (marks.low != 0 ? 0 : sizeof(Word));
+}
+
+[[gnu::always_inline]] constexpr Word WithoutFirst(Word word) {
+  constexpr Word kTop = ~(static_cast<Word>(-1) >> 1);
+  return word & (kIsLowestFirst ? word - 1 : ~(kTop >> std::countl_zero(word)));
+}
+
+// Without the first marked position; there is one.
+[[gnu::always_inline]] constexpr Marks WithoutFirst(Marks marks) {
+  return marks.low != 0 ? Marks{WithoutFirst(marks.low), marks.high}
+                        : Marks{0, WithoutFirst(marks.high)};
 }
 
 #endif
+
+inline constexpr std::size_t kStride = sizeof(Stride);
+inline constexpr auto kStrideLength = static_cast<std::ptrdiff_t>(kStride);
 
 }  // namespace kio::settings
 

@@ -12,35 +12,28 @@ namespace kio::settings {
 
 using platform::TextView;
 
-void ReportLostKey(const char* path, TextView key) {
-  if (XmlErrMsg_LostKey != nullptr) {
-    XmlErrMsg_LostKey(path, key.data());
-  }
-}
+namespace {
 
-bool ReadText(const Element& element, char* dst, std::size_t size) {
-  if (!element.is_complete()) {
-    dst[0] = '\0';
+// The number of a content of a few digits, as nearly all are. Any other is left to be read as text.
+[[gnu::always_inline]] inline bool ReadDigits(const Block& content, int& out) {
+  constexpr int kMostDigits = 9;  // of any number that an int holds
+  if (content.length < 1 || content.length > kMostDigits) {
     return false;
   }
-  // The cut counts characters as they stand in the document: an entity that it splits stays as
-  // text.
-  // Quirk "entity-cut-stays-raw": an entity that the cut splits is not decoded.
-  const std::size_t count = std::min(static_cast<std::size_t>(element.content.length), size - 1);
-  const std::size_t written = platform::DecodeXml(dst, TextView(element.content.text, count));
-  dst[written] = '\0';
+  unsigned number = 0;
+  for (int i = 0; i < content.length; ++i) {
+    const unsigned digit = static_cast<unsigned char>(content.text[i]) - unsigned{'0'};
+    if (digit > 9) {
+      return false;
+    }
+    number = number * 10 + digit;
+  }
+  out = static_cast<int>(number);
   return true;
 }
 
-bool ReadInt(const Element& element, int& out) {
+[[gnu::noinline]] bool ReadIntOfText(const Element& element, int& out) {
   constexpr int kLongestNumber = 127;
-  const Block& content = element.content;
-  if (element.is_complete() && content.length <= kLongestNumber &&
-      std::memchr(content.text, '&', static_cast<std::size_t>(content.length)) == nullptr) {
-    // Nothing to decode or to cut: the number ends at the closing tag, which is no digit.
-    out = content.length > 0 ? platform::ParseInt(content.text) : 0;
-    return true;
-  }
   char text[kLongestNumber + 1];
   if (!ReadText(element, text, sizeof(text))) {
     return false;
@@ -49,12 +42,49 @@ bool ReadInt(const Element& element, int& out) {
   return true;
 }
 
+[[gnu::always_inline]] inline bool ReadIntOf(const Element& element, int& out) {
+  return (element.is_complete() && ReadDigits(element.content, out)) || ReadIntOfText(element, out);
+}
+
+[[gnu::always_inline]] inline bool ReadTextOf(const Element& element, char* dst, std::size_t size) {
+  if (!element.is_complete()) {
+    dst[0] = '\0';
+    return false;
+  }
+  // The cut counts characters as they stand in the document: an entity that it splits stays as
+  // text.
+  // Quirk "entity-cut-stays-raw": an entity that the cut splits is not decoded.
+  const char* const text = element.content.text;
+  std::size_t count = std::min(static_cast<std::size_t>(element.content.length), size - 1);
+  if (std::memchr(text, '&', count) == nullptr) {
+    std::memmove(dst, text, count);
+  } else {
+    count = platform::DecodeXml(dst, TextView(text, count));
+  }
+  dst[count] = '\0';
+  return true;
+}
+
+}  // namespace
+
+void ReportLostKey(const char* path, TextView key) {
+  if (XmlErrMsg_LostKey != nullptr) {
+    XmlErrMsg_LostKey(path, key.data());
+  }
+}
+
+bool ReadText(const Element& element, char* dst, std::size_t size) {
+  return ReadTextOf(element, dst, size);
+}
+
+bool ReadInt(const Element& element, int& out) { return ReadIntOf(element, out); }
+
 bool ReadText(const Block& block, TextView key, char* dst, std::size_t size) {
-  return ReadText(FindElement(block, key), dst, size);
+  return ReadTextOf(FindElement(block, key), dst, size);
 }
 
 bool ReadInt(const Block& block, TextView key, int& out) {
-  return ReadInt(FindElement(block, key), out);
+  return ReadIntOf(FindElement(block, key), out);
 }
 
 bool IsLeftAlone(BlockReader& block) {
