@@ -74,9 +74,10 @@ class StorePath {
 
   [[nodiscard]] const char* c_str() const { return text_; }
 
-  // Makes instance `number` of a node below the base the place that `Node` starts from.
-  void SelectInstance(TextView name, int number) {
-    Instance(name, number);
+  // Makes an instance of the base, which ends with ':', the place that `Node` starts from.
+  void SelectInstance(int number) {
+    buffer_.Truncate(base_);
+    buffer_.AppendNumber(number);
     selected_ = buffer_.size();
   }
 

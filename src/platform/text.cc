@@ -1,16 +1,47 @@
 #include "platform/text.h"
 
-#include <charconv>
+#include <algorithm>
 #include <climits>
+#include <cstdint>
 
 namespace kio::platform {
 
-TextBuffer& TextBuffer::Append(TextView text) {
-  const std::size_t room = room_ - size_;
-  const std::size_t count = text.size() < room ? text.size() : room;
-  if (count > 0) {  // an empty view may point nowhere
-    std::memcpy(data_ + size_, text.data(), count);
+namespace {
+
+// As many characters as a word has bytes, or up to twice as many: the first and the last of them,
+// which may overlap.
+template <typename Word>
+void CopyEnds(char* dst, TextView text) {
+  const std::size_t last = text.size() - sizeof(Word);
+  Word begin = 0;
+  Word end = 0;
+  std::memcpy(&begin, text.data(), sizeof(Word));
+  std::memcpy(&end, text.data() + last, sizeof(Word));
+  std::memcpy(dst, &begin, sizeof(Word));
+  std::memcpy(dst + last, &end, sizeof(Word));
+}
+
+// Mostly so few characters that a call would take longer.
+void CopyCharacters(char* dst, TextView text) {
+  const std::size_t size = text.size();
+  if (size > 2 * sizeof(std::uint64_t)) {
+    std::memcpy(dst, text.data(), size);
+  } else if (size >= sizeof(std::uint64_t)) {
+    CopyEnds<std::uint64_t>(dst, text);
+  } else if (size >= sizeof(std::uint32_t)) {
+    CopyEnds<std::uint32_t>(dst, text);
+  } else {
+    for (std::size_t i = 0; i < size; ++i) {
+      dst[i] = text[i];
+    }
   }
+}
+
+}  // namespace
+
+TextBuffer& TextBuffer::Append(TextView text) {
+  const std::size_t count = std::min(text.size(), room_ - size_);
+  CopyCharacters(data_ + size_, TextView(text.data(), count));
   size_ += count;
   data_[size_] = '\0';
   return *this;
@@ -36,8 +67,19 @@ int ParseInt(const char* text) {
 
 TextBuffer& TextBuffer::AppendNumber(long value) {
   char digits[24];
-  const std::to_chars_result result = std::to_chars(digits, digits + sizeof(digits), value);
-  return Append(TextView(digits, static_cast<std::size_t>(result.ptr - digits)));
+  char* const end = digits + sizeof(digits);
+  char* begin = end;
+  // The magnitude of the smallest number has no place in a long.
+  unsigned long rest =
+      value < 0 ? 0UL - static_cast<unsigned long>(value) : static_cast<unsigned long>(value);
+  do {
+    *--begin = static_cast<char>('0' + rest % 10);
+    rest /= 10;
+  } while (rest != 0);
+  if (value < 0) {
+    *--begin = '-';
+  }
+  return Append(TextView(begin, static_cast<std::size_t>(end - begin)));
 }
 
 }  // namespace kio::platform

@@ -26,7 +26,13 @@ class TextBuffer {
   TextBuffer(char* data, std::size_t size) : data_(data), room_(size - 1) { data_[0] = '\0'; }
 
   TextBuffer& Append(TextView text);
-  TextBuffer& Append(char character) { return Append(TextView(&character, 1)); }
+  TextBuffer& Append(char character) {
+    if (size_ < room_) {
+      data_[size_++] = character;
+      data_[size_] = '\0';
+    }
+    return *this;
+  }
   // Appends the number in decimal.
   TextBuffer& AppendNumber(long value);
 

@@ -104,9 +104,9 @@ void ApplyNetwork(const Radio& radio) {
 
 void ApplyRules(RssWlan& wlan, StorePath& access) {
   const int stored = ReadStoreInt(access.Node("/acrule#"));
-  StorePath rules(access.Node(""));
+  StorePath rules(access.Node("/acrule:"));
   for (int i = 0; i < HeldRules(wlan); ++i) {
-    rules.SelectInstance("/acrule", i + 1);
+    rules.SelectInstance(i + 1);
     wlan.restart |= ApplyFields(kRuleFields, Group::kBasic, &wlan.acRule[i], rules);
   }
   for (int number = stored; number > wlan.wlAcRuleNo && number > 0; --number) {
