@@ -125,8 +125,8 @@ struct EmptyTags {
          EqualsFold(tag + 2, key.data(), key.size());
 }
 
-// The closing tag of `key` at or behind `from`, or null. A key so long that the tag's text, "</" and
-// the key, is cut, has no '>' behind it.
+// The closing tag of `key` at or behind `from`, or null. A key so long that the tag's text, "</"
+// and the key, is cut, has no '>' behind it.
 [[gnu::noinline]] const char* FindFarClosingTag(SearchText& text, const char* from,
                                                 TextView full_key) {
   constexpr std::size_t kBefore = 2;
@@ -135,7 +135,7 @@ struct EmptyTags {
   const Pair pair = PairOf(key, '>');
   const auto accept = [=](const char* hit) KIO_INLINE {
     return hit[-2] == '<' && hit[-1] == '/' && EqualsFold(hit, key.data(), key.size()) &&
-           (size > kBefore + key.size() ? hit[key.size()] == '>' : true);
+           (size == kBefore + key.size() || hit[key.size()] == '>');
   };
   do {
     const char* const end = text.HitsEnd(from, size);
@@ -154,7 +154,7 @@ Element MakeElement(const Block& block, const char* tag, const char* content, co
           {const_cast<char*>(content), static_cast<int>(close - content), block.text_end}};
 }
 
-// The same as FindElement, without hope to find something near.
+// The same as FindElement where nothing near tells. `tag` is the opening tag, if it is known.
 [[gnu::noinline]] Element FindFarElement(const Block& block, TextView key, OpeningTag tag) {
   SearchText text = block.Search();
   if (tag.content == nullptr) {
@@ -170,8 +170,8 @@ Element MakeElement(const Block& block, const char* tag, const char* content, co
   return MakeElement(block, tag.position, tag.content, close);
 }
 
-// The position near `from`, in a text that ends at `end`, of `before`, the key's name and a '>', or
-// null. There is none, too, when only a longer search can tell.
+// Where `before` stands in [from, end) with the key's name and a '>' behind it; null when it does
+// not, and also when only a longer search can tell.
 [[gnu::always_inline]] inline const char* FindNearName(const char* from, const char* end,
                                                        char before, TextView key) {
   const std::size_t size = key.size();
@@ -216,8 +216,6 @@ BlockReader::BlockReader(const Block& block) : block_(block) {
     end_ = text.known();
   }
 }
-
-const char* BlockReader::NextTag() const { return FindTagStart(next_, end_, block_.text_end); }
 
 Element BlockReader::TakeNext(TextView key) {
   const char* const tag = NextTag();

@@ -3,6 +3,7 @@
 #define KIO_SETTINGS_FIND_ELEMENT_H
 
 #include <cstddef>
+#include <cstring>
 
 #include "platform/text.h"
 #include "settings/scan.h"
@@ -18,19 +19,22 @@ struct Block {
   // Where the text is known to end; null when its terminator has to be looked for.
   const char* text_end = nullptr;
 
+  // Most elements stand within so many characters, which are searched first.
   static constexpr int kNear = 192;
 
-  // The end of what is searched first: most elements stand near the start, and end near.
+  // Where these characters end.
   [[nodiscard, gnu::always_inline]] const char* NearEnd() const {
-    const std::size_t limit =
-        length > 0 && length < kNear ? static_cast<std::size_t>(length) : std::size_t{kNear};
-    return text_end == nullptr ? text + strnlen(text, limit)
-                               : text + std::min<std::ptrdiff_t>(limit, text_end - text);
+    const int limit = length > 0 && length < kNear ? length : kNear;
+    if (text_end == nullptr) {
+      return text + strnlen(text, static_cast<std::size_t>(limit));
+    }
+    return limit < text_end - text ? text + limit : text_end;
   }
   [[nodiscard]] SearchText Search() const {
     if (text_end == nullptr) {
+      constexpr std::size_t kFirstStep = std::size_t{2} * kNear;
       return SearchText(text, length > 0 ? static_cast<std::size_t>(length) : SearchText::kNoLimit,
-                        2 * kNear);
+                        kFirstStep);
     }
     return SearchText(length > 0 && length < text_end - text ? text + length : text_end);
   }
@@ -76,8 +80,29 @@ class BlockReader {
   bool Enter(platform::TextView key);
   bool Leave(platform::TextView key);
 
+  // Goes behind `text` if it comes next, to the letter.
+  bool Skip(platform::TextView text) {
+    if (static_cast<std::size_t>(end_ - next_) < text.size() ||
+        std::memcmp(next_, text.data(), text.size()) != 0) {
+      return false;
+    }
+    next_ += text.size();
+    return true;
+  }
+  // The value behind `text`, up to the next tag, if `text` comes next; else an incomplete element.
+  // It has no tag of its own.
+  Element TakeValue(platform::TextView text) {
+    const char* const tag = Skip(text) ? NextTag() : nullptr;
+    if (tag == nullptr) {
+      return {};
+    }
+    const char* const value = next_;
+    next_ = tag;
+    return {nullptr, {const_cast<char*>(value), static_cast<int>(tag - value), block_.text_end}};
+  }
+
  private:
-  [[nodiscard]] const char* NextTag() const;
+  [[nodiscard]] const char* NextTag() const { return FindTagStart(next_, end_, block_.text_end); }
 
   Block block_;
   const char* next_ = nullptr;

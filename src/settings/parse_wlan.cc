@@ -30,7 +30,7 @@ class RuleParser {
     // Quirk "rules-beyond-the-fortieth-unread": they may hold anything.
     while (count < kRuleCapacity && !is_at_end_) {
       RssAcRule& rule = wlan_.acRule[count];
-      if (!TakePlainRule(rule)) {
+      if (!TakeSameRule(rule) && !TakePlainRule(rule)) {
         const Element element = FindElement(rest_, kRuleElement);
         if (!element.has_tag()) {
           break;
@@ -46,20 +46,43 @@ class RuleParser {
   }
 
  private:
+  static constexpr std::size_t kFields = std::size(kRuleFields);
+
   void BeginRule() {
     LogSection("do_RssAcRule_Parser", wlan_.accessControlPath);
     platform::LogEntry("prepareXmlBlockData");
+  }
+
+  // A rule written to the letter as a plain one before it, but for its values: the same tags stand
+  // in the same places.
+  bool TakeSameRule(RssAcRule& rule) {
+    if (!has_pattern_) {
+      return false;
+    }
+    BlockReader reader = reader_;
+    Element elements[kFields];
+    for (std::size_t i = 0; i < kFields; ++i) {
+      elements[i] = reader.TakeValue(around_values_[i]);
+      if (!elements[i].is_complete()) {
+        return false;
+      }
+    }
+    if (!reader.Skip(around_values_[kFields])) {
+      return false;
+    }
+    Accept(elements, reader, rule);
+    return true;
   }
 
   // A rule as apps write it: behind the last one, and nothing but its fields in it. It is the one
   // that a search would find, without the search. Anything else is left as it is.
   bool TakePlainRule(RssAcRule& rule) {
     BlockReader reader = reader_;
-    Element elements[std::size(kRuleFields)];
+    Element elements[kFields];
     if (reader.position() == nullptr || !reader.Enter(kRuleElement)) {
       return false;
     }
-    for (std::size_t i = 0; i < std::size(kRuleFields); ++i) {
+    for (std::size_t i = 0; i < kFields; ++i) {
       elements[i] = reader.TakeNext(kRuleFields[i].element);
       if (!elements[i].is_complete()) {
         return false;
@@ -68,13 +91,28 @@ class RuleParser {
     if (!reader.Leave(kRuleElement)) {
       return false;
     }
+    SetPattern(reader_.position(), elements, reader.position());
+    Accept(elements, reader, rule);
+    return true;
+  }
+
+  void SetPattern(const char* begin, const Element (&elements)[kFields], const char* end) {
+    for (std::size_t i = 0; i < kFields; ++i) {
+      const Block& value = elements[i].content;
+      around_values_[i] = TextView(begin, value.text);
+      begin = value.text + value.length;
+    }
+    around_values_[kFields] = TextView(begin, end);
+    has_pattern_ = true;
+  }
+
+  void Accept(const Element (&elements)[kFields], const BlockReader& reader, RssAcRule& rule) {
     BeginRule();
     std::memcpy(rule.path, path_, sizeof(path_));
-    for (std::size_t i = 0; i < std::size(kRuleFields); ++i) {
+    for (std::size_t i = 0; i < kFields; ++i) {
       ParseField(kRuleFields[i], elements[i], &rule);
     }
     GoOnBehind(reader);
-    return true;
   }
 
   // Behind a rule that has been read to its end.
@@ -110,6 +148,9 @@ class RuleParser {
 
   Block rest_;
   BlockReader reader_;
+  // What stands before, between and behind the values of a plain rule.
+  TextView around_values_[kFields + 1];
+  bool has_pattern_ = false;
   bool is_at_end_ = false;
   RssWlan& wlan_;
   decltype(RssAcRule::path) path_ = {};

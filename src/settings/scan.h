@@ -10,9 +10,9 @@
 
 namespace kio::settings {
 
-// Looks for positions where two characters stand a distance apart, in whatever case. Such a position
-// is worth a full comparison, which it also needs: characters are taken for others that differ in
-// the bit that tells the cases of a letter apart, or in the one that no ASCII has.
+// Looks for positions where two characters stand a distance apart, in whatever case. Such a
+// position is worth a full comparison, which it also needs: characters are taken for others that
+// differ in the bit that tells the cases of a letter apart, or in the one that no ASCII has.
 class Pair {
  public:
   [[gnu::always_inline]] Pair(char first, char second, std::size_t distance)
@@ -52,7 +52,7 @@ class Pair {
   template <typename Accept>
   [[nodiscard, gnu::always_inline]] const char* FindFar(const char* from, const char* end,
                                                         const Accept& accept) const {
-    while (end - from >= 4 * kStrideLength) {
+    for (; end - from >= 4 * kStrideLength; from += 4 * kStride) {
       if (HasZero(Compare(from), Compare(from + kStride), Compare(from + 2 * kStride),
                   Compare(from + 3 * kStride))) {
         const char* const hit = FindNear(from, from + 4 * kStride, accept);
@@ -60,7 +60,6 @@ class Pair {
           return hit;
         }
       }
-      from += 4 * kStride;
     }
     return FindNear(from, end, accept);
   }
@@ -97,12 +96,10 @@ class Pair {
 [[gnu::always_inline]] inline const char* FindTagStart(const char* from, const char* end,
                                                        const char* readable) {
   for (; from < end && readable - from >= kStrideLength; from += kStride) {
-    const Stride differences = (LoadStride(from) ^ Repeat('<')) & Repeat(0x7F);
-    for (Marks marks = MarkZeros(differences); HasMark(marks); marks = WithoutFirst(marks)) {
+    const Marks marks = MarkEqual(LoadStride(from), '<');
+    if (HasMark(marks)) {
       const char* const hit = from + FirstOf(marks);
-      if (*hit == '<') {
-        return hit < end ? hit : nullptr;
-      }
+      return hit < end ? hit : nullptr;
     }
   }
   while (from < end && *from != '<') {

@@ -31,14 +31,27 @@ using Marks = std::uint32_t;
   return _mm_loadu_si128(reinterpret_cast<const __m128i*>(position));
 }
 
+// The positions whose character is `character`.
+[[gnu::always_inline]] inline Marks MarkEqual(Stride stride, char character) {
+  return static_cast<Marks>(_mm_movemask_epi8(_mm_cmpeq_epi8(stride, Repeat(character))));
+}
+
 // The positions whose character is 0, all of them being ASCII.
 [[gnu::always_inline]] inline Marks MarkZeros(Stride stride) {
   return static_cast<Marks>(_mm_movemask_epi8(_mm_cmpeq_epi8(stride, _mm_setzero_si128())));
 }
 
+// The smaller character of each position.
+[[gnu::always_inline]] inline Stride Smaller(Stride a, Stride b) {
+  using Characters = unsigned char __attribute__((vector_size(sizeof(Stride))));
+  const auto x = reinterpret_cast<Characters>(a);
+  const auto y = reinterpret_cast<Characters>(b);
+  return reinterpret_cast<Stride>(x < y ? x : y);
+}
+
 // Whether any of the characters is 0, all of them being ASCII.
 [[gnu::always_inline]] inline bool HasZero(Stride a, Stride b, Stride c, Stride d) {
-  return MarkZeros(_mm_min_epu8(_mm_min_epu8(a, b), _mm_min_epu8(c, d))) != 0;
+  return MarkZeros(Smaller(Smaller(a, b), Smaller(c, d))) != 0;
 }
 
 [[gnu::always_inline]] inline bool HasMark(Marks marks) { return marks != 0; }
@@ -93,6 +106,15 @@ inline constexpr Word kLowBits = kLowestBits * 0x7F;
 // The top bit of each position's byte.
 using Marks = Stride;
 
+// The positions whose character is `character`.
+[[gnu::always_inline]] constexpr Marks MarkEqual(Stride stride, char character) {
+  const auto mark = [](Word differences) {
+    return ~(((differences & kLowBits) + kLowBits) | differences) & ~kLowBits;
+  };
+  const Stride differences = stride ^ Repeat(character);
+  return {mark(differences.low), mark(differences.high)};
+}
+
 // The positions whose character is 0, all of them being ASCII.
 [[gnu::always_inline]] constexpr Marks MarkZeros(Stride stride) {
   return {~(stride.low + kLowBits) & ~kLowBits, ~(stride.high + kLowBits) & ~kLowBits};
@@ -106,9 +128,7 @@ using Marks = Stride;
   return (~tops & ~kLowBits) != 0;
 }
 
-[[gnu::always_inline]] constexpr bool HasMark(Marks marks) {
-  return (marks.low | marks.high) != 0;
-}
+[[gnu::always_inline]] constexpr bool HasMark(Marks marks) { return (marks.low | marks.high) != 0; }
 
 inline constexpr bool kIsLowestFirst = std::endian::native == std::endian::little;
 
