@@ -35,7 +35,8 @@ Tokens PlainRadio() {
   tokens.emplace_back("<AccessControl>");
   add("WlAcEnbl", "1");
   add("WlAcMode", "0");
-  for (const char* mac : {"02:00:00:00:00:01", "02:00:00:00:00:02", "02:00:00:00:00:03"}) {
+  for (const char* mac : {"02:00:00:00:00:01", "02:00:00:00:00:02", "02:00:00:00:00:03",
+                          "02:00:00:00:00:04", "02:00:00:00:00:05", "02:00:00:00:00:06"}) {
     tokens.emplace_back("<AcRule>");
     add("Active", "1");
     add("MAC", mac);
@@ -217,7 +218,7 @@ class ParserModelTest : public SettingsTest, public ::testing::WithParamInterfac
 
 TEST_P(ParserModelTest, ReadsWhatSearchesFind) {
   std::mt19937 random(GetParam());
-  for (int round = 0; round < 60; ++round) {
+  for (int round = 0; round < 100; ++round) {
     Tokens tokens = PlainRadio();
     for (std::size_t changes = random() % 5; changes > 0; --changes) {
       Change(tokens, random);

@@ -1,8 +1,10 @@
 // The finders against a plain model of them, on random texts.
 #include <array>
+#include <cctype>
 #include <cstring>
 #include <random>
 #include <string>
+#include <string_view>
 
 #include "kioapp/kioapp.h"
 #include "support/exchange.h"
@@ -81,28 +83,62 @@ class RandomText {
     return text;
   }
 
+  // Mostly characters of tags, and few tags.
+  std::string SparseText(int size) {
+    static constexpr std::string_view kFiller = "xxxxab/>< B";
+    std::string text;
+    while (text.size() < static_cast<std::size_t>(size)) {
+      if (Below(60) == 0) {
+        text += Text(1);
+      } else {
+        text += kFiller.at(static_cast<std::size_t>(Below(static_cast<int>(kFiller.size()))));
+      }
+    }
+    return text;
+  }
+
+  // The same letters in any case.
+  std::string AnyCase(std::string text) {
+    for (char& character : text) {
+      const auto code = static_cast<unsigned char>(character);
+      character = static_cast<char>(Below(2) == 0 ? std::toupper(code) : std::tolower(code));
+    }
+    return text;
+  }
+
  private:
   std::mt19937 engine_;
 };
 
 class FindModelTest : public ::testing::TestWithParam<unsigned> {};
 
-TEST_P(FindModelTest, FindsWhatThePlainModelFinds) {
+void ExpectSameFinds(const std::string& text, int len) {
   static constexpr std::array kKeys = {"a", "A", "ab", "b", "aB", ""};
+  const GuardedText guarded(text);
+  for (const char* key : kKeys) {
+    for (const bool header_only : {false, true}) {
+      int length = kUntouched;
+      const char* hit = FindXmlKeyContain_(guarded.get(), len, key, &length, header_only ? 1 : 0);
+      const Found found{hit == nullptr ? -1 : hit - guarded.get(), length};
+      ASSERT_EQ(found, ModelFind(text, len, key, header_only))
+          << "text '" << text << "' len " << len << " key '" << key << "' header " << header_only;
+    }
+  }
+}
+
+TEST_P(FindModelTest, FindsWhatThePlainModelFinds) {
   RandomText random(GetParam());
   for (int round = 0; round < 400; ++round) {
     const std::string text = random.Text(random.Below(60));
-    const GuardedText guarded(text);
-    const int len = random.Below(static_cast<int>(text.size()) + 6) - 2;
-    for (const char* key : kKeys) {
-      for (const bool header_only : {false, true}) {
-        int length = kUntouched;
-        const char* hit = FindXmlKeyContain_(guarded.get(), len, key, &length, header_only ? 1 : 0);
-        const Found found{hit == nullptr ? -1 : hit - guarded.get(), length};
-        ASSERT_EQ(found, ModelFind(text, len, key, header_only))
-            << "text '" << text << "' len " << len << " key '" << key << "' header " << header_only;
-      }
-    }
+    ExpectSameFinds(text, random.Below(static_cast<int>(text.size()) + 6) - 2);
+  }
+}
+
+TEST_P(FindModelTest, FindsTheSameFarAway) {
+  RandomText random(GetParam() + 2000);
+  for (int round = 0; round < 200; ++round) {
+    const std::string text = random.SparseText(random.Below(1500));
+    ExpectSameFinds(text, random.Below(static_cast<int>(text.size()) + 6) - 2);
   }
 }
 
@@ -117,6 +153,24 @@ TEST_P(FindModelTest, StrstriFindsWhatThePlainModelFinds) {
       ASSERT_EQ(hit == nullptr ? -1 : hit - guarded.get(), ModelSearch(text, needle, 0))
           << "text '" << text << "' needle '" << needle << "'";
     }
+  }
+}
+
+TEST_P(FindModelTest, StrstriFindsPiecesOfTheText) {
+  RandomText random(GetParam() + 3000);
+  for (int round = 0; round < 400; ++round) {
+    const std::string text =
+        round % 2 == 0 ? random.SparseText(random.Below(1200)) : random.Text(random.Below(300));
+    const GuardedText guarded(text);
+    const int begin = random.Below(static_cast<int>(text.size()) + 1);
+    std::string needle = random.AnyCase(
+        text.substr(static_cast<std::size_t>(begin), static_cast<std::size_t>(random.Below(80))));
+    if (!needle.empty() && random.Below(3) == 0) {
+      needle.at(static_cast<std::size_t>(random.Below(static_cast<int>(needle.size())))) = 'y';
+    }
+    const char* hit = strstri(guarded.get(), needle.c_str());
+    ASSERT_EQ(hit == nullptr ? -1 : hit - guarded.get(), ModelSearch(text, needle, 0))
+        << "text '" << text << "' needle '" << needle << "'";
   }
 }
 
@@ -135,9 +189,33 @@ TEST(FindAlignmentTest, EveryPositionAndNeedleLength) {
   }
 }
 
+// Only letters have cases: no other character is taken for one that differs in the same bit, or in
+// the one that no ASCII has.
+TEST(FindAlignmentTest, OnlyLettersHaveCases) {
+  constexpr unsigned char kCaseBit = 0x20;
+  constexpr unsigned char kHighBit = 0x80;
+  for (std::size_t size = 1; size < 24; ++size) {
+    for (std::size_t at = 0; at < size; ++at) {
+      for (int code = 1; code < 256; ++code) {
+        for (const unsigned char bit : {kCaseBit, kHighBit}) {
+          const auto other = static_cast<unsigned char>(code ^ bit);
+          std::string needle(size, 'm');
+          needle.at(at) = static_cast<char>(code);
+          std::string text = "--" + std::string(size, 'M');
+          text.at(at + 2) = static_cast<char>(other);
+          const long expected = other == 0 ? -1 : ModelSearch(text, needle, 0);
+          const char* hit = strstri(text.c_str(), needle.c_str());
+          ASSERT_EQ(hit == nullptr ? -1 : hit - text.c_str(), expected)
+              << "size " << size << " at " << at << " code " << code;
+        }
+      }
+    }
+  }
+}
+
 TEST(FindAlignmentTest, ElementAtEveryPosition) {
-  for (std::size_t before = 0; before < 100; ++before) {
-    for (std::size_t size = 0; size < 40; size += 3) {
+  for (std::size_t before = 0; before < 420; ++before) {
+    for (std::size_t size = 0; size < 260; size += size < 40 ? 3 : 43) {
       const std::string text =
           std::string(before, '<') + "<Key>" + std::string(size, '/') + "</kEY>";
       const GuardedText guarded(text);
