@@ -2,7 +2,7 @@
 
 #include <dlfcn.h>
 
-#include <cctype>
+#include <algorithm>
 #include <chrono>
 #include <cstdarg>
 #include <cstdio>
@@ -25,15 +25,19 @@ CommandTime g_command_time;
 class Path {
  public:
   Path(const char* format, va_list arguments) {
-    std::vsnprintf(text_, sizeof(text_), format, arguments);
-    for (char* character = text_; *character != '\0'; ++character) {
-      *character = static_cast<char>(std::tolower(static_cast<unsigned char>(*character)));
+    const int size = std::vsnprintf(text_, sizeof(text_), format, arguments);
+    size_ = std::min(static_cast<std::size_t>(std::max(size, 0)), sizeof(text_) - 1);
+    for (std::size_t i = 0; i < size_; ++i) {
+      const char character = text_[i];
+      text_[i] = character >= 'A' && character <= 'Z' ? static_cast<char>(character + ('a' - 'A'))
+                                                      : character;
     }
   }
-  [[nodiscard]] std::string_view view() const { return text_; }
+  [[nodiscard]] std::string_view view() const { return {text_, size_}; }
 
  private:
   char text_[256];
+  std::size_t size_;
 };
 
 void Note(Kind kind, const Path& path, const char* text = "", int number = 0) {
@@ -57,13 +61,13 @@ void Write(const Path& path, std::string_view value) {
 
 // Number of instances of a node; -1 when there is none.
 int CountInstances(std::string_view path) {
-  const auto& nodes = MemoryStore::Get().nodes;
   std::string stem(path.substr(0, path.size() - 1));
   stem += ':';
   int highest = -1;
-  for (auto node = nodes.lower_bound(stem);
-       node != nodes.end() && node->first.compare(0, stem.size(), stem) == 0; ++node) {
-    highest = std::max(highest, ParseInt(node->first.c_str() + stem.size()));
+  for (const auto& [node, value] : MemoryStore::Get().nodes) {
+    if (node.starts_with(stem)) {
+      highest = std::max(highest, ParseInt(node.c_str() + stem.size()));
+    }
   }
   return highest;
 }
@@ -78,13 +82,11 @@ int ReadInt(const Path& path) {
 }
 
 void Delete(const Path& path) {
-  auto& nodes = MemoryStore::Get().nodes;
-  auto node = nodes.lower_bound(path.view());
-  while (node != nodes.end() && node->first.starts_with(path.view())) {
-    const bool is_inside =
-        node->first.size() == path.view().size() || node->first[path.view().size()] == '/';
-    node = is_inside ? nodes.erase(node) : std::next(node);
-  }
+  const std::size_t size = path.view().size();
+  std::erase_if(MemoryStore::Get().nodes, [&](const auto& node) {
+    return node.first.starts_with(path.view()) &&
+           (node.first.size() == size || node.first[size] == '/');
+  });
 }
 
 }  // namespace

@@ -3,9 +3,11 @@
 #ifndef KIO_BENCH_MEMORY_STORE_H
 #define KIO_BENCH_MEMORY_STORE_H
 
+#include <cstddef>
 #include <functional>
-#include <map>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace kio::bench {
@@ -19,12 +21,21 @@ struct StoreCall {
   int number = 0;    // what kSetInt wrote
 };
 
+// Lets a table of texts be asked without a copy of what is looked for.
+struct HashText {
+  using is_transparent = void;  // NOLINT(readability-identifier-naming): the library's name
+  std::size_t operator()(std::string_view text) const {
+    return std::hash<std::string_view>()(text);
+  }
+};
+
 // The five store functions of the program act on the one instance.
 class MemoryStore {
  public:
   static MemoryStore& Get();
 
-  std::map<std::string, std::string, std::less<>> nodes;
+  // By their paths in lower case.
+  std::unordered_map<std::string, std::string, HashText, std::equal_to<>> nodes;
   // When set, every call is appended to `calls`.
   bool recording = false;
   std::vector<StoreCall> calls;
