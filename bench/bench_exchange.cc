@@ -79,6 +79,7 @@ void RealCommands(benchmark::State& state) {
     state.SetIterationTime(total);
   }
   SetCommands(Commands::kIgnored);
+  AddFigure({"exchange: time outside the six commands, us", Median(outside), "us"});
   AddFigure(
       {"exchange: time outside the six commands", Median(shares) * 100, "%", Bound::kAtMost, 1});
 }
