@@ -45,16 +45,18 @@ Block ItemReader::Search() {
 // The first tag of the key at or behind `from`.
 ItemReader::Tag ItemReader::FindTag(const char* from) const {
   // Looked for by the key's first and last character; what stands around is looked at afterwards.
-  const PairSearch<true, true> pair(key_.front(), key_.back(), key_.size() - 1);
-  const char* position = from;
-  while (const char* const name = pair.Find(position, end_, text_end_)) {
-    const Form form = FormOf(name, from);
-    if (form != Form::kNone) {
-      return {form == Form::kClosing ? name - 2 : name - 1, form};
-    }
-    position = name + 1;
+  const Pair pair(key_.front(), key_.back(), key_.size() - 1);
+  const bool has_room = static_cast<std::size_t>(end_ - from) > key_.size();
+  const char* const end = has_room ? end_ - key_.size() : from;
+  Form form = Form::kNone;
+  const char* const name = pair.FindFar(from, end, [&](const char* hit) KIO_INLINE {
+    form = FormOf(hit, from);
+    return form != Form::kNone;
+  });
+  if (name == nullptr) {
+    return {};
   }
-  return {};
+  return {form == Form::kClosing ? name - 2 : name - 1, form};
 }
 
 // The form of the tag whose key may stand at `name`, if the tag begins at or behind `begin`.

@@ -3,6 +3,7 @@
 #define KIO_SETTINGS_ITEM_READER_H
 
 #include "platform/text.h"
+#include "settings/equals_fold.h"
 #include "settings/find_element.h"
 #include "settings/scan.h"
 

@@ -52,16 +52,19 @@ class Pair {
   template <typename Accept>
   [[nodiscard, gnu::always_inline]] const char* FindFar(const char* from, const char* end,
                                                         const Accept& accept) const {
-    for (; end - from >= 4 * kStrideLength; from += 4 * kStride) {
-      if (HasZero(Compare(from), Compare(from + kStride), Compare(from + 2 * kStride),
-                  Compare(from + 3 * kStride))) {
-        const char* const hit = FindNear(from, from + 4 * kStride, accept);
-        if (hit != nullptr) {
-          return hit;
-        }
+    for (;;) {
+      while (end - from >= 4 * kStrideLength &&
+             !HasZero(Compare(from), Compare(from + kStride), Compare(from + 2 * kStride),
+                      Compare(from + 3 * kStride))) {
+        from += 4 * kStride;
       }
+      const char* const stop = end - from >= 4 * kStrideLength ? from + 4 * kStride : end;
+      const char* const hit = FindNear(from, stop, accept);
+      if (hit != nullptr || stop == end) {
+        return hit;
+      }
+      from = stop;
     }
-    return FindNear(from, end, accept);
   }
 
  private:
