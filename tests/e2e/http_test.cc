@@ -217,8 +217,7 @@ TEST_F(HttpTest, NoRequestHeadIsTrusted) {
   for (const char* request :
        {"\r\n\r\n", "GET\r\n\r\n", "GET /device\r\n\r\n", "POST /settings HTTP/1.1\r\n\r\n",
         "POST /settings HTTP/1.1\r\nHost: router\r\nContent-Length: -5\r\n\r\n",
-        "POST /settings HTTP/1.1\r\nHost: router\r\nContent-Length: "
-        "99999999999999999999999\r\n\r\n",
+        "POST /settings HTTP/1.1\r\nHost: router\r\nContent-Length: 9999999999999999999999\r\n\r\n",
         "POST /settings HTTP/1.1\r\nHost: router\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\n"}) {
     Connection client(host_.port());
     ASSERT_TRUE(client.Send(request));

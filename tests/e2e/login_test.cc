@@ -238,16 +238,20 @@ TEST_F(LoginTest, SixtyFourClientsAtMost) {
 }
 
 TEST_F(LoginTest, OtherNamesThanTheRoutersAreRefused) {
-  const std::string get = "GET /device HTTP/1.1\r\n";
+  const auto ask = [this](const std::string& name) {
+    std::string request = "GET /device HTTP/1.1\r\nHost: ";
+    request.append(name).append("\r\n\r\n");
+    return Send(request).status;
+  };
   const std::string port = ":" + std::to_string(host_.port());
   for (const std::string& name : {std::string("127.0.0.1"), "127.0.0.1" + port, "localhost" + port,
                                   std::string("router"), std::string("192.168.1.1")}) {
-    EXPECT_EQ(Send(get + "Host: " + name + "\r\n\r\n").status, 200) << name;
+    EXPECT_EQ(ask(name), 200) << name;
   }
   for (const std::string& name :
        {"rebound.example" + port, std::string("127.0.0.2"), std::string("10.0.0.1"),
         std::string("127.0.0.1.rebound.example"), std::string("router.example")}) {
-    EXPECT_EQ(Send(get + "Host: " + name + "\r\n\r\n").status, 421) << name;
+    EXPECT_EQ(ask(name), 421) << name;
   }
   EXPECT_EQ(Send("GET /device HTTP/1.0\r\n\r\n").status, 421);
   EXPECT_EQ(Send("POST /login HTTP/1.1\r\nHost: rebound.example\r\nContent-Length: 13\r\n\r\n"
