@@ -10,22 +10,25 @@
 namespace kiohost {
 namespace {
 
-Reply DescribeDevice(Store* store) {
+Reply DescribeDevice(Store* store, const Events& events) {
   Reply reply;
   reply.content_type = "application/json";
   reply.body = "{\"model\": " + JsonString(store->Get("/sys/modelnumber").value_or("")) +
                ", \"name\": " + JsonString(store->Get("/sys/friendlyname").value_or("")) +
-               ", \"uptime\": " + std::to_string(sys_uptime_seconds()) + "}\n";
+               ", \"uptime\": " + std::to_string(sys_uptime_seconds()) + ", \"events\": " + events.Json() +
+               "}\n";
   return reply;
 }
 
 }  // namespace
 
-void AddDeviceRoutes(Store* store, Router* router) {
+void AddDeviceRoutes(Store* store, const Events* events, Router* router) {
   Route device;
   device.pattern = "/device";
   device.method = MHD_HTTP_METHOD_GET;
-  device.handle = [store](const RequestView& /*request*/) { return DescribeDevice(store); };
+  device.handle = [store, events](const RequestView& /*request*/) {
+    return DescribeDevice(store, *events);
+  };
   router->Add(std::move(device));
 }
 

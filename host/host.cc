@@ -47,15 +47,19 @@ Host::Host(Store* store, const Settings& settings)
       settings_routes_(&exchange_),
       variables_(store, &exchange_),
       variable_routes_(&variables_, settings.catalogue),
+      firmware_(store, &events_, settings.temp_dir, settings.state_dir + "/firmware.partition"),
+      firmware_routes_(&firmware_),
+      channel_watch_(store, &events_),
       server_(&router_) {
   AddWebGates(store, settings.names, &router_);
   if (!settings.open) {
     AddLoginGate(&clients_, &router_);
   }
   settings_routes_.AddTo(&router_);
-  AddDeviceRoutes(store, &router_);
+  AddDeviceRoutes(store, &events_, &router_);
   variable_routes_.AddTo(&router_);
   AddLoginRoutes(&clients_, &router_);
+  firmware_routes_.AddTo(&router_);
 }
 
 Status Host::Start() {
@@ -90,7 +94,10 @@ void Host::WaitAndServe() {
   DescriptorSets sets;
   int max_fd = -1;
   server_.AddDescriptors(&sets.read, &sets.write, &sets.except, &max_fd);
-  WaitForEvents(max_fd, &sets.read, &sets.write, &sets.except, MillisecondsToWait());
+  const long look = channel_watch_.MillisecondsToWait();
+  WaitForEvents(max_fd, &sets.read, &sets.write, &sets.except,
+                std::min(look, MillisecondsToWait().value_or(look)));
+  channel_watch_.LookWhenDue();
   clients_.SweepIfDue();
   server_.Run(sets.read, sets.write, sets.except);
 }

@@ -6,8 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "channel_watch.h"
 #include "clients.h"
+#include "events.h"
 #include "exchange.h"
+#include "firmware.h"
+#include "firmware_routes.h"
 #include "http_server.h"
 #include "reply.h"
 #include "router.h"
@@ -25,6 +29,7 @@ class Host {
     std::string listen;
     int port = 0;
     std::string temp_dir;
+    std::string state_dir;
     std::string catalogue;  // the file with the list of all variables
     bool real_waits = false;
     bool open = false;               // nobody needs to log in
@@ -55,6 +60,10 @@ class Host {
   SettingsRoutes settings_routes_;
   Variables variables_;
   VariableRoutes variable_routes_;
+  Events events_;
+  Firmware firmware_;
+  FirmwareRoutes firmware_routes_;
+  ChannelWatch channel_watch_;
   HttpServer server_;
   // What the request whose turn it is has left behind.
   std::optional<FollowUp> follow_up_;

@@ -146,6 +146,7 @@ Status Serve(const Options& options, Store* store) {
   if (!status.ok()) {
     return status;
   }
+  settings.state_dir = options.state_dir.empty() ? settings.temp_dir : options.state_dir;
   if (!InstallSignals()) {
     return {ExitCode::kNetwork, "the signal handlers could not be installed"};
   }

@@ -111,6 +111,16 @@
 /safetyvyr/safetynotifyenbl = 0
 /safetyvyr/toolrecommendenbl = 0
 
+# --- Firmware -----------------------------------------------------------------------------------
+
+# By which the entries of the firmware list are chosen; the model stands before the first "_".
+/fwupgradeinfo/devicemac = 02:00:5E:10:00:01
+/fwupgradeinfo/currfwfilename = DR2400_FW1.0.2_0101.bin
+# The file that an image is fetched into, and the command that fetches $url into $savefn. A
+# progress check looks for the first 15 characters of the command in the list of processes.
+/fwupgradeinfo/fwupgradefn = upld.bin
+/fwupgradeinfo/urlgetcmd = wget -O "$savefn" "$url"
+
 # --- State of the running device ----------------------------------------------------------------
 
 /runtime/zentrolinks/lanip = 192.168.1.1

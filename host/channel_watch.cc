@@ -1,0 +1,43 @@
+#include "channel_watch.h"
+
+#include <kioapp/settings.h>
+#include <kioapp/xml.h>
+
+#include <algorithm>
+
+namespace kiohost {
+
+long ChannelWatch::MillisecondsToWait() const {
+  const auto left =
+      std::chrono::ceil<std::chrono::milliseconds>(next_ - std::chrono::steady_clock::now());
+  return std::max(0L, static_cast<long>(left.count()));
+}
+
+void ChannelWatch::LookWhenDue() {
+  const auto now = std::chrono::steady_clock::now();
+  if (now < next_) {
+    return;
+  }
+  next_ = now + std::chrono::seconds(1);
+  if (checkWlanChannelUsing() != 0) {
+    NoteMoves();
+  }
+}
+
+// The library says that there was a move, not of which radio.
+void ChannelWatch::NoteMoves() {
+  for (size_t radio = 0; radio < channels_.size(); ++radio) {
+    const std::string band = WirelessTypeArray[radio];
+    const std::string node = "/lan/wireless" + band + ":1/";
+    const std::string set = store_->Get(node + "channel").value_or("");
+    // A radio with a set channel is taken to be on it, as the library does.
+    const bool chooses = set == "0";
+    const std::string channel = chooses ? store_->Get(node + "channelusing").value_or("") : set;
+    if (chooses && channel != channels_[radio]) {
+      events_->Add("the " + band + " GHz radio moved to channel " + channel);
+    }
+    channels_[radio] = channel;
+  }
+}
+
+}  // namespace kiohost

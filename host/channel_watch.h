@@ -1,0 +1,35 @@
+// Asks the library once a second whether a radio has moved to another channel.
+#ifndef HOST_CHANNEL_WATCH_H
+#define HOST_CHANNEL_WATCH_H
+
+#include <array>
+#include <chrono>
+#include <string>
+
+#include "events.h"
+#include "store.h"
+
+namespace kiohost {
+
+class ChannelWatch {
+ public:
+  ChannelWatch(Store* store, Events* events) : store_(store), events_(events) {}
+
+  // The time until it wants to look again.
+  long MillisecondsToWait() const;
+
+  // Looks, when it is time, and notes the moves.
+  void LookWhenDue();
+
+ private:
+  void NoteMoves();
+
+  Store* store_;
+  Events* events_;
+  std::chrono::steady_clock::time_point next_ = std::chrono::steady_clock::now();
+  std::array<std::string, 2> channels_;  // as last noted
+};
+
+}  // namespace kiohost
+
+#endif  // HOST_CHANNEL_WATCH_H

@@ -1,0 +1,31 @@
+// What happened to the device of late, for a person to read.
+#ifndef HOST_EVENTS_H
+#define HOST_EVENTS_H
+
+#include <deque>
+#include <string>
+
+namespace kiohost {
+
+class Events {
+ public:
+  // Notes an event and says it on standard output.
+  void Add(const std::string& text);
+
+  // The events, the oldest first, as a JSON array.
+  std::string Json() const;
+
+ private:
+  struct Event {
+    long uptime;
+    std::string text;
+  };
+
+  static constexpr size_t kMost = 50;  // older ones are forgotten
+
+  std::deque<Event> events_;
+};
+
+}  // namespace kiohost
+
+#endif  // HOST_EVENTS_H

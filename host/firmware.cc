@@ -1,0 +1,98 @@
+#include "firmware.h"
+
+#include <kioapp/firmware.h>
+#include <kioapp/platform.h>
+#include <kioapp/xml.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string_view>
+#include <system_error>
+
+#include "actions.h"
+
+namespace kiohost {
+namespace {
+
+constexpr char kImageNameNode[] = "/fwupgradeinfo/fwupgradefn";
+constexpr char kFileUrlNode[] = "/fwupgradeinfo/newfw/fileurl";
+constexpr char kRunningNode[] = "/fwupgradeinfo/currfwfilename";
+
+std::optional<std::string> ReadFile(const std::string& file) {
+  std::ifstream stream(file, std::ios::binary);
+  std::ostringstream text;
+  if (!stream || !(text << stream.rdbuf())) {
+    return std::nullopt;
+  }
+  return text.str();
+}
+
+// The file name at the end of an address, without the query.
+std::string FileName(std::string_view address) {
+  const std::string_view path = address.substr(0, address.find('?'));
+  return std::string(path.substr(path.rfind('/') + 1));
+}
+
+}  // namespace
+
+Firmware::Outcome Firmware::Act(unsigned char action) {
+  // An old document must not be taken for this step's.
+  unlink(status_file_.c_str());
+  do_FwUpgradeAction(action);
+  Outcome outcome;
+  outcome.document = ReadFile(status_file_);
+  last_status_ = outcome.document;
+  if (outcome.document) {
+    std::string text = *outcome.document;
+    // Only the announcing step tells a time.
+    outcome.announced = GetXmlKeyIntValue_(text.data(), 0, "time", &outcome.wait_seconds) == 1;
+  }
+  return outcome;
+}
+
+// Notes why a file is no image.
+bool Firmware::Refuse(const std::string& file) {
+  constexpr size_t kRoom = 64;
+  std::string message(file.size() + kRoom, '\0');
+  if (check(file.c_str(), 0, getFileSize(file.c_str()), message.data()) == 1) {
+    return false;
+  }
+  message.resize(message.find('\0'));
+  while (!message.empty() && message.back() == '\n') {
+    message.pop_back();
+  }
+  events_->Add("firmware refused: " + message);
+  return true;
+}
+
+void Firmware::WriteImage() {
+  PrintActions(KIOAPP_SYNC_FW_UPGRADE);
+  const std::string image = temp_dir_ + "/" + store_->Get(kImageNameNode).value_or("upld.bin");
+  const std::string written = partition_ + ".new";
+  if (Refuse(image)) {
+    return;
+  }
+  std::error_code error;
+  std::filesystem::copy_file(image, written, std::filesystem::copy_options::overwrite_existing,
+                             error);
+  // What was written is read back before it counts: the image may have changed since.
+  if (!error && Refuse(written)) {
+    unlink(written.c_str());
+    return;
+  }
+  if (!error) {
+    std::filesystem::rename(written, partition_, error);
+  }
+  if (error) {
+    events_->Add("firmware not written: " + partition_ + ": " + error.message());
+    return;
+  }
+  const std::string name = FileName(store_->Get(kFileUrlNode).value_or(""));
+  store_->Set(kRunningNode, name);
+  events_->Add("firmware written: " + name + ", " +
+               std::to_string(getFileSize(partition_.c_str())) + " bytes");
+}
+
+}  // namespace kiohost

@@ -1,0 +1,53 @@
+// Firmware upgrades: the library's steps, and the writing of the image to the partition.
+#ifndef HOST_FIRMWARE_H
+#define HOST_FIRMWARE_H
+
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "events.h"
+#include "store.h"
+
+namespace kiohost {
+
+class Firmware {
+ public:
+  struct Outcome {
+    std::optional<std::string> document;  // nothing when it could not be written
+    bool announced = false;               // the image is to be written
+    int wait_seconds = 0;                 // which the app was told for it
+  };
+
+  // `partition` is the file that stands for the flash partition of the firmware.
+  Firmware(Store* store, Events* events, const std::string& temp_dir, std::string partition)
+      : store_(store),
+        events_(events),
+        temp_dir_(temp_dir),
+        status_file_(temp_dir + "/rsscheckfw.xml"),
+        partition_(std::move(partition)) {}
+
+  // Takes one step.
+  Outcome Act(unsigned char action);
+
+  // The status document of the last step, if there was one.
+  const std::optional<std::string>& last_status() const { return last_status_; }
+
+  // Checks the image that was fetched and writes it to the partition; the router runs it from then
+  // on. A bad one is refused, and the partition stays as it is.
+  void WriteImage();
+
+ private:
+  bool Refuse(const std::string& file);
+
+  Store* store_;
+  Events* events_;
+  std::string temp_dir_;
+  std::string status_file_;
+  std::string partition_;
+  std::optional<std::string> last_status_;
+};
+
+}  // namespace kiohost
+
+#endif  // HOST_FIRMWARE_H
