@@ -15,8 +15,8 @@ Reply DescribeDevice(Store* store, const Events& events) {
   reply.content_type = "application/json";
   reply.body = "{\"model\": " + JsonString(store->Get("/sys/modelnumber").value_or("")) +
                ", \"name\": " + JsonString(store->Get("/sys/friendlyname").value_or("")) +
-               ", \"uptime\": " + std::to_string(sys_uptime_seconds()) + ", \"events\": " + events.Json() +
-               "}\n";
+               ", \"uptime\": " + std::to_string(sys_uptime_seconds()) +
+               ", \"events\": " + events.Json() + "}\n";
   return reply;
 }
 
