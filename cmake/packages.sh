@@ -3,19 +3,24 @@
 # ./test --target needs, as far as they are missing. This is the one list of them.
 set -euo pipefail
 
-# To build the library and the reference host, and to talk to it.
+# To build the library and the reference host, to talk to it, and to give it a firmware server.
 demo_packages=(
   cmake
   curl
   g++
   libmicrohttpd-dev
   libsqlite3-dev
+  nginx-light
   ninja-build
   pkg-config
+  procps
+  u-boot-tools
+  wget
 )
 # The tests, the benchmarks with what they compare the library with, format and lint.
 test_packages=(
   binutils
+  busybox
   clang-format
   clang-tidy
   libbenchmark-dev
@@ -27,7 +32,6 @@ test_packages=(
   libssl-dev
   nlohmann-json3-dev
   shellcheck
-  u-boot-tools
   valgrind
   zlib1g-dev
 )

@@ -37,7 +37,7 @@ awk -v dir="$work" '
   /^```$/     { file = ""; next }
   file != ""  { print > file }' "$source_dir/docs/http.md"
 
-same_uptime() { sed 's/"uptime": [0-9][0-9]*}/"uptime": N}/'; }
+same_uptime() { sed 's/"uptime": [0-9][0-9]*/"uptime": N/'; }
 
 cd "$source_dir"
 examples=0
