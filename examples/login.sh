@@ -16,9 +16,9 @@ fi
 # The router counts bytes.
 export LC_ALL=C
 
-# The answer is {"model": ..., "uptime": SECONDS}; curl adds the address that it was asked from.
+# The answer is {"model": ..., "uptime": SECONDS, ...}; curl adds the address that it was asked from.
 answer=$(curl -sSf -w '%{local_ip}' "$router/device")
-uptime=$(sed -n 's/.*"uptime": \([0-9]*\)}.*/\1/p' <<<"$answer")
+uptime=$(sed -n 's/.*"uptime": \([0-9]*\)[,}].*/\1/p' <<<"$answer")
 address=${answer##*$'\n'}
 [[ -n $uptime && -n $address ]] || {
   echo "this is no router: $answer" >&2

@@ -76,8 +76,6 @@ void Clients::SweepIfDue() {
   }
 }
 
-bool Clients::HasAny() { return clientauthinfo != nullptr; }
-
 void Clients::RemoveLapsed() {
   const auto now = static_cast<unsigned int>(sys_uptime_seconds());
   std::vector<std::string> lapsed;

@@ -33,9 +33,6 @@ class Clients {
   // Removes the clients that have lapsed, at most once a minute. To be called now and then.
   void SweepIfDue();
 
-  // Whether there is anything to be swept one day.
-  static bool HasAny();
-
  private:
   static void RemoveLapsed();
 

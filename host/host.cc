@@ -94,21 +94,16 @@ void Host::WaitAndServe() {
   DescriptorSets sets;
   int max_fd = -1;
   server_.AddDescriptors(&sets.read, &sets.write, &sets.except, &max_fd);
-  const long look = channel_watch_.MillisecondsToWait();
-  WaitForEvents(max_fd, &sets.read, &sets.write, &sets.except,
-                std::min(look, MillisecondsToWait().value_or(look)));
-  channel_watch_.LookWhenDue();
+  WaitForEvents(max_fd, &sets.read, &sets.write, &sets.except, MillisecondsToWait());
   clients_.SweepIfDue();
+  channel_watch_.LookWhenDue();
   server_.Run(sets.read, sets.write, sets.except);
 }
 
-std::optional<long> Host::MillisecondsToWait() const {
-  const std::optional<long> server = server_.MillisecondsToWait();
-  if (!Clients::HasAny()) {
-    return server;
-  }
-  constexpr long kSweep = Clients::kSweepSeconds * 1000;
-  return std::min(server.value_or(kSweep), kSweep);
+// The channels are looked at so often that it is also time enough for the sweep of the clients.
+long Host::MillisecondsToWait() const {
+  const long look = channel_watch_.MillisecondsToWait();
+  return std::min(look, server_.MillisecondsToWait().value_or(look));
 }
 
 Status Host::FollowUpWhenReady() {

@@ -49,7 +49,7 @@ class Host {
 
  private:
   void WaitAndServe();
-  std::optional<long> MillisecondsToWait() const;
+  long MillisecondsToWait() const;
   Status FollowUpWhenReady();
   Status FollowUpAway();
 

@@ -49,7 +49,7 @@ TEST_F(HttpTest, DeviceSaysWhatItIs) {
   EXPECT_EQ(answer.status, 200);
   EXPECT_EQ(answer.Header("Content-Type"), "application/json");
   EXPECT_THAT(answer.body, MatchesRegex("\\{\"model\": \"DR-2400\", \"name\": \"Home router\", "
-                                        "\"uptime\": [0-9]+\\}\n"));
+                                        "\"uptime\": [0-9]+, \"events\": \\[\\]\\}\n"));
 }
 
 TEST_F(HttpTest, ResultIsTheLastResultDocument) {
@@ -68,7 +68,8 @@ TEST_F(HttpTest, OtherPathsDoNotExist) {
     const HttpResponse answer = Get(host_.port(), url);
     EXPECT_EQ(answer.status, 404) << url;
     EXPECT_EQ(answer.body,
-              "there is only /settings, /result, /device, /vars, /actions, /login and /logout\n")
+              "there is only /settings, /result, /device, /vars, /actions, /login, /logout and "
+              "/firmware\n")
         << url;
   }
   EXPECT_EQ(Post(host_.port(), "/", FactoryDocument()).status, 404);
