@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <ctime>
+#include <initializer_list>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -27,6 +29,17 @@ struct Sandbox {
   std::string freed_password = "not freed";
 };
 Sandbox& TheSandbox();
+
+// Those of the uptimes that can be told, `ahead` seconds more included: a long may have 32 bits.
+inline std::vector<long> PossibleUptimes(std::initializer_list<long long> uptimes, long ahead) {
+  std::vector<long> possible;
+  for (const long long uptime : uptimes) {
+    if (uptime <= std::numeric_limits<long>::max() - ahead) {
+      possible.push_back(static_cast<long>(uptime));
+    }
+  }
+  return possible;
+}
 
 // Starts from an empty list, an empty store and the uptime 1000.
 class AuthTest : public ::testing::Test {

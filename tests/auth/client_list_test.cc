@@ -212,9 +212,8 @@ TEST_F(ClientListTest, RequestAfterThreeHundredSecondsIsRefusedAndTheClientRemov
 }
 
 TEST_F(ClientListTest, ThreeHundredSecondsHoldAtAnyUptime) {
-  constexpr long kStarts[] = {0,           1,           2147483347L, 2147483348L,
-                              2147483647L, 2147483648L, 4294966000L};
-  for (const long start : kStarts) {
+  for (const long start : PossibleUptimes(
+           {0, 1, 2147483000, 2147483347, 2147483348, 2147483647, 2147483648, 4294966000}, 599)) {
     host_.uptime = start;
     Add("10.1.1.2", 1);
     host_.uptime = start + 299;

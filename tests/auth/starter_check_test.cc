@@ -86,8 +86,8 @@ TEST_F(StarterCheckTest, SlotBeforeTheFirstIsMinusOne) {
 }
 
 TEST_F(StarterCheckTest, SlotsAreGoodAtAnyUptime) {
-  constexpr long kUptimes[] = {180, 1999980, 2147483640, 2147483647, 2147483648, 4294967300};
-  for (const long uptime : kUptimes) {
+  for (const long uptime :
+       PossibleUptimes({180, 1999980, 2147483640, 2147483647, 2147483648, 4294967300}, 0)) {
     for (long ahead = -2; ahead <= 4; ++ahead) {
       EXPECT_EQ(CheckAt(uptime, "kioAppKey= " + Key(uptime / 20 + ahead)),
                 ahead >= -1 && ahead <= 3 ? 0 : -1)
