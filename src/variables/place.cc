@@ -7,52 +7,52 @@ namespace {
 
 using platform::TextBuffer;
 
-void AppendRadio(TextBuffer& path, int radio) { path.Append(settings::RadioPath(radio).c_str()); }
+struct SectionPath {
+  Section section;
+  TextView path;
+  bool below_radio = false;
+  // Number of the store instance that index 0 stands for; -1 where there are none.
+  int first_instance = -1;
+};
+
+constexpr SectionPath kSectionPaths[] = {
+    {Section::kDevice, ""},
+    {Section::kVersion, "/specversion"},
+    {Section::kUplink, "/uplink"},
+    {Section::kDsl, "/uplink/dsl"},
+    // Quirk "uplink-asp": the path has this spelling.
+    {Section::kApn, "/uplink/asp"},
+    {Section::kSite, "/uplink/extendersite"},
+    {.section = Section::kRadio, .path = "", .below_radio = true},
+    {.section = Section::kAccess, .path = "/accesscontrol", .below_radio = true},
+    // Quirk "rule-path-without-a-radio": it begins with the rule.
+    {.section = Section::kRule, .path = "/acrule", .first_instance = 1},
+    {Section::kService, "/safetyvyr"},
+    {Section::kFirmware, "/fwupgradeinfo"},
+    {Section::kSurvey, "/wirelesssitesurvey"},
+    // Quirk "sites-from-two": site 0 is instance 2 of the store, whereas rule 0 is instance 1.
+    {.section = Section::kSurveySite, .path = "/wirelesssitesurvey/site", .first_instance = 2},
+};
+
+consteval bool InOrderOfSections() {
+  int next = 0;
+  for (const SectionPath& path : kSectionPaths) {
+    if (static_cast<int>(path.section) != next++) {
+      return false;
+    }
+  }
+  return next == static_cast<int>(Section::kSurveySite) + 1;
+}
+static_assert(InOrderOfSections());
 
 void AppendSection(TextBuffer& path, const Place& place) {
-  switch (place.section) {
-    case Section::kDevice:
-      break;
-    case Section::kVersion:
-      path.Append("/specversion");
-      break;
-    case Section::kUplink:
-      path.Append("/uplink");
-      break;
-    case Section::kDsl:
-      path.Append("/uplink/dsl");
-      break;
-    case Section::kApn:
-      // Quirk "uplink-asp": the path has this spelling.
-      path.Append("/uplink/asp");
-      break;
-    case Section::kSite:
-      path.Append("/uplink/extendersite");
-      break;
-    case Section::kRadio:
-      AppendRadio(path, place.radio);
-      break;
-    case Section::kAccess:
-      AppendRadio(path, place.radio);
-      path.Append("/accesscontrol");
-      break;
-    case Section::kRule:
-      // Quirk "rule-path-without-a-radio": it begins with the rule.
-      path.Append("/acrule:").AppendNumber(place.index + 1);
-      break;
-    case Section::kService:
-      path.Append("/safetyvyr");
-      break;
-    case Section::kFirmware:
-      path.Append("/fwupgradeinfo");
-      break;
-    case Section::kSurvey:
-      path.Append("/wirelesssitesurvey");
-      break;
-    case Section::kSurveySite:
-      // Quirk "sites-from-two": site 0 is instance 2 of the store, whereas rule 0 is instance 1.
-      path.Append("/wirelesssitesurvey/site:").AppendNumber(place.index + 2);
-      break;
+  const SectionPath& section = kSectionPaths[static_cast<int>(place.section)];
+  if (section.below_radio) {
+    path.Append(settings::RadioPath(place.radio).c_str());
+  }
+  path.Append(section.path);
+  if (section.first_instance >= 0) {
+    path.Append(':').AppendNumber(place.index + section.first_instance);
   }
 }
 
