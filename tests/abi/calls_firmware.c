@@ -76,10 +76,11 @@ static void PutNumber(unsigned char *bytes, unsigned int number) {
 }
 
 static void CheckImage(void) {
-  unsigned char image[64 + 9] = {0};
+  static const unsigned char data[9] = {'1', '2', '3', '4', '5', '6', '7', '8', '9'};
+  unsigned char image[64 + sizeof(data)] = {0};
   char message[512];
-  EXPECT_INT(crc32(0, (const unsigned char *)"123456789", 9) == 0xCBF43926U, 1);
-  memcpy(image + 64, "123456789", 9);
+  EXPECT_INT(crc32(0, data, sizeof(data)) == 0xCBF43926U, 1);
+  memcpy(image + 64, data, sizeof(data));
   PutNumber(image, 0x27051956);
   PutNumber(image + 24, 0xCBF43926U);
   PutNumber(image + 4, crc32(0, image, 64));

@@ -83,10 +83,9 @@ class HostileDownloadTest : public ::testing::TestWithParam<const char*> {
          {"fetch \"$savefn\" \"$url\"", "fetch '$savefn' '$url'", "fetch $savefn $url",
           "fetch -- \"$savefn\" '$url'", "fetch \"\"$savefn \"$url\"''"}) {
       const std::string command = Command(command_template, "file" + text, "http://h/" + text);
-      const std::string run =
-          "cd " + directory_.path() +
-          " && fetch() { [ \"$1\" != -- ] || shift; printf '%s|%s' \"$1\" \"$2\" > got; };" +
-          command;
+      std::string run = "cd " + directory_.path() + " && fetch() { [ \"$1\" != -- ] || shift;";
+      run += " printf '%s|%s' \"$1\" \"$2\" > got; };";
+      run += command;
       host_.RunCommand(run.c_str());
       ASSERT_FALSE(FileExists(directory_.File("X"))) << command;
       ASSERT_EQ(ReadFile(directory_.File("got")), "file" + text + "|http://h/" + text) << command;
