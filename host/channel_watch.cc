@@ -34,7 +34,9 @@ void ChannelWatch::NoteMoves() {
     const bool chooses = set == "0";
     const std::string channel = chooses ? store_->Get(node + "channelusing").value_or("") : set;
     if (chooses && channel != channels_[radio]) {
-      events_->Add("the " + band + " GHz radio moved to channel " + channel);
+      std::string text = "the " + band;
+      text += " GHz radio moved to channel ";
+      events_->Add(text += channel);
     }
     channels_[radio] = channel;
   }

@@ -16,10 +16,9 @@ namespace {
 
 TEST(ChannelTest, MovesAreNotedWithinSeconds) {
   HostProcess host;
-  host.UseProfile(ProfileWith({"/lan/wireless2.4:1/channel = 0",
-                               "/lan/wireless2.4:1/channelusing = 6",
-                               "/lan/wireless5:1/channel = 36",
-                               "/lan/wireless5:1/channelusing = 36"}));
+  host.UseProfile(
+      ProfileWith({"/lan/wireless2.4:1/channel = 0", "/lan/wireless2.4:1/channelusing = 6",
+                   "/lan/wireless5:1/channel = 36", "/lan/wireless5:1/channelusing = 36"}));
   ASSERT_TRUE(host.Start());
   ASSERT_TRUE(host.WaitForOutput("event the 2.4 GHz radio moved to channel 6\n"));
   // What the radios' drivers do.

@@ -31,10 +31,10 @@ int FreePort() {
   const int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   sockaddr_in address = Loopback(0);
   socklen_t length = sizeof address;
-  bind(fd, reinterpret_cast<sockaddr*>(&address), length);
-  getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length);
+  const bool bound = bind(fd, reinterpret_cast<sockaddr*>(&address), length) == 0 &&
+                     getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length) == 0;
   close(fd);
-  return ntohs(address.sin_port);
+  return bound ? ntohs(address.sin_port) : 0;
 }
 
 bool IsListening(int port) {
@@ -59,9 +59,10 @@ std::string Configuration(const std::string& dir, int port, int bytes_per_second
 }
 
 pid_t StartNginx(const std::string& dir) {
-  std::vector<std::string> words = {"nginx", "-p", dir, "-e", dir + "/error.log",
-                                    "-c", dir + "/nginx.conf"};
+  std::vector<std::string> words = {
+      "nginx", "-p", dir, "-e", dir + "/error.log", "-c", dir + "/nginx.conf"};
   std::vector<char*> argv;
+  argv.reserve(words.size() + 1);
   for (std::string& word : words) {
     argv.push_back(word.data());
   }

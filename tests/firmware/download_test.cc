@@ -83,7 +83,9 @@ class HostileDownloadTest : public ::testing::TestWithParam<const char*> {
          {"fetch \"$savefn\" \"$url\"", "fetch '$savefn' '$url'", "fetch $savefn $url",
           "fetch -- \"$savefn\" '$url'", "fetch \"\"$savefn \"$url\"''"}) {
       const std::string command = Command(command_template, "file" + text, "http://h/" + text);
-      std::string run = "cd " + directory_.path() + " && fetch() { [ \"$1\" != -- ] || shift;";
+      std::string run = "cd ";
+      run += directory_.path();
+      run += " && fetch() { [ \"$1\" != -- ] || shift;";
       run += " printf '%s|%s' \"$1\" \"$2\" > got; };";
       run += command;
       host_.RunCommand(run.c_str());
