@@ -34,10 +34,12 @@ TEST_F(StarterKeyTest, EachKeyOverwritesTheOneBefore) {
 }
 
 TEST_F(StarterKeyTest, SlotChangesEveryTwentySeconds) {
-  for (const long slot : {0L, 1L, 50L, 107374181L, 107374182L, 107374183L, 2147483647L}) {
+  for (const long begin :
+       PossibleUptimes({0, 20, 1000, 2147483620, 2147483640, 2147483660, 42949672940}, 19)) {
+    const long slot = begin / 20;
     const std::string expected = Md5Text(std::to_string(slot) + "10.1.1.2adminpw");
     for (const long second : {0L, 1L, 19L}) {
-      host_.uptime = slot * 20 + second;
+      host_.uptime = begin + second;
       EXPECT_EQ(generate_StarterKey("10.1.1.2"), expected) << host_.uptime;
       EXPECT_EQ(generate_BKey("10.1.1.2"), expected.substr(0, 8)) << host_.uptime;
     }
