@@ -82,7 +82,9 @@ class HostileDownloadTest : public ::testing::TestWithParam<const char*> {
     for (const char* const command_template :
          {"fetch \"$savefn\" \"$url\"", "fetch '$savefn' '$url'", "fetch $savefn $url",
           "fetch -- \"$savefn\" '$url'", "fetch \"\"$savefn \"$url\"''"}) {
-      const std::string command = Command(command_template, "file" + text, "http://h/" + text);
+      std::string file = "file" + text;
+      const std::string address = "http://h/" + text;
+      const std::string command = Command(command_template, file, address);
       std::string run = "cd ";
       run += directory_.path();
       run += " && fetch() { [ \"$1\" != -- ] || shift;";
@@ -90,13 +92,17 @@ class HostileDownloadTest : public ::testing::TestWithParam<const char*> {
       run += command;
       host_.RunCommand(run.c_str());
       ASSERT_FALSE(FileExists(directory_.File("X"))) << command;
-      ASSERT_EQ(ReadFile(directory_.File("got")), "file" + text + "|http://h/" + text) << command;
+      ASSERT_EQ(ReadFile(directory_.File("got")), file.append("|").append(address)) << command;
     }
     // A backslash of the template's own before it.
     for (const char* const command_template :
          {"fetch \"\\$savefn\" \"\\$url\"", "fetch \\$savefn \\$url"}) {
       const std::string command = Command(command_template, text, text);
-      host_.RunCommand(("cd " + directory_.path() + " && fetch() { :; };" + command).c_str());
+      std::string run = "cd ";
+      run += directory_.path();
+      run += " && fetch() { :; };";
+      run += command;
+      host_.RunCommand(run.c_str());
       ASSERT_FALSE(FileExists(directory_.File("X"))) << command;
     }
   }

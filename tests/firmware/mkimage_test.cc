@@ -18,7 +18,7 @@ class MkimageTest : public ::testing::Test {
   // An image of `size` bytes of data, as a file.
   std::string Make(const std::string& options, std::size_t size) {
     const std::string data = directory_.File("data");
-    const std::string image = directory_.File("image");
+    std::string image = directory_.File("image");
     WriteFile(data, SomeBytes(size, static_cast<unsigned int>(size)));
     FakeHost& host = FakeHost::Get();
     host.Reset();
@@ -68,7 +68,7 @@ TEST_F(MkimageTest, EachSingleFlippedBitIsRefused) {
     WriteFile(path, flipped);
     ASSERT_EQ(Check(path), 0) << "bit " << bit;
     const std::string expected = bit < 32 ? "Bad Magic Number: \"" + path + "\" is no valid image\n"
-                                 : bit < 64 * 8
+                                 : bit < std::size_t{64} * 8
                                      ? "*** Warning: \"" + path + "\" has bad header checksum!\n"
                                      : "*** Warning: \"" + path + "\" has corrupted data!\n";
     ASSERT_EQ(message_, expected) << "bit " << bit;

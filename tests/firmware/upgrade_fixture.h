@@ -15,8 +15,8 @@
 namespace kio::test {
 
 // Starts each test at status 0 with an empty temporary directory. Only the commands that write the
-// status document are run; the others are played: a download writes what `server` has for its
-// address, the list of processes is `processes`.
+// status document are run; the others are played: a download writes what `server_` has for its
+// address, the list of processes is `processes_`.
 class UpgradeTest : public FirmwareTest {
  protected:
   UpgradeTest() {
@@ -74,7 +74,8 @@ class UpgradeTest : public FirmwareTest {
 
   // A step that leads there from status 0.
   void GoToFound() {
-    server[Address("/AB12/AB12.xml")] = FirmwareList(Entry(MacList({"*"}), "fw/AB12_FW1.0.8_0312"));
+    server_[Address("/AB12/AB12.xml")] =
+        FirmwareList(Entry(MacList({"*"}), "fw/AB12_FW1.0.8_0312"));
     Act('1');
     ASSERT_EQ(Status(), Found(2));
   }
@@ -85,7 +86,7 @@ class UpgradeTest : public FirmwareTest {
   }
   void GoToDownloaded() {
     GoToDownloading();
-    processes = "root 1 grep " + Tag();
+    processes_ = "root 1 grep " + Tag();
     Act('9');
     ASSERT_EQ(Status(), Found(4));
   }
@@ -93,8 +94,8 @@ class UpgradeTest : public FirmwareTest {
   [[nodiscard]] std::string Tag() const { return ("wget -O " + Path("upld.bin")).substr(0, 15); }
   [[nodiscard]] static std::string Address(const std::string& path) { return kServer + path; }
 
-  std::map<std::string, std::string> server;
-  std::string processes;
+  std::map<std::string, std::string> server_;
+  std::string processes_;
   TemporaryDirectory directory_;
 
  private:
@@ -102,13 +103,13 @@ class UpgradeTest : public FirmwareTest {
 
   void Play(const std::string& command) {
     host_.run_commands = IsEcho(command) || command.compare(0, 3, "rm ") == 0;
-    for (const auto& [address, contents] : server) {
+    for (const auto& [address, contents] : server_) {
       if (command == "wget -O \"" + Path("AB12.xml") + "\" \"" + address + "\"") {
         WriteFile(Path("AB12.xml"), contents);
       }
     }
     if (command.find("ps aux") != std::string::npos) {
-      WriteFile(Path("rssfwtmp.txt"), processes);
+      WriteFile(Path("rssfwtmp.txt"), processes_);
     }
   }
 };

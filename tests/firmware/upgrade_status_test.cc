@@ -20,7 +20,7 @@ class UpgradeStatusTest : public UpgradeTest {
 
 // What does not go with the status: a closed document with the fault, and then the usual one.
 TEST_F(UpgradeStatusTest, UnknownActionsAtStatusZero) {
-  for (const int action : {'2', '3', '4', '5', 'x', '/', ':', '<', '&', '\\'}) {
+  for (const char action : {'2', '3', '4', '5', 'x', '/', ':', '<', '&', '\\'}) {
     EXPECT_TRUE(Act(action).empty());
     const std::vector<std::string> expected = {
         Echo("<erractmsg>Status=0, Act=" + std::string(1, static_cast<char>(action)) +
@@ -74,16 +74,16 @@ TEST_F(UpgradeStatusTest, ActionsGoWithTheStatus) {
   };
   // -1: no list.
   Act('1');
-  for (const int action : {'1', '2', '4'}) {
+  for (const char action : {'1', '2', '4'}) {
     EXPECT_TRUE(refused(action)) << "-1";
     EXPECT_EQ(Status(), Document("<result>-1</result>"));
   }
   EXPECT_FALSE(refused('9'));
   Act('0');
   // 1: none newer.
-  server[Address("/AB12/AB12.xml")] = FirmwareList("");
+  server_[Address("/AB12/AB12.xml")] = FirmwareList("");
   Act('1');
-  for (const int action : {'1', '2', '4'}) {
+  for (const char action : {'1', '2', '4'}) {
     EXPECT_TRUE(refused(action)) << "1";
     EXPECT_EQ(Echoes()[0], Echo("<erractmsg>Status=1, Act=" +
                                     std::string(1, static_cast<char>(action)) + "</erractmsg>",
@@ -94,7 +94,7 @@ TEST_F(UpgradeStatusTest, ActionsGoWithTheStatus) {
   Act('0');
   // 2: found.
   GoToFound();
-  for (const int action : {'1', '4'}) {
+  for (const char action : {'1', '4'}) {
     EXPECT_TRUE(refused(action)) << "2";
     EXPECT_EQ(Status(), Found(2));
   }
@@ -102,14 +102,14 @@ TEST_F(UpgradeStatusTest, ActionsGoWithTheStatus) {
   Act('0');
   // 4: downloaded.
   GoToDownloaded();
-  for (const int action : {'1', '2'}) {
+  for (const char action : {'1', '2'}) {
     EXPECT_TRUE(refused(action)) << "4";
     EXPECT_EQ(Status(), Found(4));
   }
   EXPECT_FALSE(refused('9'));
   // 5: announced.
   Act('4');
-  for (const int action : {'1', '2', '4'}) {
+  for (const char action : {'1', '2', '4'}) {
     EXPECT_TRUE(refused(action)) << "5";
     EXPECT_EQ(Status(), Found(5));
   }
@@ -211,7 +211,7 @@ TEST_F(UpgradeStatusTest, LogOfEachStep) {
                    "cmd=rm -f \"" + Path("rsscheckfw.xml") + "\" \"" + Path("upld.bin") + "\" \"" +
                        Path("rssfwnotes.xml") + "\" \"" + Path("rssfwtmp.txt") + "\"",
                    done}));
-  server[Address("/AB12/AB12.xml")] = FirmwareList(Entry(MacList({"*"}), "fw/AB12_FW1.0.8_0312"));
+  server_[Address("/AB12/AB12.xml")] = FirmwareList(Entry(MacList({"*"}), "fw/AB12_FW1.0.8_0312"));
   EXPECT_EQ(log_of('1'),
             (Lines{"", "===FWUPGRADE_ACT_SEARCH===",
                    "cmd=wget -O \"" + Path("AB12.xml") + "\" \"" + Address("/AB12/AB12.xml") + "\"",
@@ -222,7 +222,7 @@ TEST_F(UpgradeStatusTest, LogOfEachStep) {
                                 "cmd=wget -O \"" + Path("upld.bin") + "\" \"" +
                                     Address("/fw/AB12_FW1.0.8_0312.bin") + "\" &",
                                 done}));
-  processes = "root grep " + Tag();
+  processes_ = "root grep " + Tag();
   const Lines progress = {
       "", "===FWUPGRADE_BINGETTING===",
       "cmd=echo `ps aux |grep \"" + Tag() + "\"` > \"" + Path("rssfwtmp.txt") + "\"",
@@ -233,7 +233,7 @@ TEST_F(UpgradeStatusTest, LogOfEachStep) {
 
 TEST_F(UpgradeStatusTest, LogHoldsTheListOfProcesses) {
   GoToDownloading();
-  processes = "root wget grep";
+  processes_ = "root wget grep";
   log_file::Start(7);
   Act('9');
   EXPECT_NE(log_file::Contents().find("==BGN==' " + Tag() + "'\nroot wget grep\n==END==\n"),

@@ -78,23 +78,23 @@ TEST_F(UpgradeTest, ModelIsTheNameBeforeTheFirstUnderscore) {
 }
 
 TEST_F(UpgradeTest, SearchWithoutANewerFile) {
-  server[Address("/AB12/AB12.xml")] = FirmwareList("");
+  server_[Address("/AB12/AB12.xml")] = FirmwareList("");
   EXPECT_EQ(Act('1').size(), 1U);
   EXPECT_EQ(Status(), Document("<result>1</result>"));
   Act('0');
-  server[Address("/AB12/AB12.xml")] = FirmwareList(Entry(MacList({"*"}), "AB12_FW1.0.2"));
+  server_[Address("/AB12/AB12.xml")] = FirmwareList(Entry(MacList({"*"}), "AB12_FW1.0.2"));
   EXPECT_EQ(Act('1').size(), 1U);
   EXPECT_EQ(Status(), Document("<result>1</result>")) << "the file that runs";
 }
 
 TEST_F(UpgradeTest, SearchWithAListThatIsNotValid) {
-  server[Address("/AB12/AB12.xml")] = "<html>404</html>";
+  server_[Address("/AB12/AB12.xml")] = "<html>404</html>";
   EXPECT_EQ(Act('1').size(), 1U);
   EXPECT_EQ(Status(), Document("<result>-1</result>"));
 }
 
 TEST_F(UpgradeTest, SearchThatFindsFetchesTheNotes) {
-  server[Address("/AB12/AB12.xml")] = FirmwareList(Entry(MacList({"*"}), "fw/AB12_FW1.0.8_0312"));
+  server_[Address("/AB12/AB12.xml")] = FirmwareList(Entry(MacList({"*"}), "fw/AB12_FW1.0.8_0312"));
   const Commands expected = {
       "wget -O \"" + Path("AB12.xml") + "\" \"" + Address("/AB12/AB12.xml") + "\"",
       "wget -O \"" + Path("rssfwnotes.xml") + "\" \"" + Address("/fw/AB12_FW1.0.8_0312.txt") +
@@ -107,15 +107,15 @@ TEST_F(UpgradeTest, SearchThatFindsFetchesTheNotes) {
 TEST_F(UpgradeTest, SearchReads4096Characters) {
   const std::string list = FirmwareList(Entry(MacList({"*"}), "fw/AB12_FW1.0.8_0312"));
   const std::string fits = std::string(4096 - list.size(), ' ') + list;
-  server[Address("/AB12/AB12.xml")] = fits + "more";
+  server_[Address("/AB12/AB12.xml")] = fits + "more";
   Act('1');
   EXPECT_EQ(Status(), Found(2));
   Act('0');
-  server[Address("/AB12/AB12.xml")] = " " + fits;
+  server_[Address("/AB12/AB12.xml")] = " " + fits;
   Act('1');
   EXPECT_EQ(Status(), Document("<result>-1</result>"));
   Act('0');
-  server[Address("/AB12/AB12.xml")] = list + std::string(1000000, 'x');
+  server_[Address("/AB12/AB12.xml")] = list + std::string(1000000, 'x');
   Act('1');
   EXPECT_EQ(Status(), Found(2));
 }
@@ -181,22 +181,23 @@ TEST_F(UpgradeTest, ProgressIsSeenInTheListOfProcesses) {
   const Commands expected = {"echo `ps aux |grep \"" + tag + "\"` > \"" + Path("rssfwtmp.txt") +
                              "\""};
   for (const std::string& text :
-       {running + " " + grep, std::string(), running, std::string("root 9 grep x"), "xgrep " + tag,
-        "root 9 grep" + tag.substr(1), running + " grep", "x" + tag + " grep "}) {
-    processes = text;
+       {std::string(running).append(" ").append(grep), std::string(), running,
+        std::string("root 9 grep x"), "xgrep " + tag, "root 9 grep" + tag.substr(1),
+        running + " grep", "x" + tag + " grep "}) {
+    processes_ = text;
     for (const int action : {int{'9'}, int{'1'}, int{'2'}, int{'4'}, int{'x'}, 0, -1}) {
       EXPECT_EQ(Act(action), expected);
       EXPECT_EQ(Status(), Found(3)) << text;
     }
   }
-  processes = grep + " " + running;
+  processes_ = std::string(grep).append(" ").append(running);
   EXPECT_EQ(Act('2'), expected);
   EXPECT_EQ(Status(), Found(4)) << "the search comes first, so it is taken to be alone";
 }
 
 TEST_F(UpgradeTest, DownloadEndsWhenTheSearchIsAlone) {
   GoToDownloading();
-  processes = "root 9 0.0 sh -c ps aux |grep \"" + Tag() + "\" root 10 grep " + Tag();
+  processes_ = "root 9 0.0 sh -c ps aux |grep \"" + Tag() + "\" root 10 grep " + Tag();
   Act('9');
   EXPECT_EQ(Status(), Found(4));
   EXPECT_EQ(Act('9'), Commands{}) << "no more progress to be seen";
@@ -216,10 +217,10 @@ TEST_F(UpgradeTest, ProcessListThatCannotBeReadKeepsTheStatus) {
 TEST_F(UpgradeTest, LongProcessListsAreCut) {
   GoToDownloading();
   const std::string grep = " grep " + Tag();
-  processes = std::string(4097 - grep.size(), 'x') + grep;
+  processes_ = std::string(4097 - grep.size(), 'x') + grep;
   Act('9');
   EXPECT_EQ(Status(), Found(3));
-  processes = std::string(4096 - grep.size(), 'x') + grep + std::string(100000, 'y');
+  processes_ = std::string(4096 - grep.size(), 'x') + grep + std::string(100000, 'y');
   Act('9');
   EXPECT_EQ(Status(), Found(4));
 }
