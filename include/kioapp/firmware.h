@@ -102,7 +102,8 @@ KIOAPP_API int do_FwFirmware_Parser(char *text, int len);
  *     wget -O "$savefn" "$url"
  *
  * Both are put in so that the shell takes them as they are, inside quotes of either kind and
- * without quotes; they must not be placed inside backquotes. A command without "$savefn" is run as
+ * without quotes. They must not be placed where a shell reads them twice: inside backquotes or
+ * "$(...)", after "eval", or in the text of another "sh -c". A command without "$savefn" is run as
  * it stands, and one of more than 4094 characters is not run. */
 KIOAPP_API void do_FwUpgradeAction(int action);
 
