@@ -27,7 +27,10 @@ int ValidateInPlace(const char* name, char* value) {
   char copy[KIOAPP_VAR_SIZE];
   platform::CopyText(copy, value);
   const int code = validate_RssVar(name, copy);
-  platform::CopyText(value, size, copy);
+  // Most checks write nothing: the text may be a constant then.
+  if (std::memcmp(value, copy, size) != 0) {
+    platform::CopyText(value, size, copy);
+  }
   return code;
 }
 

@@ -203,6 +203,19 @@ TEST_F(FrontEndTest, ValidatePairLogsOnlyWhatHasNoSign) {
                                              "1000:validate_RssVar]ret=2"));
 }
 
+// A text that cannot be written is as good as any other where the check has nothing to write.
+TEST_F(FrontEndTest, ValidatePairWritesOnlyWhatTheCheckChanges) {
+  const GuardedText good("rss_Upl_IP=1.2.3.4");
+  const GuardedText bad("rss_Upl_IP=1.2.3");
+  const GuardedText none("rss_DeviceName=");
+  EXPECT_EQ(validate_RssVar2(good.get()), 0);
+  EXPECT_EQ(validate_RssVar2(bad.get()), 2);
+  EXPECT_EQ(validate_RssVar2(none.get()), 10);
+  char word[] = "rss_Upl_ConnType=static";
+  EXPECT_EQ(validate_RssVar2(word), 2);
+  EXPECT_STREQ(word, "rss_Upl_ConnType=Static");
+}
+
 TEST_F(FrontEndTest, ValidatePairBoundsNoValue) {
   Put(rssXmlData.friendlyNameValidate, "2");
   EXPECT_EQ(ValidatePair("rss_DeviceName=" + std::string(5000, 'v')), 0);
