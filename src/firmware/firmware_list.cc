@@ -210,6 +210,7 @@ const char* get_FwServerWebSite(void) {
 
 int do_FwEntryList_Parser(char* text, int len, int kind) {
   if (text == nullptr || kind < 0 || kind >= kio::firmware::kListKinds) {
+    kio::platform::LogEntry("do_FwEntryList_Parser");
     return KIOAPP_FW_LIST_ERROR;
   }
   return kio::firmware::TestList(kio::firmware::WholeOf(text, len), kind);

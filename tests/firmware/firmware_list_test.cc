@@ -218,6 +218,12 @@ TEST_F(FirmwareTest, LogOfAMatch) {
   EXPECT_EQ(lines, expected);
 }
 
+TEST_F(FirmwareTest, LogOfAListOfAnotherKind) {
+  log_file::Start(7);
+  EXPECT_EQ(ParseList(MacList({"*"}), 4), 0);
+  EXPECT_EQ(log_file::Lines(), std::vector<std::string>{"1000:do_FwEntryList_Parser]"});
+}
+
 TEST_F(FirmwareTest, LogOfFailuresAtLevelSix) {
   const std::string begin = "---- Received FW XML Data Begin ----\n";
   const std::string end = "\n---- Received FW XML Data End ----\n";
