@@ -1,9 +1,11 @@
 // kiohost: a router's management process in small, around libkioapp.
 #include <kioapp/kioapp.h>
 
+#include <cerrno>
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -51,13 +53,17 @@ Status OpenStore(const Options& options, Store* store) {
   return status.ok() ? store->Replace(nodes) : status;
 }
 
+// What was asked for; half of it, on a full disk, is no success.
+Status Print(const std::string& text) {
+  if (std::fputs(text.c_str(), stdout) < 0 || std::fflush(stdout) != 0) {
+    return {ExitCode::kOutput, std::string("cannot write the output: ") + std::strerror(errno)};
+  }
+  return {};
+}
+
 int PrintNode(const Options& options, Store* store) {
   const std::optional<std::string> text = store->Get(options.node);
-  if (!text) {
-    return static_cast<int>(ExitCode::kNodeAbsent);
-  }
-  std::printf("%s\n", text->c_str());
-  return 0;
+  return text ? Report(Print(*text + "\n")) : static_cast<int>(ExitCode::kNodeAbsent);
 }
 
 Status WriteNode(Store* store, const char* path, const std::string& text) {
@@ -174,13 +180,11 @@ int Main(int argc, char** argv) {
     return Report(parsed);
   }
   if (options.command == Options::Command::kHelp) {
-    std::fputs(HelpText(), stdout);
-    return 0;
+    return Report(Print(HelpText()));
   }
   if (options.command == Options::Command::kVersion) {
-    std::printf("kiohost, libkioapp %s, settings document format %s\n", starterLibVersion(),
-                rssSpecVersion());
-    return 0;
+    return Report(Print(std::string("kiohost, libkioapp ") + starterLibVersion() +
+                        ", settings document format " + rssSpecVersion() + "\n"));
   }
   Store store;
   const Status opened = OpenStore(options, &store);
@@ -191,8 +195,7 @@ int Main(int argc, char** argv) {
     case Options::Command::kGet:
       return PrintNode(options, &store);
     case Options::Command::kDump:
-      std::fputs(FormatProfile(store.List(options.node)).c_str(), stdout);
-      return 0;
+      return Report(Print(FormatProfile(store.List(options.node))));
     default:
       // Whoever reads our output, a person or a program, gets each line when it is said.
       std::setvbuf(stdout, nullptr, _IOLBF, 0);

@@ -40,7 +40,8 @@ change them over HTTP (docs/http.md).
   --help, --version
 
 Exit codes: 0 success, 1 the node of --get is absent, 2 wrong command line, 3 the store cannot be
-used, 4 the profile cannot be used, 5 a directory cannot be used, 6 cannot listen.
+used, 4 the profile cannot be used, 5 a directory cannot be used, 6 cannot listen, 7 the output
+cannot be written.
 )";
 
 enum OptionId {

@@ -16,6 +16,7 @@ enum class ExitCode {
   kProfile = 4,
   kDirectory = 5,
   kNetwork = 6,
+  kOutput = 7,
 };
 
 class [[nodiscard]] Status {

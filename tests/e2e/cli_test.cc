@@ -1,8 +1,10 @@
 // The command line: errors, exit codes, queries, factory settings.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -142,6 +144,20 @@ TEST(CommandLineTest, QueriesReadTheStore) {
   EXPECT_EQ(RunKiohost({"--store", host.dir().File("store.db"), "--dump=/safetyvyr"}).output,
             "/safetyvyr/safetynotifyenbl = 0\n/safetyvyr/safetyvyrenbl = 1\n"
             "/safetyvyr/toolrecommendenbl = 0\n/safetyvyr/urldetectenbl = 1\n");
+}
+
+TEST(CommandLineTest, OutputThatCannotBeWrittenIsAFailure) {
+  const TempDir dir;
+  const std::string errors = dir.File("errors");
+  const std::string arguments = " --factory-reset --store " + dir.File("s.db") + " >/dev/full 2>";
+  for (const char* const query : {"--dump", "--get /sys/friendlyname", "--help", "--version"}) {
+    std::string command = KIOHOST_PROGRAM " ";
+    command.append(query).append(arguments).append(errors);
+    const int status = std::system(command.c_str());
+    ASSERT_TRUE(WIFEXITED(status)) << query;
+    EXPECT_EQ(WEXITSTATUS(status), 7) << query;
+    EXPECT_EQ(ReadFile(errors), "kiohost: cannot write the output: No space left on device\n");
+  }
 }
 
 TEST(CommandLineTest, ADumpIsAProfile) {
