@@ -56,7 +56,7 @@ Reply FirmwareRoutes::Act(const RequestView& request) {
 Reply FirmwareRoutes::LastStatus() {
   const std::optional<std::string>& status = firmware_->last_status();
   return status ? StatusDocument(*status)
-                : ErrorReply(MHD_HTTP_NOT_FOUND, "there was no action yet");
+                : ErrorReply(MHD_HTTP_NOT_FOUND, "there is no status document");
 }
 
 }  // namespace kiohost

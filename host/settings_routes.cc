@@ -90,7 +90,7 @@ Reply SettingsRoutes::RunExchange(const RequestView& request) {
 Reply SettingsRoutes::LastResult() {
   std::optional<std::string> result = exchange_->LastResult();
   return result ? ResultDocument(std::move(*result))
-                : ErrorReply(MHD_HTTP_NOT_FOUND, "there was no exchange yet");
+                : ErrorReply(MHD_HTTP_NOT_FOUND, "there is no result document");
 }
 
 }  // namespace kiohost

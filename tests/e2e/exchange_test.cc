@@ -269,6 +269,8 @@ TEST(ExchangeTest, ALostTemporaryDirectoryIsAFailureThatChangesNothing) {
   const std::string results = host.dir().File("r");
   std::filesystem::create_directory(results);
   ASSERT_TRUE(host.Start({"--temp-dir", results, "--state-dir", host.dir().path()}));
+  EXPECT_EQ(Post(host.port(), "/settings", FactoryDocument()).status, 200);
+  EXPECT_EQ(Get(host.port(), "/result").status, 200);
   const std::string before = host.Dump();
   std::filesystem::remove_all(results);
   const HttpResponse answer = Post(host.port(), "/settings", Renamed());
@@ -276,6 +278,9 @@ TEST(ExchangeTest, ALostTemporaryDirectoryIsAFailureThatChangesNothing) {
   EXPECT_THAT(answer.body, HasSubstr("rssset_result.xml"));
   EXPECT_EQ(host.Dump(), before);
   EXPECT_THAT(host.Output(), Not(HasSubstr("action")));
+  const HttpResponse result = Get(host.port(), "/result");
+  EXPECT_EQ(result.status, 404);
+  EXPECT_EQ(result.body, "there is no result document\n");
 }
 
 }  // namespace

@@ -296,6 +296,7 @@ TEST_F(FirmwareTest, LongAddressIsCut) {
 TEST_F(FirmwareTest, RequestsThatAreNoActions) {
   ASSERT_TRUE(server_.Start(0));
   StartHost();
+  EXPECT_EQ(Get(host_.port(), "/firmware").status, 404) << "before the first action";
   EXPECT_EQ(Post(host_.port(), "/firmware/10", "").status, 400);
   EXPECT_EQ(Post(host_.port(), "/firmware/", "").status, 404);
   EXPECT_EQ(Get(host_.port(), "/firmware/1").status, 405);

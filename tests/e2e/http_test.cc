@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "documents.h"
@@ -55,7 +56,7 @@ TEST_F(HttpTest, DeviceSaysWhatItIs) {
 TEST_F(HttpTest, ResultIsTheLastResultDocument) {
   const HttpResponse none = Get(host_.port(), "/result");
   EXPECT_EQ(none.status, 404);
-  EXPECT_EQ(none.body, "there was no exchange yet\n");
+  EXPECT_EQ(none.body, "there is no result document\n");
   const std::string result = Post(host_.port(), "/settings", FactoryDocument()).body;
   const HttpResponse answer = Get(host_.port(), "/result");
   EXPECT_EQ(answer.status, 200);
@@ -211,6 +212,25 @@ TEST_F(HttpTest, AnIdleConnectionIsClosedAfter10Seconds) {
   EXPECT_FALSE(silent.WaitForClose(8));
   EXPECT_TRUE(silent.WaitForClose(5));
   EXPECT_TRUE(half.WaitForClose(5));
+  EXPECT_EQ(Get(host_.port(), "/device").status, 200);
+}
+
+TEST_F(HttpTest, TheServerAnswersWhatIsNoRequestItself) {
+  const std::string device = "GET /device HTTP/1.1\r\nHost: router\r\n";
+  const std::vector<std::pair<std::string, int>> requests = {
+      {"GET /device\r\n\r\n", 400},
+      {device + "no header\r\n\r\n", 400},
+      {"GET /" + std::string(100000, 'a') + " HTTP/1.1\r\nHost: router\r\n\r\n", 414},
+      {device + "X: " + std::string(100000, 'a') + "\r\n\r\n", 431},
+      {"GET /device HTTP/2.0\r\nHost: router\r\n\r\n", 505},
+  };
+  for (const auto& [request, status] : requests) {
+    Connection client(host_.port());
+    client.Send(request);
+    const HttpResponse answer = client.Read();
+    EXPECT_EQ(answer.status, status) << request.substr(0, 50);
+    EXPECT_THAT(answer.body, HasSubstr("<html>")) << request.substr(0, 50);
+  }
   EXPECT_EQ(Get(host_.port(), "/device").status, 200);
 }
 
