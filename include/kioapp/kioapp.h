@@ -10,9 +10,11 @@
  * - Texts that a function returns lie in the library's static buffers unless its comment says
  *   otherwise; the next call of the same function overwrites them. Nothing that the library returns
  *   is to be freed, but for what `create_timer` returns.
- * - Parse, verify and apply functions return 1 for success and 0 for failure. What went wrong is
- *   told to the app in the result document (see settings.h), never by the return value.
- * - Times are whole seconds since boot. The library reads no other clock.
+ * - The functions of settings.h that parse, verify and apply return 1 for success and 0 for
+ *   failure. What went wrong is told to the app in the result document, never by the return value.
+ *   Variables, firmware lists and clients have results of their own, which their headers list.
+ * - Times are whole seconds since boot. The library goes by no other clock; the time of day only
+ *   seeds session ids (auth.h).
  * - The library allocates no memory but for timers (`create_timer`) and for the clients that are
  *   logged in (auth.h).
  * - The host supplies the configuration store (store.h).

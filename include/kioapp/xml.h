@@ -32,8 +32,9 @@ KIOAPP_API char *strstri(const char *haystack, const char *needle);
 
 /* Finds the element `key` in a block. Returns its content and sets `*outLen` (which may be null) to
  * the content's length; an empty element (<key/> or <key />) returns the position of its tag and
- * length 0. With `headerOnly` not 0 the position of the opening tag is returned and `*outLen` is
- * not set for it. Null and length 0 when there is no such element or its closing tag is missing. */
+ * length 0. With `headerOnly` not 0 the position of the tag is returned in any case, a closing tag
+ * need not be there, and `*outLen` keeps its value. Null and length 0 when there is no such element
+ * or its closing tag is missing; null alone for a null `text` or `key`. */
 KIOAPP_API char *FindXmlKeyContain_(char *text, int len, const char *key, int *outLen,
                                     int headerOnly);
 
@@ -44,14 +45,15 @@ KIOAPP_API char *FindXmlKeyContain(char *text, int len, const char *key, int *ou
 KIOAPP_API char *SearchXmlKeyHeader(char *text, int len, const char *key);
 
 /* Finds the block `key` and writes its path, "parentPath/key" or "key", of at most 127 characters
- * to `outPath` (128 bytes). A missing block is reported through `XmlErrMsg_LostKey` and returns
- * null. */
+ * to `outPath` (128 bytes). Returns the block's content and sets `*outLen` as FindXmlKeyContain
+ * does. A missing block is reported through `XmlErrMsg_LostKey` with a null path, leaves `outPath`
+ * as it was and returns null. */
 KIOAPP_API char *prepareXmlBlockData(const char *parentPath, char *text, int len, const char *key,
                                      char *outPath, int *outLen);
 
 /* Reads the text of an element into `dst` of `cap` bytes: at most `cap` - 1 characters of the
- * document, entities decoded. Returns 1; or 0 when there is no such element, `dst` is then empty.
- */
+ * document, entities decoded. Returns 1; or 0 when there is no such element, `dst` is then empty,
+ * or for a null `block`, `key` or `dst`, which leaves `dst` as it was. */
 KIOAPP_API int GetXmlKeyStrValue_(char *block, int len, const char *key, char *dst, int cap);
 
 /* Reads the integer of an element; `*out` keeps its value when there is no such element. Returns 1
