@@ -21,37 +21,19 @@ static char *FindText(const char *format, va_list arguments) {
   abort();
 }
 
-#define FIND_TEXT(text, format)                   \
-  va_list arguments;                              \
-  va_start(arguments, format);                    \
-  char *const text = FindText(format, arguments); \
-  va_end(arguments)
-
-int xget_str(char *dst, const char *format, ...) {
-  FIND_TEXT(text, format);
-  return snprintf(dst, kSize, "%s", text);
-}
-
-int xset_str(const char *value, const char *format, ...) {
-  FIND_TEXT(text, format);
-  return snprintf(text, kSize, "%s", value);
-}
-
-int xget_int(const char *format, ...) {
-  FIND_TEXT(text, format);
-  return text[0] != '\0' ? (int)strtol(text, NULL, 10) : -1;
-}
-
-int xset_int(int value, const char *format, ...) {
-  FIND_TEXT(text, format);
-  return snprintf(text, kSize, "%d", value);
-}
-
-int xdel(const char *format, ...) { /* this device has no node with others below it */
-  FIND_TEXT(text, format);
-  text[0] = '\0';
-  return 0;
-}
+#define STORE_FUNCTION(signature, result)           \
+  int signature {                                   \
+    va_list arguments;                              \
+    va_start(arguments, format);                    \
+    char *const text = FindText(format, arguments); \
+    va_end(arguments);                              \
+    return result;                                  \
+  }
+STORE_FUNCTION(xget_str(char *dst, const char *format, ...), snprintf(dst, kSize, "%s", text))
+STORE_FUNCTION(xset_str(const char *src, const char *format, ...), snprintf(text, kSize, "%s", src))
+STORE_FUNCTION(xget_int(const char *format, ...), *text != '\0' ? (int)strtol(text, NULL, 10) : -1)
+STORE_FUNCTION(xset_int(int value, const char *format, ...), snprintf(text, kSize, "%d", value))
+STORE_FUNCTION(xdel(const char *format, ...), *text = '\0') /* no node here has others below it */
 
 int main(int argc, char **argv) {
   static char document[65536]; /* the library works in it */
@@ -66,6 +48,8 @@ int main(int argc, char **argv) {
   printf("%s/rssset_result.xml: %s, result %d, message '%s', wait %d s\n", rssXmlData.tmpPath,
          applied ? "applied" : "refused", rssXmlData.setResult, rssXmlData.setMsg,
          rssXmlData.exeWaitSec);
-  do_RssXml_Commit(); /* once the app has the result document */
+  if (applied) {
+    do_RssXml_Commit(); /* once the app has the result document */
+  }
   return applied ? 0 : 1;
 }

@@ -1,8 +1,8 @@
 /* The settings exchange: a settings document in, a result document out, actions on commit.
  *
- *     if (do_RssXml_Parser(document)) { ... }    // verifies, applies, writes the result document
+ *     int applied = do_RssXml_Parser(document);  // verifies, applies, writes the result document
  *     send_file_to_app("<tmpPath>/rssset_result.xml");
- *     do_RssXml_Commit();                        // runs the resync actions
+ *     if (applied) do_RssXml_Commit();           // runs the resync actions
  *
  * The result document is the file "rssset_result.xml" in the directory `rssXmlData.tmpPath`:
  *
@@ -100,8 +100,9 @@ KIOAPP_API void write_RssXml_LostKeyError(const char *path, const char *key);
  * to wait (`exeWaitSec`). */
 KIOAPP_API void calc_RssExeFlag(void);
 
-/* Runs the pending actions. Call it after the result document has been delivered. Returns 0 when
- * there was nothing to run, else what `exe_ExternalCall` returned. */
+/* Runs the pending actions. Call it after the result document has been delivered, and only when the
+ * exchange was accepted: behind a refused one it runs the actions of an earlier exchange once more.
+ * Returns 0 when there was nothing to run, else what `exe_ExternalCall` returned. */
 KIOAPP_API unsigned int do_RssXml_Commit(void);
 
 /* The same; with `full` not 0, the device resync and the saving of the configuration run in any
