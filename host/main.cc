@@ -1,5 +1,6 @@
 // kiohost: a router's management process in small, around libkioapp.
 #include <kioapp/kioapp.h>
+#include <sys/stat.h>
 
 #include <cerrno>
 #include <charconv>
@@ -186,6 +187,8 @@ int Main(int argc, char** argv) {
     return Report(Print(std::string("kiohost, libkioapp ") + starterLibVersion() +
                         ", settings document format " + rssSpecVersion() + "\n"));
   }
+  // The store holds passwords, and the library's log may.
+  umask(S_IRWXG | S_IRWXO);
   Store store;
   const Status opened = OpenStore(options, &store);
   if (!opened.ok()) {

@@ -6,6 +6,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <set>
 #include <string>
@@ -325,6 +326,18 @@ TEST_F(LoginTest, HostSaysWhoCameAndNothingSecret) {
   for (const std::string& secret : {std::string(kPassword), Key(50), Key(50).substr(0, 8)}) {
     EXPECT_THAT(said, Not(HasSubstr(secret)));
     EXPECT_THAT(log, Not(HasSubstr(secret)));
+  }
+}
+
+TEST_F(LoginTest, FilesOfTheHostAreItsUsersAlone) {
+  constexpr auto kOthers = std::filesystem::perms::group_all | std::filesystem::perms::others_all;
+  EXPECT_EQ(LoginStatus("kioAppKey=:" + Key(50)), 200);
+  EXPECT_EQ(Post(host_.port(), "/vars", "rss_DeviceName=Attic").status, 200);
+  for (const char* const name :
+       {"store.db", "store.db-wal", "store.db-shm", "kiohost_log.txt", "rssset_result.xml"}) {
+    const auto status = std::filesystem::status(host_.dir().File(name));
+    ASSERT_TRUE(std::filesystem::exists(status)) << name;
+    EXPECT_EQ(status.permissions() & kOthers, std::filesystem::perms::none) << name;
   }
 }
 
