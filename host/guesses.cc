@@ -5,6 +5,11 @@
 
 namespace kiohost {
 
+// Until then a place is not given to another address: its wrong keys would be forgotten.
+long Guesses::Entry::taken_until() const {
+  return count == 0 ? blocked_until : std::max(blocked_until, times[count - 1] + kWindowSeconds);
+}
+
 const Guesses::Entry* Guesses::Find(std::string_view address) const {
   const auto* entry =
       std::find_if(entries_.begin(), entries_.end(),
@@ -16,34 +21,29 @@ long Guesses::SecondsBlocked(std::string_view address, long now) const {
   if (const Entry* entry = Find(address)) {
     return std::max(0L, entry->blocked_until - now);
   }
-  // Free places are not blocked.
   long until = std::numeric_limits<long>::max();
   for (const Entry& entry : entries_) {
-    until = std::min(until, entry.blocked_until);
+    until = std::min(until, entry.taken_until());
   }
   return std::max(0L, until - now);
 }
 
-// The place of the address, or else the one that is free or was used the longest ago, blocked ones
-// left out; null when there is none.
+// The place of the address, or else a free one; null when there is none.
 Guesses::Entry* Guesses::PlaceFor(std::string_view address, long now) {
-  Entry* oldest = nullptr;
+  Entry* free = nullptr;
   for (Entry& entry : entries_) {
     if (entry.address == address) {
       return &entry;
     }
-    const auto last = [](const Entry& used) {
-      return used.count == 0 ? std::numeric_limits<long>::min() : used.times[used.count - 1];
-    };
-    if (entry.blocked_until <= now && (oldest == nullptr || last(entry) < last(*oldest))) {
-      oldest = &entry;
+    if (entry.taken_until() <= now) {
+      free = &entry;
     }
   }
-  if (oldest != nullptr) {
-    *oldest = Entry();
-    oldest->address = address;
+  if (free != nullptr) {
+    *free = Entry();
+    free->address = address;
   }
-  return oldest;
+  return free;
 }
 
 void Guesses::AddWrong(std::string_view address, long now) {

@@ -18,8 +18,9 @@ class Guesses {
   static constexpr size_t kAddresses = 128;
 
   // For how many seconds from `now` on no key of this address is to be looked at; 0: at once. When
-  // all the room is taken by blocked addresses, an address without a place of its own has to wait
-  // for one: otherwise somebody with many addresses could go on guessing.
+  // all the room is taken by addresses that are blocked or have shown a wrong key within the
+  // window, an address without a place of its own has to wait for one: otherwise somebody with many
+  // addresses could go on guessing.
   long SecondsBlocked(std::string_view address, long now) const;
 
   // Notes a wrong key. kMostWrong of them within kWindowSeconds block the address.
@@ -30,7 +31,9 @@ class Guesses {
 
  private:
   struct Entry {
-    std::string address;  // empty: free
+    long taken_until() const;
+
+    std::string address;
     size_t count = 0;
     std::array<long, kMostWrong> times = {};  // of the last wrong keys, `count` of them, in order
     long blocked_until = 0;

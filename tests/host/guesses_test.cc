@@ -71,6 +71,33 @@ TEST(GuessesTest, ManyAddressesDoNotPushOutABlockedOne) {
   EXPECT_EQ(guesses.SecondsBlocked(kAddress, 101), 59);
 }
 
+TEST(GuessesTest, ManyAddressesInTurnGuessNoMoreThanTheirPlacesAllow) {
+  Guesses guesses;
+  size_t keys_looked_at = 0;
+  for (long now = 1000; now < 1000 + Guesses::kWindowSeconds; ++now) {
+    for (size_t i = 0; i < 4 * Guesses::kAddresses; ++i) {
+      const std::string address = std::to_string(i);
+      if (guesses.SecondsBlocked(address, now) == 0) {
+        ++keys_looked_at;
+        guesses.AddWrong(address, now);
+      }
+    }
+  }
+  EXPECT_EQ(keys_looked_at, Guesses::kMostWrong * Guesses::kAddresses);
+}
+
+TEST(GuessesTest, PlaceIsFreeAMinuteAfterItsLastWrongKey) {
+  Guesses guesses;
+  for (size_t i = 0; i < Guesses::kAddresses; ++i) {
+    AddWrong(&guesses, std::to_string(i), {100, i == 7 ? 110 : 120});
+  }
+  EXPECT_EQ(guesses.SecondsBlocked("7", 120), 0) << "it has a place of its own";
+  EXPECT_EQ(guesses.SecondsBlocked(kAddress, 120), 50);
+  EXPECT_EQ(guesses.SecondsBlocked(kAddress, 170), 0);
+  guesses.AddWrong(kAddress, 170);
+  EXPECT_EQ(guesses.SecondsBlocked("another", 170), 10);
+}
+
 TEST(GuessesTest, WhenAllPlacesAreBlockedOthersWaitForTheFirst) {
   Guesses guesses;
   for (size_t i = 0; i < Guesses::kAddresses; ++i) {
