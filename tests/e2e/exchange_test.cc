@@ -10,6 +10,7 @@
 #include "documents.h"
 #include "host_process.h"
 #include "http_client.h"
+#include "store.h"
 
 namespace {
 
@@ -262,6 +263,22 @@ TEST(ExchangeTest, FullCloningResyncsTheDeviceInAnyCase) {
   ASSERT_TRUE(host.WaitForOutput("action CfgSaveToFlash"));
   EXPECT_THAT(host.Output(), HasSubstr("action DeviceResync"));
   EXPECT_EQ(ReadFile(host.dir().File("device.state")), "name=Home router\nrouter=1\nroaming=off\n");
+}
+
+TEST(ExchangeTest, AStoreThatAnotherWritesIsAFailureThatChangesNothing) {
+  HostProcess host;
+  ASSERT_TRUE(host.Start());
+  const std::string before = host.Dump();
+  kiohost::Store other;
+  ASSERT_TRUE(other.Open(host.dir().File("store.db"), kiohost::Store::Mode::kExisting).ok());
+  ASSERT_TRUE(other.Begin().ok());
+  const HttpResponse answer = Post(host.port(), "/settings", Renamed());
+  EXPECT_EQ(answer.status, 500);
+  EXPECT_THAT(answer.body, HasSubstr("database is locked"));
+  other.Rollback();
+  EXPECT_EQ(host.Dump(), before);
+  EXPECT_THAT(host.Output(), Not(HasSubstr("action")));
+  EXPECT_EQ(Post(host.port(), "/settings", Renamed()).status, 200);
 }
 
 TEST(ExchangeTest, ALostTemporaryDirectoryIsAFailureThatChangesNothing) {
