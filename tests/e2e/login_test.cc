@@ -100,6 +100,15 @@ TEST_F(LoginTest, LogsInIsServedLapsesAndIsRefused) {
   EXPECT_EQ(Status("GET", "/vars/rss_DeviceName"), 200);
 }
 
+TEST_F(LoginTest, WhatIsOpenToAllKeepsNobodyLoggedIn) {
+  EXPECT_EQ(LoginStatus("kioAppKey=:" + Key(50)), 200);
+  SetUptime(1299);
+  EXPECT_EQ(Status("GET", "/device"), 200);
+  EXPECT_EQ(LoginStatus("kioAppKey=:" + Key(1)), 401);
+  SetUptime(1300);
+  EXPECT_EQ(Status("GET", "/result"), 401);
+}
+
 TEST_F(LoginTest, EveryRouteIsRefusedWithoutLogin) {
   const std::vector<std::string> paths = {"/settings",
                                           "/result",
