@@ -126,12 +126,12 @@ TEST_F(UpgradeStatusTest, UnknownActionWithAFoundFile) {
   EXPECT_EQ(Echoes(), expected);
 }
 
-struct Version {
+struct NamedVersion {
   const char* address;
   const char* version;
 };
 
-class VersionTest : public UpgradeStatusTest, public ::testing::WithParamInterface<Version> {};
+class VersionTest : public UpgradeStatusTest, public ::testing::WithParamInterface<NamedVersion> {};
 
 TEST_P(VersionTest, IsThatOfTheFileName) {
   GoToFound();
@@ -143,18 +143,18 @@ TEST_P(VersionTest, IsThatOfTheFileName) {
 
 INSTANTIATE_TEST_SUITE_P(
     Addresses, VersionTest,
-    ::testing::Values(Version{"http://h/fw/AB12_FW1.0.8_0312.bin", "1.0.8"},
-                      Version{"http://h/AB12_FW2.bin", "2."}, Version{"http://h/AB12_FW10", "10"},
-                      Version{"http://h/AB12_FW", ""}, Version{"http://h/AB12_FWx1", ""},
-                      Version{"http://h/AB12_fw1.0", ""}, Version{"http://h/AB12_F1.0", ""},
-                      Version{"http://h/AB_12_FW1.0", ""},  // the first "_" counts
-                      Version{"http://h/AB12.bin", ""}, Version{"http://h/_FW1.0.8-2", "1.0.8"},
-                      Version{"http://h/a_b/AB12_FW3.1", "3.1"},
-                      Version{"http://h/AB12_FW1.2?x=/y_FW9", "1.2"},
-                      Version{"http://h/AB12?x_FW9", ""}, Version{"http://h_FW1/AB12", ""},
-                      Version{"http://h/a_FW1/", ""}, Version{"", ""}, Version{"a_FW4.5", "4.5"},
-                      Version{"http://h/A_FW...", "..."},
-                      Version{"http://h/A_FW1'; touch X", "1"}));
+    ::testing::Values(
+        NamedVersion{"http://h/fw/AB12_FW1.0.8_0312.bin", "1.0.8"},
+        NamedVersion{"http://h/AB12_FW2.bin", "2."}, NamedVersion{"http://h/AB12_FW10", "10"},
+        NamedVersion{"http://h/AB12_FW", ""}, NamedVersion{"http://h/AB12_FWx1", ""},
+        NamedVersion{"http://h/AB12_fw1.0", ""}, NamedVersion{"http://h/AB12_F1.0", ""},
+        NamedVersion{"http://h/AB_12_FW1.0", ""},  // the first "_" counts
+        NamedVersion{"http://h/AB12.bin", ""}, NamedVersion{"http://h/_FW1.0.8-2", "1.0.8"},
+        NamedVersion{"http://h/a_b/AB12_FW3.1", "3.1"},
+        NamedVersion{"http://h/AB12_FW1.2?x=/y_FW9", "1.2"},
+        NamedVersion{"http://h/AB12?x_FW9", ""}, NamedVersion{"http://h_FW1/AB12", ""},
+        NamedVersion{"http://h/a_FW1/", ""}, NamedVersion{"", ""}, NamedVersion{"a_FW4.5", "4.5"},
+        NamedVersion{"http://h/A_FW...", "..."}, NamedVersion{"http://h/A_FW1'; touch X", "1"}));
 
 struct Size {
   std::uintmax_t bytes;

@@ -8,26 +8,13 @@
 #include <utility>
 #include <vector>
 
-#include "guarded.h"
+#include "coder.h"
 #include "kioapp/text.h"
 
 namespace kio::test {
 namespace {
 
 using namespace std::string_literals;
-using Coder = char* (*)(char*, const char*, int);
-
-// What a coder writes: all bytes of a buffer of `size` bytes, '~' where it wrote nothing.
-std::string Written(Coder coder, std::string_view src, int n, std::size_t size) {
-  const Guarded dst(size, '~');
-  const Guarded guarded_src(src);
-  EXPECT_EQ(coder(dst.data(), guarded_src.data(), n), dst.data());
-  return dst.Bytes();
-}
-// The text that a coder writes with room to spare.
-std::string Text(Coder coder, std::string_view src, int n = 64) {
-  return Written(coder, src, n, 1024).c_str();
-}
 
 TEST(UrlCoding, NullAndLimits) {
   for (const Coder coder : {strncpy_HtmlDecode, strncpy_HtmlEncode}) {

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "coder.h"
 #include "guarded.h"
 #include "kioapp/text.h"
 
@@ -17,21 +18,10 @@ namespace kio::test {
 namespace {
 
 using namespace std::string_literals;
-using Coder = char* (*)(char*, const char*, int);
 
 const std::vector<std::pair<std::string, char>> kEntities = {
     {"nbsp;", ' '}, {"lt;", '<'},  {"gt;", '>'},  {"amp;", '&'}, {"quot;", '"'}, {"apos;", '\''},
     {"#160;", ' '}, {"#60;", '<'}, {"#62;", '>'}, {"#38;", '&'}, {"#34;", '"'},  {"#39;", '\''}};
-
-std::string Written(Coder coder, std::string_view src, int n, std::size_t size) {
-  const Guarded dst(size, '~');
-  const Guarded guarded_src(src);
-  EXPECT_EQ(coder(dst.data(), guarded_src.data(), n), dst.data());
-  return dst.Bytes();
-}
-std::string Text(Coder coder, std::string_view src, int n = 64) {
-  return Written(coder, src, n, 1024).c_str();
-}
 
 // The characters that decoding writes, a terminator included, one by one.
 std::string DecodedStepByStep(std::string_view src, int n) {

@@ -3,17 +3,12 @@
 #include <vector>
 
 #include "kioapp/kioapp.h"
+#include "settings/changes.h"
 #include "support/exchange.h"
 #include "support/sample_device.h"
 
 namespace kio::test {
 namespace {
-
-using Texts = std::vector<std::string>;
-
-constexpr const char* kMode5 = "/lan/wireless5:1/accesscontrol/wlacmode=0";
-constexpr const char* kMode24 = "/lan/wireless2.4:1/accesscontrol/wlacmode=1";
-constexpr const char* kNotFactory = "/sys/factorydefault=0";
 
 class ApplyBandTest : public SettingsTest {
  protected:

@@ -3,17 +3,12 @@
 #include <vector>
 
 #include "kioapp/kioapp.h"
+#include "settings/changes.h"
 #include "support/exchange.h"
 #include "support/sample_device.h"
 
 namespace kio::test {
 namespace {
-
-using Texts = std::vector<std::string>;
-
-constexpr const char* kMode24 = "/lan/wireless2.4:1/accesscontrol/wlacmode=1";
-constexpr const char* kMode5 = "/lan/wireless5:1/accesscontrol/wlacmode=0";
-constexpr const char* kNotFactory = "/sys/factorydefault=0";
 
 class ApplyCloningTest : public SettingsTest {
  protected:
@@ -164,14 +159,6 @@ Texts CloningInfo(const Texts& values) {
     changes.push_back("/runtime/apcloninginfo/extendersite/" + kNames[i] + "=" + values[i]);
   }
   return changes;
-}
-
-Texts Join(const std::vector<Texts>& parts) {
-  Texts all;
-  for (const Texts& part : parts) {
-    all.insert(all.end(), part.begin(), part.end());
-  }
-  return all;
 }
 
 const Texts kSite24 = {"/uplink/extendersite/connrefsitebssid=02:00:00:00:24:01",

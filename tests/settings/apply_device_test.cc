@@ -5,24 +5,12 @@
 #include <vector>
 
 #include "kioapp/kioapp.h"
+#include "settings/changes.h"
 #include "support/exchange.h"
 #include "support/sample_device.h"
 
 namespace kio::test {
 namespace {
-
-using Texts = std::vector<std::string>;
-
-const Texts kAlways = {"/lan/wireless2.4:1/accesscontrol/wlacmode=1",
-                       "/lan/wireless5:1/accesscontrol/wlacmode=0"};
-constexpr const char* kNotFactory = "/sys/factorydefault=0";
-
-Texts Join(const Texts& first, const Texts& second, const Texts& third = {}) {
-  Texts all = first;
-  all.insert(all.end(), second.begin(), second.end());
-  all.insert(all.end(), third.begin(), third.end());
-  return all;
-}
 
 class ApplyDeviceTest : public SettingsTest {
  protected:
@@ -46,7 +34,7 @@ class ApplyDeviceTest : public SettingsTest {
     Host().ClearCalls();
     EXPECT_EQ(Apply_RssXmlToDevice(), 1);
     const Texts end = changes.empty() ? Texts{} : Texts{kNotFactory};
-    EXPECT_EQ(Changes(), Join(changes, kAlways, end));
+    EXPECT_EQ(Changes(), Join({changes, kAlways, end}));
     EXPECT_EQ(Up().restart != 0, !changes.empty());
     EXPECT_EQ(Rec().saveflag != 0, !changes.empty());
     EXPECT_EQ(Rec().deviceRestart, 0);
@@ -96,8 +84,9 @@ TEST_F(ApplyDeviceTest, NameAndPassword) {
   Put(Rec().deviceName, "Hall");
   Put(Rec().devicePwd, "other");
   EXPECT_EQ(Apply_RssXmlToDevice(), 1);
-  EXPECT_EQ(Changes(),
-            Join({"/sys/friendlyname=Hall", "/sys/user:1/password=other"}, kAlways, {kNotFactory}));
+  EXPECT_EQ(
+      Changes(),
+      Join({{"/sys/friendlyname=Hall", "/sys/user:1/password=other"}, kAlways, {kNotFactory}}));
   EXPECT_EQ(Rec().deviceRestart, 1);
   EXPECT_EQ(Rec().saveflag, 1);
   EXPECT_EQ(Up().restart, 0);
@@ -106,7 +95,7 @@ TEST_F(ApplyDeviceTest, NameAndPassword) {
 TEST_F(ApplyDeviceTest, RouterSwitch) {
   Rec().routerEnbl = 0;
   EXPECT_EQ(Apply_RssXmlToDevice(), 1);
-  EXPECT_EQ(Changes(), Join({"/sys/routerenbl=0"}, kAlways, {kNotFactory}));
+  EXPECT_EQ(Changes(), Join({{"/sys/routerenbl=0"}, kAlways, {kNotFactory}}));
   EXPECT_EQ(Rec().deviceRestart, 1);
 }
 
@@ -154,7 +143,7 @@ TEST_F(ApplyDeviceTest, RouterSwitchHasNoLowerBound) {
 TEST_F(ApplyDeviceTest, AbsentRouterSwitchIsWritten) {
   Host().Delete("/sys/routerenbl");
   EXPECT_EQ(Apply_RssXmlToDevice(), 1);
-  EXPECT_EQ(Changes(), Join({"/sys/routerenbl=1"}, kAlways, {kNotFactory}));
+  EXPECT_EQ(Changes(), Join({{"/sys/routerenbl=1"}, kAlways, {kNotFactory}}));
 }
 
 TEST_F(ApplyDeviceTest, UplinkThatIsNotConfigurableIsLeftAlone) {
@@ -288,7 +277,7 @@ TEST_F(ApplyDeviceTest, EthernetOfVersion11WritesNoExtenderSite) {
 TEST_F(ApplyDeviceTest, EasyRoaming) {
   Put(Rec().easyRoaming, "roam-2");
   EXPECT_EQ(Apply_RssXmlToDevice(), 1);
-  EXPECT_EQ(Changes(), Join({"/zentrolinks/easyroaminginfo=roam-2"}, kAlways, {kNotFactory}));
+  EXPECT_EQ(Changes(), Join({{"/zentrolinks/easyroaminginfo=roam-2"}, kAlways, {kNotFactory}}));
   EXPECT_EQ(Rec().deviceRestart, 1);
   EXPECT_EQ(Rec().roamingRestart, 0);
 }
@@ -311,10 +300,10 @@ TEST_F(ApplyDeviceTest, SafetyVyr) {
   safety.safetyNotifyEnbl = 0;
   safety.toolRecommendEnbl = 1;
   EXPECT_EQ(Apply_RssXmlToDevice(), 1);
-  EXPECT_EQ(Changes(), Join(kAlways,
-                            {"/safetyvyr/safetyvyrenbl=0", "/safetyvyr/urldetectenbl=1",
-                             "/safetyvyr/safetynotifyenbl=0", "/safetyvyr/toolrecommendenbl=1"},
-                            {kNotFactory}));
+  EXPECT_EQ(Changes(), Join({kAlways,
+                             {"/safetyvyr/safetyvyrenbl=0", "/safetyvyr/urldetectenbl=1",
+                              "/safetyvyr/safetynotifyenbl=0", "/safetyvyr/toolrecommendenbl=1"},
+                             {kNotFactory}}));
   EXPECT_EQ(safety.restart, 1);
   EXPECT_EQ(Rec().saveflag, 1);
   EXPECT_EQ(Rec().deviceRestart, 0);

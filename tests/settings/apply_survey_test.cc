@@ -5,13 +5,12 @@
 #include <vector>
 
 #include "kioapp/kioapp.h"
+#include "settings/changes.h"
 #include "support/exchange.h"
 #include "support/sample_device.h"
 
 namespace kio::test {
 namespace {
-
-using Texts = std::vector<std::string>;
 
 class ApplySurveyTest : public SettingsTest {
  protected:

@@ -14,8 +14,8 @@ namespace {
 using ::testing::Contains;
 using Commands = std::vector<std::string>;
 
-constexpr const char* kUplink = "/etc/scripts/uplink.sh";
-constexpr const char* kDevice = "/etc/scripts/device_resync.sh";
+constexpr const char* kUplinkScript = "/etc/scripts/uplink.sh";
+constexpr const char* kDeviceScript = "/etc/scripts/device_resync.sh";
 
 class CommitTest : public SettingsTest {
  protected:
@@ -116,14 +116,14 @@ TEST_F(CommitTest, LogsMaskAndWaitingTime) {
 TEST_F(CommitTest, RunsTheScriptsInOrder) {
   rssXmlData.exeflag = 17;
   EXPECT_EQ(do_RssXml_Commit(), 0U);
-  EXPECT_EQ(Host().commands(), (Commands{kUplink, kDevice}));
+  EXPECT_EQ(Host().commands(), (Commands{kUplinkScript, kDeviceScript}));
 }
 
 TEST_F(CommitTest, ScriptDirectoryComesFromTheStoreNotTheRecord) {
   Put(rssXmlData.scriptPath, "/elsewhere");
   rssXmlData.exeflag = 1;
   do_RssXml_Commit();
-  EXPECT_EQ(Host().commands(), (Commands{kUplink}));
+  EXPECT_EQ(Host().commands(), (Commands{kUplinkScript}));
 }
 
 TEST_F(CommitTest, NothingPendingDoesNothing) {
@@ -141,14 +141,14 @@ TEST_F(CommitTest, CommitKeepsTheMask) {
   EXPECT_EQ(rssXmlData.exeflag, 16);
   EXPECT_EQ(rssXmlData.pre_exeflag, 0);
   do_RssXml_Commit();
-  EXPECT_EQ(Host().commands(), (Commands{kDevice, kDevice}));
+  EXPECT_EQ(Host().commands(), (Commands{kDeviceScript, kDeviceScript}));
 }
 
 TEST_F(CommitTest, PreviousActionsRunOnce) {
   log_file::Start(7);
   rssXmlData.pre_exeflag = 16;
   do_RssXml_Commit();
-  EXPECT_EQ(Host().commands(), (Commands{kDevice}));
+  EXPECT_EQ(Host().commands(), (Commands{kDeviceScript}));
   EXPECT_EQ(rssXmlData.pre_exeflag, 0);
   EXPECT_EQ(rssXmlData.exeflag, 0);
   EXPECT_THAT(log_file::Contents(),
@@ -161,7 +161,7 @@ TEST_F(CommitTest, CurrentActionsComeBeforePreviousOnes) {
   rssXmlData.exeflag = 1;
   rssXmlData.pre_exeflag = 16;
   do_RssXml_Commit();
-  EXPECT_EQ(Host().commands(), (Commands{kUplink}));
+  EXPECT_EQ(Host().commands(), (Commands{kUplinkScript}));
   EXPECT_EQ(rssXmlData.pre_exeflag, 16);
 }
 
@@ -170,13 +170,13 @@ TEST_F(CommitTest, ExchangeWithoutChangesRepeatsTheLastActionsOnce) {
   SetFlags(33);
   calc_RssExeFlag();
   do_RssXml_Commit();
-  EXPECT_EQ(Host().commands(), (Commands{kUplink}));
+  EXPECT_EQ(Host().commands(), (Commands{kUplinkScript}));
   rssXmlData.upLink.restart = 0;
   rssXmlData.saveflag = 0;
   calc_RssExeFlag();
   EXPECT_EQ(rssXmlData.exeWaitSec, 0);
   do_RssXml_Commit();
-  EXPECT_EQ(Host().commands(), (Commands{kUplink, kUplink}));
+  EXPECT_EQ(Host().commands(), (Commands{kUplinkScript, kUplinkScript}));
   do_RssXml_Commit();
   calc_RssExeFlag();
   do_RssXml_Commit();
@@ -186,14 +186,14 @@ TEST_F(CommitTest, ExchangeWithoutChangesRepeatsTheLastActionsOnce) {
 TEST_F(CommitTest, VariableCommitIsTheSame) {
   rssXmlData.pre_exeflag = 1;
   EXPECT_EQ(do_RssVar_Commit(), 0U);
-  EXPECT_EQ(Host().commands(), (Commands{kUplink}));
+  EXPECT_EQ(Host().commands(), (Commands{kUplinkScript}));
   EXPECT_EQ(rssXmlData.pre_exeflag, 0);
 }
 
 TEST_F(CommitTest, FullCloningCommitAddsDeviceAndSave) {
   log_file::Start(6);
   EXPECT_EQ(do_RssXml_Commit_for_ApCloning(1), 0U);
-  EXPECT_EQ(Host().commands(), (Commands{kDevice}));
+  EXPECT_EQ(Host().commands(), (Commands{kDeviceScript}));
   EXPECT_EQ(rssXmlData.exeflag, 48);
   EXPECT_THAT(log_file::Contents(), ::testing::HasSubstr("[exe_ExternalCall,CfgSaveToFlash]\n"));
 }
@@ -202,7 +202,7 @@ TEST_F(CommitTest, FullCloningCommitKeepsOtherActions) {
   rssXmlData.exeflag = 1;
   rssXmlData.pre_exeflag = 4;
   do_RssXml_Commit_for_ApCloning(-1);
-  EXPECT_EQ(Host().commands(), (Commands{kUplink, kDevice}));
+  EXPECT_EQ(Host().commands(), (Commands{kUplinkScript, kDeviceScript}));
   EXPECT_EQ(rssXmlData.exeflag, 49);
   EXPECT_EQ(rssXmlData.pre_exeflag, 4);
 }
@@ -212,7 +212,7 @@ TEST_F(CommitTest, PlainCloningCommitIsTheCommit) {
   EXPECT_TRUE(Host().commands().empty());
   rssXmlData.pre_exeflag = 16;
   do_RssXml_Commit_for_ApCloning(0);
-  EXPECT_EQ(Host().commands(), (Commands{kDevice}));
+  EXPECT_EQ(Host().commands(), (Commands{kDeviceScript}));
 }
 
 TEST_F(CommitTest, LogsEntryMaskAndEnd) {

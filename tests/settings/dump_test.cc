@@ -40,63 +40,63 @@ class DumpTest : public SettingsTest {
   }
 };
 
-const Lines kHead = {"----RSSXML_BGN----", "specVersion", " +- Ver=1.1", "Device",
-                     " +- Configurable=1"};
-const Lines kDevice = {" +- DeviceName='Kitchen'", " +- DevicePwd='secret12'",
-                       " +- DeviceType='Router'",  " +- RouterEnbl=1",
-                       " +- EasyRoaming=roam-1",   " +- wlanSurveyRestart=0"};
-const Lines kUplink = {" +- Device/Uplink",
-                       "     +- Configurable=1",
-                       "     +- HardwareType='Ethernet',0",
-                       "     +- LoginUserName='line-user'",
-                       "     +- LoginPassword='line-pass'",
-                       "     +- IP,NetMask='10.0.0.2,255.255.255.0'",
-                       "     +- Gateway='10.0.0.1'",
-                       "     +- DNS='10.0.0.3'",
-                       "     +- restart='0'"};
-const Lines kBand24 = {" +- Device/Wireless2.4",
-                       "     +- Configurable=1",
-                       "     +- WlEnbl,WlSchedule=1,0",
-                       "     +- WirelessBSSID='02:00:00:00:24:01'",
-                       "     +- WirelessName='Home'",
-                       "     +- EncryptionMode,Type='WPA2,AES'",
-                       "     +- EncryptionKey='home-key-24'"};
-const Lines kBand24More = {"     +- Channel='6'",
-                           "     +- restart=0",
-                           "     +- Device/Wireless2.4/AccessControl",
-                           "         +- WlAcEnbl=1",
-                           "         +- WlAcMode=1",
-                           "         +- Device/Wireless2.4/AccessControl/AcRule:1",
-                           "             +- Active,MAC=1,02:00:00:00:00:01",
-                           "         +- Device/Wireless2.4/AccessControl/AcRule:2",
-                           "             +- Active,MAC=0,02:00:00:00:00:02"};
-const Lines kBand5 = {" +- Device/Wireless5",
-                      "     +- Configurable=1",
-                      "     +- WlEnbl,WlSchedule=1,1",
-                      "     +- WirelessBSSID='02:00:00:00:50:01'",
-                      "     +- WirelessName='Home-5'",
-                      "     +- EncryptionMode,Type='WPAWPA2,AUTO'",
-                      "     +- EncryptionKey='home-key-50'"};
-const Lines kBand5More = {"     +- Channel='36'",
-                          "     +- restart=0",
-                          "     +- Device/Wireless5/AccessControl",
-                          "         +- WlAcEnbl=1",
-                          "         +- WlAcMode=0",
-                          "         +- Device/Wireless5/AccessControl/AcRule:1",
-                          "             +- Active,MAC=1,02:00:00:00:00:05"};
-const Lines kSafety = {" +- Device/SafetyVyr",        "     +- SafetyVyrEnbl=1",
-                       "     +- UrlDetectEnbl=0",     "     +- SafetyNotifyEnbl=1",
-                       "     +- ToolRecommendEnbl=0", "     +- restart=0"};
-const Lines kFlags = {
+const Lines kHeadLines = {"----RSSXML_BGN----", "specVersion", " +- Ver=1.1", "Device",
+                          " +- Configurable=1"};
+const Lines kDeviceLines = {" +- DeviceName='Kitchen'", " +- DevicePwd='secret12'",
+                            " +- DeviceType='Router'",  " +- RouterEnbl=1",
+                            " +- EasyRoaming=roam-1",   " +- wlanSurveyRestart=0"};
+const Lines kUplinkLines = {" +- Device/Uplink",
+                            "     +- Configurable=1",
+                            "     +- HardwareType='Ethernet',0",
+                            "     +- LoginUserName='line-user'",
+                            "     +- LoginPassword='line-pass'",
+                            "     +- IP,NetMask='10.0.0.2,255.255.255.0'",
+                            "     +- Gateway='10.0.0.1'",
+                            "     +- DNS='10.0.0.3'",
+                            "     +- restart='0'"};
+const Lines kBand24Lines = {" +- Device/Wireless2.4",
+                            "     +- Configurable=1",
+                            "     +- WlEnbl,WlSchedule=1,0",
+                            "     +- WirelessBSSID='02:00:00:00:24:01'",
+                            "     +- WirelessName='Home'",
+                            "     +- EncryptionMode,Type='WPA2,AES'",
+                            "     +- EncryptionKey='home-key-24'"};
+const Lines kBand24MoreLines = {"     +- Channel='6'",
+                                "     +- restart=0",
+                                "     +- Device/Wireless2.4/AccessControl",
+                                "         +- WlAcEnbl=1",
+                                "         +- WlAcMode=1",
+                                "         +- Device/Wireless2.4/AccessControl/AcRule:1",
+                                "             +- Active,MAC=1,02:00:00:00:00:01",
+                                "         +- Device/Wireless2.4/AccessControl/AcRule:2",
+                                "             +- Active,MAC=0,02:00:00:00:00:02"};
+const Lines kBand5Lines = {" +- Device/Wireless5",
+                           "     +- Configurable=1",
+                           "     +- WlEnbl,WlSchedule=1,1",
+                           "     +- WirelessBSSID='02:00:00:00:50:01'",
+                           "     +- WirelessName='Home-5'",
+                           "     +- EncryptionMode,Type='WPAWPA2,AUTO'",
+                           "     +- EncryptionKey='home-key-50'"};
+const Lines kBand5MoreLines = {"     +- Channel='36'",
+                               "     +- restart=0",
+                               "     +- Device/Wireless5/AccessControl",
+                               "         +- WlAcEnbl=1",
+                               "         +- WlAcMode=0",
+                               "         +- Device/Wireless5/AccessControl/AcRule:1",
+                               "             +- Active,MAC=1,02:00:00:00:00:05"};
+const Lines kSafetyLines = {" +- Device/SafetyVyr",        "     +- SafetyVyrEnbl=1",
+                            "     +- UrlDetectEnbl=0",     "     +- SafetyNotifyEnbl=1",
+                            "     +- ToolRecommendEnbl=0", "     +- restart=0"};
+const Lines kFlagsLines = {
     "+- apCloningOnly=0",      "+- apCloningFeature=1", "+- fwUpgradeFeature=1",
     "+- easyRoamingFeature=1", "+- safetyVyrFeature=1", "+- wlan24Feature=1",
     "+- wlan5Feature=1",       "+- tmpPath=/var/tmp",   "+- scriptPath=/etc/scripts",
     "+- saveflag=0",           "----RSSXML_END----"};
 
 TEST_F(DumpTest, WholeRecord) {
-  Lines expected = kHead;
-  for (const Lines& part :
-       {kDevice, kUplink, kBand24, kBand24More, kBand5, kBand5More, kSafety, kFlags}) {
+  Lines expected = kHeadLines;
+  for (const Lines& part : {kDeviceLines, kUplinkLines, kBand24Lines, kBand24MoreLines, kBand5Lines,
+                            kBand5MoreLines, kSafetyLines, kFlagsLines}) {
     Append(expected, part);
   }
   EXPECT_EQ(Dump(), expected);
@@ -107,14 +107,14 @@ TEST_F(DumpTest, Version10) {
   rssXmlData.specVer = 100;
   rssXmlData.extenderEnbl = 2;
   rssXmlData.wlan[0].configurable = 0;
-  Lines expected = kHead;
+  Lines expected = kHeadLines;
   expected[2] = " +- Ver=1.0";
-  Append(expected, kDevice);
+  Append(expected, kDeviceLines);
   *std::find(expected.begin(), expected.end(), " +- EasyRoaming=roam-1") = " +- ExtenderEnbl=2";
-  Append(expected, kUplink);
-  Lines band = kBand24;
+  Append(expected, kUplinkLines);
+  Lines band = kBand24Lines;
   band[1] = "     +- Configurable=0";
-  for (const Lines& part : {band, kBand5, kSafety, kFlags}) {
+  for (const Lines& part : {band, kBand5Lines, kSafetyLines, kFlagsLines}) {
     Append(expected, part);
   }
   EXPECT_EQ(Dump(), expected);
@@ -122,9 +122,10 @@ TEST_F(DumpTest, Version10) {
 
 TEST_F(DumpTest, CloningShowsNoDeviceAndNoUplink) {
   rssXmlData.apCloningOnly = 1;
-  Lines expected = kHead;
+  Lines expected = kHeadLines;
   expected.emplace_back(" +- EasyRoaming=roam-1");
-  for (const Lines& part : {kBand24, kBand24More, kBand5, kBand5More, kSafety, kFlags}) {
+  for (const Lines& part :
+       {kBand24Lines, kBand24MoreLines, kBand5Lines, kBand5MoreLines, kSafetyLines, kFlagsLines}) {
     Append(expected, part);
   }
   *std::find(expected.begin(), expected.end(), "+- apCloningOnly=0") = "+- apCloningOnly=1";
@@ -145,22 +146,23 @@ TEST_F(DumpTest, RoamingLineNeedsTheFeature) {
   EXPECT_THAT(Dump(), ::testing::Not(::testing::Contains(line)));
 }
 
-const Lines kDsl = {"     +- Device/Uplink/DSL", "         +- CountryName=Norway",
-                    "         +- IspName=Fjord DSL"};
-const Lines kDsl10 = {"     +- Device/Uplink/DSL", "         +- VPI/VCI=8/35",
-                      "         +- EncapMode='LLC',0"};
-const Lines kApn = {"     +- Device/Uplink/APN", "         +- CountryName=Sweden",
-                    "         +- IspName=Berg Mobile"};
-const Lines kSite = {"     +- Device/Uplink/ExtenderSite",
-                     "         +- Survey=0",
-                     "         +- ConnRefSiteBSSID=02:00:00:00:99:01",
-                     "         +- WirelessType='2.4',0",
-                     "         +- WirelessName=Upstream",
-                     "         +- EncryptionKey=upstream-key"};
+const Lines kDslLines = {"     +- Device/Uplink/DSL", "         +- CountryName=Norway",
+                         "         +- IspName=Fjord DSL"};
+const Lines kDsl10Lines = {"     +- Device/Uplink/DSL", "         +- VPI/VCI=8/35",
+                           "         +- EncapMode='LLC',0"};
+const Lines kApnLines = {"     +- Device/Uplink/APN", "         +- CountryName=Sweden",
+                         "         +- IspName=Berg Mobile"};
+const Lines kSiteLines = {"     +- Device/Uplink/ExtenderSite",
+                          "         +- Survey=0",
+                          "         +- ConnRefSiteBSSID=02:00:00:00:99:01",
+                          "         +- WirelessType='2.4',0",
+                          "         +- WirelessName=Upstream",
+                          "         +- EncryptionKey=upstream-key"};
 
 TEST_F(DumpTest, HardwareLinesByCode) {
-  const std::vector<std::pair<int, Lines>> rows = {{-1, {}},   {0, {}},   {1, kDsl}, {2, kDsl},
-                                                   {3, kSite}, {4, kApn}, {5, kDsl}};
+  const std::vector<std::pair<int, Lines>> rows = {{-1, {}},       {0, {}},         {1, kDslLines},
+                                                   {2, kDslLines}, {3, kSiteLines}, {4, kApnLines},
+                                                   {5, kDslLines}};
   for (const auto& [code, lines] : rows) {
     rssXmlData.upLink.hardwareTypeCode = code;
     EXPECT_EQ(HardwareLines(), lines) << code;
@@ -170,7 +172,8 @@ TEST_F(DumpTest, HardwareLinesByCode) {
 TEST_F(DumpTest, HardwareLinesByCodeInVersion10) {
   rssXmlData.specVer = 100;
   const std::vector<std::pair<int, Lines>> rows = {
-      {-1, kSite}, {0, kSite}, {1, kDsl10}, {2, kDsl10}, {3, kSite}, {4, kApn}, {5, kDsl10}};
+      {-1, kSiteLines}, {0, kSiteLines}, {1, kDsl10Lines}, {2, kDsl10Lines},
+      {3, kSiteLines},  {4, kApnLines},  {5, kDsl10Lines}};
   for (const auto& [code, lines] : rows) {
     rssXmlData.upLink.hardwareTypeCode = code;
     for (const int extender : {0, 1, 3, 4}) {

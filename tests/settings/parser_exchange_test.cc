@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "kioapp/kioapp.h"
+#include "settings/changes.h"
 #include "support/exchange.h"
 #include "support/sample_device.h"
 
@@ -13,10 +14,6 @@ namespace {
 
 using ::testing::HasSubstr;
 using ::testing::Not;
-using Texts = std::vector<std::string>;
-
-const Texts kAlways = {"/lan/wireless2.4:1/accesscontrol/wlacmode=1",
-                       "/lan/wireless5:1/accesscontrol/wlacmode=0"};
 
 class ExchangeTest : public SettingsTest {
  protected:

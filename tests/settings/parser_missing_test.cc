@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "kioapp/kioapp.h"
+#include "settings/changes.h"
 #include "support/exchange.h"
 #include "support/sample_device.h"
 
@@ -71,14 +72,6 @@ Paths Under(const std::string& parent, const Paths& names) {
     paths.back().append("/").append(name);
   }
   return paths;
-}
-
-Paths Join(const std::vector<Paths>& parts) {
-  Paths all;
-  for (const Paths& part : parts) {
-    all.insert(all.end(), part.begin(), part.end());
-  }
-  return all;
 }
 
 const Paths kHead = {"specVersion",

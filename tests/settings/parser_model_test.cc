@@ -52,7 +52,7 @@ std::string Upper(std::string text) {
   return text;
 }
 
-void Change(Tokens& tokens, std::mt19937& random) {
+void ChangeTokens(Tokens& tokens, std::mt19937& random) {
   const auto draw = [&random](std::size_t limit) { return random() % limit; };
   const std::size_t at = draw(tokens.size());
   const std::size_t other = draw(tokens.size());
@@ -221,7 +221,7 @@ TEST_P(ParserModelTest, ReadsWhatSearchesFind) {
   for (int round = 0; round < 100; ++round) {
     Tokens tokens = PlainRadio();
     for (std::size_t changes = random() % 5; changes > 0; --changes) {
-      Change(tokens, random);
+      ChangeTokens(tokens, random);
     }
     std::string markup = "<Wireless2.4>";
     for (const std::string& token : tokens) {

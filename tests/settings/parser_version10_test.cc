@@ -5,13 +5,12 @@
 #include <vector>
 
 #include "kioapp/kioapp.h"
+#include "settings/changes.h"
 #include "support/exchange.h"
 #include "support/sample_device.h"
 
 namespace kio::test {
 namespace {
-
-using Texts = std::vector<std::string>;
 
 const Texts kAuto = {"/lan/wireless2.4:1/encryptiontype=AUTO", "/sys/factorydefault=0"};
 

@@ -8,23 +8,13 @@
 #include <vector>
 
 #include "kioapp/kioapp.h"
+#include "settings/lost_keys.h"
 #include "support/exchange.h"
 #include "support/guarded_text.h"
 #include "support/sample_device.h"
 
 namespace kio::test {
 namespace {
-
-using Report = std::pair<std::optional<std::string>, std::string>;
-
-std::vector<Report>& Reports() {
-  static std::vector<Report> reports;
-  return reports;
-}
-
-void Record(const char* path, const char* key) {
-  Reports().emplace_back(path == nullptr ? std::nullopt : std::optional<std::string>(path), key);
-}
 
 class SectionTest : public SettingsTest {
  protected:

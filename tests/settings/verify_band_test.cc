@@ -11,18 +11,18 @@
 namespace kio::test {
 namespace {
 
-struct Fault {
+struct RadioFault {
   const char* name;
   std::function<void(RssWlan&)> change;
   int code;  // 0 when the change is still valid
   const char* field;
 };
 
-void PrintTo(const Fault& fault, std::ostream* out) { *out << fault.name; }
+void PrintTo(const RadioFault& fault, std::ostream* out) { *out << fault.name; }
 
 // Each fault in either radio.
 class VerifyBandTest : public SettingsTest,
-                       public ::testing::WithParamInterface<std::tuple<Fault, int>> {
+                       public ::testing::WithParamInterface<std::tuple<RadioFault, int>> {
  protected:
   void SetUp() override {
     SettingsTest::SetUp();
@@ -31,7 +31,7 @@ class VerifyBandTest : public SettingsTest,
   }
 
   [[nodiscard]] static RssWlan& band() { return rssXmlData.wlan[std::get<1>(GetParam())]; }
-  [[nodiscard]] static const Fault& fault() { return std::get<0>(GetParam()); }
+  [[nodiscard]] static const RadioFault& fault() { return std::get<0>(GetParam()); }
   [[nodiscard]] static std::string Path() {
     return std::get<1>(GetParam()) == 0 ? "Device/Wireless2.4/" : "Device/Wireless5/";
   }
@@ -61,7 +61,7 @@ TEST_P(VerifyBandTest, IsNotJudgedForARadioThatIsNotConfigurable) {
   EXPECT_EQ(Verify_RssXml(), 1);
 }
 
-const Fault kSwitchFaults[] = {
+const RadioFault kSwitchFaults[] = {
     {"WlEnbl 4", [](RssWlan& b) { b.wlEnbl = 4; }, 3, "WlEnbl"},
     {"WlEnbl -1", [](RssWlan& b) { b.wlEnbl = -1; }, 3, "WlEnbl"},
     {"WlEnbl 3", [](RssWlan& b) { b.wlEnbl = 3; }, 0, ""},
@@ -100,7 +100,7 @@ INSTANTIATE_TEST_SUITE_P(Switches, VerifyBandTest,
                          ::testing::Combine(::testing::ValuesIn(kSwitchFaults),
                                             ::testing::Values(0, 1)));
 
-const Fault kChannelFaults[] = {
+const RadioFault kChannelFaults[] = {
     {"channel empty", [](RssWlan& b) { Put(b.channel, ""); }, 3, "Channel"},
     {"channel blank", [](RssWlan& b) { Put(b.channel, "  "); }, 3, "Channel"},
     {"channel not in the list", [](RssWlan& b) { Put(b.channel, "149"); }, 3, "Channel"},
@@ -182,7 +182,7 @@ INSTANTIATE_TEST_SUITE_P(Channel, VerifyBandTest,
                          ::testing::Combine(::testing::ValuesIn(kChannelFaults),
                                             ::testing::Values(0, 1)));
 
-const Fault kAccessFaults[] = {
+const RadioFault kAccessFaults[] = {
     {"access control fault borrows the name of the radio's switch",
      [](RssWlan& b) { b.wlAcEnbl = 3; }, 3, "AccessControl/WlEnbl"},
     {"WlAcEnbl -1", [](RssWlan& b) { b.wlAcEnbl = -1; }, 3, "AccessControl/WlEnbl"},

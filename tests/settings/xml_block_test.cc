@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "kioapp/kioapp.h"
+#include "settings/lost_keys.h"
 #include "support/exchange.h"
 #include "support/guarded_text.h"
 
@@ -14,17 +15,6 @@ namespace kio::test {
 namespace {
 
 using ::testing::HasSubstr;
-
-using Report = std::pair<std::optional<std::string>, std::string>;
-
-std::vector<Report>& Reports() {
-  static std::vector<Report> reports;
-  return reports;
-}
-
-void Record(const char* path, const char* key) {
-  Reports().emplace_back(path == nullptr ? std::nullopt : std::optional<std::string>(path), key);
-}
 
 class BlockTest : public SettingsTest {
  protected:

@@ -7,24 +7,12 @@
 #include <string_view>
 
 #include "kioapp/kioapp.h"
+#include "settings/found.h"
 #include "support/exchange.h"
 #include "support/guarded_text.h"
 
 namespace kio::test {
 namespace {
-
-constexpr int kUntouched = -77;
-
-struct Found {
-  long offset;
-  int length;
-
-  bool operator==(const Found&) const = default;
-};
-
-void PrintTo(const Found& found, std::ostream* out) {
-  *out << "offset " << found.offset << ", length " << found.length;
-}
 
 // First match of `needle` in `text` from `start` on, ignoring ASCII case; -1 when there is none.
 long ModelSearch(const std::string& text, const std::string& needle, std::size_t start) {

@@ -3,25 +3,12 @@
 #include <string>
 
 #include "kioapp/kioapp.h"
+#include "settings/found.h"
 #include "support/exchange.h"
 #include "support/guarded_text.h"
 
 namespace kio::test {
 namespace {
-
-constexpr int kUntouched = -77;
-
-// What a search found: the offset in the text (-1 for null) and the length that it told.
-struct Found {
-  long offset;
-  int length;
-
-  bool operator==(const Found&) const = default;
-};
-
-void PrintTo(const Found& found, std::ostream* out) {
-  *out << "offset " << found.offset << ", length " << found.length;
-}
 
 // Searches in memory that cannot be written.
 Found Find(const std::string& text, int len, const char* key, int header_only = 0) {

@@ -13,10 +13,9 @@ using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Not;
-using Kind = StoreCall::Kind;
 
-constexpr int kModes[] = {0,         kRead, kRead | kPath,  kWrite,
-                          kValidate, kPath, kRead | kWrite, kWrite | kValidate};
+constexpr int kActionModes[] = {0,         kRead, kRead | kPath,  kWrite,
+                                kValidate, kPath, kRead | kWrite, kWrite | kValidate};
 
 class ActionTest : public VariableTest {
  protected:
@@ -35,7 +34,7 @@ TEST_F(ActionTest, OtherNamesAreUnknown) {
         "rss_Act_SiteSurvey_X", "rss_Act_SetRssVars_", "rss_Act_VerifyAllRssVars_X",
         "rss_Act_ApplyAllRssVars_", "rss_Act_CommitRssVars_X", "rss_Act_VerifyAllRssVar",
         "rss_Act_CommitRssVarsX", "rss_Act__SiteSurvey"}) {
-    for (const int mode : kModes) {
+    for (const int mode : kActionModes) {
       EXPECT_EQ(Call(name, mode, "rss_DeviceName=Attic"), (Answer{2, "rss_DeviceName=Attic"}))
           << name;
     }
@@ -55,7 +54,7 @@ class SiteSurveyTest : public ActionTest {
 TEST_F(SiteSurveyTest, NeedsAWirelessUplink) {
   for (const int hardware : {0, 1, 2, 4, 5, -1, 6}) {
     rssXmlData.upLink.hardwareTypeCode = hardware;
-    for (const int mode : kModes) {
+    for (const int mode : kActionModes) {
       EXPECT_EQ(Call("rss_Act_SiteSurvey", mode, "left"), (Answer{2, ""})) << hardware;
     }
   }
@@ -64,7 +63,7 @@ TEST_F(SiteSurveyTest, NeedsAWirelessUplink) {
 
 TEST_F(SiteSurveyTest, StartsInEveryMode) {
   rssXmlData.upLink.configurable = 0;
-  for (const int mode : kModes) {
+  for (const int mode : kActionModes) {
     Host().Set("/uplink/extendersite/survey", 0);
     Host().ClearCalls();
     const RecordWatch record;
@@ -131,7 +130,7 @@ TEST_F(SiteSurveyTest, RefusedSurveyIsNotLogged) {
 }
 
 TEST_F(ActionTest, VerifyWritesTheResultOfASoundRecord) {
-  for (const int mode : kModes) {
+  for (const int mode : kActionModes) {
     Host().ClearCommands();
     Host().ClearCalls();
     EXPECT_EQ(Call("rss_Act_VerifyAllRssVars", mode, "left"), (Answer{0, ""})) << mode;
@@ -142,7 +141,7 @@ TEST_F(ActionTest, VerifyWritesTheResultOfASoundRecord) {
 }
 
 TEST_F(ActionTest, VerifyTellsTheFault) {
-  for (const int mode : kModes) {
+  for (const int mode : kActionModes) {
     Host().ClearCommands();
     Put(rssXmlData.deviceName, "");
     EXPECT_EQ(Call("rss_Act_VerifyAllRssVars", mode, "left"), (Answer{10, "Device/DeviceName"}));
@@ -182,7 +181,7 @@ TEST_F(ActionTest, ApplyWritesTheStoreAndWorksOutTheActions) {
 TEST_F(ActionTest, ApplyTellsTheRefusal) {
   Host().Set("/sys/routerenbl", 2);
   rssXmlData.exeflag = 4;
-  for (const int mode : kModes) {
+  for (const int mode : kActionModes) {
     Host().ClearCommands();
     EXPECT_EQ(Call("rss_Act_ApplyAllRssVars", mode, "left"), (Answer{3, "Device/RouterEnbl"}));
     EXPECT_EQ(Host().commands(), ResultCommands(3, "Device/RouterEnbl", 0));
@@ -198,7 +197,7 @@ TEST_F(ActionTest, ApplyDoesNotVerify) {
 }
 
 TEST_F(ActionTest, SetRssVarsSetsAndVerifies) {
-  for (const int mode : kModes) {
+  for (const int mode : kActionModes) {
     Put(rssXmlData.deviceName, "Kitchen");
     Host().ClearCommands();
     Host().ClearCalls();

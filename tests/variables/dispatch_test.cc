@@ -14,24 +14,24 @@ using ::testing::ElementsAre;
 
 class DispatchTest : public VariableTest {};
 
-constexpr int kModes[] = {0,
-                          kRead,
-                          kPath,
-                          kRead | kPath,
-                          kWrite,
-                          kValidate,
-                          kRead | kWrite,
-                          kRead | kValidate,
-                          kWrite | kValidate,
-                          kRead | kWrite | kValidate,
-                          0x7FFFFFFF,
-                          -1};
+constexpr int kDispatchModes[] = {0,
+                                  kRead,
+                                  kPath,
+                                  kRead | kPath,
+                                  kWrite,
+                                  kValidate,
+                                  kRead | kWrite,
+                                  kRead | kValidate,
+                                  kWrite | kValidate,
+                                  kRead | kWrite | kValidate,
+                                  0x7FFFFFFF,
+                                  -1};
 
 TEST_F(DispatchTest, NullNamesAndValuesAreRefused) {
   char text[128] = "text";
   char name[] = "rss_DeviceName";
   const RecordWatch record;
-  for (const int mode : kModes) {
+  for (const int mode : kDispatchModes) {
     EXPECT_EQ(setget_RssVar(nullptr, text, mode), 2U);
     EXPECT_EQ(setget_RssVar(name, nullptr, mode), 2U);
     EXPECT_EQ(setget_RssVar(nullptr, nullptr, mode), 2U);
@@ -93,7 +93,7 @@ TEST_F(DispatchTest, ShortNamesAreUnknown) {
                            "rss_Ve_x",
                            "rss_U_x",
                            "rss__x"}) {
-    for (const int mode : kModes) {
+    for (const int mode : kDispatchModes) {
       EXPECT_EQ(Call(name, mode, "1").code, 2U) << name << " mode " << mode;
     }
   }
@@ -115,7 +115,7 @@ TEST_F(DispatchTest, EveryPrefixOfAName) {
 }
 
 TEST_F(DispatchTest, AReadEmptiesTheBufferOfAnUnknownName) {
-  for (const int mode : kModes) {
+  for (const int mode : kDispatchModes) {
     const Answer expected = {2, (mode & kRead) != 0 ? "" : "left"};
     EXPECT_EQ(Call("rss_Unknown", mode, "left"), expected) << mode;
     EXPECT_EQ(Call("rss_", mode, "left"), expected) << mode;
@@ -124,7 +124,7 @@ TEST_F(DispatchTest, AReadEmptiesTheBufferOfAnUnknownName) {
 }
 
 TEST_F(DispatchTest, ActionsGetTheirBufferAsItIs) {
-  for (const int mode : kModes) {
+  for (const int mode : kDispatchModes) {
     EXPECT_EQ(Call("rss_Act_Unknown", mode, "left"), (Answer{2, "left"})) << mode;
     EXPECT_EQ(Call("rss_Act_", mode, "left"), (Answer{2, "left"})) << mode;
   }
@@ -169,7 +169,7 @@ TEST_F(DispatchTest, ActionsOfOtherPrefixesLoseTheBufferOfARead) {
 }
 
 TEST_F(DispatchTest, RulesOfTheDeviceNeedTheReadBit) {
-  for (const int mode : kModes) {
+  for (const int mode : kDispatchModes) {
     const bool reads = (mode & kRead) != 0;
     const bool tells_path = (mode & kPath) != 0;
     EXPECT_EQ(Call("rss_DeviceName_Validate", mode, "left"),

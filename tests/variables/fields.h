@@ -63,10 +63,7 @@ std::vector<ReadOnlyField> WirelessTexts();
 std::vector<ReadOnlyField> ExtraTexts();
 
 // The name of a variable as the name of its test.
-template <typename Info>
-std::string TestName(const Info& info) {
-  return info.param.name.substr(4);
-}
+inline constexpr auto kTestName = [](const auto& info) { return info.param.name.substr(4); };
 
 // For the tables.
 inline Change Nothing() {

@@ -57,7 +57,6 @@ std::vector<StoredField> DeviceFields() {
 }
 
 std::vector<ReadOnlyField> DeviceTexts() {
-  using Kind = StoreCall::Kind;
   return {
       {"rss_FactoryDefault",
        "/sys/FactoryDefault",

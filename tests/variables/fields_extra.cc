@@ -4,8 +4,6 @@
 namespace kio::test {
 namespace {
 
-using Kind = StoreCall::Kind;
-
 // A read of the firmware information `field`.
 ReadOnlyField Firmware(const std::string& name, const std::string& path, const std::string& text) {
   return {name, path, text, {{Kind::kGetText, path, text}}};

@@ -218,7 +218,6 @@ std::vector<StoredField> Wireless5Fields() {
 }
 
 std::vector<ReadOnlyField> WirelessTexts() {
-  using Kind = StoreCall::Kind;
   constexpr Section k24 = Section::kWireless24;
   constexpr Section k5 = Section::kWireless5;
   return {

@@ -83,12 +83,11 @@ TEST_P(ReadOnlyFieldTest, StoreTextsAreCutToTheBuffer) {
   EXPECT_EQ(Read(field_.name), (Answer{0, ""}));
 }
 
-const auto kName = [](const auto& info) { return TestName(info); };
-
-INSTANTIATE_TEST_SUITE_P(Device, ReadOnlyFieldTest, ::testing::ValuesIn(DeviceTexts()), kName);
-INSTANTIATE_TEST_SUITE_P(Uplink, ReadOnlyFieldTest, ::testing::ValuesIn(UplinkTexts()), kName);
-INSTANTIATE_TEST_SUITE_P(Wireless, ReadOnlyFieldTest, ::testing::ValuesIn(WirelessTexts()), kName);
-INSTANTIATE_TEST_SUITE_P(Extra, ReadOnlyFieldTest, ::testing::ValuesIn(ExtraTexts()), kName);
+INSTANTIATE_TEST_SUITE_P(Device, ReadOnlyFieldTest, ::testing::ValuesIn(DeviceTexts()), kTestName);
+INSTANTIATE_TEST_SUITE_P(Uplink, ReadOnlyFieldTest, ::testing::ValuesIn(UplinkTexts()), kTestName);
+INSTANTIATE_TEST_SUITE_P(Wireless, ReadOnlyFieldTest, ::testing::ValuesIn(WirelessTexts()),
+                         kTestName);
+INSTANTIATE_TEST_SUITE_P(Extra, ReadOnlyFieldTest, ::testing::ValuesIn(ExtraTexts()), kTestName);
 
 }  // namespace
 }  // namespace kio::test

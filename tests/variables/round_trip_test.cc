@@ -8,12 +8,12 @@
 namespace kio::test {
 namespace {
 
-struct Pair {
+struct NameAndPath {
   const char* name;
   const char* path;
 };
 
-constexpr Pair kPairs[] = {
+constexpr NameAndPath kPairs[] = {
     {"rss_EasyRoaming", "/Device/EasyRoaming"},
     {"rss_DeviceName", "/Device/DeviceName"},
     {"rss_RouterEnbl", "/Device/RouterEnbl"},
@@ -112,19 +112,19 @@ constexpr Pair kPairs[] = {
 };
 
 TEST(RoundTripTest, NamesBecomeTheirPaths) {
-  for (const Pair& pair : kPairs) {
+  for (const NameAndPath& pair : kPairs) {
     EXPECT_EQ(ToPath(pair.name), pair.path);
   }
 }
 
 TEST(RoundTripTest, PathsBecomeTheirNames) {
-  for (const Pair& pair : kPairs) {
+  for (const NameAndPath& pair : kPairs) {
     EXPECT_EQ(ToName(pair.path), pair.name);
   }
 }
 
 TEST(RoundTripTest, PathsComeBackFromTheirNames) {
-  for (const Pair& pair : kPairs) {
+  for (const NameAndPath& pair : kPairs) {
     EXPECT_EQ(ToPath(ToName(pair.path).value_or("")), pair.path);
     EXPECT_EQ(ToName(ToPath(pair.name).value_or("")), pair.name);
   }

@@ -117,16 +117,17 @@ TEST_P(StoredFieldTest, IsWrittenOnlyWhereItsSectionIsConfigurable) {
   EXPECT_EQ(ReadPath(field_.name), (Answer{0, field_.path}));
 }
 
-const auto kName = [](const auto& info) { return TestName(info); };
-
-INSTANTIATE_TEST_SUITE_P(Device, StoredFieldTest, ::testing::ValuesIn(DeviceFields()), kName);
-INSTANTIATE_TEST_SUITE_P(Uplink, StoredFieldTest, ::testing::ValuesIn(UplinkFields()), kName);
-INSTANTIATE_TEST_SUITE_P(Extender, StoredFieldTest, ::testing::ValuesIn(ExtenderFields()), kName);
-INSTANTIATE_TEST_SUITE_P(Service, StoredFieldTest, ::testing::ValuesIn(ServiceFields()), kName);
-INSTANTIATE_TEST_SUITE_P(Radio24, StoredFieldTest, ::testing::ValuesIn(Wireless24Fields()), kName);
-INSTANTIATE_TEST_SUITE_P(Radio5, StoredFieldTest, ::testing::ValuesIn(Wireless5Fields()), kName);
+INSTANTIATE_TEST_SUITE_P(Device, StoredFieldTest, ::testing::ValuesIn(DeviceFields()), kTestName);
+INSTANTIATE_TEST_SUITE_P(Uplink, StoredFieldTest, ::testing::ValuesIn(UplinkFields()), kTestName);
+INSTANTIATE_TEST_SUITE_P(Extender, StoredFieldTest, ::testing::ValuesIn(ExtenderFields()),
+                         kTestName);
+INSTANTIATE_TEST_SUITE_P(Service, StoredFieldTest, ::testing::ValuesIn(ServiceFields()), kTestName);
+INSTANTIATE_TEST_SUITE_P(Radio24, StoredFieldTest, ::testing::ValuesIn(Wireless24Fields()),
+                         kTestName);
+INSTANTIATE_TEST_SUITE_P(Radio5, StoredFieldTest, ::testing::ValuesIn(Wireless5Fields()),
+                         kTestName);
 INSTANTIATE_TEST_SUITE_P(Access, StoredFieldTest, ::testing::ValuesIn(AccessControlFields()),
-                         kName);
+                         kTestName);
 
 }  // namespace
 }  // namespace kio::test

@@ -39,6 +39,7 @@ Answer Write(const std::string& name, const std::string& value);
 Answer Validate(const std::string& name, const std::string& value);
 
 using Change = std::function<void(RssXmlData&)>;
+using Kind = StoreCall::Kind;
 
 // The record as it is now, to tell later what was changed. What stands behind the terminators of
 // its texts does not count.
