@@ -3,6 +3,8 @@
 #ifndef KIO_TESTS_SUPPORT_FAKE_HOST_H
 #define KIO_TESTS_SUPPORT_FAKE_HOST_H
 
+#include <sys/types.h>
+
 #include <functional>
 #include <map>
 #include <optional>
@@ -74,7 +76,8 @@ class FakeHost {
   std::vector<std::string> commands_;
 };
 
-// A directory below the system's temporary directory, removed with its contents at the end.
+// A directory below the system's temporary directory, removed with its contents at the end of the
+// process that made it, and not of its copies.
 class TemporaryDirectory {
  public:
   TemporaryDirectory();
@@ -87,6 +90,7 @@ class TemporaryDirectory {
 
  private:
   std::string path_;
+  pid_t owner_;
 };
 
 // Contents of a file; empty when it cannot be read.
