@@ -9,24 +9,46 @@ build=${1:-build/lint}
 failed=()
 
 # Two compile databases hold every source file between them. The bench build compiles the library a
-# second time in a way that clang does not know, so only the benchmarks are taken from it.
+# second time in a way that clang does not know, so only the benchmarks are taken from it. Apart from
+# the library's own, files are checked several at once: what the headers of the tests and of the host
+# cost is paid once a unit.
 for preset in dev bench; do
-  if ! log=$(cmake --preset "$preset" -B "$build/$preset" 2>&1); then
+  if ! log=$(cmake --preset "$preset" -B "$build/$preset" -DKIO_HOST_TOGETHER=ON 2>&1); then
     echo "$log" >&2
     exit 1
   fi
 done
+# A unit of several files stands in the build folder, and clang-tidy looks for its checks from there.
+while read -r config; do
+  for preset in dev bench; do
+    mkdir -p "$build/$preset/$(dirname "$config")"
+    cp "$config" "$build/$preset/$config"
+  done
+done < <(find .clang-tidy "${folders[@]}" -name .clang-tidy)
 # units PRESET: the files in its database.
 units() {
-  sed -n "s|^ *\"file\": \"$(pwd -P)/\(.*\)\",*\$|\1|p" "$build/$1/compile_commands.json" | sort -u
+  sed -n 's|^ *"file": "\(.*\)",*$|\1|p' "$build/$1/compile_commands.json" | sort -u
+}
+# members UNIT: the source files of a unit, which are itself or those that it includes.
+members() {
+  case $1 in
+    */Unity/unity_*) sed -n 's|^#include "\(.*\)"$|\1|p' "$1" ;;
+    *) echo "$1" ;;
+  esac
+}
+# lines UNIT: how long it is in all.
+lines() {
+  members "$1" | xargs cat | wc -l
 }
 
 mapfile -t sources < <(find "${folders[@]}" -name '*.cc' -o -name '*.c' -o -name '*.h' | sort)
-mapfile -t units < <(units dev)
-mapfile -t bench_units < <(units bench | grep '^bench/')
+mapfile -t units < <(
+  units dev | sed 's|^|dev |'
+  units bench | grep '/bench/' | grep -v '/kioapp_scalar\.dir/' | sed 's|^|bench |'
+)
 mapfile -t scripts < <(grep -rlIE '^#!(/usr)?/bin/(env )?(ba)?sh' --exclude-dir=build \
   --exclude-dir=.git . | sort)
-for count in ${#sources[@]} ${#units[@]} ${#bench_units[@]} ${#scripts[@]}; do
+for count in ${#sources[@]} ${#units[@]} ${#scripts[@]}; do
   if [[ $count -eq 0 ]]; then
     echo "found nothing to check" >&2
     exit 1
@@ -36,19 +58,34 @@ done
 echo "clang-format: ${#sources[@]} files"
 clang-format --dry-run -Werror "${sources[@]}" || failed+=(clang-format)
 
-# tidy PRESET FILE...
-# One file a run: version 14 carries the state of its va_list check from one file to the next.
-tidy() {
-  local database=$build/$1
-  shift
-  printf '%s\0' "$@" | xargs -0 -n 1 -P 2 clang-tidy --quiet -p "$database"
-}
-echo "clang-tidy: $((${#units[@]} + ${#bench_units[@]} + 1)) files"
-# The example stands in no database, as it is built against the installed tree.
+# The longest units come first, so that no processor is left with one of them at the end.
+mapfile -t units < <(
+  for unit in "${units[@]}"; do
+    echo "$(lines "${unit#* }") $unit"
+  done | sort -k 1,1 -nr | cut -d ' ' -f 2-
+)
+# In no database: what is built against the installed tree, and what is for the targets alone.
+alone=(examples/minimal_host.c tests/target/unaligned.c)
+mapfile -t unchecked < <(
+  comm -23 <(printf '%s\n' "${sources[@]}" | grep -v '\.h$' | sort) <(
+    for unit in "${units[@]}"; do
+      members "${unit#* }"
+    done | sed "s|^$(pwd -P)/||" | cat - <(printf '%s\n' "${alone[@]}") | sort
+  )
+)
+if [[ ${#unchecked[@]} -gt 0 ]]; then
+  printf '%s: in no unit\n' "${unchecked[@]}" >&2
+  failed+=(clang-tidy)
+fi
+
+echo "clang-tidy: $((${#units[@]} + ${#alone[@]})) units"
+# One unit a run: version 14 carries the state of its va_list check from one to the next.
 {
-  tidy dev "${units[@]}" || failed+=(clang-tidy)
-  tidy bench "${bench_units[@]}" || failed+=(clang-tidy)
-  clang-tidy --quiet examples/minimal_host.c -- -std=c99 -Iinclude || failed+=(clang-tidy)
+  for unit in "${units[@]}"; do
+    printf '%s\0' -p "$build/${unit% *}" "${unit#* }"
+  done | xargs -0 -n 3 -P 2 clang-tidy --quiet || failed+=(clang-tidy)
+  clang-tidy --quiet "${alone[@]}" -- -std=c99 -D_GNU_SOURCE -Iinclude -Itests/abi \
+    -Itests/target || failed+=(clang-tidy)
 } 2> >(grep -Ev '^[0-9]+ warnings? (and [0-9]+ errors? )?generated\.$' >&2)
 
 echo "shellcheck: ${#scripts[@]} files"

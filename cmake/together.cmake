@@ -1,0 +1,25 @@
+# Compiling several files at once. Most of the time that a test file takes to compile, and far more of
+# what clang-tidy takes for it, goes into the headers that all of them include. Without it a file is
+# compiled for itself when it is changed, and an include that it lacks is noticed.
+option(KIO_TESTS_TOGETHER "Compile several files of a test program at once" ON)
+option(KIO_HOST_TOGETHER
+       "Compile several files of the other programs at once, for clang-tidy" OFF)
+
+# kio_compile_together(TARGET OPTION): compiles its files in groups of nine at most if the option of
+# this name is on.
+function(kio_compile_together target option)
+  if(NOT ${option})
+    return()
+  endif()
+  get_target_property(files ${target} SOURCES)
+  list(FILTER files INCLUDE REGEX "\\.cc$")
+  list(LENGTH files count)
+  math(EXPR groups "(${count} + 8) / 9")
+  math(EXPR size "(${count} + ${groups} - 1) / ${groups}")
+  set_target_properties(
+    ${target}
+    PROPERTIES UNITY_BUILD ON
+               UNITY_BUILD_BATCH_SIZE ${size}
+               # For clang-tidy.
+               UNITY_BUILD_CODE_BEFORE_INCLUDE "// NOLINTNEXTLINE(bugprone-suspicious-include)")
+endfunction()

@@ -1,0 +1,17 @@
+# How test programs are run.
+
+# A test that has a process of its own shows what the library does when it was just loaded; tests
+# that share one, what it does in a process that lives on. Both are run: the first in the debug
+# build, the second where it takes long to start a process.
+option(KIO_TESTS_IN_ONE_PROCESS "Run all tests of a program in one process" OFF)
+
+# kio_register_tests(TARGET): registers the tests of a program.
+function(kio_register_tests target)
+  if(NOT KIO_TESTS_IN_ONE_PROCESS)
+    gtest_discover_tests(${target} NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
+    return()
+  endif()
+  add_test(NAME ${target} COMMAND ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/run_program.sh
+                                  ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:${target}>)
+  set_tests_properties(${target} PROPERTIES TIMEOUT 600)
+endfunction()
