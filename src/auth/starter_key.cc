@@ -175,6 +175,7 @@ int starter_auth_check(const char* request, const char* ip, const char* session)
   }
   KIO_LOG(kio::platform::kLogDetail, "match_buff = %s, kioApp_ip=%s, time=%ld\n", key.text, ip,
           now);
+  // Quirk "keys-may-be-repeated": nobody notes that a key was shown before.
   if (!kio::auth::IsGoodKey(key, now, ip, password)) {
     return -1;
   }

@@ -108,7 +108,7 @@ int TestList(const Block& text, int kind, bool ranges_too = false) {
   if (!container.is_complete()) {
     return KIOAPP_FW_LIST_ERROR;
   }
-  // Quirk "empty-block-reaches-on": an empty list has the items of the rest of the document.
+  // An empty list has the items of the rest of the document.
   settings::ItemReader items(container.content, kLists[kind].item);
   const int result = TestItems(items, kind);
   if (result != KIOAPP_FW_LIST_NO_MATCH || !ranges_too) {

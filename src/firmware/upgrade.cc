@@ -31,7 +31,7 @@ constexpr const char* kName = "do_FwUpgradeAction";
 constexpr const char* kStatusFile = "rsscheckfw.xml";
 constexpr const char* kNotesFile = "rssfwnotes.xml";
 constexpr const char* kProcessFile = "rssfwtmp.txt";
-// Quirk "tempdirecory": the node is spelled so.
+// The node is spelled so (docs/quirks.md).
 constexpr const char* kDirectoryNode = "/zentrolinks/tempdirecory";
 
 constexpr std::size_t kPathSize = 128;

@@ -18,7 +18,8 @@ constexpr bool IsPlain(char character) {
          character == '_';
 }
 
-// Decodes at most `limit` characters; the terminator only when it is reached within them.
+// Decodes at most `limit` characters.
+// Quirk "limit-leaves-no-terminator": it is written only when it is reached within them.
 void DecodeUrl(char* dst, const char* src, int limit) {
   for (; limit > 0; --limit) {
     const char character = *src;

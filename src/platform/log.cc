@@ -80,6 +80,7 @@ bool ReachesSizeLimit(std::size_t added) {
 
 // Appends the message. The `kPrefixRoom` bytes before it are free for the uptime.
 void AppendToLogFile(char* message, std::size_t size) {
+  // Quirk "file-opened-for-each-message": so that it may be moved away at any time.
   const FileDescriptor file(OpenFile(g_log_file, O_WRONLY | O_APPEND | O_CREAT));
   if (!file.ok()) {
     return;
@@ -118,6 +119,7 @@ void PrintToConsole(const char* message) {
     ChooseLogFile();
   }
   if (daemon_log_file_size_k > 0) {
+    // Quirk "prefix-not-counted": the uptime comes on top of it.
     if (ReachesSizeLimit(size)) {
       RotateLogFile();
     }

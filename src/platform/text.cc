@@ -60,6 +60,7 @@ int ParseInt(const char* text) {
   unsigned value = 0;
   for (; *text >= '0' && *text <= '9'; ++text) {
     const auto digit = static_cast<unsigned>(*text - '0');
+    // Quirk "numbers-are-clamped": to the range of int, on 32 and on 64 bits.
     value = value > (limit - digit) / 10 ? limit : value * 10 + digit;
   }
   return static_cast<int>(negative ? 0U - value : value);

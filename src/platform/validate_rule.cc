@@ -122,11 +122,13 @@ int CheckText(const char* value, const Rule& rule) {
 }
 
 int CheckValue(const char* value, const Rule& rule) {
+  // Quirk "empty-rule-is-a-text-rule": an empty kind is 0, and so a text must not be empty.
   switch (rule.Int(kKind, kTextRule)) {
     case kTextRule:
       return CheckText(value, rule);
     case kNumberRule:
       return CheckNumber(value, rule);
+    // Quirk "other-kinds-pass": whatever the value is.
     default:
       return KIOAPP_RESULT_APPLIED;
   }

@@ -11,8 +11,8 @@ struct Entity {
   char character;
 };
 
-// Both forms of the non-breaking space stand for an ordinary space. No entry begins another, so
-// their order does not matter.
+// No entry begins another, so their order does not matter.
+// Quirk "non-breaking-space-is-a-space": both forms of it stand for an ordinary one.
 constexpr Entity kDecodedEntities[] = {
     {"nbsp;", ' '}, {"lt;", '<'},  {"gt;", '>'},  {"amp;", '&'}, {"quot;", '"'}, {"apos;", '\''},
     {"#160;", ' '}, {"#60;", '<'}, {"#62;", '>'}, {"#38;", '&'}, {"#34;", '"'},  {"#39;", '\''},

@@ -79,6 +79,7 @@ void ApplyUplink() {
   uplink.restart |= ApplyHardwareSection();
 }
 
+// Quirk "roaming-flag-never-set": a changed text restarts the device instead.
 void ApplyRoaming() {
   if (!IsVersion10() && rssXmlData.easyRoamingFeature != 0) {
     StorePath nodes("");
@@ -107,10 +108,11 @@ void ApplySaveFlag() {
 }
 
 // Returns false for a refused change, which is then reported.
+// Quirk "refusal-keeps-earlier-writes": a host that minds undoes them.
 bool ApplyRecord() {
   if (rssXmlData.apCloningOnly == 0) {
     if (rssXmlData.upLink.extenderSite.survey != 0 && HasSiteUplink()) {
-      // Nothing else is applied together with a site survey.
+      // Quirk "survey-excludes-the-rest": nothing else is applied together with a site survey.
       rssXmlData.wlanSurveyRestart = static_cast<int>(RequestSiteSurvey());
       return true;
     }

@@ -67,6 +67,7 @@ void ApplyClonedSchedule(const Radio& radio, const char* path) {
   if (wlan.wlSchedule == 2) {
     wlan.wlSchedule = 0;
   }
+  // Quirk "cloned-schedule-without-maximum": whatever number it is.
   wlan.restart |= ApplyField(kScheduleRow, &wlan, path);
 }
 
@@ -82,6 +83,7 @@ Step ApplySwitches(const Radio& radio) {
   if (!ApplySwitch(wlan.wlEnbl, radio.nodes.Node(kEnableRow.node), 3, wlan.restart)) {
     return Refused(wlan.path, kEnableRow);
   }
+  // Quirk "schedule-locks-at-two-only": the switch above is locked at 3 as well.
   if (!ApplySwitch(wlan.wlSchedule, radio.nodes.Node(kScheduleRow.node), 2, wlan.restart)) {
     return Refused(wlan.path, kScheduleRow);
   }
@@ -127,6 +129,7 @@ Step ApplyAccessSwitch(RssWlan& wlan, int stored, StorePath& access, bool& stays
   if (IsCloning() && wlan.wlAcEnbl == 2) {
     wlan.wlAcEnbl = 0;
   }
+  // Quirk "access-switch-two-is-written": which locks the switch from then on.
   wlan.restart = 1;
   WriteStoreInt(access.Node(kAccessSwitchRow.node), wlan.wlAcEnbl);
   return Step::kNext;
@@ -135,6 +138,7 @@ Step ApplyAccessSwitch(RssWlan& wlan, int stored, StorePath& access, bool& stays
 Step ApplyAccessControl(const Radio& radio) {
   RssWlan& wlan = radio.wlan;
   RadioPath access(radio.number, "/accesscontrol");
+  // Quirk "absent-access-switch-is-locked": what is absent reads as 2.
   const int stored_switch =
       ReadStoreInt(access.Node(kAccessSwitchRow.node), kAccessSwitchRow.absent);
   const int stored_mode = ReadStoreInt(access.Node(kAccessModeRow.node), kAccessModeRow.absent);
@@ -169,6 +173,7 @@ void ApplyClonedSite(const Radio& radio) {
   uplink.restart |=
       StrCmpWithXStr(wlan.encryptionKey, site.Node(RowOf(kSiteFields, "EncryptionKey").node), 0);
   StorePath cloned(kClonedSiteNode);
+  // Quirk "cloning-information-always-written": whether or not it differs.
   platform::WriteStoreText(cloned.Node("/wirelesstype"), word);
   for (const Field& field : kWlanFields) {
     if (field.group != Group::kDeviceOnly && field.member.type == Member::Type::kText) {

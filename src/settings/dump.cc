@@ -156,6 +156,7 @@ void DumpFlags() {
 }  // namespace
 }  // namespace kio::settings
 
+// Quirk "dump-shows-passwords": whoever reads this level reads them.
 void dump_RssXmlData(void) {
   using namespace kio::settings;  // NOLINT(google-build-using-namespace)
   if (!kio::platform::IsLogged(kio::platform::kLogAction)) {

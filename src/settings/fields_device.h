@@ -10,6 +10,7 @@ namespace kio::settings {
 
 // Fields of RssXmlData. Their nodes are whole paths.
 
+// Quirk "missing-version-is-11": each part is 1 when its node is absent.
 inline constexpr Field kVersionFields[] = {
     {.element = "major",
      .node = "/zentrolinks/specversion/major",

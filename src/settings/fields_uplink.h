@@ -44,7 +44,8 @@ inline constexpr Field kUplinkFields[] = {
      .check = Check::kKeyword,
      .write = Write::kIfDifferent,
      .offer = Offer::kKeyword},
-    // Read and, for the DSL circuit, verified, but the store has no node for it.
+    // Quirk "mtu-is-never-written": read and, for the DSL circuit, verified, but the store has no
+    // node for it.
     {.element = "MTU",
      .member = KIO_MEMBER(RssUpLink, mtu),
      .group = Group::kBasic,
@@ -90,6 +91,7 @@ inline constexpr Field kUplinkFields[] = {
      .check = Check::kNetmask,
      .write = Write::kIfDifferent,
      .offer = Offer::kNetmask},
+    // Quirk "gateway-may-be-elsewhere": nothing relates it to address and netmask.
     {.element = "Gateway",
      .node = "/gateway",
      .member = KIO_MEMBER(RssUpLink, gateway),

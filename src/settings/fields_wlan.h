@@ -155,6 +155,7 @@ inline constexpr Field kAccessFields[] = {
      .write = Write::kIfDifferent,
      .offer = Offer::kFlag},
     // No document holds it: there it is the number of rules that are listed.
+    // Quirk "any-number-of-rules": a variable takes more than there can be.
     {.element = "AcRuleNo",
      .member = KIO_MEMBER(RssWlan, wlAcRuleNo),
      .offer = Offer::kAnything,
@@ -176,6 +177,7 @@ inline constexpr Field kRuleFields[] = {
      .high = 1,
      .write = Write::kIfDifferent,
      .offer = Offer::kFlag},
+    // Quirk "any-mac-passes": its form is the app's affair.
     {.element = "MAC",
      .node = "/mac",
      .member = KIO_MEMBER(RssAcRule, mac),

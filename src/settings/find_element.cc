@@ -93,6 +93,7 @@ struct EmptyTags {
     }
     const char* const behind = tag + 1 + key.size();
     const auto room = static_cast<std::size_t>(text.known() - behind);
+    // Quirk "plain-tags-only": attributes or blanks in a tag make it another one.
     if (room > 0 && *behind == '>' && key.size() < kTagLimit - 1) {
       content = behind + 1;
       return true;
@@ -188,6 +189,7 @@ Element MakeElement(const Block& block, const char* tag, const char* content, co
 
 }  // namespace
 
+// Quirk "nesting-unseen": the first tag of the name counts, however deep it stands.
 Element FindElement(const Block& block, TextView key) {
   OpeningTag tag;
   if (!key.empty() && key.size() < kTagLimit - 2) {

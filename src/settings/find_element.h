@@ -13,8 +13,8 @@ namespace kio::settings {
 // A stretch of a document to search in: mostly the content of an element.
 struct Block {
   char* text = nullptr;
-  // In characters; 0 or less means up to the end of the text, so that the block of an empty element
-  // covers all that follows it.
+  // In characters; 0 or less means up to the end of the text.
+  // Quirk "empty-block-reaches-on": so the block of an empty element covers all that follows it.
   int length = 0;
   // Where the text is known to end; null when its terminator has to be looked for.
   const char* text_end = nullptr;

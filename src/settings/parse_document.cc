@@ -135,6 +135,7 @@ int VerifyAndApply() {
     return 0;
   }
   const int applied = Apply_RssXmlToDevice();
+  // Quirk "failure-keeps-masks": after a refusal they are still those of the exchange before.
   if (applied != 0) {
     calc_RssExeFlag();
     write_RssXml_ResultXml(KIOAPP_RESULT_APPLIED, "", rssXmlData.exeWaitSec);
@@ -154,6 +155,7 @@ int RunExchange(char* text) {
     rssXmlData.pre_exeflag = 0;
   }
   restore_XmlRssStatus(0);
+  // Quirk "fixed-device-accepts": nothing but the version of its documents is looked at.
   if (!VersionMatches(root) || (rssXmlData.configurable == 1 && !ParseDevice(root))) {
     return 0;
   }

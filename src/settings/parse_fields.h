@@ -21,6 +21,7 @@ bool ParseRequiredField(const Field& field, BlockReader& block, const char* path
 
 // Reads the required fields of a group that the device's format version has. Stops at the first
 // missing one.
+// Quirk "failure-keeps-fields": those before it keep what was read.
 template <std::size_t N>
 bool ParseFields(const Field (&table)[N], Group group, BlockReader& block, const char* path,
                  void* section) {

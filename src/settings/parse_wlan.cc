@@ -137,6 +137,8 @@ class RuleParser {
     if (!ParseFields(kRuleFields, Group::kBasic, reader, rule.path, &rule)) {
       return false;
     }
+    // Quirk "unclosed-rule-shares-an-end": the search goes on inside this rule, so that the next
+    // one is read once more where this one has taken its end.
     rest_ = rest_.From(element.tag + kRuleTagLength);
     // Behind a rule with nothing but its fields in it, the next one may be taken as it comes.
     BlockReader behind(rest_.From(reader.position()));

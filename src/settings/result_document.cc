@@ -14,7 +14,7 @@ using platform::RunCommand;
 using platform::TextBuffer;
 using platform::TextView;
 
-// Room for a command of 127 characters.
+// Quirk "commands-of-127": with a long directory a command loses its end.
 constexpr std::size_t kCommandSize = 128;
 
 // echo 'BEFORE MESSAGE AFTER' REDIRECTION PATH, cut to 127 characters.
@@ -32,6 +32,7 @@ int Echo(TextView before, TextView message, TextView after, TextView redirection
   char quoted_line[kCommandSize * 4];
   TextBuffer quoted(quoted_line);
   quoted.Append(TextView(line, begin));
+  // Quirk "echo-interprets-backslashes": those in the message are left to the shell.
   platform::AppendShellText(quoted, platform::ShellQuotes::kSingle,
                             TextView(line + begin, end - begin));
   quoted.Append(TextView(line + end, command.size() - end));
@@ -48,6 +49,7 @@ int WriteResultDocument(TextView path, int code, TextView message, int wait_seco
   Echo("<?xml version=\"1.0\" ?>", "", "", ">", path);
   Echo("<root>", "", "", ">>", path);
   Echo(" <RssSetResult>", code_text.view(), "</RssSetResult>", ">>", path);
+  // Quirk "message-is-not-encoded": it stands in the document as it is.
   Echo(" <RssSetMsg>", message, "</RssSetMsg>", ">>", path);
   Echo(" <RssGetWaitSec>", wait_text.view(), "</RssGetWaitSec>", ">>", path);
   return Echo("</root>", "", "", ">>", path);

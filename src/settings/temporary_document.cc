@@ -26,7 +26,7 @@ int write_TmpXmlFile(const char* fileName, const char* tag, const char* value, i
   using kio::settings::TextBuffer;
   using kio::settings::TextView;
   if (rssXmlData.tmpPath[0] == '\0') {
-    // Quirk "tempdirecory": the node is spelled so.
+    // The node is spelled so (docs/quirks.md).
     kio::platform::ReadStoreText("/zentrolinks/tempdirecory", rssXmlData.tmpPath);
   }
   char line[kio::settings::kCommandSize];
@@ -45,8 +45,8 @@ int write_TmpXmlFile(const char* fileName, const char* tag, const char* value, i
   g_start_new_file = closing;
 
   // What stands inside the quotes stays there. This comes after the cut, so that no cut can fall
-  // inside an escape.
-  // Quirk "quotes-escaped-after-the-cut": the command may be longer than 255 characters.
+  // inside an escape: the command may be longer than 255 characters, as those of the result
+  // document may be longer than theirs.
   char quoted_line[kio::settings::kCommandSize * 4];
   TextBuffer quoted(quoted_line);
   quoted.Append(TextView(line, begin));

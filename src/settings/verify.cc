@@ -102,6 +102,7 @@ Verdict VerifyDeviceAndUplink() {
   return VerifyHardwareSection();
 }
 
+// Quirk "cloning-ignores-safetyvyr": a document must hold it, and nothing more is done with it.
 bool VerifySafety() {
   RssSafetyVyr& safety = rssXmlData.safetyVyr;
   return rssXmlData.safetyVyrFeature == 0 || rssXmlData.apCloningOnly != 0 ||
@@ -114,6 +115,7 @@ bool VerifySafety() {
 int Verify_RssXml(void) {
   using kio::settings::Verdict;
   kio::platform::LogEntry("Verify_RssXml");
+  // Quirk "cloning-verifies-fixed-devices": the device's own switch is then not looked at.
   if (rssXmlData.apCloningOnly == 0) {
     const Verdict verdict = kio::settings::VerifyDeviceAndUplink();
     if (verdict != Verdict::kGoOn) {

@@ -87,6 +87,7 @@ bool ReadInt(const Block& block, TextView key, int& out) {
   return ReadIntOf(FindElement(block, key), out);
 }
 
+// Quirk "configurable-zero-leaves-out": the section is neither verified nor written.
 bool IsLeftAlone(BlockReader& block) {
   int configurable = 1;
   return ReadInt(block.Find("Configurable"), configurable) && configurable == 0;

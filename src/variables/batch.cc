@@ -32,6 +32,7 @@ class Pairs {
     while (!rest_.empty() && (IsBlank(rest_.front()) || rest_.front() == separator_)) {
       rest_.remove_prefix(1);
     }
+    // Quirk "names-reach-back": a separator before it belongs to the name.
     const std::size_t equals = rest_.find('=');
     if (equals == TextView::npos) {
       return false;
@@ -99,6 +100,7 @@ int do_RssVar_Parser(char* text, char separator, char* nameOut, int apply) {
   kio::variables::Pairs pairs(text, separator);
   while (pairs.Next()) {
     const unsigned int code = set_RssVar(pairs.name(), pairs.value());
+    // Quirk "batch-keeps-what-was-set": the record is not put back.
     if (code != KIOAPP_VAR_DONE) {
       write_RssXml_ResultXml(static_cast<int>(code), pairs.name(), 0);
       CopyMessage(nameOut, pairs.name());

@@ -58,6 +58,7 @@ unsigned int ServeUplink(TextView name, const Request& request) {
   };
   constexpr SubSection kSubSections[] = {
       {"Ets_", Section::kSite}, {"Dsl_", Section::kDsl}, {"Apn_", Section::kApn}};
+  // Quirk "refused-before-it-is-known": the name may be no variable's; a radio does the same.
   if (request.writes() && rssXmlData.upLink.configurable == 0) {
     return KIOAPP_VAR_NOT_CONFIGURABLE;
   }
@@ -120,6 +121,7 @@ unsigned int ServeExtra(TextView name, const Request& request) {
 // Quirk "three-characters-choose": what else stands before the first '_' is not looked at.
 unsigned int ServeGroup(TextView name, const Request& request) {
   const TextView tail = Behind(name, name.find('_') + 1);
+  // Quirk "validate-before-the-group": the group has no say, be it configurable or not.
   if (request.reads() && tail == "Validate") {
     return Serve({Section::kDevice}, name, request);
   }

@@ -108,7 +108,9 @@ class FieldVariable {
 
   bool IsChannel(const char* value) {
     RssWlan& wlan = rssXmlData.wlan[place_.radio];
+    // Quirk "checking-trims-the-list": in the record, even when nothing is to be set.
     trim(wlan.channelList);
+    // Quirk "channel-is-not-trimmed": blanks around it are looked for in the list as well.
     return settings::IsListedChannel(wlan, value);
   }
 

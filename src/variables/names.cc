@@ -50,6 +50,7 @@ constexpr Section kSections[] = {
     {{"/SafetyVyrInfo/", "Ext_Vyr_"}},
     {{"/DslIspList/", "Ext_Dsl_"}},
     {{"/ApnIspList/", "Ext_Apn_"}},
+    // Quirk "device-takes-every-prefix": what follows may begin like a name of another section.
     {{"/Device/", ""}},
 };
 

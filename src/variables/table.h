@@ -88,6 +88,7 @@ inline constexpr LiveNode kLiveFirmware[] = {
     {.name = "CurrFwVersion"},
     {.name = "CurrFwFileName"},
     {.name = "AccessKey"},
+    // Quirk "model-name-lives-elsewhere": its path names a node of the firmware.
     {.name = "ModelName", .node = "/sys/modelnumber"},
     {.name = "FwUpgradeURL", .kind = LiveNode::Kind::kAddress},
 };
