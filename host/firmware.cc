@@ -90,9 +90,10 @@ void Firmware::WriteImage() {
     return;
   }
   const std::string name = FileName(store_->Get(kFileUrlNode).value_or(""));
-  store_->Set(kRunningNode, name);
+  const bool named = store_->Set(kRunningNode, name);
   events_->Add("firmware written: " + name + ", " +
-               std::to_string(getFileSize(partition_.c_str())) + " bytes");
+               std::to_string(getFileSize(partition_.c_str())) + " bytes" +
+               (named ? "" : "; the store could not be written and names the one before"));
 }
 
 }  // namespace kiohost

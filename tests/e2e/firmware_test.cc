@@ -16,6 +16,7 @@
 #include "firmware_server.h"
 #include "host_process.h"
 #include "http_client.h"
+#include "store.h"
 
 namespace {
 
@@ -228,6 +229,27 @@ TEST_F(FirmwareTest, BadDataIsRefusedAndThePartitionStays) {
             (std::vector<std::string>{"firmware refused: *** Warning: \"" +
                                       host_.dir().File("upld.bin") + "\" has corrupted data!"}));
   EXPECT_EQ(ReadFile(Partition()), "the firmware before");
+}
+
+TEST_F(FirmwareTest, AStoreThatAnotherWritesKeepsTheNameOfTheFirmwareBefore) {
+  const std::string image = MakeImage(5000);
+  StartBoth(image, 0);
+  Act('0');
+  Act('1');
+  Act('2');
+  ASSERT_EQ(WaitForDownload().back(), "4");
+  kiohost::Store other;
+  ASSERT_TRUE(other.Open(host_.dir().File("store.db"), kiohost::Store::Mode::kExisting).ok());
+  ASSERT_TRUE(other.Begin().ok());
+  EXPECT_EQ(Result('4'), "5");
+  ASSERT_TRUE(host_.WaitForOutput("event firmware"));
+  other.Rollback();
+  EXPECT_EQ(Events(),
+            (std::vector<std::string>{
+                "firmware written: " + std::string(kFile) +
+                ", 5064 bytes; the store could not be written and names the one before"}));
+  EXPECT_EQ(ReadFile(Partition()), image);
+  EXPECT_EQ(host_.Node("/fwupgradeinfo/currfwfilename"), "DR2400_FW1.0.2_0101.bin");
 }
 
 TEST_F(FirmwareTest, ImageCutAfterTheDownloadIsRefused) {
