@@ -4,7 +4,9 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <string_view>
+#include <system_error>
 
 namespace kiohost {
 namespace {
@@ -74,6 +76,12 @@ size_t MaxMessageLength(const std::string& temp_dir) {
 }
 
 size_t LongestMessageLength() { return kLongestMessage.size(); }
+
+std::string AbsoluteDirectory(const std::string& directory) {
+  std::error_code error;
+  const std::filesystem::path path = std::filesystem::absolute(directory, error);
+  return error ? directory : path.string();
+}
 
 Status CheckTempDir(const std::string& directory) {
   Status status = CheckDirectory(directory, "temporary", MaxTempDirLength());

@@ -18,6 +18,9 @@ size_t MaxMessageLength(const std::string& temp_dir);
 // The longest message that an exchange can give rise to.
 size_t LongestMessageLength();
 
+// A directory as the store keeps it, for hosts that are started elsewhere.
+std::string AbsoluteDirectory(const std::string& directory);
+
 // Fails unless `directory` exists and the library can use it: its path stands unquoted in shell
 // commands and must fit.
 Status CheckTempDir(const std::string& directory);

@@ -81,9 +81,10 @@ Status WriteNode(Store* store, const char* path, const std::string& text) {
 // Settles the directories that the library finds through the store, checks them and writes them
 // there.
 Status SettleDirectories(const Options& options, Store* store, std::string* temp_dir) {
-  *temp_dir = options.temp_dir.empty() ? store->Get(kTempDirNode).value_or("") : options.temp_dir;
-  std::string script_dir =
-      options.script_dir.empty() ? store->Get(kScriptDirNode).value_or("") : options.script_dir;
+  *temp_dir = options.temp_dir.empty() ? store->Get(kTempDirNode).value_or("")
+                                       : AbsoluteDirectory(options.temp_dir);
+  std::string script_dir = options.script_dir.empty() ? store->Get(kScriptDirNode).value_or("")
+                                                      : AbsoluteDirectory(options.script_dir);
   if (script_dir.empty()) {
     script_dir = Program().parent_path() / "scripts";
   }

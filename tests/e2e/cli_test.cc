@@ -172,6 +172,31 @@ TEST(CommandLineTest, ADumpIsAProfile) {
             dump);
 }
 
+// Puts the working directory back at the end of its scope.
+class WorkingDirectory {
+ public:
+  explicit WorkingDirectory(const std::string& path) { std::filesystem::current_path(path); }
+  ~WorkingDirectory() { std::filesystem::current_path(before_); }
+  WorkingDirectory(const WorkingDirectory&) = delete;
+  WorkingDirectory& operator=(const WorkingDirectory&) = delete;
+
+ private:
+  const std::filesystem::path before_ = std::filesystem::current_path();
+};
+
+TEST(CommandLineTest, RelativeDirectoriesAreStoredForHostsThatAreStartedElsewhere) {
+  HostProcess host;
+  std::filesystem::create_directory(host.dir().File("t"));
+  {
+    const WorkingDirectory here(host.dir().path());
+    ASSERT_TRUE(host.Start({"--temp-dir", "t", "--script-dir", "scripts"}));
+  }
+  EXPECT_EQ(host.Node("/zentrolinks/tempdirecory"), host.dir().File("t"));
+  EXPECT_EQ(host.Node("/zentrolinks/scriptdirecory"), host.dir().File("scripts"));
+  EXPECT_EQ(Post(host.port(), "/settings", FactoryDocument()).status, 200);
+  EXPECT_TRUE(std::filesystem::exists(host.dir().File("t/rssset_result.xml")));
+}
+
 TEST(CommandLineTest, ALongTemporaryDirectoryIsWarnedOf) {
   HostProcess host;
   const std::string longer = host.dir().File("directory");
