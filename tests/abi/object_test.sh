@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# object_test.sh READELF NM LIBRARY ALLOWED: what the library asks of the system that loads it.
+# object_test.sh READELF NM LIBRARY ALLOWED LIBC: what the library asks of the system that loads it.
+# LIBC is the C library that it is built for, uclibc or glibc.
 set -euo pipefail
-readelf=$1 nm=$2 library=$3 allowed=$4
+readelf=$1 nm=$2 library=$3 allowed=$4 libc=$5
 status=0
 
 fail() {
@@ -12,10 +13,13 @@ dynamic=$("$readelf" -dW "$library")
 segments=$("$readelf" -lW "$library")
 
 needed=$(sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' <<< "$dynamic")
-case $needed in
-  libc.so.6 | libc.so.0) ;;
-  *) fail "needs more than libc alone, or not even that: ${needed//$'\n'/ }" ;;
+case $libc in
+  uclibc) libc_file=libc.so.0 ;;
+  *) libc_file=libc.so.6 ;;
 esac
+if [[ $needed != "$libc_file" ]]; then
+  fail "needs other than $libc_file alone, which is $libc: ${needed//$'\n'/ }"
+fi
 
 # What the host supplies, and names of libc. Whatever stands for the C++ run time is not allowed,
 # even where it lies in libc's neighbourhood.

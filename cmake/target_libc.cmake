@@ -1,0 +1,26 @@
+# Fails unless the compiler that a target's preset is pointed at has the C library of the preset. Its
+# headers tell: no program can be linked when the compilers are checked.
+include(CheckCSourceCompiles)
+
+if(KIO_TARGET_LIBC STREQUAL uclibc)
+  set(kio_other_libc "!defined(__UCLIBC__)")
+else()
+  # uClibc calls itself glibc as well.
+  set(kio_other_libc "!defined(__GLIBC__) || defined(__UCLIBC__)")
+endif()
+check_c_source_compiles(
+  "#include <features.h>
+#if ${kio_other_libc}
+#error another C library
+#endif
+int main(void) { return 0; }"
+  KIO_HAS_TARGET_LIBC)
+if(NOT KIO_HAS_TARGET_LIBC)
+  # The answer must not outlive a sysroot that is mended.
+  unset(KIO_HAS_TARGET_LIBC CACHE)
+  message(
+    FATAL_ERROR
+      "${CMAKE_C_COMPILER} does not have the headers of ${KIO_TARGET_LIBC}, which this preset builds "
+      "for. Give the right KIO_CROSS_PREFIX and KIO_SYSROOT, or take the preset of the other C "
+      "library, in a new build directory.")
+endif()
