@@ -5,13 +5,20 @@
 # build, the second where it takes long to start a process.
 option(KIO_TESTS_IN_ONE_PROCESS "Run all tests of a program in one process" OFF)
 
-# kio_register_tests(TARGET): registers the tests of a program.
+# kio_register_tests(TARGET [FILTER]): registers the tests of a program. Those that FILTER names always
+# have a process of their own.
 function(kio_register_tests target)
+  set(fresh ${ARGV1})
+  set(discovery NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
   if(NOT KIO_TESTS_IN_ONE_PROCESS)
-    gtest_discover_tests(${target} NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
+    gtest_discover_tests(${target} ${discovery})
     return()
   endif()
-  add_test(NAME ${target} COMMAND ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/run_program.sh
-                                  ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:${target}>)
+  add_test(NAME ${target}
+           COMMAND ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/run_program.sh ${CMAKE_CROSSCOMPILING_EMULATOR}
+                   $<TARGET_FILE:${target}> --gtest_filter=-${fresh})
   set_tests_properties(${target} PROPERTIES TIMEOUT 600)
+  if(fresh)
+    gtest_discover_tests(${target} TEST_FILTER ${fresh} ${discovery})
+  endif()
 endfunction()

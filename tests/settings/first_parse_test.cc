@@ -1,5 +1,4 @@
-// The first document parse of a process. One test only: it must run before any other parse, so this
-// file is the first of its program.
+// The first document parse of a process. One test only: it must run before any other parse.
 #include "kioapp/kioapp.h"
 #include "support/exchange.h"
 #include "support/sample_device.h"

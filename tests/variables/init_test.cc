@@ -1,5 +1,5 @@
 // The beginning of a series of variable operations. One test only: it must see the first call of
-// its process, so this file is the first of its program.
+// its process.
 #include <cstring>
 
 #include "variables/variables.h"
