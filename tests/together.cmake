@@ -1,14 +1,12 @@
 # Compiling several files at once. Most of the time that a test file takes to compile, and far more of
 # what clang-tidy takes for it, goes into the headers that all of them include. Without it a file is
-# compiled for itself when it is changed, and an include that it lacks is noticed.
+# compiled for itself when it is changed, and an include that it lacks is noticed. Not for files that
+# the analyzer of clang-tidy looks at: it passes over what is included.
 option(KIO_TESTS_TOGETHER "Compile several files of a test program at once" ON)
-option(KIO_HOST_TOGETHER
-       "Compile several files of the other programs at once, for clang-tidy" OFF)
 
-# kio_compile_together(TARGET OPTION): compiles its files in groups of nine at most if the option of
-# this name is on.
-function(kio_compile_together target option)
-  if(NOT ${option})
+# kio_compile_together(TARGET): compiles its files in groups of nine at most.
+function(kio_compile_together target)
+  if(NOT KIO_TESTS_TOGETHER)
     return()
   endif()
   get_target_property(files ${target} SOURCES)
