@@ -4,6 +4,8 @@
 
 #include <cstdio>
 
+#include "printable_text.h"
+
 namespace kiohost {
 namespace {
 
@@ -41,7 +43,7 @@ std::vector<std::string> DescribeActions(unsigned int mask) {
 
 void PrintActions(unsigned int mask) {
   for (const std::string& line : DescribeActions(mask)) {
-    std::printf("%s\n", line.c_str());
+    PrintLine(stdout, line);
   }
 }
 

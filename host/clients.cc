@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <vector>
 
+#include "printable_text.h"
+
 namespace kiohost {
 namespace {
 
@@ -27,8 +29,8 @@ bool Remove(const std::string& address) {
 }
 
 // Says what becomes of a client. Neither keys nor passwords are ever said.
-void Say(const char* what, const std::string& address) {
-  std::printf("%s %s\n", what, address.c_str());
+void Say(const std::string& what, const std::string& address) {
+  PrintLine(stdout, what + " " + address);
 }
 
 }  // namespace

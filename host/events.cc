@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "json.h"
+#include "printable_text.h"
 
 namespace kiohost {
 
@@ -13,7 +14,7 @@ void Events::Add(const std::string& text) {
   if (events_.size() > kMost) {
     events_.pop_front();
   }
-  std::printf("event %s\n", text.c_str());
+  PrintLine(stdout, "event " + text);
 }
 
 std::string Events::Json() const {

@@ -9,7 +9,7 @@ namespace kiohost {
 
 class Events {
  public:
-  // Notes an event and says it on standard output.
+  // Notes an event and says it on standard output, there in its printable form.
   void Add(const std::string& text);
 
   // The events, the oldest first, as a JSON array.

@@ -3,9 +3,10 @@
 #include <kioapp/kioapp.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <fstream>
 #include <sstream>
+
+#include "printable_text.h"
 
 namespace kiohost {
 unsigned int PendingActions(CommitKind kind) {
@@ -59,7 +60,7 @@ unsigned int Exchange::Commit(CommitKind kind) {
 void Exchange::FinishCommit(unsigned int mask) {
   if ((mask & KIOAPP_SYNC_SAVE_TO_FLASH) != 0 && !store_->Checkpoint()) {
     // The settings are safe in the log; the next commit tries again.
-    std::fprintf(stderr, "kiohost: the store's log could not be brought into its file\n");
+    PrintError("the store's log could not be brought into its file");
   }
 }
 

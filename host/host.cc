@@ -10,6 +10,7 @@
 #include "device_routes.h"
 #include "listener.h"
 #include "login_routes.h"
+#include "printable_text.h"
 #include "signals.h"
 #include "web_gates.h"
 
@@ -69,7 +70,7 @@ Status Host::Start() {
     status = server_.Start(std::move(listener));
   }
   if (status.ok()) {
-    std::printf("listening on http://%s/\n", HostAndPort(settings_.listen, settings_.port).c_str());
+    PrintLine(stdout, "listening on http://" + HostAndPort(settings_.listen, settings_.port) + "/");
   }
   return status;
 }
@@ -127,7 +128,7 @@ Status Host::FollowUpAway() {
   const int seconds = follow_up_->wait_seconds;
   const auto back = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
   server_.Stop();
-  std::printf("away for %d s\n", seconds);
+  PrintLine(stdout, "away for " + std::to_string(seconds) + " s");
   follow_up_->run();
   follow_up_.reset();
   server_.EndTurn();

@@ -16,6 +16,7 @@
 #include "directories.h"
 #include "host.h"
 #include "options.h"
+#include "printable_text.h"
 #include "profile.h"
 #include "signals.h"
 #include "store.h"
@@ -35,7 +36,7 @@ std::filesystem::path Program() {
 
 int Report(const Status& status) {
   if (!status.ok()) {
-    std::fprintf(stderr, "kiohost: %s\n", status.reason().c_str());
+    PrintError(status.reason());
   }
   return static_cast<int>(status.code());
 }
@@ -99,10 +100,10 @@ Status SettleDirectories(const Options& options, Store* store, std::string* temp
     status = WriteNode(store, kScriptDirNode, script_dir);
   }
   if (MaxMessageLength(*temp_dir) < LongestMessageLength()) {
-    std::fprintf(stderr,
-                 "kiohost: warning: with the temporary directory \"%s\" a result message of more "
-                 "than %zu characters makes a broken result document; the longest has %zu\n",
-                 temp_dir->c_str(), MaxMessageLength(*temp_dir), LongestMessageLength());
+    PrintError("warning: with the temporary directory \"" + *temp_dir +
+               "\" a result message of more than " + std::to_string(MaxMessageLength(*temp_dir)) +
+               " characters makes a broken result document; the longest has " +
+               std::to_string(LongestMessageLength()));
   }
   return status;
 }
@@ -162,9 +163,9 @@ Status Serve(const Options& options, Store* store) {
   daemon_log_level = options.log_level;
   BindStore(store);
   if (options.open) {
-    std::fprintf(stderr,
-                 "kiohost: WARNING: --open: there is no login. Whoever reaches this port reads and "
-                 "changes all settings.\n");
+    PrintError(
+        "WARNING: --open: there is no login. Whoever reaches this port reads and changes all "
+        "settings.");
   }
   Host host(store, settings);
   status = host.Start();

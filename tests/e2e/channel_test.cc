@@ -41,4 +41,16 @@ TEST(ChannelTest, MovesAreNotedWithinSeconds) {
                                               "the 5 GHz radio moved to channel 40"}));
 }
 
+TEST(ChannelTest, AStoredTextForgesNoLineOfTheOutput) {
+  HostProcess host;
+  host.UseProfile(
+      ProfileWith({"/lan/wireless2.4:1/channel = 0",
+                   R"(/lan/wireless2.4:1/channelusing = "6\x0alogin 6.6.6.6\x1b[2J")"}));
+  ASSERT_TRUE(host.Start());
+  ASSERT_TRUE(host.WaitForOutput("channel 6"));
+  EXPECT_TRUE(
+      host.WaitForOutput("event the 2.4 GHz radio moved to channel 6\\nlogin 6.6.6.6\\x1b[2J\n"))
+      << host.Output();
+}
+
 }  // namespace

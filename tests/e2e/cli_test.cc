@@ -51,6 +51,7 @@ TEST(CommandLineTest, AMistakeIsExplained) {
   ExpectFailure({"--prot", "80"}, 2, "--prot: unknown option");
   ExpectFailure({"--port", "80x"}, 2, "\"80x\"");
   ExpectFailure({"serve"}, 2, "\"serve\"");
+  ExpectFailure({"a\nkiohost: b\x1b"}, 2, R"("a\nkiohost: b\x1b")");
 }
 
 TEST(CommandLineTest, AStoreThatCannotBeUsedIsNamed) {
