@@ -2,8 +2,12 @@
 
 #include <kioapp/platform.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <string>
+#include <vector>
 
+#include "command.h"
 #include "printable_text.h"
 
 namespace kiohost {
@@ -12,38 +16,52 @@ namespace {
 struct Action {
   unsigned int bit;
   const char* name;
+  const char* script;  // that the library runs; null when it runs none
   const char* effect;
 };
 
 constexpr Action kActions[] = {
-    {KIOAPP_SYNC_WAN, "WanResync", "ran uplink.sh; a router brings its uplink up anew"},
-    {KIOAPP_SYNC_WLAN, "WlanResync", "a router restarts its 2.4 GHz radio"},
-    {KIOAPP_SYNC_WLAN_5G, "Wlan5gResync", "a router restarts its 5 GHz radio"},
-    {KIOAPP_SYNC_DEVICE, "DeviceResync",
+    {KIOAPP_SYNC_WAN, "WanResync", "uplink.sh",
+     "ran uplink.sh; a router brings its uplink up anew"},
+    {KIOAPP_SYNC_WLAN, "WlanResync", nullptr, "a router restarts its 2.4 GHz radio"},
+    {KIOAPP_SYNC_WLAN_5G, "Wlan5gResync", nullptr, "a router restarts its 5 GHz radio"},
+    {KIOAPP_SYNC_DEVICE, "DeviceResync", "device_resync.sh",
      "ran device_resync.sh; a router takes over name, password and mode"},
-    {KIOAPP_SYNC_SAVE_TO_FLASH, "CfgSaveToFlash",
+    {KIOAPP_SYNC_SAVE_TO_FLASH, "CfgSaveToFlash", nullptr,
      "brought the log into the store's file; a router writes its flash"},
-    {KIOAPP_SYNC_SITE_SURVEY, "WlanSiteSurvey", "a router scans for access points"},
-    {KIOAPP_SYNC_FW_UPGRADE, "FwUpgrade", "a router writes its new firmware"},
-    {KIOAPP_SYNC_UPDATE_STA_RSSI, "UpdateStaRssi", "listed the associated stations"},
-    {KIOAPP_SYNC_DEAUTH_STA, "DeauthSta", "disconnected a station"},
+    {KIOAPP_SYNC_SITE_SURVEY, "WlanSiteSurvey", nullptr, "a router scans for access points"},
+    {KIOAPP_SYNC_FW_UPGRADE, "FwUpgrade", nullptr, "a router writes its new firmware"},
+    {KIOAPP_SYNC_UPDATE_STA_RSSI, "UpdateStaRssi", nullptr, "listed the associated stations"},
+    {KIOAPP_SYNC_DEAUTH_STA, "DeauthSta", nullptr, "disconnected a station"},
 };
+
+// How the script of an action failed; empty when it did not, or when there is none.
+std::string ScriptFailure(const Action& action, const std::vector<CommandResult>& results) {
+  if (action.script == nullptr) {
+    return {};
+  }
+  const std::string end = std::string("/") + action.script;
+  const auto last = std::find_if(results.rbegin(), results.rend(), [&end](const auto& result) {
+    return result.command.ends_with(end);
+  });
+  const bool failed = last != results.rend() && !last->ok();
+  return failed ? std::string(action.script) + " failed: " + DescribeFailure(*last) : "";
+}
 
 }  // namespace
 
-std::vector<std::string> DescribeActions(unsigned int mask) {
-  std::vector<std::string> lines;
+void ReportActions(unsigned int mask, Events* events) {
+  const std::vector<CommandResult> results = TakeCommandResults();
   for (const Action& action : kActions) {
-    if ((mask & action.bit) != 0) {
-      lines.push_back(std::string("action ") + action.name + ": " + action.effect);
+    if ((mask & action.bit) == 0) {
+      continue;
     }
-  }
-  return lines;
-}
-
-void PrintActions(unsigned int mask) {
-  for (const std::string& line : DescribeActions(mask)) {
-    PrintLine(stdout, line);
+    const std::string failure = ScriptFailure(action, results);
+    PrintLine(stdout, std::string("action ") + action.name + ": " +
+                          (failure.empty() ? action.effect : failure));
+    if (!failure.empty()) {
+      events->Add(std::string(action.name) + ": " + failure);
+    }
   }
 }
 

@@ -2,16 +2,14 @@
 #ifndef HOST_ACTIONS_H
 #define HOST_ACTIONS_H
 
-#include <string>
-#include <vector>
+#include "events.h"
 
 namespace kiohost {
 
-// A line for each action of a mask (kioapp/platform.h), in the order in which they run.
-std::vector<std::string> DescribeActions(unsigned int mask);
-
-// Says on standard output that the actions of a mask ran.
-void PrintActions(unsigned int mask);
+// Says on standard output that the actions of a mask (kioapp/platform.h) ran, in the order in which
+// they did. A script that failed is an event as well. To be called after the actions, before others
+// run.
+void ReportActions(unsigned int mask, Events* events);
 
 }  // namespace kiohost
 

@@ -1,18 +1,41 @@
 // The system() that the library calls: the program's comes before the C library's.
 //
 // The C library's ignores SIGINT while a command runs, so that a stop asked for meanwhile, or even
-// pending when the command begins, would be lost; it hands the host's blocked and ignored signals
-// on to the command; and it leaves the command in the host's process group, where Ctrl-C would end
-// a resync script, or the writing of a result document, half-way.
+// pending when the command begins, would be lost, and it waits for as long as the command takes. It
+// hands the host's blocked and ignored signals on to the command. And it leaves the command in the
+// host's process group, where Ctrl-C would end a resync script, or the writing of a result
+// document, half-way.
+#include "command.h"
+
 #include <spawn.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <deque>
+#include <optional>
+#include <utility>
 
+#include "signals.h"
+
+namespace kiohost {
 namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// How long a command may run on once the host is to stop, and how long it may take to end when it
+// is told to. Resync scripts and the writing of a document mostly end by themselves in that time.
+constexpr std::chrono::milliseconds kGrace(1300);
+constexpr std::chrono::milliseconds kLastGrace(400);
+
+// The same for what runs in the background: nobody waits for its result.
+constexpr std::chrono::milliseconds kBackgroundGrace(200);
+constexpr std::chrono::milliseconds kKillPatience(100);
 
 class SpawnAttributes {
  public:
@@ -40,27 +63,190 @@ class SpawnAttributes {
   bool valid_;
 };
 
-}  // namespace
-
-// Returns the command's wait status, -1 when it could not be started.
-extern "C" [[gnu::visibility("default")]] int system(const char* command) {
-  if (command == nullptr) {
-    return 1;  // there is a shell
-  }
+// Starts a shell that leads a process group; -1 when it cannot be started.
+pid_t StartShell(const char* command) {
   const SpawnAttributes attributes;
   // The strings are not written to; execve takes them so.
   char* const arguments[] = {const_cast<char*>("sh"), const_cast<char*>("-c"),
                              const_cast<char*>(command), nullptr};
-  pid_t child = -1;
-  if (!attributes.valid() ||
-      posix_spawn(&child, "/bin/sh", nullptr, attributes.get(), arguments, environ) != 0) {
-    return -1;
+  pid_t shell = -1;
+  return attributes.valid() &&
+                 posix_spawn(&shell, "/bin/sh", nullptr, attributes.get(), arguments, environ) == 0
+             ? shell
+             : -1;
+}
+
+bool GroupLives(pid_t group) { return kill(-group, 0) == 0 || errno != ESRCH; }
+
+long MillisecondsUntil(Clock::time_point time) {
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(time - Clock::now());
+  return std::max(0L, static_cast<long>(left.count()));
+}
+
+// Ends a command that does not end by itself once a stop was asked for. It is told to end first,
+// and killed when it does not.
+class Ending {
+ public:
+  explicit Ending(pid_t group) : group_(group) {}
+
+  // Does what is due. Returns the time until there is more to do, if there is.
+  std::optional<long> Advance() {
+    if (!StopRequested() || is_over()) {
+      return std::nullopt;
+    }
+    if (!next_) {
+      next_ = Clock::now() + kGrace;
+    }
+    if (Clock::now() >= *next_) {
+      Signal();
+    }
+    return MillisecondsUntil(*next_);
   }
-  int status = -1;
-  while (waitpid(child, &status, 0) < 0) {
-    if (errno != EINTR) {
-      return -1;
+
+  // The last signal that was sent, 0 before.
+  int signal_number() const { return signal_; }
+
+  // What still lives now is not to be waited for.
+  bool is_over() const { return signal_ == SIGKILL && Clock::now() >= *next_; }
+
+ private:
+  void Signal() {
+    const bool first = signal_ == 0;
+    signal_ = first ? SIGTERM : SIGKILL;
+    kill(-group_, signal_);
+    next_ = Clock::now() + (first ? kLastGrace : kKillPatience);
+  }
+
+  pid_t group_;
+  std::optional<Clock::time_point> next_;
+  int signal_ = 0;
+};
+
+// The child processes of the host, all of them. The library knows its shell by a function without
+// a context argument, so there is one of these.
+class Children {
+ public:
+  int Run(const char* command) {
+    // What commands leave in the background becomes a child of the host's, and not of a process
+    // that may never notice its end.
+    prctl(PR_SET_CHILD_SUBREAPER, 1);
+    CommandResult result;
+    result.command = command;
+    const pid_t shell = StartShell(command);
+    if (shell > 0) {
+      AwaitEnd(shell, &result);
+    }
+    results_.push_back(result);
+    if (results_.size() > kMostResults) {
+      results_.pop_front();
+    }
+    return result.status;
+  }
+
+  std::vector<CommandResult> TakeResults() {
+    std::vector<CommandResult> taken(results_.begin(), results_.end());
+    results_.clear();
+    return taken;
+  }
+
+  // Takes notice of all children that have ended. Returns whether `child` is none any more, with
+  // its status.
+  bool Reap(pid_t child, int* status) {
+    bool ended = false;
+    int one_status = 0;
+    pid_t one = 0;
+    while ((one = waitpid(-1, &one_status, WNOHANG)) > 0) {
+      if (one == child) {
+        *status = one_status;
+        ended = true;
+      }
+    }
+    // The number of a group may be another's once nobody is left in it: none is kept that long.
+    std::erase_if(left_groups_, [](pid_t group) { return !GroupLives(group); });
+    return ended || (one < 0 && errno == ECHILD);
+  }
+
+  void EndLeft() {
+    ChildWait wait;
+    for (const auto& [signal_number, patience] :
+         {std::pair(SIGTERM, kBackgroundGrace), std::pair(SIGKILL, kKillPatience)}) {
+      Reap(-1, nullptr);
+      for (const pid_t group : left_groups_) {
+        kill(-group, signal_number);
+      }
+      const auto end = Clock::now() + patience;
+      for (; !left_groups_.empty() && Clock::now() < end; Reap(-1, nullptr)) {
+        wait.Wait(MillisecondsUntil(end));
+      }
     }
   }
-  return status;
+
+ private:
+  static constexpr size_t kMostResults = 32;
+
+  void AwaitEnd(pid_t shell, CommandResult* result) {
+    ChildWait wait;
+    Ending ending(shell);
+    bool ended = Reap(shell, &result->status);
+    // What the shell started may take longer to end than the shell.
+    while (!ended || (ending.signal_number() != 0 && GroupLives(shell) && !ending.is_over())) {
+      wait.Wait(ending.Advance());
+      ended = Reap(shell, &result->status) || ended;
+    }
+    result->ended_by = ending.signal_number();
+    if (GroupLives(shell)) {
+      left_groups_.push_back(shell);
+    }
+  }
+
+  std::deque<CommandResult> results_;
+  std::vector<pid_t> left_groups_;  // whose shells have ended
+};
+
+std::string KilledBy(int signal_number) {
+  return "killed by signal " + std::to_string(signal_number);
+}
+
+Children& TheChildren() {
+  static Children children;
+  return children;
+}
+
+}  // namespace
+
+std::string DescribeFailure(const CommandResult& result) {
+  constexpr int kNotExecutable = 126;  // by which a shell says so
+  constexpr int kNotFound = 127;
+  constexpr int kKilled = 128;  // and the signal by which its command was
+  if (result.status == -1) {
+    return "could not be started";
+  }
+  if (result.ended_by != 0) {
+    return KilledBy(result.ended_by) + " as the host stopped";
+  }
+  if (WIFSIGNALED(result.status)) {
+    return KilledBy(WTERMSIG(result.status));
+  }
+  const int code = WEXITSTATUS(result.status);
+  const std::string text = "exit status " + std::to_string(code);
+  if (code > kKilled && code <= kKilled + SIGRTMAX) {
+    return text + " (" + KilledBy(code - kKilled) + ")";
+  }
+  return text + (code == kNotFound        ? " (not found)"
+                 : code == kNotExecutable ? " (not executable)"
+                                          : "");
+}
+
+std::vector<CommandResult> TakeCommandResults() { return TheChildren().TakeResults(); }
+
+void NoteEndedProcesses() { TheChildren().Reap(-1, nullptr); }
+
+void EndLeftProcesses() { TheChildren().EndLeft(); }
+
+}  // namespace kiohost
+
+// Returns the command's wait status, -1 when it could not be started.
+extern "C" [[gnu::visibility("default")]] int system(const char* command) {
+  return command == nullptr ? 1  // there is a shell
+                            : kiohost::TheChildren().Run(command);
 }

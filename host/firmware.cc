@@ -68,7 +68,7 @@ bool Firmware::Refuse(const std::string& file) {
 }
 
 void Firmware::WriteImage() {
-  PrintActions(KIOAPP_SYNC_FW_UPGRADE);
+  ReportActions(KIOAPP_SYNC_FW_UPGRADE, events_);
   const std::string image = temp_dir_ + "/" + store_->Get(kImageNameNode).value_or("upld.bin");
   const std::string written = partition_ + ".new";
   if (Refuse(image)) {

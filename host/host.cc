@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "command.h"
 #include "device_routes.h"
 #include "listener.h"
 #include "login_routes.h"
@@ -45,8 +46,8 @@ void WaitUntil(std::chrono::steady_clock::time_point end) {
 Host::Host(Store* store, const Settings& settings)
     : settings_(settings),
       exchange_(store, settings.temp_dir),
-      settings_routes_(&exchange_),
-      variables_(store, &exchange_),
+      settings_routes_(&exchange_, &events_),
+      variables_(store, &exchange_, &events_),
       variable_routes_(&variables_, settings.catalogue),
       firmware_(store, &events_, settings.temp_dir, settings.state_dir + "/firmware.partition"),
       firmware_routes_(&firmware_),
@@ -88,6 +89,7 @@ Status Host::Run() {
   if (follow_up_) {
     follow_up_->run();
   }
+  EndLeftProcesses();
   return status;
 }
 
@@ -98,6 +100,7 @@ void Host::WaitAndServe() {
   WaitForEvents(max_fd, &sets.read, &sets.write, &sets.except, MillisecondsToWait());
   clients_.SweepIfDue();
   channel_watch_.LookWhenDue();
+  NoteEndedProcesses();
   server_.Run(sets.read, sets.write, sets.except);
 }
 

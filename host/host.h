@@ -44,7 +44,7 @@ class Host {
   // Listens, and says on standard output where.
   Status Start();
 
-  // Serves until SIGTERM or SIGINT. Fails when the port is lost.
+  // Serves until SIGTERM, SIGINT or SIGHUP. Fails when the port is lost.
   Status Run();
 
  private:
@@ -56,11 +56,11 @@ class Host {
   Settings settings_;
   Router router_;
   Clients clients_;
+  Events events_;
   Exchange exchange_;
   SettingsRoutes settings_routes_;
   Variables variables_;
   VariableRoutes variable_routes_;
-  Events events_;
   Firmware firmware_;
   FirmwareRoutes firmware_routes_;
   ChannelWatch channel_watch_;

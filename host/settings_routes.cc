@@ -81,7 +81,7 @@ Reply SettingsRoutes::RunExchange(const RequestView& request) {
   if (outcome.commit != CommitKind::kNone) {
     reply.follow_up.wait_seconds = outcome.wait_seconds;
     reply.follow_up.run = [this, commit = outcome.commit] {
-      PrintActions(exchange_->Commit(commit));
+      ReportActions(exchange_->Commit(commit), events_);
     };
   }
   return reply;

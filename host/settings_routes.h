@@ -2,6 +2,7 @@
 #ifndef HOST_SETTINGS_ROUTES_H
 #define HOST_SETTINGS_ROUTES_H
 
+#include "events.h"
 #include "exchange.h"
 #include "reply.h"
 #include "request_view.h"
@@ -11,7 +12,7 @@ namespace kiohost {
 
 class SettingsRoutes {
  public:
-  explicit SettingsRoutes(Exchange* exchange) : exchange_(exchange) {}
+  SettingsRoutes(Exchange* exchange, Events* events) : exchange_(exchange), events_(events) {}
 
   // The routes use this object for as long as they are.
   void AddTo(Router* router);
@@ -21,6 +22,7 @@ class SettingsRoutes {
   Reply LastResult();
 
   Exchange* exchange_;
+  Events* events_;
 };
 
 }  // namespace kiohost

@@ -1,5 +1,6 @@
 #include "signals.h"
 
+#include <poll.h>
 #include <sys/time.h>
 
 #include <algorithm>
@@ -14,6 +15,9 @@ volatile std::sig_atomic_t g_stop_requested = 0;
 
 extern "C" void RequestStop(int /*signal*/) { g_stop_requested = 1; }
 
+// For signals that are to end a wait and nothing else.
+extern "C" void NoteOnly(int /*signal*/) {}
+
 bool Handle(int signal_number, void (*handler)(int)) {
   struct sigaction action = {};
   action.sa_handler = handler;
@@ -21,27 +25,55 @@ bool Handle(int signal_number, void (*handler)(int)) {
   return sigaction(signal_number, &action, nullptr) == 0;
 }
 
+// Whoever starts a program with SIGHUP ignored (nohup) wants it to outlive its terminal.
+bool HandleHangup() {
+  struct sigaction before = {};
+  return sigaction(SIGHUP, nullptr, &before) == 0 &&
+         (before.sa_handler == SIG_IGN || Handle(SIGHUP, RequestStop));
+}
+
 bool IsPending(int signal_number) {
   sigset_t pending;
   return sigpending(&pending) == 0 && sigismember(&pending, signal_number) == 1;
 }
 
-// SIGALRM, so that deferred work does not interrupt the library; SIGTERM and SIGINT, so that none
-// falls between a look at the flag and the wait.
-constexpr int kWaitedFor[] = {SIGALRM, SIGTERM, SIGINT};
+// SIGALRM, so that deferred work does not interrupt the library; the stops, so that none falls
+// between a look at the flag and the wait.
+constexpr int kWaitedFor[] = {SIGALRM, SIGTERM, SIGINT, SIGHUP};
+
+// While a command runs: the alarm would call the library, which is in the midst of a call.
+constexpr int kWaitedForWithChildren[] = {SIGCHLD, SIGTERM, SIGINT, SIGHUP};
 
 bool IsAnyPending() { return std::any_of(std::begin(kWaitedFor), std::end(kWaitedFor), IsPending); }
+
+constexpr long kMillisecondsPerSecond = 1000;
+constexpr long kNanosecondsPerMillisecond = 1000000;
+
+timespec Timespec(long milliseconds) {
+  timespec time = {};
+  time.tv_sec = milliseconds / kMillisecondsPerSecond;
+  time.tv_nsec = milliseconds % kMillisecondsPerSecond * kNanosecondsPerMillisecond;
+  return time;
+}
+
+bool BlockAll(sigset_t* before) {
+  sigset_t set;
+  sigemptyset(&set);
+  sigaddset(&set, SIGCHLD);
+  for (const int signal_number : kWaitedFor) {
+    sigaddset(&set, signal_number);
+  }
+  return sigprocmask(SIG_BLOCK, &set, before) == 0;
+}
 
 }  // namespace
 
 bool InstallSignals() {
-  sigset_t waited_for;
-  sigemptyset(&waited_for);
-  for (const int signal_number : kWaitedFor) {
-    sigaddset(&waited_for, signal_number);
-  }
-  return sigprocmask(SIG_BLOCK, &waited_for, nullptr) == 0 && Handle(SIGPIPE, SIG_IGN) &&
-         Handle(SIGTERM, RequestStop) && Handle(SIGINT, RequestStop);
+  // Until the library sets its own handler, an alarm has nothing to do. Children that end are
+  // forgotten by the system when SIGCHLD is ignored, as it may be from the start.
+  return BlockAll(nullptr) && Handle(SIGPIPE, SIG_IGN) && Handle(SIGALRM, NoteOnly) &&
+         Handle(SIGCHLD, NoteOnly) && Handle(SIGTERM, RequestStop) && Handle(SIGINT, RequestStop) &&
+         HandleHangup();
 }
 
 Alarm AlarmState() {
@@ -58,8 +90,6 @@ bool StopRequested() { return g_stop_requested != 0; }
 
 void WaitForEvents(int max_fd, fd_set* read_set, fd_set* write_set, fd_set* except_set,
                    std::optional<long> milliseconds) {
-  constexpr long kMillisecondsPerSecond = 1000;
-  constexpr long kNanosecondsPerMillisecond = 1000000;
   sigset_t mask;
   sigprocmask(SIG_SETMASK, nullptr, &mask);
   for (const int signal_number : kWaitedFor) {
@@ -73,11 +103,7 @@ void WaitForEvents(int max_fd, fd_set* read_set, fd_set* write_set, fd_set* exce
     sigprocmask(SIG_SETMASK, &mask, &blocked);
     sigprocmask(SIG_SETMASK, &blocked, nullptr);
   }
-  timespec timeout = {};
-  if (milliseconds) {
-    timeout.tv_sec = *milliseconds / kMillisecondsPerSecond;
-    timeout.tv_nsec = *milliseconds % kMillisecondsPerSecond * kNanosecondsPerMillisecond;
-  }
+  const timespec timeout = Timespec(milliseconds.value_or(0));
   if (served || pselect(max_fd + 1, read_set, write_set, except_set,
                         milliseconds ? &timeout : nullptr, &mask) < 0) {
     // A signal ended the wait; the sets are as they were asked for, not as they are.
@@ -85,6 +111,21 @@ void WaitForEvents(int max_fd, fd_set* read_set, fd_set* write_set, fd_set* exce
     FD_ZERO(write_set);
     FD_ZERO(except_set);
   }
+}
+
+// Where the alarm is being served, the stops are let through before this.
+ChildWait::ChildWait() { BlockAll(&before_); }
+
+ChildWait::~ChildWait() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
+
+void ChildWait::Wait(std::optional<long> milliseconds) {
+  sigset_t mask;
+  sigprocmask(SIG_SETMASK, nullptr, &mask);
+  for (const int signal_number : kWaitedForWithChildren) {
+    sigdelset(&mask, signal_number);
+  }
+  const timespec timeout = Timespec(milliseconds.value_or(0));
+  ppoll(nullptr, 0, milliseconds ? &timeout : nullptr, &mask);
 }
 
 }  // namespace kiohost

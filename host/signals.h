@@ -4,13 +4,15 @@
 
 #include <sys/select.h>
 
+#include <csignal>
 #include <optional>
 
 namespace kiohost {
 
-// Installs the signal handling of the process: SIGPIPE is ignored, SIGTERM and SIGINT ask for a
-// stop. These two and SIGALRM are blocked but for the waits below: work that the library defers by
-// an alarm never interrupts a call into the library. Returns false when the system refuses.
+// Installs the signal handling of the process: SIGPIPE is ignored; SIGTERM, SIGINT and SIGHUP ask
+// for a stop, SIGHUP unless it was ignored before. These, SIGALRM and SIGCHLD are blocked but for
+// the waits below: work that the library defers by an alarm never interrupts a call into the
+// library. Returns false when the system refuses.
 bool InstallSignals();
 
 // Whether a stop was asked for.
@@ -29,6 +31,24 @@ Alarm AlarmState();
 // served even when the wait is over at once because a descriptor is ready.
 void WaitForEvents(int max_fd, fd_set* read_set, fd_set* write_set, fd_set* except_set,
                    std::optional<long> milliseconds);
+
+// Waits for child processes, in calls of the library too: no alarm is served. For as long as it
+// lives, the end of a child and a stop are served in `Wait` alone, so that none is missed between a
+// look and a wait.
+class ChildWait {
+ public:
+  ChildWait();
+  ~ChildWait();
+  ChildWait(const ChildWait&) = delete;
+  ChildWait& operator=(const ChildWait&) = delete;
+
+  // Returns when a child has ended, a stop is asked for, or the time is over (without
+  // `milliseconds`: without limit). It may return earlier.
+  void Wait(std::optional<long> milliseconds);
+
+ private:
+  sigset_t before_ = {};
+};
 
 }  // namespace kiohost
 

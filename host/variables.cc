@@ -117,7 +117,7 @@ Variables::Answer Variables::RunAction(const std::string& action, const std::str
     return {code, value.text(), {}};
   });
   if (action == kSurveyAction && answer.code == KIOAPP_VAR_DONE) {
-    PrintActions(KIOAPP_SYNC_SITE_SURVEY);
+    ReportActions(KIOAPP_SYNC_SITE_SURVEY, events_);
   }
   return answer;
 }
@@ -174,7 +174,7 @@ void Variables::FinishCommit(unsigned int mask) {
   }
   commit_is_due_ = false;
   exchange_->FinishCommit(mask);
-  PrintActions(mask);
+  ReportActions(mask, events_);
 }
 
 }  // namespace kiohost

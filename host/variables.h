@@ -7,6 +7,7 @@
 #include <functional>
 #include <string>
 
+#include "events.h"
 #include "exchange.h"
 #include "reply.h"
 #include "status.h"
@@ -27,7 +28,8 @@ class Variables {
   static constexpr size_t kMaxValue = 127;
 
   // The store must be bound to the library.
-  Variables(Store* store, Exchange* exchange) : store_(store), exchange_(exchange) {}
+  Variables(Store* store, Exchange* exchange, Events* events)
+      : store_(store), exchange_(exchange), events_(events) {}
 
   // Names are taken as the library takes them, document paths included. None of these runs an
   // action: for them an action is no variable.
@@ -66,6 +68,7 @@ class Variables {
 
   Store* store_;
   Exchange* exchange_;
+  Events* events_;
   bool in_series_ = false;
   unsigned int exchanges_seen_ = 0;
   bool commit_is_due_ = false;

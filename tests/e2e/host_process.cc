@@ -49,6 +49,7 @@ pid_t Spawn(const std::vector<std::string>& arguments, const std::string& output
     const int errors = open(error_file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, kMode);
     dup2(output, STDOUT_FILENO);
     dup2(errors, STDERR_FILENO);
+    signal(SIGHUP, SIG_DFL);  // these tests may have been started to outlive their terminal
     execv(argv[0], argv.data());
     _exit(kExecFailed);
   }

@@ -1,0 +1,32 @@
+// The shell commands of the library: what became of them, and what they left running.
+#ifndef HOST_COMMAND_H
+#define HOST_COMMAND_H
+
+#include <string>
+#include <vector>
+
+namespace kiohost {
+
+struct CommandResult {
+  std::string command;
+  int status = -1;   // as of waitpid; -1 when it could not be started
+  int ended_by = 0;  // the signal by which the host, as it stopped, ended it
+
+  bool ok() const { return status == 0; }
+};
+
+// "exit status 7" and the like, for a command that is not ok.
+std::string DescribeFailure(const CommandResult& result);
+
+// The results since the last call, the oldest first. Of many, the latest are kept.
+std::vector<CommandResult> TakeCommandResults();
+
+// Takes notice of processes that commands left in the background and that have ended since.
+void NoteEndedProcesses();
+
+// Ends what commands left running in their process groups, by force when it must be.
+void EndLeftProcesses();
+
+}  // namespace kiohost
+
+#endif  // HOST_COMMAND_H
