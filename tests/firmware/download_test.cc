@@ -78,12 +78,10 @@ class HostileDownloadTest : public ::testing::TestWithParam<const char*> {
     host_.run_commands = true;
   }
 
-  void ExpectHarmless(const std::string& text) {
+  void ExpectFetched(const std::string& file, const std::string& address) {
     for (const char* const command_template :
          {"fetch \"$savefn\" \"$url\"", "fetch '$savefn' '$url'", "fetch $savefn $url",
           "fetch -- \"$savefn\" '$url'", "fetch \"\"$savefn \"$url\"''"}) {
-      std::string file = "file" + text;
-      const std::string address = "http://h/" + text;
       const std::string command = Command(command_template, file, address);
       std::string run = "cd ";
       run += directory_.path();
@@ -92,8 +90,14 @@ class HostileDownloadTest : public ::testing::TestWithParam<const char*> {
       run += command;
       host_.RunCommand(run.c_str());
       ASSERT_FALSE(FileExists(directory_.File("X"))) << command;
-      ASSERT_EQ(ReadFile(directory_.File("got")), file.append("|").append(address)) << command;
+      ASSERT_EQ(ReadFile(directory_.File("got")), file + "|" + address) << command;
     }
+  }
+
+  void ExpectHarmless(const std::string& text) {
+    ExpectFetched("file" + text, "http://h/" + text);
+    // Nothing stands before the text: its first character is put in as all others are.
+    ExpectFetched(text, text);
     // A backslash of the template's own before it.
     for (const char* const command_template :
          {"fetch \"\\$savefn\" \"\\$url\"", "fetch \\$savefn \\$url"}) {
