@@ -11,6 +11,7 @@
 #include <cstring>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <string>
 
 #include "image_file.h"
@@ -26,6 +27,8 @@ struct Calls {
   std::function<void()> after_fstat;
   std::function<void()> after_mmap;
   std::function<void(int)> before_pread;  // with the number of the call
+  std::map<int, int> pread_errors;        // by the number of the call; no other one fails
+  std::size_t pread_limit = static_cast<std::size_t>(-1);  // bytes that a call reads at most
   int preads = 0;
   int mapped = 0;
   int opened = 0;
@@ -220,6 +223,36 @@ TEST_F(ImageTest, FileCutMeanwhileIsRefused) {
   EXPECT_EQ(Check(path, 0, 30064), BadSize(path));
 }
 
+// Every call fails in turn and would go on if it were made again: what cannot be read is not asked
+// for once more.
+TEST_F(ImageTest, ReadThatFailsIsRefused) {
+  const std::string path = File(MakeImage(SomeBytes(30000)));
+  ASSERT_EQ(Check(path, 0, 30064), "1");
+  const int calls = g_calls.preads;
+  ASSERT_EQ(calls, 5) << "the header and four pieces of the data";
+  for (const int error : {EIO, EISDIR, EAGAIN}) {
+    for (int call = 1; call <= calls; ++call) {
+      g_calls = {};
+      g_calls.pread_errors = {{call, error}};
+      EXPECT_EQ(Check(path, 0, 30064), BadSize(path)) << "call " << call << ", error " << error;
+      EXPECT_EQ(g_calls.preads, call) << "it is the last one";
+    }
+  }
+}
+
+TEST_F(ImageTest, InterruptedReadIsMadeAgain) {
+  const std::string path = File(MakeImage(SomeBytes(30000)));
+  for (int call = 1; call <= 5; ++call) {
+    g_calls = {};
+    g_calls.pread_errors = {{call, EINTR}, {call + 1, EINTR}};
+    EXPECT_EQ(Check(path, 0, 30064), "1") << call;
+    EXPECT_EQ(g_calls.preads, 7);
+  }
+  g_calls = {};
+  g_calls.pread_limit = 63;
+  EXPECT_EQ(Check(path, 0, 30064), "1") << "a read of a part goes on behind it";
+}
+
 TEST_F(ImageTest, LongPathsFitTheRoomThatCallersProvide) {
   std::string path = directory_.path();
   for (int i = 0; i < 10; ++i) {
@@ -346,10 +379,16 @@ int __wrap_close(int descriptor) {
 }
 
 ssize_t __wrap_pread(int descriptor, void* data, size_t size, off_t offset) {
+  ++g_calls.preads;
   if (g_calls.before_pread) {
-    g_calls.before_pread(++g_calls.preads);
+    g_calls.before_pread(g_calls.preads);
   }
-  return __real_pread(descriptor, data, size, offset);
+  const auto error = g_calls.pread_errors.find(g_calls.preads);
+  if (error != g_calls.pread_errors.end()) {
+    errno = error->second;
+    return -1;
+  }
+  return __real_pread(descriptor, data, std::min(size, g_calls.pread_limit), offset);
 }
 
 }  // extern "C"
