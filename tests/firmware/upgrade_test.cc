@@ -126,10 +126,27 @@ TEST_F(UpgradeTest, SearchReadsTheDirectoryAgain) {
   EXPECT_EQ(rssXmlData.tmpPath, directory_.path());
 }
 
+// Before the step, which needs it: the status document at its end would read it by itself.
 TEST_F(UpgradeTest, DirectoryIsReadWhenItIsNotKnown) {
+  const Commands removal = Act('0');
+  ASSERT_EQ(removal.size(), 1U);
+  ASSERT_EQ(removal[0].find("rm -f \"" + Path("rsscheckfw.xml") + "\""), 0U);
   rssXmlData.tmpPath[0] = '\0';
-  Act('9');
+  EXPECT_EQ(Act('0'), removal);
   EXPECT_EQ(rssXmlData.tmpPath, directory_.path());
+  const std::vector<StoreCall>& calls = host_.calls();
+  ASSERT_FALSE(calls.empty());
+  EXPECT_EQ(calls[0],
+            (StoreCall{StoreCall::Kind::kGetText, "/zentrolinks/tempdirecory", directory_.path()}));
+}
+
+TEST_F(UpgradeTest, KnownDirectoryIsNotReadAgain) {
+  host_.Set("/zentrolinks/tempdirecory", "/elsewhere");
+  EXPECT_EQ(Act('0')[0].find("rm -f \"" + Path("rsscheckfw.xml") + "\""), 0U);
+  EXPECT_EQ(rssXmlData.tmpPath, directory_.path());
+  for (const StoreCall& call : host_.calls()) {
+    EXPECT_NE(call.path, "/zentrolinks/tempdirecory");
+  }
 }
 
 TEST_F(UpgradeTest, DownloadRunsInTheBackground) {
