@@ -215,6 +215,19 @@ TEST_F(CommitTest, PlainCloningCommitIsTheCommit) {
   EXPECT_EQ(Host().commands(), (Commands{kDeviceScript}));
 }
 
+TEST_F(CommitTest, SuccessfulCommitLogsNoFailure) {
+  for (const int actions : {1, 4 | 32, 16, 64}) {
+    rssXmlData.exeflag = actions;
+    log_file::Start(5);
+    EXPECT_EQ(do_RssXml_Commit(), 0U);
+    EXPECT_EQ(log_file::Contents(), "") << actions;
+    log_file::Start(7);
+    EXPECT_EQ(do_RssXml_Commit(), 0U);
+    EXPECT_THAT(log_file::Contents(), ::testing::HasSubstr("]done\n"));
+    EXPECT_THAT(log_file::Contents(), ::testing::Not(::testing::HasSubstr("fail")));
+  }
+}
+
 TEST_F(CommitTest, LogsEntryMaskAndEnd) {
   log_file::Start(7);
   rssXmlData.exeflag = 36;
