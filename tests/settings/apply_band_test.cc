@@ -101,6 +101,17 @@ TEST_F(ApplyBandTest, LockedRadioSwitchIsRefused) {
   }
 }
 
+TEST_F(ApplyBandTest, OtherStoredRadioSwitchesAreNotLocked) {
+  for (const int stored : {-2, 0, 4, 5, 255}) {
+    Reset();
+    Host().Set(Node("wlenbl"), stored);
+    ExpectChanges({Node("wlenbl=1"), kMode24});
+  }
+  Reset();
+  Host().Delete(Node("wlenbl"));
+  ExpectChanges({Node("wlenbl=1"), kMode24});
+}
+
 TEST_F(ApplyBandTest, RadioSwitchAboveOneIsRefused) {
   for (const int value : {2, 3}) {
     Band().wlEnbl = value;
@@ -125,6 +136,13 @@ TEST_F(ApplyBandTest, ScheduleAboveOneIsRefused) {
 TEST_F(ApplyBandTest, StoredScheduleThreeIsNotLocked) {
   Host().Set(Node("wlschedule"), 3);
   ExpectChanges({Node("wlschedule=0"), kMode24});
+}
+
+TEST_F(ApplyBandTest, OtherStoredSchedulesAreNotLocked) {
+  for (const int stored : {-2, 1, 4, 255}) {
+    Host().Set(Node("wlschedule"), stored);
+    ExpectChanges({Node("wlschedule=0"), kMode24});
+  }
 }
 
 TEST_F(ApplyBandTest, RefusalInTheSecondRadioKeepsTheFirstRadiosChanges) {

@@ -66,6 +66,14 @@ TEST_F(ApplyCloningTest, StoredLockedSwitchEndsTheRadios) {
   }
 }
 
+TEST_F(ApplyCloningTest, OtherStoredSwitchesAreNotLocked) {
+  for (const int stored : {-2, 0, 4, 5, 255}) {
+    Reset();
+    Host().Set(Node("wlenbl"), stored);
+    EXPECT_EQ(Apply(), (Texts{Node("wlenbl=1"), kMode24, kMode5, kNotFactory})) << stored;
+  }
+}
+
 TEST_F(ApplyCloningTest, LockedSwitchOfTheSecondRadioKeepsTheFirst) {
   Host().Set("/lan/wireless5:1/wlenbl", 2);
   Put(Band().wirelessName, "New");
@@ -107,6 +115,15 @@ TEST_F(ApplyCloningTest, StoredScheduleTwoIsLeftAlone) {
   Host().Set(Node("wlschedule"), 2);
   Band().wlSchedule = 1;
   EXPECT_EQ(Apply(), (Texts{kMode24, kMode5}));
+}
+
+TEST_F(ApplyCloningTest, OtherStoredSchedulesAreWritten) {
+  for (const int stored : {-2, 0, 3, 4, 255}) {
+    Reset();
+    Host().Set(Node("wlschedule"), stored);
+    Band().wlSchedule = 1;
+    EXPECT_EQ(Apply(), (Texts{Node("wlschedule=1"), kMode24, kMode5, kNotFactory})) << stored;
+  }
 }
 
 TEST_F(ApplyCloningTest, RequestedScheduleTwoBecomesZero) {

@@ -117,6 +117,16 @@ TEST_F(ApplyDeviceTest, LockedRouterSwitchIsRefused) {
   }
 }
 
+TEST_F(ApplyDeviceTest, OtherStoredRouterSwitchesAreNotLocked) {
+  for (const int stored : {-2, 0, 4, 5, 255}) {
+    StoreSampleDevice();
+    Host().Set("/sys/routerenbl", stored);
+    Host().ClearCalls();
+    EXPECT_EQ(Apply_RssXmlToDevice(), 1);
+    EXPECT_EQ(Changes(), Join({{"/sys/routerenbl=1"}, kAlways, {kNotFactory}})) << stored;
+  }
+}
+
 TEST_F(ApplyDeviceTest, LockedRouterSwitchMayBeSentAsItIs) {
   Host().Set("/sys/routerenbl", 2);
   Rec().routerEnbl = 2;
