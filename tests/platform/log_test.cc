@@ -60,6 +60,38 @@ TEST_F(LogTest, DirectoryFromTheStore) {
   });
 }
 
+TEST_F(LogTest, DirectoryOfOneCharacter) {
+  InNewProcess([&] {
+    std::filesystem::current_path(directory_.path());
+    std::filesystem::create_directory("d");
+    host_.Set("/zentrolinks/tempdirecory", "/elsewhere");
+    LogTo("d");
+    logPrintf(5, "x\n");
+    EXPECT_EQ(ReadFile(directory_.File("d/DL_log.txt")), "1000: x\n");
+    EXPECT_STREQ(daemon_log_path, "d");
+    EXPECT_THAT(host_.calls(), IsEmpty());
+  });
+}
+
+TEST_F(LogTest, DirectoryOfOneCharacterFromTheStore) {
+  InNewProcess([&] {
+    std::filesystem::current_path(directory_.path());
+    std::filesystem::create_directory("d");
+    host_.Set("/zentrolinks/tempdirecory", "d");
+    logPrintf(5, "x\n");
+    EXPECT_EQ(ReadFile(directory_.File("d/DL_log.txt")), "1000: x\n");
+  });
+}
+
+TEST_F(LogTest, HeaderOfOneCharacter) {
+  InNewProcess([&] {
+    LogTo(directory_.path());
+    std::snprintf(daemon_log_header, sizeof(daemon_log_header), "h");
+    logPrintf(5, "x\n");
+    EXPECT_EQ(ReadFile(directory_.File("h_log.txt")), "1000: x\n");
+  });
+}
+
 TEST_F(LogTest, LongStoreTextIsCutToTheDirectory) {
   InNewProcess([&] {
     host_.text_for_every_node = std::string(4000, 'd');
