@@ -16,9 +16,16 @@ fi
 # The router counts bytes.
 export LC_ALL=C
 
-# The answer is {"model": ..., "uptime": SECONDS, ...}; curl adds the address that it was asked from.
-answer=$(curl -sSf -w '%{local_ip}' "$router/device")
-uptime=$(sed -n 's/.*"uptime": \([0-9]*\)[,}].*/\1/p' <<<"$answer")
+# The answer is {"model": ..., "name": ..., "uptime": SECONDS, "events": [...]}; curl adds a line with
+# the address that it was asked from.
+answer=$(curl -sSf -w '\n%{local_ip}' "$router/device")
+# Events have an uptime as well, and any text may stand in the name: all that is quoted goes but the
+# word itself, then what is nested, so that one "uptime" is left.
+uptime=$(tr -d ' \t\r\n' <<<"${answer%$'\n'*}" |
+  sed -n 's/\\.//g; s/"uptime":/u/g; s/"[^"]*"//g
+    :nested
+    s/\(.\)[[{][^][{}]*[]}]/\1/; t nested
+    s/.*u\([0-9]\{1,\}\)[,}].*/\1/p')
 address=${answer##*$'\n'}
 [[ -n $uptime && -n $address ]] || {
   echo "this is no router: $answer" >&2

@@ -1,9 +1,11 @@
 #!/bin/bash
-# Logs in with examples/login.sh, by the real clock. Usage: login_example_test.sh KIOHOST SOURCE_DIR
+# Logs in with examples/login.sh, by the real clock but for the uptime of old events.
+# Usage: login_example_test.sh KIOHOST SOURCE_DIR FAKE_UPTIME
 set -euo pipefail
 
 kiohost=$1
 source_dir=$2
+fake_uptime=$3
 work=$(mktemp -d /tmp/kio.XXXXXX)
 host_pid=
 cleanup() {
@@ -69,4 +71,63 @@ expect 'the password as stored' "$long" \
   "$("$kiohost" --store "$work/store.db" --get /sys/user:1/password)"
 expect 'a long password' $'logged in\nexit 0' "$(login "$long")"
 stop
+
+# Events of two hours ago, and a name that looks like an uptime. The host's uptime is a file's.
+sed -e '$ a /lan/wireless2.4:1/channelusing = 11' \
+  -e 's|^/sys/friendlyname = .*|/sys/friendlyname = "x\\"uptime\\": 5, [{\\\\"|' \
+  "$source_dir/host/profiles/dual-band-router.profile" >"$work/events.profile"
+export KIO_TEST_UPTIME=$work/uptime
+uptime() {
+  echo "$1" >"$work/uptime.new"
+  mv "$work/uptime.new" "$work/uptime"
+}
+uptime 3000
+# A sanitizer wants to be loaded first.
+export LD_PRELOAD=$fake_uptime ASAN_OPTIONS=verify_asan_link_order=0
+start --profile "$work/events.profile" --factory-reset
+unset LD_PRELOAD
+for _ in {1..200}; do
+  ! grep -q '^event' "$work/out" || break
+  sleep 0.05
+done
+uptime 10200
+curl -sS "$ROUTER/device" >"$work/device"
+expect 'an event of old' 1 "$(grep -cF '"uptime": 10200, "events": [{"uptime": 3000, ' "$work/device")"
+expect 'the name' 1 "$(grep -cF '"name": "x\"uptime\": 5, [{\\"' "$work/device")"
+expect 'the password, with events' $'logged in\nexit 0' "$(login change-me-soon)"
+stop
+
+# Whatever else a router may say of itself. A curl of the test's own gives that answer, and shows
+# what is sent to it.
+mkdir "$work/bin"
+cat >"$work/bin/curl" <<'END'
+#!/bin/bash
+if [[ $* == */device ]]; then
+  printf '%s\n192.0.2.7' "$DEVICE"
+else
+  cat
+fi
+END
+chmod +x "$work/bin/curl"
+# key DEVICE: the key that the example makes of an answer.
+key() {
+  DEVICE=$1 KIO_PASSWORD=change-me-soon PATH=$work/bin:$PATH \
+    "$source_dir/examples/login.sh" http://router 2>/dev/null || echo none
+}
+wanted=kioAppKey=:$(printf '%s' "$((5127 / 20))192.0.2.7adminchange-me-soon" | md5sum | cut -c 1-32)
+while read -r device; do
+  expect "$device" "$wanted" "$(key "$device")"
+done <<'END'
+{"uptime": 5127}
+{"uptime":5127,"events":[]}
+{"events": [{"uptime": 5, "text": "x"}, {"uptime": 9, "text": "y"}], "uptime": 5127}
+{"uptime": 5127, "events": [{"uptime": 5, "text": "]}, \"uptime\": 7, {["}], "name": "y"}
+{"name": "\\\\", "uptime" : 5127 , "radio": {"uptime": 5, "list": [[1], {"uptime": 8}]}}
+{"name": "}\\\"uptime\": 5, \\", "model": "uptime", "on": true, "uptime": 5127, "up": null}
+{"text": "u5,", "name": "{\"uptime\": 5}", "uptime": 5127, "a": "\u0022uptime\u0022: 5,"}
+END
+expect 'an answer on several lines' "$wanted" "$(key $'{\n "events": [\n ],\n\t"uptime":\n 5127\n}\r\n')"
+for device in '' 'ok' '{"name": "\"uptime\": 5,"}' '{"events": [{"uptime": 5}]}' '{"uptime": "5"}'; do
+  expect "no router: $device" none "$(key "$device")"
+done
 ((status == 0))
