@@ -53,8 +53,10 @@ mapfile -t units < <(
   units dev | sed 's|^|dev |'
   units bench | grep "^$(pwd -P)/bench/" | sed 's|^|bench |'
 )
-mapfile -t scripts < <(grep -rlIE '^#!(/usr)?/bin/(env )?(ba)?sh' --exclude-dir=build \
-  --exclude-dir=.git . | sort)
+mapfile -t scripts < <({
+  grep -rlIE '^#!(/usr)?/bin/(env )?(ba)?sh' --exclude-dir=build --exclude-dir=.git .
+  find . -name '*.sh' -not -path './build/*'
+} | sort -u)
 for count in ${#sources[@]} ${#units[@]} ${#scripts[@]}; do
   if [[ $count -eq 0 ]]; then
     echo "found nothing to check" >&2
@@ -102,7 +104,7 @@ echo "clang-tidy: $((${#units[@]} + ${#alone[@]})) units"
 } 2> >(grep -Ev '^[0-9]+ warnings? (and [0-9]+ errors? )?generated\.$' >&2)
 
 echo "shellcheck: ${#scripts[@]} files"
-shellcheck "${scripts[@]}" || failed+=(shellcheck)
+shellcheck -x "${scripts[@]}" || failed+=(shellcheck)
 
 if [[ ${#failed[@]} -gt 0 ]]; then
   echo "lint: findings of $(printf '%s\n' "${failed[@]}" | sort -u | xargs)" >&2

@@ -1,7 +1,10 @@
 #!/usr/bin/env bash
-# packages.sh [demo|test|target]: installs the Debian packages that ./demo, ./test (the default) or
-# ./test --target needs, as far as they are missing. This is the one list of them.
+# packages.sh [demo|test|target [COMMAND]]: installs the Debian packages that ./demo, ./test (the
+# default) or ./test --target needs, as far as they are missing. This is the one list of them.
+# COMMAND is what to type once it has failed and the reason is gone.
 set -euo pipefail
+# shellcheck source=cmake/progress.sh
+. "$(dirname "${BASH_SOURCE[0]}")/progress.sh"
 
 # To build the library and the reference host, to talk to it, and to give it a firmware server.
 demo_packages=(
@@ -10,7 +13,6 @@ demo_packages=(
   g++
   libmicrohttpd-dev
   libsqlite3-dev
-  nginx-light
   ninja-build
   pkg-config
   procps
@@ -57,14 +59,17 @@ case ${1:-test} in
   test) wanted=("${demo_packages[@]}" "${test_packages[@]}") ;;
   target) wanted=("${demo_packages[@]}" "${test_packages[@]}" "${target_packages[@]}") ;;
   *)
-    echo "usage: ${0##*/} [demo|test|target]" >&2
+    echo "usage: ${0##*/} [demo|test|target [COMMAND]]" >&2
     exit 2
     ;;
 esac
 
+again=${2:-$0 ${1:-test}}
+
 if ! command -v dpkg-query > /dev/null || ! command -v apt-get > /dev/null; then
   echo "This system has no apt-get. Install by other means what these Debian packages hold:" >&2
   echo "  ${wanted[*]}" >&2
+  echo "The script goes on when dpkg-query knows them; the README tells how to build by hand." >&2
   exit 1
 fi
 
@@ -79,17 +84,44 @@ if [[ ${#missing[@]} -eq 0 ]]; then
   exit 0
 fi
 
+by_hand="apt-get update && apt-get install --no-install-recommends ${missing[*]}"
 as_root=(env DEBIAN_FRONTEND=noninteractive)
 if [[ $(id -u) -ne 0 ]]; then
   if ! command -v sudo > /dev/null; then
-    echo "Packages are missing, and neither are you root nor is there sudo. As root, run:" >&2
-    echo "  apt-get install --no-install-recommends ${missing[*]}" >&2
+    echo "Packages are missing, and neither are you root nor is there sudo." >&2
+    advise "As root, type the following, and then $again:" "$by_hand"
     exit 1
   fi
   as_root=(sudo "${as_root[@]}")
 fi
-
-echo "Installing ${missing[*]}"
 apt_get=("${as_root[@]}" apt-get -qq -o DPkg::Lock::Timeout=120 -o Dpkg::Use-Pty=0)
-"${apt_get[@]}" update
-"${apt_get[@]}" install -y --no-install-recommends "${missing[@]}" > /dev/null
+
+# show_apt: tells the progress from the status lines of apt-get and drops the rest.
+show_apt() {
+  local kind item percent what stage=
+  while IFS=: read -r kind item percent what; do
+    percent=${percent%%.*}
+    case $kind in
+      dlstatus) what=${what% (*} ;;
+      pmstatus) what="$item" ;;
+      *) continue ;;
+    esac
+    if [[ $kind != "$stage" ]]; then
+      end_progress
+      stage=$kind
+    fi
+    report_progress "$percent" 100 "$what"
+  done
+  end_progress
+}
+
+echo "Installing ${#missing[@]} packages and what they need: ${missing[*]}"
+if ! { "${apt_get[@]}" update &&
+  "${apt_get[@]}" -o APT::Status-Fd=1 install -y --no-install-recommends "${missing[@]}" |
+  show_apt; }; then
+  echo >&2
+  echo "The packages could not be installed; apt-get says why above. Most often there is no way to" >&2
+  echo "the network, or /etc/apt/sources.list names no server that has them." >&2
+  advise "As root, type the following; when it works, $again does too:" "$by_hand"
+  exit 1
+fi

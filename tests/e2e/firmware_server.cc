@@ -1,8 +1,7 @@
 #include "firmware_server.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
+#include <fcntl.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -11,69 +10,35 @@
 #include <cstdlib>
 #include <filesystem>
 #include <random>
-#include <sstream>
 #include <thread>
-#include <vector>
 
 #include "host_process.h"
 
 namespace {
 
-sockaddr_in Loopback(int port) {
-  sockaddr_in address = {};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(static_cast<uint16_t>(port));
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  return address;
-}
-
-int FreePort() {
-  const int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address = Loopback(0);
-  socklen_t length = sizeof address;
-  const bool bound = bind(fd, reinterpret_cast<sockaddr*>(&address), length) == 0 &&
-                     getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length) == 0;
-  close(fd);
-  return bound ? ntohs(address.sin_port) : 0;
-}
-
-bool IsListening(int port) {
-  const int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  const sockaddr_in address = Loopback(port);
-  const bool listening =
-      connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
-  close(fd);
-  return listening;
-}
-
-std::string Configuration(const std::string& dir, int port, int bytes_per_second) {
-  std::ostringstream text;
-  text << "daemon off;\nmaster_process off;\npid " << dir << "/pid;\nerror_log " << dir
-       << "/error.log;\nevents {}\nhttp {\n  access_log off;\n";
-  for (const char* const kind : {"client_body", "proxy", "fastcgi", "uwsgi", "scgi"}) {
-    text << "  " << kind << "_temp_path " << dir << "/temp;\n";
-  }
-  text << "  server {\n    listen 127.0.0.1:" << port << ";\n    root " << dir
-       << "/www;\n    location ~ \\.bin$ { limit_rate " << bytes_per_second << "; }\n  }\n}\n";
-  return text.str();
-}
-
-pid_t StartNginx(const std::string& dir) {
-  std::vector<std::string> words = {
-      "nginx", "-p", dir, "-e", dir + "/error.log", "-c", dir + "/nginx.conf"};
-  std::vector<char*> argv;
-  argv.reserve(words.size() + 1);
-  for (std::string& word : words) {
-    argv.push_back(word.data());
-  }
-  argv.push_back(nullptr);
+pid_t StartProgram(const std::string& root, const std::string& rate, const std::string& output) {
+  const pid_t test = getpid();
   const pid_t pid = fork();
   if (pid == 0) {
-    execvp(argv[0], argv.data());
-    execv("/usr/sbin/nginx", argv.data());
+    // It ends with the test, however that ends.
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    constexpr mode_t kMode = 0600;
+    dup2(open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, kMode), STDOUT_FILENO);
+    if (getppid() == test) {
+      execl(KIO_SERVER_PROGRAM, "firmware_server", root.c_str(), rate.c_str(), nullptr);
+    }
     _exit(127);
   }
   return pid;
+}
+
+// The port that it says; 0 while it has not said it.
+int PortIn(const std::string& output) {
+  const size_t end = output.rfind("/\n");
+  const size_t colon = output.rfind(':', end);
+  return end == std::string::npos || colon == std::string::npos
+             ? 0
+             : std::stoi(output.substr(colon + 1, end - colon - 1));
 }
 
 }  // namespace
@@ -87,20 +52,16 @@ FirmwareServer::~FirmwareServer() {
 
 bool FirmwareServer::Start(int bytes_per_second) {
   std::filesystem::create_directories(dir_.File("www"));
-  // Another program may take the port before nginx does.
-  for (int attempt = 0; attempt < 5; ++attempt) {
-    port_ = FreePort();
-    WriteFile(dir_.File("nginx.conf"), Configuration(dir_.path(), port_, bytes_per_second));
-    pid_ = StartNginx(dir_.path());
-    for (int i = 0; i < 1000 && waitpid(pid_, nullptr, WNOHANG) == 0; ++i) {
-      if (IsListening(port_)) {
-        return true;
-      }
-      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  pid_ = StartProgram(dir_.File("www"), std::to_string(bytes_per_second), dir_.File("out"));
+  for (int i = 0; i < 1000 && port_ == 0; ++i) {
+    if (waitpid(pid_, nullptr, WNOHANG) != 0) {
+      pid_ = -1;
+      return false;
     }
-    pid_ = -1;
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    port_ = PortIn(ReadFile(dir_.File("out")));
   }
-  return false;
+  return port_ > 0;
 }
 
 void FirmwareServer::Put(const std::string& path, const std::string& content) const {

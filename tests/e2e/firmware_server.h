@@ -1,4 +1,5 @@
-// A firmware server on the loopback address: nginx with a list, release notes and an image.
+// A firmware server on the loopback address: the demo's, with a list, release notes and
+// an image.
 #ifndef TESTS_E2E_FIRMWARE_SERVER_H
 #define TESTS_E2E_FIRMWARE_SERVER_H
 
@@ -16,7 +17,7 @@ class FirmwareServer {
   FirmwareServer& operator=(const FirmwareServer&) = delete;
 
   // Serves what is put on it from then on, images at so many bytes a second (0: as fast as it
-  // goes). Returns false when nginx does not come to listen.
+  // goes). Returns false when it does not come to listen.
   bool Start(int bytes_per_second);
 
   // Puts a file below its root.
