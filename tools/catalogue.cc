@@ -1,103 +1,18 @@
 #include "catalogue.h"
 
-#include <cctype>
-
 #include "kioapp/variables.h"
+#include "sections.h"
 #include "settings/record.h"
-#include "variables/place.h"
-#include "variables/table.h"
 
 namespace kio::tools {
 namespace {
 
-using settings::Field;
 using settings::Offer;
 using variables::Holder;
-using variables::LiveNode;
-using variables::Place;
-using variables::Section;
 using variables::Variable;
 
 constexpr std::size_t kValueCapacity = KIOAPP_VAR_SIZE - 1;
 constexpr int kLastTwoDigits = 99;
-
-std::string Text(platform::TextView view) { return {view.data(), view.size()}; }
-
-std::string RadioGroup(int radio) { return radio == 0 ? "Wl2_" : "Wl5_"; }
-
-std::string NamePrefix(Section section, int radio) {
-  switch (section) {
-    case Section::kDevice:
-      return "rss_";
-    case Section::kVersion:
-      return "rss_Ver_";
-    case Section::kUplink:
-      return "rss_Upl_";
-    case Section::kDsl:
-      return "rss_Upl_Dsl_";
-    case Section::kApn:
-      return "rss_Upl_Apn_";
-    case Section::kSite:
-      return "rss_Upl_Ets_";
-    case Section::kRadio:
-      return "rss_" + RadioGroup(radio);
-    case Section::kAccess:
-      return "rss_" + RadioGroup(radio) + "Acl_";
-    case Section::kRule:
-      return "rss_" + RadioGroup(radio) + "Acl_R??_";
-    case Section::kService:
-      return "rss_Vyr_";
-    case Section::kFirmware:
-      return "rss_Ext_Fwu_";
-    case Section::kSurvey:
-      return "rss_Ext_Ssv_";
-    case Section::kSurveySite:
-      return "rss_Ext_Ssv_S??_";
-  }
-  return {};
-}
-
-// What the snapshot puts before the node of a field.
-std::string NodePrefix(const Place& place) {
-  std::string radio = settings::RadioPath(place.radio).c_str();
-  switch (place.section) {
-    case Section::kUplink:
-      return "/uplink";
-    case Section::kDsl:
-      return "/uplink/dsl";
-    case Section::kApn:
-      return "/uplink/apn";
-    case Section::kSite:
-      return "/uplink/extendersite";
-    case Section::kRadio:
-      return radio;
-    case Section::kAccess:
-      return radio + "/accesscontrol";
-    case Section::kRule:
-      return radio + "/accesscontrol/acrule:??";
-    case Section::kService:
-      return "/safetyvyr";
-    default:
-      return {};
-  }
-}
-
-// What a read of the path gives. Of an index, the instance that it gives for index 0 is the offset.
-std::string PathAnswer(const Variable& variable, const Place& place, bool is_indexed) {
-  char buffer[KIOAPP_VAR_SIZE];
-  platform::TextBuffer text(buffer);
-  variables::AppendPath(text, variable, place);
-  std::string path = text.c_str();
-  if (is_indexed) {
-    const std::size_t begin = path.find(':') + 1;
-    const std::size_t end = path.find('/', begin);
-    path.replace(begin, end - begin,
-                 "(?"
-                 "?+" +
-                     path.substr(begin, end - begin) + ")");
-  }
-  return path;
-}
 
 // The name of the variable that holds a rule, next to `place`.
 std::string RuleName(const settings::Member& rule, const Place& place) {
@@ -136,15 +51,6 @@ std::string CheckOf(const Field& field, const Place& place) {
       return "four numbers: below 0, not below 0, above 0, above 0";
   }
   return {};
-}
-
-// The words up to the end of their table (kioapp/xml.h).
-std::vector<std::string> WordsOf(const char* const* words) {
-  std::vector<std::string> list;
-  for (; (*words)[0] != '\0' || (*words)[1] != '_'; ++words) {
-    list.emplace_back(*words);
-  }
-  return list;
 }
 
 void DescribeField(const Variable& variable, const Place& place, CatalogueEntry* entry) {
@@ -201,7 +107,7 @@ CatalogueEntry Describe(const Variable& variable, const Place& place) {
     entry.last_index = kLastTwoDigits;
     entry.index_count = NamePrefix(Section::kSurvey, 0) + "SiteNo";
   }
-  entry.path_answer = PathAnswer(variable, place, entry.is_indexed);
+  entry.path_answer = VariablePath(variable, place, entry.is_indexed);
   if (variable.field != nullptr) {
     DescribeField(variable, place, &entry);
   } else {

@@ -77,7 +77,7 @@ std::string EntryJson(const CatalogueEntry& entry) {
 constexpr std::string_view kHead =
     R"(# The variables
 
-Made from the library's tables; do not edit. `cmake --build --preset dev --target variable_docs`
+Made from the library's tables; do not edit. `cmake --build --preset dev --target reference_docs`
 makes this page and `variables.json` anew.
 
 `??` in a name stands for the two digits of an index, `(??+1)` in a path for that index and one. A

@@ -140,6 +140,23 @@ void Document::Append(const Element& element, std::string& text) {
   text += "</" + element.name + ">\n";
 }
 
+void Document::AddPaths(const Element& element, const std::string& prefix,
+                        std::vector<std::string>& paths) {
+  for (const Element& child : element.children) {
+    const std::string path = prefix + child.name;
+    if (std::find(paths.begin(), paths.end(), path) == paths.end()) {
+      paths.push_back(path);
+    }
+    AddPaths(child, path + "/", paths);
+  }
+}
+
+std::vector<std::string> Document::Paths() const {
+  std::vector<std::string> paths;
+  AddPaths(root_, "", paths);
+  return paths;
+}
+
 std::string Document::Body() const {
   std::string text;
   for (const Element& child : root_.children) {

@@ -24,6 +24,8 @@ class Document {
   // Adds one access-control rule to a radio ("Wireless2.4" or "Wireless5").
   Document& AddRule(const std::string& radio, const std::string& active, const std::string& mac);
 
+  // The paths of all elements, each once, a block before what is in it.
+  [[nodiscard]] std::vector<std::string> Paths() const;
   // The elements without the document element around them.
   [[nodiscard]] std::string Body() const;
   // The whole document.
@@ -39,6 +41,8 @@ class Document {
 
   Element& Find(const std::string& path);
   static void Append(const Element& element, std::string& text);
+  static void AddPaths(const Element& element, const std::string& prefix,
+                       std::vector<std::string>& paths);
 
   Element root_{"root", "", "", {}};
 };

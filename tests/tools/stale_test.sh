@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
-# stale_test.sh PROGRAM FORMAT FILE: fails unless FILE is what the program makes now.
+# stale_test.sh FILE PROGRAM ARGUMENT...: fails unless FILE is what the program prints now.
 set -euo pipefail
-if ! "$1" "$2" | diff "$3" -; then
-  echo "$3 is stale: cmake --build --preset dev --target variable_docs"
+file=$1
+shift
+if ! "$@" | diff "$file" -; then
+  echo "$file is stale: cmake --build --preset dev --target reference_docs"
   exit 1
 fi
