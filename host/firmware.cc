@@ -5,11 +5,13 @@
 #include <kioapp/xml.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string_view>
 #include <system_error>
+#include <vector>
 
 #include "actions.h"
 
@@ -19,6 +21,7 @@ namespace {
 constexpr char kImageNameNode[] = "/fwupgradeinfo/fwupgradefn";
 constexpr char kFileUrlNode[] = "/fwupgradeinfo/newfw/fileurl";
 constexpr char kRunningNode[] = "/fwupgradeinfo/currfwfilename";
+constexpr char kTemplateNode[] = "/fwupgradeinfo/urlgetcmd";
 
 std::optional<std::string> ReadFile(const std::string& file) {
   std::ifstream stream(file, std::ios::binary);
@@ -35,11 +38,20 @@ std::string FileName(std::string_view address) {
   return std::string(path.substr(path.rfind('/') + 1));
 }
 
+// What a download command made from the template begins with: what stands there as it is.
+std::string PlainBeginning(const std::string& command_template) {
+  constexpr size_t kReadOfTemplate = 255;
+  return command_template.substr(
+      0, std::min(command_template.find_first_of("$\"'\\"), kReadOfTemplate));
+}
+
 }  // namespace
 
 Firmware::Outcome Firmware::Act(unsigned char action) {
-  // An old document must not be taken for this step's.
+  // An old document must not be taken for this step's, nor an old command.
   unlink(status_file_.c_str());
+  TakeCommandResults();
+  const bool searches = action == KIOAPP_FW_SEARCH && last_result_ == KIOAPP_FW_IDLE;
   do_FwUpgradeAction(action);
   Outcome outcome;
   outcome.document = ReadFile(status_file_);
@@ -48,8 +60,27 @@ Firmware::Outcome Firmware::Act(unsigned char action) {
     std::string text = *outcome.document;
     // Only the announcing step tells a time.
     outcome.announced = GetXmlKeyIntValue_(text.data(), 0, "time", &outcome.wait_seconds) == 1;
+    GetXmlKeyIntValue_(text.data(), 0, "result", &last_result_);
+  }
+  if (searches && last_result_ == KIOAPP_FW_NO_LIST) {
+    NoteFailedSearch(TakeCommandResults());
   }
   return outcome;
+}
+
+// The library says only that there was no list.
+void Firmware::NoteFailedSearch(const std::vector<CommandResult>& results) {
+  const std::string beginning = PlainBeginning(store_->Get(kTemplateNode).value_or(""));
+  const auto download = std::find_if(
+      results.begin(), results.end(),
+      [&beginning](const auto& result) { return result.command.starts_with(beginning); });
+  std::string reason = "the list is not valid";
+  if (download == results.end()) {
+    reason = "the download command is too long";
+  } else if (!download->ok()) {
+    reason = "the download command failed: " + DescribeFailure(*download);
+  }
+  events_->Add("firmware search failed: " + reason);
 }
 
 // Notes why a file is no image.

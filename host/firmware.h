@@ -2,10 +2,14 @@
 #ifndef HOST_FIRMWARE_H
 #define HOST_FIRMWARE_H
 
+#include <kioapp/firmware.h>
+
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
+#include "command.h"
 #include "events.h"
 #include "store.h"
 
@@ -27,7 +31,7 @@ class Firmware {
         status_file_(temp_dir + "/rsscheckfw.xml"),
         partition_(std::move(partition)) {}
 
-  // Takes one step.
+  // Takes one step. A search that fails is an event that tells why.
   Outcome Act(unsigned char action);
 
   // The status document of the last step, if there was one.
@@ -39,6 +43,7 @@ class Firmware {
 
  private:
   bool Refuse(const std::string& file);
+  void NoteFailedSearch(const std::vector<CommandResult>& results);
 
   Store* store_;
   Events* events_;
@@ -46,6 +51,7 @@ class Firmware {
   std::string status_file_;
   std::string partition_;
   std::optional<std::string> last_status_;
+  int last_result_ = KIOAPP_FW_IDLE;  // of the last document that could be written
 };
 
 }  // namespace kiohost

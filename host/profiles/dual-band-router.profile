@@ -116,10 +116,12 @@
 # By which the entries of the firmware list are chosen; the model stands before the first "_".
 /fwupgradeinfo/devicemac = 02:00:5E:10:00:01
 /fwupgradeinfo/currfwfilename = DR2400_FW1.0.2_0101.bin
-# The file that an image is fetched into, and the command that fetches $url into $savefn. A
-# progress check looks for the first 15 characters of the command in the list of processes.
+# The file that an image is fetched into, and the command that fetches $url into $savefn. It gives
+# up on a server that is silent for 10 seconds, and after 5 minutes in any case. --foreground keeps
+# wget in the process group that is ended when the host stops. A progress check looks for the first
+# 15 characters of the command in the list of processes.
 /fwupgradeinfo/fwupgradefn = upld.bin
-/fwupgradeinfo/urlgetcmd = wget -O "$savefn" "$url"
+/fwupgradeinfo/urlgetcmd = timeout --foreground 300 wget -T 10 -t 1 -O "$savefn" "$url"
 
 # --- State of the running device ----------------------------------------------------------------
 

@@ -47,6 +47,7 @@ struct Tools {
   const char* name;
   bool busybox_wget;
   bool busybox_ps;
+  bool delivered_command;
 };
 
 class FirmwareTest : public ::testing::Test {
@@ -65,8 +66,9 @@ class FirmwareTest : public ::testing::Test {
     setenv("PATH", (tools_.path() + ":" + path_).c_str(), 1);
   }
 
-  // Starts the server with the image, and the host with a download command of its own: others on
-  // this machine may fetch firmware as well, and the list of processes shows them.
+  // Starts the server with the image, and the host with a download command of its own unless the
+  // delivered one is asked for: others on this machine may fetch firmware as well, and the list of
+  // processes shows them.
   void StartBoth(const std::string& image, int bytes_per_second, const std::string& options = "",
                  const std::vector<std::string>& nodes = {}) {
     server_.Put("/DR2400/DR2400.xml",
@@ -81,8 +83,11 @@ class FirmwareTest : public ::testing::Test {
     setenv("http_proxy", server_.Proxy().c_str(), 1);
     std::string agent = "k" + std::to_string(getpid()) + "0000000";
     agent.resize(8);
-    std::vector<std::string> lines = {"/fwupgradeinfo/urlgetcmd = wget -U" + agent + " -q " +
-                                      options + "-O \"$savefn\" \"$url\""};
+    std::vector<std::string> lines;
+    if (!delivered_command_) {
+      lines.push_back("/fwupgradeinfo/urlgetcmd = wget -U" + agent + " -q " + options +
+                      "-O \"$savefn\" \"$url\"");
+    }
     lines.insert(lines.end(), nodes.begin(), nodes.end());
     host_.UseProfile(ProfileWith(lines));
     ASSERT_TRUE(host_.Start());
@@ -137,6 +142,7 @@ class FirmwareTest : public ::testing::Test {
   TempDir tools_;
   FirmwareServer server_;
   HostProcess host_;
+  bool delivered_command_ = false;
 };
 
 // The progress check takes the order of process ids for that of time, so none may wrap around
@@ -165,6 +171,7 @@ TEST_P(UpgradeTest, FromTheSearchToThePartition) {
   if (GetParam().busybox_ps) {
     UseBusyBox({"ps", "grep"});
   }
+  delivered_command_ = GetParam().delivered_command;
   const std::string image = MakeImage(600000);
   ASSERT_EQ(image.size(), 600064U);
   LeaveRoomForProcessIds();
@@ -201,10 +208,12 @@ TEST_P(UpgradeTest, FromTheSearchToThePartition) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Tools, UpgradeTest,
-                         ::testing::Values(Tools{"GnuWgetProcpsPs", false, false},
-                                           Tools{"GnuWgetBusyBoxPs", false, true},
-                                           Tools{"BusyBoxWgetProcpsPs", true, false},
-                                           Tools{"BusyBoxWgetBusyBoxPs", true, true}),
+                         ::testing::Values(Tools{"GnuWgetProcpsPs", false, false, false},
+                                           Tools{"GnuWgetBusyBoxPs", false, true, false},
+                                           Tools{"BusyBoxWgetProcpsPs", true, false, false},
+                                           Tools{"BusyBoxWgetBusyBoxPs", true, true, false},
+                                           Tools{"DeliveredCommandProcpsPs", false, false, true},
+                                           Tools{"DeliveredCommandBusyBoxPs", false, true, true}),
                          [](const auto& tools) { return std::string(tools.param.name); });
 
 TEST_F(FirmwareTest, BadHeaderIsRefused) {
