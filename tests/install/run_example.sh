@@ -1,22 +1,19 @@
 #!/usr/bin/env bash
-# run_example.sh PROGRAM: runs the example program on three documents and checks what it does.
+# run_example.sh PROGRAM: runs the example program on the demo's document and on two bad ones, and
+# checks what it does.
 set -euo pipefail
 program=$1
+document=$(dirname "$0")/../../host/demo/change.xml
 directory=$(mktemp -d)
 trap 'rm -rf "$directory"' EXIT
 
-printf '#!/bin/sh\necho resync >> "%s/events"\n' "$directory" > "$directory/device_resync.sh"
-chmod +x "$directory/device_resync.sh"
+for script in uplink.sh device_resync.sh; do
+  printf '#!/bin/sh\necho %s >> "%s/events"\n' "$script" "$directory" > "$directory/$script"
+  chmod +x "$directory/$script"
+done
 
-# document NAME MINOR: a settings document.
-document() {
-  echo "<root><specVersion><major>1</major><minor>$2</minor></specVersion><Device>" \
-    "<DeviceName>$1</DeviceName><DevicePwd>secret12</DevicePwd><RouterEnbl>1</RouterEnbl>" \
-    "</Device></root>"
-}
-
-# expect STATUS CODE MESSAGE WAIT WORD EVENTS: what the program must do with the document on its
-# standard input.
+# expect STATUS CODE MESSAGE WAIT WORD EVENTS NODES: what the program must do with the document on its
+# standard input, and what it writes into its store.
 expect() {
   local status=0
   rm -f "$directory/events" "$directory/rssset_result.xml"
@@ -26,7 +23,7 @@ expect() {
     return 1
   fi
   diff - "$directory/output" << END
-$directory/rssset_result.xml: $5, result $2, message '$3', wait $4 s
+$7$directory/rssset_result.xml: $5, result $2, message '$3', wait $4 s
 END
   diff - "$directory/rssset_result.xml" << END
 <?xml version="1.0" ?>
@@ -39,6 +36,16 @@ END
   diff <(printf '%s' "$6") <(cat "$directory/events" 2> /dev/null)
 }
 
-expect 0 0 '' 5 applied $'resync\n' < <(document 'Kitchen &amp; bath' 1)
-expect 1 10 Device/DeviceName 0 refused '' < <(document '' 1)
-expect 1 1 '' 0 refused '' < <(document Kitchen 0)
+radio=/lan/wireless2.4:1
+written=$(
+  printf 'writes %s\n' /sys/{friendlyname,user:1/password} \
+    /uplink/{conntype,ip,netmask,gateway,dns} \
+    $radio/{wirelessname,encryptionmode,encryptiontype,encryptionkey,channel} \
+    $radio/accesscontrol/{wlacenbl,wlacmode} \
+    $radio/accesscontrol/acrule:{1,2}/{active,mac} $radio/accesscontrol/acrule:3/mac \
+    /sys/factorydefault
+)
+expect 0 0 '' 35 applied $'uplink.sh\ndevice_resync.sh\n' "$written"$'\n' < "$document"
+expect 1 10 Device/DeviceName 0 refused '' '' \
+  < <(sed 's/<DeviceName>.*</<DeviceName></' "$document")
+expect 1 1 '' 0 refused '' '' < <(sed '0,/<minor>1/s//<minor>0/' "$document")

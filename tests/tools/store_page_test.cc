@@ -25,6 +25,7 @@ using test::FakeHost;
 using test::Parse;
 using test::Sandbox;
 using test::StoreCall;
+using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Not;
 
@@ -250,6 +251,16 @@ TEST_F(StorePageTest, AbsentNodesCountAsListed) {
     }
   }
   EXPECT_GT(compared, 50);
+}
+
+// A good document is answered with 0, and this is all that comes of it.
+TEST_F(StorePageTest, OnAnEmptyStoreNextToNothingIsApplied) {
+  Host().Reset();
+  EXPECT_EQ(Parse(test::SampleDocument()), 1);
+  EXPECT_EQ(rssXmlData.setResult, KIOAPP_RESULT_APPLIED);
+  EXPECT_THAT(test::Changes(),
+              ElementsAre("/sys/friendlyname=Kitchen", "/sys/user:1/password=secret12",
+                          "/sys/routerenbl=1", "/sys/factorydefault=0"));
 }
 
 // As many deletions as the count says, whatever there is.
