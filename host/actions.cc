@@ -28,7 +28,7 @@ constexpr Action kActions[] = {
     {KIOAPP_SYNC_DEVICE, "DeviceResync", "device_resync.sh",
      "ran device_resync.sh; a router takes over name, password and mode"},
     {KIOAPP_SYNC_SAVE_TO_FLASH, "CfgSaveToFlash", nullptr,
-     "brought the log into the store's file; a router writes its flash"},
+     "the store has the settings; a router writes its flash"},
     {KIOAPP_SYNC_SITE_SURVEY, "WlanSiteSurvey", nullptr, "a router scans for access points"},
     {KIOAPP_SYNC_FW_UPGRADE, "FwUpgrade", nullptr, "a router writes its new firmware"},
     {KIOAPP_SYNC_UPDATE_STA_RSSI, "UpdateStaRssi", nullptr, "listed the associated stations"},
@@ -50,8 +50,9 @@ std::string ScriptFailure(const Action& action, const std::vector<CommandResult>
 
 }  // namespace
 
-void ReportActions(unsigned int mask, Events* events) {
+unsigned int ReportActions(unsigned int mask, Events* events) {
   const std::vector<CommandResult> results = TakeCommandResults();
+  unsigned int failed = 0;
   for (const Action& action : kActions) {
     if ((mask & action.bit) == 0) {
       continue;
@@ -61,8 +62,10 @@ void ReportActions(unsigned int mask, Events* events) {
                           (failure.empty() ? action.effect : failure));
     if (!failure.empty()) {
       events->Add(std::string(action.name) + ": " + failure);
+      failed |= action.bit;
     }
   }
+  return failed;
 }
 
 }  // namespace kiohost

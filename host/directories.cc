@@ -4,6 +4,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
@@ -60,6 +62,19 @@ Status CheckDirectory(const std::string& directory, const std::string& purpose, 
   return {};
 }
 
+constexpr std::string_view kDefaultTempDir = "/tmp/kiohost-";
+constexpr std::string_view kFormerTempDir = "/tmp";
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+// What makes a directory one that others can write to; an empty text when nothing does.
+std::string WhoElseWrites(const struct stat& info) {
+  if (info.st_uid != geteuid() && info.st_uid != 0) {
+    return "belongs to another user";
+  }
+  return (info.st_mode & (S_IWGRP | S_IWOTH)) != 0 ? "can be written by other users" : "";
+}
+
 }  // namespace
 
 size_t MaxTempDirLength() {
@@ -81,6 +96,55 @@ std::string AbsoluteDirectory(const std::string& directory) {
   std::error_code error;
   const std::filesystem::path path = std::filesystem::absolute(directory, error);
   return error ? directory : path.string();
+}
+
+std::string DefaultTempDir() { return std::string(kDefaultTempDir) + std::to_string(geteuid()); }
+
+bool MeansDefaultTempDir(const std::string& directory) {
+  const std::string_view text = directory;
+  return text.empty() || text == kFormerTempDir ||
+         (text.size() > kDefaultTempDir.size() && text.starts_with(kDefaultTempDir) &&
+          std::all_of(text.begin() + kDefaultTempDir.size(), text.end(), IsDigit));
+}
+
+Status MakePrivateDirectory(const std::string& directory) {
+  const std::string subject = "the temporary directory \"" + directory + "\" ";
+  const bool made = mkdir(directory.c_str(), S_IRWXU) == 0;
+  if (!made && errno != EEXIST) {
+    return {ExitCode::kDirectory, subject + "cannot be made: " + std::strerror(errno)};
+  }
+  // Whoever was here first may have left something else, a link among others.
+  struct stat info = {};
+  if (lstat(directory.c_str(), &info) != 0 || !S_ISDIR(info.st_mode)) {
+    return {ExitCode::kDirectory, subject + "is no directory; --temp-dir names another"};
+  }
+  const std::string others =
+      info.st_uid != geteuid() ? "belongs to another user" : WhoElseWrites(info);
+  return others.empty()
+             ? Status()
+             : Status(ExitCode::kDirectory, subject + others + "; --temp-dir names another");
+}
+
+Status CheckPrivate(const std::string& directory, const std::string& purpose) {
+  struct stat info = {};
+  if (stat(directory.c_str(), &info) != 0) {
+    return {ExitCode::kDirectory,
+            "the " + purpose + " directory \"" + directory + "\": " + std::strerror(errno)};
+  }
+  const std::string others = WhoElseWrites(info);
+  return others.empty() ? Status()
+                        : Status(ExitCode::kDirectory,
+                                 "the " + purpose + " directory \"" + directory + "\" " + others +
+                                     ", who could plant links there; use one of your own (mode "
+                                     "0700), or give --shared-temp-dir to take it as it is");
+}
+
+Status CheckStateDir(const std::string& directory) {
+  std::error_code error;
+  return std::filesystem::is_directory(directory, error)
+             ? Status()
+             : Status(ExitCode::kDirectory,
+                      "the state directory \"" + directory + "\" does not exist");
 }
 
 Status CheckTempDir(const std::string& directory) {

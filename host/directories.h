@@ -21,10 +21,28 @@ size_t LongestMessageLength();
 // A directory as the store keeps it, for hosts that are started elsewhere.
 std::string AbsoluteDirectory(const std::string& directory);
 
+// The temporary directory of a host that is told of no other: private, and as short as the commands
+// want it.
+std::string DefaultTempDir();
+
+// Whether the text of the store's node stands for the default: it is empty, the default of any
+// user, or "/tmp", which was the default once.
+bool MeansDefaultTempDir(const std::string& directory);
+
+// Makes a directory that is for this user alone, unless it is there.
+Status MakePrivateDirectory(const std::string& directory);
+
+// Fails when others can write to a directory: they could plant links where files are written. The
+// sticky bit does not help against that. `purpose` is what it is used for ("temporary").
+Status CheckPrivate(const std::string& directory, const std::string& purpose);
+
 // Fails unless `directory` exists and the library can use it: its path stands unquoted in shell
 // commands and must fit.
 Status CheckTempDir(const std::string& directory);
 Status CheckScriptDir(const std::string& directory);
+
+// Fails unless the directory for what the scripts write exists.
+Status CheckStateDir(const std::string& directory);
 
 }  // namespace kiohost
 

@@ -3,17 +3,19 @@
 #include <kioapp/kioapp.h>
 #include <unistd.h>
 
-#include <fstream>
-#include <sstream>
-
 #include "printable_text.h"
 
 namespace kiohost {
-unsigned int PendingActions(CommitKind kind) {
+unsigned int AppliedActions(CommitKind kind) {
   auto mask = static_cast<unsigned int>(rssXmlData.exeflag);
   if (kind == CommitKind::kFullCloning) {
     mask |= KIOAPP_SYNC_DEVICE | KIOAPP_SYNC_SAVE_TO_FLASH;
   }
+  return mask;
+}
+
+unsigned int PendingActions(CommitKind kind) {
+  const unsigned int mask = AppliedActions(kind);
   return mask != 0 ? mask : static_cast<unsigned int>(rssXmlData.pre_exeflag);
 }
 
@@ -22,28 +24,57 @@ Exchange::Outcome Exchange::Run(std::string document, CommitKind kind) {
   if (FindXmlKeyContain(document.data(), 0, "root", nullptr) == nullptr) {
     return {Outcome::Kind::kNoRoot, {}, CommitKind::kNone, 0};
   }
-  // An old document must not be taken for this exchange's.
-  unlink(result_file_.c_str());
+  const int pending = rssXmlData.exeflag;
+  const int pending_before = rssXmlData.pre_exeflag;
+  ExpectResult();
+  Outcome outcome = RunInTransaction(&document, kind);
+  if (outcome.kind == Outcome::Kind::kFailed) {
+    // A document would tell the app that the settings were applied, and a later commit would run
+    // the actions for settings that are not in the store.
+    ExpectResult();
+    rssXmlData.exeflag = pending;
+    rssXmlData.pre_exeflag = pending_before;
+  }
+  return outcome;
+}
+
+Exchange::Outcome Exchange::RunInTransaction(std::string* document, CommitKind kind) {
   StoreTransaction transaction(store_);
-  if (!transaction.begun().ok()) {
-    return Failed(transaction.begun().reason());
+  Status status = transaction.begun();
+  if (!status.ok()) {
+    return {Outcome::Kind::kFailed, status.reason(), CommitKind::kNone, 0};
   }
   ++count_;
   const bool applied = kind == CommitKind::kSettings
-                           ? do_RssXml_Parser(document.data()) == 1
-                           : do_RssXml_Parser_for_ApCloning(document.data()) == 1;
-  const std::optional<std::string> result = LastResult();
-  if (!result) {
-    return Failed("the library could not write " + result_file_);
+                           ? do_RssXml_Parser(document->data()) == 1
+                           : do_RssXml_Parser_for_ApCloning(document->data()) == 1;
+  const int wait_seconds = applied ? rssXmlData.exeWaitSec : 0;
+  status = TakeResult(wait_seconds);
+  if (status.ok() && applied) {
+    store_->AddDueActions(AppliedActions(kind));
+    status = transaction.Commit();
   }
-  if (!applied) {
-    return {Outcome::Kind::kAnswered, *result, CommitKind::kNone, 0};
+  if (!status.ok()) {
+    return {Outcome::Kind::kFailed, status.reason(), CommitKind::kNone, 0};
   }
-  const Status committed = transaction.Commit();
-  if (!committed.ok()) {
-    return Failed(committed.reason());
+  return {Outcome::Kind::kAnswered, *last_result_, applied ? kind : CommitKind::kNone,
+          wait_seconds};
+}
+
+void Exchange::ExpectResult() {
+  last_result_.reset();
+  unlink(result_file_.c_str());
+}
+
+Status Exchange::TakeResult(int wait_seconds) {
+  const ExchangeResult result = {rssXmlData.setResult, rssXmlData.setMsg, wait_seconds};
+  if (!IsWritten(result_file_, result)) {
+    last_result_.reset();
+    return {ExitCode::kDirectory,
+            "the result document " + result_file_ + " could not be written in full"};
   }
-  return {Outcome::Kind::kAnswered, *result, kind, rssXmlData.exeWaitSec};
+  last_result_ = ResultText(result);
+  return {};
 }
 
 unsigned int Exchange::Commit(CommitKind kind) {
@@ -53,30 +84,20 @@ unsigned int Exchange::Commit(CommitKind kind) {
   } else {
     do_RssXml_Commit_for_ApCloning(kind == CommitKind::kFullCloning ? 1 : 0);
   }
-  FinishCommit(mask);
   return mask;
 }
 
 void Exchange::FinishCommit(unsigned int mask) {
-  if ((mask & KIOAPP_SYNC_SAVE_TO_FLASH) != 0 && !store_->Checkpoint()) {
-    // The settings are safe in the log; the next commit tries again.
-    PrintError("the store's log could not be brought into its file");
+  if (!store_->RemoveDueActions(mask)) {
+    PrintError("the store cannot note that actions have run; the next start repeats them");
   }
 }
 
-std::optional<std::string> Exchange::LastResult() const {
-  std::ifstream stream(result_file_, std::ios::binary);
-  std::ostringstream text;
-  if (!stream || !(text << stream.rdbuf())) {
-    return std::nullopt;
-  }
-  return text.str();
-}
-
-Exchange::Outcome Exchange::Failed(const std::string& reason) {
-  // It would tell the app that the settings were applied.
-  unlink(result_file_.c_str());
-  return {Outcome::Kind::kFailed, reason, CommitKind::kNone, 0};
+unsigned int Exchange::RunDueActions() {
+  const unsigned int mask = store_->DueActions();
+  // Not by way of the record, which would keep them for the first exchange.
+  exe_ExternalCall(mask);
+  return mask;
 }
 
 }  // namespace kiohost

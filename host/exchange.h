@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "result_document.h"
+#include "status.h"
 #include "store.h"
 
 namespace kiohost {
@@ -16,7 +18,10 @@ enum class CommitKind {
   kFullCloning,  // saves and resyncs the device even when nothing of it changed
 };
 
-// The mask of the actions that a commit would run now.
+// The mask of the actions that the last applying calls for.
+unsigned int AppliedActions(CommitKind kind);
+
+// The mask of the actions that a commit would run now: those, or the ones before them.
 unsigned int PendingActions(CommitKind kind);
 
 class Exchange {
@@ -44,21 +49,30 @@ class Exchange {
   // Runs the pending actions and returns their mask.
   unsigned int Commit(CommitKind kind);
 
-  // What the host does itself for the actions of a mask. To be called after the library's part, of
-  // which `Commit` is one.
+  // Runs the actions that are still due from an earlier run of the host, and returns their mask.
+  unsigned int RunDueActions();
+
+  // Notes that the actions of a mask are in force. Others stay due, for the next start.
   void FinishCommit(unsigned int mask);
 
   // How often the record was given to an exchange.
   unsigned int count() const { return count_; }
 
-  // The result document of the last exchange, if there is one.
-  std::optional<std::string> LastResult() const;
+  // A call that writes a result document goes between these two. The first removes the document
+  // before it, which must not be taken for the call's. The second fails when the document does not
+  // say what the record does, with this waiting time.
+  void ExpectResult();
+  Status TakeResult(int wait_seconds);
+
+  // The last result document of this process, unless the one that should have followed failed.
+  const std::optional<std::string>& last_result() const { return last_result_; }
 
  private:
-  Outcome Failed(const std::string& reason);
+  Outcome RunInTransaction(std::string* document, CommitKind kind);
 
   Store* store_;
   std::string result_file_;
+  std::optional<std::string> last_result_;
   unsigned int count_ = 0;
 };
 

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "actions.h"
 #include "command.h"
 #include "device_routes.h"
 #include "listener.h"
@@ -27,6 +28,16 @@ struct DescriptorSets {
   fd_set read;
   fd_set write;
   fd_set except;
+
+  // Whether nothing is ready.
+  bool IsEmpty(int max_fd) const {
+    for (int fd = 0; fd <= max_fd; ++fd) {
+      if (FD_ISSET(fd, &read) || FD_ISSET(fd, &write) || FD_ISSET(fd, &except)) {
+        return false;
+      }
+    }
+    return true;
+  }
 };
 
 void WaitUntil(std::chrono::steady_clock::time_point end) {
@@ -44,7 +55,8 @@ void WaitUntil(std::chrono::steady_clock::time_point end) {
 }  // namespace
 
 Host::Host(Store* store, const Settings& settings)
-    : settings_(settings),
+    : store_(store),
+      settings_(settings),
       exchange_(store, settings.temp_dir),
       settings_routes_(&exchange_, &events_),
       variables_(store, &exchange_, &events_),
@@ -62,6 +74,14 @@ Host::Host(Store* store, const Settings& settings)
   variable_routes_.AddTo(&router_);
   AddLoginRoutes(&clients_, &router_);
   firmware_routes_.AddTo(&router_);
+}
+
+void Host::MakeUpForDueActions() {
+  const unsigned int mask = exchange_.RunDueActions();
+  if (mask != 0) {
+    PrintLine(stdout, "making up for what was applied before this start and is not in force:");
+    exchange_.FinishCommit(mask & ~ReportActions(mask, &events_));
+  }
 }
 
 Status Host::Start() {
@@ -102,6 +122,9 @@ void Host::WaitAndServe() {
   channel_watch_.LookWhenDue();
   NoteEndedProcesses();
   server_.Run(sets.read, sets.write, sets.except);
+  if (!store_->CheckpointWhenDue(sets.IsEmpty(max_fd) && !follow_up_)) {
+    PrintError("the store's log could not be brought into its file; it is tried again");
+  }
 }
 
 // The channels are looked at so often that it is also time enough for the sweep of the clients.

@@ -41,6 +41,10 @@ class Host {
   Host(const Host&) = delete;
   Host& operator=(const Host&) = delete;
 
+  // Runs the actions that an earlier run of the host owes, and says so. To be called before
+  // `Start`.
+  void MakeUpForDueActions();
+
   // Listens, and says on standard output where.
   Status Start();
 
@@ -53,6 +57,7 @@ class Host {
   Status FollowUpWhenReady();
   Status FollowUpAway();
 
+  Store* store_;
   Settings settings_;
   Router router_;
   Clients clients_;

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "directories.h"
+#include "file_lock.h"
 #include "host.h"
 #include "options.h"
 #include "printable_text.h"
@@ -41,10 +42,21 @@ int Report(const Status& status) {
   return static_cast<int>(status.code());
 }
 
-Status OpenStore(const Options& options, Store* store) {
+// Opens the store, for this process alone unless it only asks it, and fills it when that is due.
+Status OpenStore(const Options& options, Store* store, FileLock* lock) {
   const bool query = options.command != Options::Command::kServe && !options.factory_reset;
   Status status = store->Open(options.store, query ? Store::Mode::kExisting : Store::Mode::kCreate);
-  if (!status.ok() || query || (!options.factory_reset && !store->IsEmpty())) {
+  if (!status.ok() || query) {
+    return status;
+  }
+  // Beside the file itself, whatever links lead to it.
+  std::error_code error;
+  const std::filesystem::path file = std::filesystem::canonical(options.store, error);
+  if (error) {
+    return {ExitCode::kStore, "cannot find the store " + options.store + ": " + error.message()};
+  }
+  status = lock->Take(file.string() + "-lock", "the store " + options.store);
+  if (!status.ok() || (!options.factory_reset && !store->IsEmpty())) {
     return status;
   }
   const std::filesystem::path profile =
@@ -79,33 +91,62 @@ Status WriteNode(Store* store, const char* path, const std::string& text) {
   return transaction.begun().ok() ? transaction.Commit() : transaction.begun();
 }
 
-// Settles the directories that the library finds through the store, checks them and writes them
-// there.
-Status SettleDirectories(const Options& options, Store* store, std::string* temp_dir) {
-  *temp_dir = options.temp_dir.empty() ? store->Get(kTempDirNode).value_or("")
-                                       : AbsoluteDirectory(options.temp_dir);
+// The temporary directory, which is there when it is the default.
+Status FindTempDir(const Options& options, Store* store, std::string* temp_dir) {
+  if (!options.temp_dir.empty()) {
+    *temp_dir = AbsoluteDirectory(options.temp_dir);
+    return {};
+  }
+  const std::string stored = store->Get(kTempDirNode).value_or("");
+  if (!MeansDefaultTempDir(stored)) {
+    *temp_dir = stored;
+    return {};
+  }
+  *temp_dir = DefaultTempDir();
+  Status status = MakePrivateDirectory(*temp_dir);
+  if (status.ok() && !stored.empty() && stored != *temp_dir) {
+    PrintError("the temporary directory is " + *temp_dir + ", no longer " + stored);
+  }
+  return status;
+}
+
+// Checks the temporary directory and keeps other hosts away from it.
+Status TakeTempDir(const Options& options, const std::string& temp_dir, FileLock* lock) {
+  Status status = CheckTempDir(temp_dir);
+  if (status.ok() && !options.shared_temp_dir) {
+    status = CheckPrivate(temp_dir, "temporary");
+  }
+  if (status.ok()) {
+    status = lock->Take(temp_dir + "/kiohost.lock", "the temporary directory \"" + temp_dir + "\"");
+  }
+  if (status.ok() && MaxMessageLength(temp_dir) < LongestMessageLength()) {
+    PrintError("warning: with the temporary directory \"" + temp_dir +
+               "\" a result message of more than " + std::to_string(MaxMessageLength(temp_dir)) +
+               " characters cannot be written, and its exchange fails; the longest has " +
+               std::to_string(LongestMessageLength()));
+  }
+  return status;
+}
+
+// Settles the directories that the library finds through the store and writes them there.
+Status SettleDirectories(const Options& options, Store* store, FileLock* lock,
+                         std::string* temp_dir) {
   std::string script_dir = options.script_dir.empty() ? store->Get(kScriptDirNode).value_or("")
                                                       : AbsoluteDirectory(options.script_dir);
   if (script_dir.empty()) {
     script_dir = Program().parent_path() / "scripts";
   }
-  Status status = CheckTempDir(*temp_dir);
+  Status status = FindTempDir(options, store, temp_dir);
   if (status.ok()) {
     status = CheckScriptDir(script_dir);
   }
   if (status.ok()) {
-    status = WriteNode(store, kTempDirNode, *temp_dir);
+    status = TakeTempDir(options, *temp_dir, lock);
   }
   if (status.ok()) {
-    status = WriteNode(store, kScriptDirNode, script_dir);
+    status = WriteNode(store, kTempDirNode, *temp_dir);
   }
-  if (MaxMessageLength(*temp_dir) < LongestMessageLength()) {
-    PrintError("warning: with the temporary directory \"" + *temp_dir +
-               "\" a result message of more than " + std::to_string(MaxMessageLength(*temp_dir)) +
-               " characters makes a broken result document; the longest has " +
-               std::to_string(LongestMessageLength()));
-  }
-  return status;
+  return status.ok() ? WriteNode(store, kScriptDirNode, script_dir) : status;
 }
 
 Status SettlePort(const Options& options, Store* store, int* port) {
@@ -127,10 +168,12 @@ Status SettlePort(const Options& options, Store* store, int* port) {
 // What the scripts need to find the store and the place for their output.
 Status ExportEnvironment(const Options& options, const std::string& temp_dir) {
   const std::filesystem::path state_dir = options.state_dir.empty() ? temp_dir : options.state_dir;
-  std::error_code error;
-  if (!std::filesystem::is_directory(state_dir, error)) {
-    return {ExitCode::kDirectory,
-            "the state directory \"" + state_dir.string() + "\" does not exist"};
+  Status status = CheckStateDir(state_dir);
+  if (status.ok() && !options.shared_temp_dir) {
+    status = CheckPrivate(state_dir, "state");
+  }
+  if (!status.ok()) {
+    return status;
   }
   setenv("KIOHOST_PROGRAM", Program().c_str(), 1);
   setenv("KIOHOST_STORE", std::filesystem::absolute(options.store).c_str(), 1);
@@ -145,9 +188,10 @@ Status Serve(const Options& options, Store* store) {
   settings.open = options.open;
   settings.names = options.names;
   settings.catalogue = Program().parent_path() / "variables.json";
+  FileLock lock;
   Status status = SettlePort(options, store, &settings.port);
   if (status.ok()) {
-    status = SettleDirectories(options, store, &settings.temp_dir);
+    status = SettleDirectories(options, store, &lock, &settings.temp_dir);
   }
   if (status.ok()) {
     status = ExportEnvironment(options, settings.temp_dir);
@@ -168,6 +212,7 @@ Status Serve(const Options& options, Store* store) {
         "settings.");
   }
   Host host(store, settings);
+  host.MakeUpForDueActions();
   status = host.Start();
   if (status.ok()) {
     status = host.Run();
@@ -192,7 +237,8 @@ int Main(int argc, char** argv) {
   // The store holds passwords, and the library's log may.
   umask(S_IRWXG | S_IRWXO);
   Store store;
-  const Status opened = OpenStore(options, &store);
+  FileLock lock;
+  const Status opened = OpenStore(options, &store, &lock);
   if (!opened.ok()) {
     return Report(opened);
   }

@@ -1,6 +1,8 @@
 #include "node_path.h"
 
 #include <algorithm>
+#include <charconv>
+#include <system_error>
 
 namespace kiohost {
 namespace {
@@ -13,9 +15,12 @@ bool IsNameCharacter(char c) {
 }
 
 bool IsInstanceNumber(std::string_view text) {
-  constexpr size_t kMaxDigits = 9;  // fits an int
-  return !text.empty() && text.size() <= kMaxDigits && text[0] != '0' &&
-         std::all_of(text.begin(), text.end(), IsDigit);
+  if (text.empty() || !std::all_of(text.begin(), text.end(), IsDigit) || text[0] == '0') {
+    return false;
+  }
+  int number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc() && number <= kMaxInstance;
 }
 
 bool IsName(std::string_view name) {

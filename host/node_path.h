@@ -9,9 +9,13 @@ namespace kiohost {
 
 inline constexpr size_t kMaxPathLength = 255;
 
+// The library asks for the highest instance in use and may then go through all numbers below it, so
+// they have a bound.
+inline constexpr int kMaxInstance = 4096;
+
 // True for a path that may hold a text: one or more names, each with a '/' before it. A name is
-// made of letters, digits, '.', '_' and '-', and may end in ':' and an instance number from 1
-// without leading zeros.
+// made of letters, digits, '.', '_' and '-', and may end in ':' and an instance number from 1 to
+// `kMaxInstance` without leading zeros.
 bool IsNodePath(std::string_view path);
 
 // True for a path that counts instances: a node path without an instance number at its end,

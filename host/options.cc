@@ -25,10 +25,12 @@ change them over HTTP (docs/http.md).
   --listen ADDRESS   numeric address to listen on (default 127.0.0.1)
   --port PORT        port to listen on, 0 for any free one (default the store's
                      /zentrolinks/rsshttpport)
-  --temp-dir DIR     directory of the result document and the log, kept in the store
+  --temp-dir DIR     directory of the result document and the log, kept in the store (default
+                     /tmp/kiohost-UID, which is made for you alone)
   --script-dir DIR   directory of uplink.sh and device_resync.sh, kept in the store
   --state-dir DIR    where the scripts write what they would bring up (default the temporary
                      directory)
+  --shared-temp-dir  take a temporary and a state directory that other users can write to
   --real-waits       refuse connections after a commit for as long as the app was told to wait
   --name NAME        a further name by which browsers and apps reach the router (default router;
                      its addresses and localhost always count)
@@ -40,8 +42,8 @@ change them over HTTP (docs/http.md).
   --help, --version
 
 Exit codes: 0 success, 1 the node of --get is absent, 2 wrong command line, 3 the store cannot be
-used, 4 the profile cannot be used, 5 a directory cannot be used, 6 cannot listen, 7 the output
-cannot be written.
+used, 4 the profile cannot be used, 5 a directory cannot be used, or another process uses it or the
+store, 6 cannot listen, 7 the output cannot be written.
 )";
 
 enum OptionId {
@@ -53,6 +55,7 @@ enum OptionId {
   kTempDirOption,
   kScriptDirOption,
   kStateDirOption,
+  kSharedTempDirOption,
   kRealWaitsOption,
   kNameOption,
   kOpenOption,
@@ -72,6 +75,7 @@ constexpr option kOptions[] = {
     {"temp-dir", required_argument, nullptr, kTempDirOption},
     {"script-dir", required_argument, nullptr, kScriptDirOption},
     {"state-dir", required_argument, nullptr, kStateDirOption},
+    {"shared-temp-dir", no_argument, nullptr, kSharedTempDirOption},
     {"real-waits", no_argument, nullptr, kRealWaitsOption},
     {"name", required_argument, nullptr, kNameOption},
     {"open", no_argument, nullptr, kOpenOption},
@@ -159,6 +163,9 @@ Status ParseOption(int id, const char* word, Options* options) {
       return ParseDump(options);
     case kFactoryResetOption:
       options->factory_reset = true;
+      return {};
+    case kSharedTempDirOption:
+      options->shared_temp_dir = true;
       return {};
     case kRealWaitsOption:
       options->real_waits = true;

@@ -17,13 +17,14 @@ struct Options {
   std::string node;  // of kDump (empty: all) and kGet
   std::string store = "kiohost.db";
   std::string profile;     // empty: the one beside the program
-  std::string temp_dir;    // empty: as the store says
+  std::string temp_dir;    // empty: as the store says, or the default
   std::string script_dir;  // empty: as the store says
   std::string state_dir;   // empty: the temporary directory
   std::string listen = "127.0.0.1";
   std::optional<int> port;  // absent: as the store says
   int log_level = 5;
   bool factory_reset = false;
+  bool shared_temp_dir = false;  // others may write to the directories
   bool real_waits = false;
   bool open = false;
   std::vector<std::string> names = {"router"};  // the router's, in Host headers

@@ -106,7 +106,8 @@ std::string ParseLine(std::string_view line, Node* node) {
   }
   const std::string_view path = Trim(line.substr(0, equals));
   if (!IsNodePath(path)) {
-    return "\"" + std::string(path) + "\" is not a node path";
+    return "\"" + std::string(path) + "\" is not a node path, or has an instance number above " +
+           std::to_string(kMaxInstance);
   }
   const std::string_view raw = Trim(line.substr(equals + 1));
   const std::optional<std::string> text = raw.starts_with('"') ? Unquote(raw) : std::string(raw);

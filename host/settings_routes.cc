@@ -81,15 +81,16 @@ Reply SettingsRoutes::RunExchange(const RequestView& request) {
   if (outcome.commit != CommitKind::kNone) {
     reply.follow_up.wait_seconds = outcome.wait_seconds;
     reply.follow_up.run = [this, commit = outcome.commit] {
-      ReportActions(exchange_->Commit(commit), events_);
+      const unsigned int mask = exchange_->Commit(commit);
+      exchange_->FinishCommit(mask & ~ReportActions(mask, events_));
     };
   }
   return reply;
 }
 
 Reply SettingsRoutes::LastResult() {
-  std::optional<std::string> result = exchange_->LastResult();
-  return result ? ResultDocument(std::move(*result))
+  const std::optional<std::string>& result = exchange_->last_result();
+  return result ? ResultDocument(*result)
                 : ErrorReply(MHD_HTTP_NOT_FOUND, "there is no result document");
 }
 

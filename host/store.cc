@@ -1,5 +1,7 @@
 #include "store.h"
 
+#include <cstdlib>
+
 #include "node_path.h"
 
 namespace kiohost {
@@ -11,7 +13,16 @@ constexpr char kApplicationId[] = "1263095631";
 constexpr char kSchema[] =
     "PRAGMA application_id=1263095631;"
     "CREATE TABLE IF NOT EXISTS node("
-    "path TEXT PRIMARY KEY COLLATE NOCASE, text TEXT NOT NULL) WITHOUT ROWID;";
+    "path TEXT PRIMARY KEY COLLATE NOCASE, text TEXT NOT NULL) WITHOUT ROWID;"
+    "CREATE TABLE IF NOT EXISTS state("
+    "name TEXT PRIMARY KEY, number INTEGER NOT NULL) WITHOUT ROWID;";
+
+// Tables of the file, whose it is, and how many of the schema's tables it has.
+constexpr char kIdentity[] =
+    "SELECT (SELECT count(*) FROM sqlite_schema), application_id,"
+    " (SELECT count(*) FROM sqlite_schema WHERE name IN ('node', 'state'))"
+    " FROM pragma_application_id";
+constexpr char kAllTables[] = "2";
 
 // What lies below a path sorts between path + '/' and path + '0', the character after '/'; the
 // instances of a name between name + ':' and name + ';'. Ranges need no wildcards, so a '_' or '%'
@@ -19,7 +30,8 @@ constexpr char kSchema[] =
 constexpr char kGet[] = "SELECT text FROM node WHERE path = ?1";
 constexpr char kCount[] =
     "SELECT max(CAST(substr(path, length(?1) + 2) AS INTEGER)) FROM node"
-    " WHERE path > ?1 || ':' AND path < ?1 || ';'";
+    " WHERE path > ?1 || ':' AND path < ?1 || ';'"
+    " AND CAST(substr(path, length(?1) + 2) AS INTEGER) <= CAST(?2 AS INTEGER)";
 constexpr char kSet[] =
     "INSERT INTO node VALUES(?1, ?2) ON CONFLICT(path) DO UPDATE SET text = excluded.text";
 constexpr char kDelete[] =
@@ -27,6 +39,20 @@ constexpr char kDelete[] =
 constexpr char kList[] =
     "SELECT path, text FROM node WHERE ?1 = '' OR path = ?1"
     " OR (path > ?1 || '/' AND path < ?1 || '0') ORDER BY path";
+constexpr char kGetDue[] = "SELECT number FROM state WHERE name = 'due actions'";
+constexpr char kSetDue[] =
+    "INSERT INTO state VALUES('due actions', ?1)"
+    " ON CONFLICT(name) DO UPDATE SET number = excluded.number";
+
+// The first commit behind a checkpoint begins the log anew, which has a wait for the disk of its
+// own. This one takes it on itself.
+constexpr char kBeginLog[] =
+    "INSERT INTO state VALUES('checkpoints', 1)"
+    " ON CONFLICT(name) DO UPDATE SET number = number + 1";
+
+constexpr auto kRest = std::chrono::seconds(1);
+constexpr auto kPause = std::chrono::seconds(10);
+constexpr int kLongLog = 1000;  // pages
 
 }  // namespace
 
@@ -41,20 +67,23 @@ Status Store::Open(const std::string& file, Mode mode) {
     return Failure("open");
   }
   sqlite3_busy_timeout(database, kBusyMilliseconds);
+  // Checkpoints come when nobody waits, not within a commit.
+  sqlite3_wal_hook(database, NoteCommit, this);
   Statement identity;
-  if (!identity.Prepare(database,
-                        "SELECT (SELECT count(*) FROM sqlite_schema), application_id"
-                        " FROM pragma_application_id") ||
-      identity.Step() != SQLITE_ROW) {
+  if (!identity.Prepare(database, kIdentity) || identity.Step() != SQLITE_ROW) {
     return Failure("read");
   }
   if (identity.Text(0) != "0" && identity.Text(1) != kApplicationId) {
     return {ExitCode::kStore, file_ + " is a database of another program"};
   }
+  const bool complete = identity.Text(2) == kAllTables;
   identity.Reset();
-  // The transaction proves that the store can be written.
-  if (!Execute("PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; BEGIN IMMEDIATE;") ||
-      !Execute(kSchema) || !Execute("COMMIT")) {
+  if (!Execute("PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL")) {
+    return Failure("write");
+  }
+  // The transaction proves that the store can be written. A query waits for no disk.
+  if ((mode == Mode::kCreate || !complete) &&
+      (!Execute("BEGIN IMMEDIATE") || (!complete && !Execute(kSchema)) || !Execute("COMMIT"))) {
     return Failure("write");
   }
   return Prepare();
@@ -64,7 +93,8 @@ Status Store::Prepare() {
   sqlite3* database = database_.get();
   if (!get_.Prepare(database, kGet) || !count_.Prepare(database, kCount) ||
       !set_.Prepare(database, kSet) || !delete_.Prepare(database, kDelete) ||
-      !list_.Prepare(database, kList)) {
+      !list_.Prepare(database, kList) || !get_due_.Prepare(database, kGetDue) ||
+      !set_due_.Prepare(database, kSetDue)) {
     return Failure("use");
   }
   return {};
@@ -88,8 +118,10 @@ std::optional<std::string> Store::Get(std::string_view path) {
 }
 
 std::optional<std::string> Store::GetCount(std::string_view path) {
+  const std::string highest = std::to_string(kMaxInstance);
   const StatementRun run(&count_);
   count_.Bind(1, path);
+  count_.Bind(2, highest);
   if (count_.Step() != SQLITE_ROW) {
     Fail();
     return std::nullopt;
@@ -134,7 +166,7 @@ Status Store::Replace(const std::vector<Node>& nodes) {
   if (!transaction.begun().ok()) {
     return transaction.begun();
   }
-  if (!Execute("DELETE FROM node")) {
+  if (!Execute("DELETE FROM node; DELETE FROM state")) {
     Fail();
   }
   for (const Node& node : nodes) {
@@ -147,6 +179,7 @@ bool Store::IsEmpty() { return List().empty(); }
 
 Status Store::Begin() {
   failed_ = false;
+  changes_at_begin_ = sqlite3_total_changes(database_.get());
   if (!Execute("BEGIN IMMEDIATE")) {
     return Failure("write");
   }
@@ -174,9 +207,71 @@ void Store::Rollback() {
   failed_ = false;
 }
 
+bool Store::HasChanged() const {
+  return sqlite3_total_changes(database_.get()) != changes_at_begin_;
+}
+
+unsigned int Store::DueActions() {
+  constexpr int kDecimal = 10;
+  const StatementRun run(&get_due_);
+  const int code = get_due_.Step();
+  if (code == SQLITE_ROW) {
+    return static_cast<unsigned int>(std::strtoul(get_due_.Text(0).c_str(), nullptr, kDecimal));
+  }
+  if (code != SQLITE_DONE) {
+    Fail();
+  }
+  return 0;
+}
+
+void Store::AddDueActions(unsigned int actions) {
+  const unsigned int due = DueActions();
+  if ((actions & ~due) != 0) {
+    WriteDueActions(due | actions);
+  }
+}
+
+bool Store::RemoveDueActions(unsigned int actions) {
+  const unsigned int due = DueActions();
+  if ((due & actions) == 0) {
+    return true;
+  }
+  const bool written = Execute("PRAGMA synchronous=NORMAL") && WriteDueActions(due & ~actions);
+  return Execute("PRAGMA synchronous=FULL") && written;
+}
+
+bool Store::WriteDueActions(unsigned int actions) {
+  const std::string number = std::to_string(actions);
+  set_due_.Bind(1, number);
+  return RunWrite(&set_due_);
+}
+
+bool Store::CheckpointWhenDue(bool quiet) {
+  const auto now = std::chrono::steady_clock::now();
+  const bool due = (quiet && now >= last_write_ + kRest) || log_pages_ >= kLongLog;
+  return log_pages_ == 0 || !due || now < next_checkpoint_ || Checkpoint();
+}
+
 bool Store::Checkpoint() {
-  return sqlite3_wal_checkpoint_v2(database_.get(), nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr,
-                                   nullptr) == SQLITE_OK;
+  int in_log = 0;
+  int in_file = 0;
+  // A passive one waits for nobody and leaves out what a reader still needs.
+  const int code = sqlite3_wal_checkpoint_v2(database_.get(), nullptr, SQLITE_CHECKPOINT_PASSIVE,
+                                             &in_log, &in_file);
+  if (code != SQLITE_OK || in_file < in_log) {
+    next_checkpoint_ = std::chrono::steady_clock::now() + kPause;
+    return code == SQLITE_OK;
+  }
+  const bool begun = Execute("PRAGMA synchronous=NORMAL") && Execute(kBeginLog);
+  log_pages_ = 0;
+  return Execute("PRAGMA synchronous=FULL") && begun;
+}
+
+int Store::NoteCommit(void* store, sqlite3* /*database*/, const char* /*name*/, int log_pages) {
+  auto* const self = static_cast<Store*>(store);
+  self->log_pages_ = log_pages;
+  self->last_write_ = std::chrono::steady_clock::now();
+  return SQLITE_OK;
 }
 
 Status Store::Failure(std::string_view what) const {

@@ -2,6 +2,7 @@
 #ifndef HOST_STORE_H
 #define HOST_STORE_H
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -57,7 +58,22 @@ class Store {
   Status Commit();
   void Rollback();
 
-  // Brings the write-ahead log into the database file.
+  // Whether anything was written since Begin.
+  bool HasChanged() const;
+
+  // Actions (bits of kioapp/platform.h) that were applied and not yet brought into force: the
+  // host's own note, which is no node. They are added within a transaction, with what was applied.
+  // Removing waits for no disk: after a power failure they may be due once more.
+  void AddDueActions(unsigned int actions);
+  bool RemoveDueActions(unsigned int actions);
+  unsigned int DueActions();
+
+  // Brings the write-ahead log into the database file, when that is due: nothing was written for a
+  // moment and `quiet` says that nobody waits, or the log has become long. Returns false when it
+  // failed; it is tried again later.
+  bool CheckpointWhenDue(bool quiet);
+
+  // The same at once.
   bool Checkpoint();
 
  private:
@@ -67,6 +83,8 @@ class Store {
   std::optional<std::string> GetCount(std::string_view path);
   bool RunWrite(Statement* statement);
   bool Fail();
+  bool WriteDueActions(unsigned int actions);
+  static int NoteCommit(void* store, sqlite3* database, const char* name, int log_pages);
 
   std::string file_;
   Database database_;
@@ -75,7 +93,13 @@ class Store {
   Statement set_;
   Statement delete_;
   Statement list_;
-  bool failed_ = false;  // an access failed since Begin
+  Statement get_due_;
+  Statement set_due_;
+  bool failed_ = false;       // an access failed since Begin
+  int changes_at_begin_ = 0;  // that this connection had made
+  int log_pages_ = 0;         // of the write-ahead log that are not in the file yet
+  std::chrono::steady_clock::time_point last_write_;
+  std::chrono::steady_clock::time_point next_checkpoint_;
 };
 
 // A transaction that rolls back at the end of its scope unless it was committed.

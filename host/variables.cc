@@ -20,6 +20,21 @@ constexpr const char* kActionNames[] = {"SiteSurvey", "VerifyAllRssVars", "Apply
                                         "CommitRssVars", "SetRssVars"};
 constexpr std::string_view kCommitAction = "CommitRssVars";
 constexpr std::string_view kSurveyAction = "SiteSurvey";
+constexpr std::string_view kVerifyAction = "VerifyAllRssVars";
+constexpr std::string_view kApplyAction = "ApplyAllRssVars";
+constexpr std::string_view kBatchAction = "SetRssVars";
+
+// All actions that applying can call for.
+constexpr unsigned int kAppliedActions = KIOAPP_SYNC_WAN | KIOAPP_SYNC_WLAN | KIOAPP_SYNC_WLAN_5G |
+                                         KIOAPP_SYNC_DEVICE | KIOAPP_SYNC_SAVE_TO_FLASH;
+
+size_t CountOf(std::string_view text, std::string_view word) {
+  size_t count = 0;
+  for (size_t at = text.find(word); at != text.npos; at = text.find(word, at + word.size())) {
+    ++count;
+  }
+  return count;
+}
 
 // A value for the library to read and to write.
 class ValueBuffer {
@@ -89,11 +104,12 @@ bool Variables::Exists(const std::string& name) {
 
 Variables::Answer Variables::SetBatch(const std::string& batch, char separator) {
   BeginSeries();
-  return InTransaction([&batch, separator]() -> Answer {
+  const auto run = [&batch, separator]() -> Answer {
     std::array<char, KIOAPP_VAR_SIZE> fault = {};
     const int code = do_RssVar_Parser(ValueBuffer(batch).data(), separator, fault.data(), 0);
     return {static_cast<unsigned int>(code), fault.data(), {}};
-  });
+  };
+  return InTransaction({run, true, CountOf(batch, kApplyAction)});
 }
 
 std::string Variables::FindAction(const std::string& name) {
@@ -110,12 +126,17 @@ Variables::Answer Variables::RunAction(const std::string& action, const std::str
   if (action != kCommitAction) {
     BeginSeries();
   }
-  Answer answer = InTransaction([&action, &text]() -> Answer {
+  const auto run = [&action, &text]() -> Answer {
     ValueBuffer value(text);
     const std::string name = std::string(kVariablePrefix) + "Act_" + action;
     const unsigned int code = setget_RssVar(name.c_str(), value.data(), KIOAPP_VAR_READ);
     return {code, value.text(), {}};
-  });
+  };
+  const bool writes_result = action == kVerifyAction || action == kBatchAction;
+  const size_t applies = action == kApplyAction   ? 1
+                         : action == kBatchAction ? CountOf(text, kApplyAction)
+                                                  : 0;
+  Answer answer = InTransaction({run, writes_result, applies});
   if (action == kSurveyAction && answer.code == KIOAPP_VAR_DONE) {
     ReportActions(KIOAPP_SYNC_SITE_SURVEY, events_);
   }
@@ -154,13 +175,25 @@ void Variables::BeginSeries() {
 }
 
 // Keeps what the call wrote to the store when it succeeded.
-Variables::Answer Variables::InTransaction(const std::function<Answer()>& call) {
+Variables::Answer Variables::InTransaction(const Call& call) {
+  if (call.always_writes_result) {
+    exchange_->ExpectResult();
+  }
   StoreTransaction transaction(store_);
   if (!transaction.begun().ok()) {
     return {0, {}, transaction.begun()};
   }
-  Answer answer = call();
-  if (answer.code == KIOAPP_VAR_DONE) {
+  Answer answer = call.run();
+  const bool done = answer.code == KIOAPP_VAR_DONE;
+  if (call.always_writes_result || (call.applies > 0 && !done)) {
+    answer.store = exchange_->TakeResult(0);
+  }
+  if (answer.store.ok() && done) {
+    if (call.applies > 0 && store_->HasChanged()) {
+      // The record tells what the last applying calls for.
+      store_->AddDueActions(call.applies == 1 ? AppliedActions(CommitKind::kSettings)
+                                              : kAppliedActions);
+    }
     answer.store = transaction.Commit();
   }
   return answer;
@@ -173,8 +206,7 @@ void Variables::FinishCommit(unsigned int mask) {
     do_RssVar_Commit();
   }
   commit_is_due_ = false;
-  exchange_->FinishCommit(mask);
-  ReportActions(mask, events_);
+  exchange_->FinishCommit(mask & ~ReportActions(mask, events_));
 }
 
 }  // namespace kiohost

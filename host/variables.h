@@ -21,7 +21,9 @@ class Variables {
   struct Answer {
     unsigned int code = 0;
     std::string text;  // the value that was read; or the variable or the element at fault
-    Status store;      // not ok when the store failed: nothing was changed there
+    // Not ok when the store, or the writing of a result document, failed: nothing was changed
+    // there.
+    Status store;
   };
 
   // Longest value of a variable.
@@ -62,8 +64,15 @@ class Variables {
   bool CommitIsTicking() const;
 
  private:
+  // A call into the library that may change the store.
+  struct Call {
+    std::function<Answer()> run;
+    bool always_writes_result;  // otherwise an applying does that is refused
+    size_t applies;             // how often it may apply the record
+  };
+
   void BeginSeries();
-  Answer InTransaction(const std::function<Answer()>& call);
+  Answer InTransaction(const Call& call);
   void FinishCommit(unsigned int mask);
 
   Store* store_;

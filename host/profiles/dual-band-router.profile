@@ -21,8 +21,9 @@
 /zentrolinks/safetyvyr = 1
 # Port on which the app reaches the router.
 /zentrolinks/rsshttpport = 8080
-# Directory of the result document and the log; --temp-dir overrides it.
-/zentrolinks/tempdirecory = /tmp
+# Directory of the result document and the log. Empty: one for the user alone below /tmp; --temp-dir
+# overrides it.
+/zentrolinks/tempdirecory =
 # Directory of uplink.sh and device_resync.sh. Empty: the one beside the program; --script-dir
 # overrides it.
 /zentrolinks/scriptdirecory =

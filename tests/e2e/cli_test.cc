@@ -83,18 +83,48 @@ TEST(CommandLineTest, ABrokenProfileLineIsNamedAndTheStoreIsAsBefore) {
   EXPECT_EQ(RunKiohost(dump).output, "/sys/a = 1\n");
 }
 
+TEST(CommandLineTest, AProfileWithAnInstanceBeyondTheLibrarysReachIsRefused) {
+  const TempDir dir;
+  WriteFile(dir.File("p"),
+            "/sys/a = 1\n/lan/wireless5:1/accesscontrol/acrule:2000000000/mac = x\n");
+  ExpectFailure({"--store", dir.File("s.db"), "--profile", dir.File("p"), "--factory-reset"}, 4,
+                dir.File("p") + ": line 2: ");
+}
+
 TEST(CommandLineTest, DirectoriesThatCannotBeUsedAreNamed) {
   const TempDir dir;
   ExpectFailure(Serving(dir, {"--temp-dir", dir.File("none")}), 5, "does not exist");
   ExpectFailure(Serving(dir, {"--script-dir", dir.File("none")}), 5, "does not exist");
   ExpectFailure(Serving(dir, {"--state-dir", dir.File("none")}), 5, "does not exist");
   const std::string long_name = dir.File(std::string(60, 'd'));
-  std::filesystem::create_directory(long_name);
+  dir.MakeDirectory(std::string(60, 'd'));
   ExpectFailure(Serving(dir, {"--temp-dir", long_name}), 5, "longer than 63");
   ExpectFailure(Serving(dir, {"--script-dir", long_name}), 5, "longer than 63");
   const std::string shell = dir.File("a;b");
-  std::filesystem::create_directory(shell);
+  dir.MakeDirectory("a;b");
   ExpectFailure(Serving(dir, {"--temp-dir", shell}), 5, "character");
+}
+
+TEST(CommandLineTest, DirectoriesThatOthersCanWriteToAreRefused) {
+  const TempDir dir;
+  const std::string shared = dir.MakeDirectory("shared");
+  constexpr auto kSticky = std::filesystem::perms::sticky_bit;
+  constexpr auto kOwner = std::filesystem::perms::owner_all;
+  for (const auto others :
+       {std::filesystem::perms::group_write, std::filesystem::perms::others_write,
+        kSticky | std::filesystem::perms::group_all | std::filesystem::perms::others_all}) {
+    std::filesystem::permissions(shared, kOwner | others);
+    ExpectFailure(Serving(dir, {"--temp-dir", shared}), 5,
+                  "the temporary directory \"" + shared + "\" can be written by other users");
+    ExpectFailure(Serving(dir, {"--state-dir", shared}), 5,
+                  "the state directory \"" + shared + "\" can be written by other users");
+  }
+  // The result document could be anywhere by now, had it been written.
+  EXPECT_TRUE(std::filesystem::is_empty(shared));
+  ExpectFailure(Serving(dir, {"--temp-dir", "/tmp"}), 5, "--shared-temp-dir");
+  HostProcess host;
+  EXPECT_TRUE(host.Start({"--temp-dir", shared, "--state-dir", shared, "--shared-temp-dir"}));
+  EXPECT_EQ(Post(host.port(), "/settings", FactoryDocument()).status, 200);
 }
 
 TEST(CommandLineTest, APortInUseIsSaid) {
@@ -187,7 +217,7 @@ class WorkingDirectory {
 
 TEST(CommandLineTest, RelativeDirectoriesAreStoredForHostsThatAreStartedElsewhere) {
   HostProcess host;
-  std::filesystem::create_directory(host.dir().File("t"));
+  host.dir().MakeDirectory("t");
   {
     const WorkingDirectory here(host.dir().path());
     ASSERT_TRUE(host.Start({"--temp-dir", "t", "--script-dir", "scripts"}));
@@ -201,7 +231,7 @@ TEST(CommandLineTest, RelativeDirectoriesAreStoredForHostsThatAreStartedElsewher
 TEST(CommandLineTest, ALongTemporaryDirectoryIsWarnedOf) {
   HostProcess host;
   const std::string longer = host.dir().File("directory");
-  std::filesystem::create_directory(longer);
+  host.dir().MakeDirectory("directory");
   ASSERT_TRUE(host.Start({"--temp-dir", longer}));
   EXPECT_THAT(ReadFile(host.dir().File("err")), HasSubstr("of more than 49 characters"));
 }

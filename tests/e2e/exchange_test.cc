@@ -284,7 +284,7 @@ TEST(ExchangeTest, AStoreThatAnotherWritesIsAFailureThatChangesNothing) {
 TEST(ExchangeTest, ALostTemporaryDirectoryIsAFailureThatChangesNothing) {
   HostProcess host;
   const std::string results = host.dir().File("r");
-  std::filesystem::create_directory(results);
+  host.dir().MakeDirectory("r");
   ASSERT_TRUE(host.Start({"--temp-dir", results, "--state-dir", host.dir().path()}));
   EXPECT_EQ(Post(host.port(), "/settings", FactoryDocument()).status, 200);
   EXPECT_EQ(Get(host.port(), "/result").status, 200);

@@ -4,32 +4,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <sstream>
-#include <thread>
 
 namespace {
-
-constexpr auto kPatience = std::chrono::seconds(20);
-constexpr auto kPause = std::chrono::milliseconds(2);
-
-// Waits until `condition` holds; returns whether it came to hold in time.
-template <typename Condition>
-bool WaitFor(Condition condition) {
-  const auto end = std::chrono::steady_clock::now() + kPatience;
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > end) {
-      return false;
-    }
-    std::this_thread::sleep_for(kPause);
-  }
-  return true;
-}
 
 pid_t Spawn(const std::vector<std::string>& arguments, const std::string& output_file,
             const std::string& error_file) {
@@ -134,6 +117,11 @@ HostProcess::~HostProcess() {
 void HostProcess::UseProfile(const std::string& profile) {
   WriteFile(dir_.File("test.profile"), profile);
   arguments_.insert(arguments_.end(), {"--profile", dir_.File("test.profile")});
+}
+
+void HostProcess::UseTempDirOfTheStore() {
+  const auto option = std::find(arguments_.begin(), arguments_.end(), "--temp-dir");
+  arguments_.erase(option, option + 2);
 }
 
 void HostProcess::UseScript(const std::string& name, const std::string& script) {

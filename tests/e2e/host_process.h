@@ -4,10 +4,27 @@
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "../host/temp_dir.h"
+
+// Waits until `condition` holds; returns whether it came to hold within some seconds.
+template <typename Condition>
+bool WaitFor(Condition condition) {
+  constexpr auto kPatience = std::chrono::seconds(20);
+  constexpr auto kPause = std::chrono::milliseconds(2);
+  const auto end = std::chrono::steady_clock::now() + kPatience;
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > end) {
+      return false;
+    }
+    std::this_thread::sleep_for(kPause);
+  }
+  return true;
+}
 
 struct CommandResult {
   int exit_code = -1;  // 128 and the signal's number when a signal ended it
@@ -36,6 +53,9 @@ class HostProcess {
 
   // Uses other factory settings than the delivered ones.
   void UseProfile(const std::string& profile);
+
+  // Leaves the temporary directory to the store and the default.
+  void UseTempDirOfTheStore();
 
   // Replaces a resync script.
   void UseScript(const std::string& name, const std::string& script);

@@ -32,16 +32,33 @@ TEST(OptionsTest, HaveSafeDefaults) {
   EXPECT_FALSE(options.real_waits);
   EXPECT_FALSE(options.factory_reset);
   EXPECT_FALSE(options.open);
+  EXPECT_FALSE(options.shared_temp_dir);
   EXPECT_THAT(options.names, ElementsAre("router"));
 }
 
 TEST(OptionsTest, AreAllUnderstood) {
   Options options;
-  ASSERT_TRUE(Parse({"--store",     "s.db",   "--profile=p",  "--factory-reset",
-                     "--listen",    "::1",    "--port",       "0",
-                     "--temp-dir",  "t",      "--script-dir", "c",
-                     "--state-dir", "d",      "--real-waits", "--log-level",
-                     "7",           "--open", "--name",       "kio.lan"},
+  ASSERT_TRUE(Parse({"--store",
+                     "s.db",
+                     "--profile=p",
+                     "--factory-reset",
+                     "--listen",
+                     "::1",
+                     "--port",
+                     "0",
+                     "--temp-dir",
+                     "t",
+                     "--script-dir",
+                     "c",
+                     "--state-dir",
+                     "d",
+                     "--real-waits",
+                     "--log-level",
+                     "7",
+                     "--open",
+                     "--name",
+                     "kio.lan",
+                     "--shared-temp-dir"},
                     &options)
                   .ok());
   EXPECT_EQ(options.store, "s.db");
@@ -55,6 +72,7 @@ TEST(OptionsTest, AreAllUnderstood) {
   EXPECT_TRUE(options.real_waits);
   EXPECT_EQ(options.log_level, 7);
   EXPECT_TRUE(options.open);
+  EXPECT_TRUE(options.shared_temp_dir);
   EXPECT_THAT(options.names, ElementsAre("router", "kio.lan"));
 }
 

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <string>
 
+#include "node_path.h"
 #include "store.h"
 #include "temp_dir.h"
 
@@ -53,6 +54,15 @@ TEST_F(StoreApiTest, CountsAndDeletesInstances) {
   }
   EXPECT_EQ(xget_int("/acl/acrule#"), 1);
   EXPECT_EQ(xget_int("/acl/acrule:1/active"), 1);
+}
+
+TEST_F(StoreApiTest, AnInstanceBeyondTheBoundIsNeitherWrittenNorDeletedNorRead) {
+  EXPECT_EQ(xset_int(1, "/acl/acrule:%d/active", kMaxInstance), 0);
+  EXPECT_NE(xset_int(1, "/acl/acrule:%d/active", kMaxInstance + 1), 0);
+  EXPECT_NE(xset_int(1, "/acl/acrule:%d/active", 2000000000), 0);
+  EXPECT_NE(xdel("/acl/acrule:%d", 2000000000), 0);
+  EXPECT_EQ(xget_int("/acl/acrule:%d/active", 2000000000), -1);
+  EXPECT_EQ(xget_int("/acl/acrule#"), kMaxInstance);
 }
 
 TEST_F(StoreApiTest, NeverWritesBeyondTheLibrarysBuffer) {

@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include <filesystem>
 #include <fstream>
 #include <string>
+#include <system_error>
 
 #include "temp_dir.h"
 
@@ -101,6 +103,22 @@ TEST_F(StoreTest, CountsInstancesBelowAnInstance) {
   EXPECT_THAT(store_.Get("/lan/wireless5:1/acrule#"), Optional(std::string("3")));
 }
 
+TEST_F(StoreTest, DoesNotCountInstancesBeyondTheBoundThatAnOldFileHas) {
+  Fill({"/acl/acrule:3/mac"});
+  sqlite3* raw = nullptr;
+  ASSERT_EQ(sqlite3_open(file_.c_str(), &raw), SQLITE_OK);
+  const Database database(raw);
+  ASSERT_EQ(sqlite3_exec(raw,
+                         "INSERT INTO node VALUES('/acl/acrule:4097/mac', 'x'),"
+                         "('/acl/acrule:2000000000/mac', 'x'), ('/old/acrule:5000', 'x')",
+                         nullptr, nullptr, nullptr),
+            SQLITE_OK);
+  EXPECT_THAT(store_.Get("/acl/acrule#"), Optional(std::string("3")));
+  EXPECT_EQ(store_.Get("/old/acrule#"), std::nullopt);
+  Fill({"/acl/acrule:4096/mac"});
+  EXPECT_THAT(store_.Get("/acl/acrule#"), Optional(std::string("4096")));
+}
+
 TEST_F(StoreTest, RefusesWhatIsNoNodeOrDoesNotFit) {
   for (const char* path : {"", "sys", "/sys/", "/sys#", "/a b", "/a:0", "/a'"}) {
     EXPECT_FALSE(store_.Set(path, "x")) << path;
@@ -163,6 +181,81 @@ TEST_F(StoreTest, ReplaceIsAllOrNothing) {
   EXPECT_THAT(store_.List(), ElementsAre(Node{"/sys/new", "1"}));
 }
 
+TEST_F(StoreTest, KeepsDueActionsWithTheTransactionThatAddsThem) {
+  EXPECT_EQ(store_.DueActions(), 0U);
+  {
+    StoreTransaction transaction(&store_);
+    store_.AddDueActions(33);
+  }
+  EXPECT_EQ(store_.DueActions(), 0U) << "rolled back";
+  for (const unsigned int actions : {33U, 0U, 16U, 1U}) {
+    StoreTransaction transaction(&store_);
+    store_.AddDueActions(actions);
+    EXPECT_TRUE(transaction.Commit().ok());
+  }
+  EXPECT_TRUE(store_.RemoveDueActions(1 | 4));
+  Store other;
+  ASSERT_TRUE(other.Open(file_, Store::Mode::kExisting).ok());
+  EXPECT_EQ(other.DueActions(), 48U);
+  EXPECT_THAT(other.List(), IsEmpty()) << "they are no nodes";
+  EXPECT_TRUE(store_.Replace({{"/sys/a", "1"}}).ok());
+  EXPECT_EQ(store_.DueActions(), 0U);
+}
+
+TEST_F(StoreTest, TellsWhetherATransactionWroteAnything) {
+  Fill({"/sys/a"});
+  StoreTransaction transaction(&store_);
+  EXPECT_FALSE(store_.HasChanged());
+  EXPECT_THAT(store_.Get("/sys/a"), Optional(std::string("x")));
+  EXPECT_FALSE(store_.HasChanged());
+  Fill({"/sys/a"});
+  EXPECT_TRUE(store_.HasChanged());
+}
+
+// The size of a file, 0 when it is not there.
+size_t SizeOf(const std::string& file) {
+  std::error_code error;
+  const auto size = std::filesystem::file_size(file, error);
+  return error ? 0 : static_cast<size_t>(size);
+}
+
+TEST_F(StoreTest, ALongLogIsBroughtIntoTheFileAlthoughOthersWait) {
+  const size_t before = SizeOf(file_);
+  Fill({"/sys/a"});
+  EXPECT_TRUE(store_.CheckpointWhenDue(false));
+  EXPECT_TRUE(store_.CheckpointWhenDue(true)) << "not at once";
+  EXPECT_EQ(SizeOf(file_), before);
+  constexpr size_t kNodes = 1100;
+  StoreTransaction transaction(&store_);
+  for (size_t i = 0; i < kNodes; ++i) {
+    store_.Set("/n" + std::to_string(i), std::string(Store::kMaxTextLength, 'x'));
+  }
+  EXPECT_TRUE(transaction.Commit().ok());
+  EXPECT_TRUE(store_.CheckpointWhenDue(false));
+  EXPECT_GT(SizeOf(file_), kNodes * Store::kMaxTextLength);
+  // The log begins anew and does not grow any more.
+  const size_t log = SizeOf(file_ + "-wal");
+  EXPECT_TRUE(store_.Set("/sys/a", "y"));
+  EXPECT_EQ(SizeOf(file_ + "-wal"), log);
+}
+
+TEST_F(StoreTest, WhatAReaderNeedsStaysInTheLog) {
+  Fill({"/sys/a"});
+  sqlite3* raw = nullptr;
+  ASSERT_EQ(sqlite3_open(file_.c_str(), &raw), SQLITE_OK);
+  const Database database(raw);
+  ASSERT_EQ(sqlite3_exec(raw, "BEGIN", nullptr, nullptr, nullptr), SQLITE_OK);
+  Statement read;
+  ASSERT_TRUE(read.Prepare(raw, "SELECT text FROM node WHERE path = '/sys/a'"));
+  ASSERT_EQ(read.Step(), SQLITE_ROW);
+  EXPECT_TRUE(store_.Set("/sys/a", "y"));
+  EXPECT_TRUE(store_.Checkpoint()) << "a reader is no failure";
+  read.Reset();
+  ASSERT_EQ(read.Step(), SQLITE_ROW);
+  EXPECT_EQ(read.Text(0), "x");
+  EXPECT_THAT(store_.Get("/sys/a"), Optional(std::string("y")));
+}
+
 TEST_F(StoreTest, UsesAWriteAheadLogThatReachesTheDisk) {
   Fill({"/sys/a"});
   sqlite3* raw = nullptr;
@@ -194,6 +287,26 @@ TEST(StoreOpenTest, SaysWhyAStoreCannotBeUsed) {
   status = Store().Open(dir.File("other.db"), Store::Mode::kCreate);
   EXPECT_EQ(status.code(), ExitCode::kStore);
   EXPECT_THAT(status.reason(), HasSubstr("another program"));
+}
+
+TEST(StoreOpenTest, TakesAFileOfTheFormerKind) {
+  const TempDir dir;
+  const std::string file = dir.File("store.db");
+  {
+    Store store;
+    ASSERT_TRUE(store.Open(file, Store::Mode::kCreate).ok());
+    EXPECT_TRUE(store.Set("/sys/a", "kept"));
+  }
+  sqlite3* raw = nullptr;
+  ASSERT_EQ(sqlite3_open(file.c_str(), &raw), SQLITE_OK);
+  EXPECT_EQ(sqlite3_exec(raw, "DROP TABLE state", nullptr, nullptr, nullptr), SQLITE_OK);
+  sqlite3_close(raw);
+  for (const auto mode : {Store::Mode::kExisting, Store::Mode::kCreate}) {
+    Store store;
+    ASSERT_TRUE(store.Open(file, mode).ok());
+    EXPECT_THAT(store.Get("/sys/a"), Optional(std::string("kept")));
+    EXPECT_EQ(store.DueActions(), 0U);
+  }
 }
 
 TEST(StoreOpenTest, KeepsItsNodesBetweenRuns) {

@@ -26,6 +26,13 @@ class TempDir {
   const std::string& path() const { return path_; }
   std::string File(const std::string& name) const { return path_ + "/" + name; }
 
+  // Makes a directory in it that is for this user alone.
+  std::string MakeDirectory(const std::string& name) const {
+    std::filesystem::create_directory(File(name));
+    std::filesystem::permissions(File(name), std::filesystem::perms::owner_all);
+    return File(name);
+  }
+
  private:
   std::string path_;
 };

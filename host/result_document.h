@@ -1,0 +1,26 @@
+// The result document that the library writes for each exchange and each batch.
+#ifndef HOST_RESULT_DOCUMENT_H
+#define HOST_RESULT_DOCUMENT_H
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kiohost {
+
+struct ExchangeResult {
+  int code = 0;
+  std::string message;
+  int wait_seconds = 0;
+};
+
+// The document that says a result.
+std::string ResultText(const ExchangeResult& result);
+
+// Whether a file holds that document, as the library's shell commands write it. A file in which one
+// of the commands left no trace, or only a part, does not.
+bool IsWritten(const std::string& file, const ExchangeResult& result);
+
+}  // namespace kiohost
+
+#endif  // HOST_RESULT_DOCUMENT_H

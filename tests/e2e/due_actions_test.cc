@@ -1,0 +1,190 @@
+// What was applied comes into force, if need be at the next start.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cmath>
+#include <csignal>
+#include <string>
+#include <thread>
+
+#include "documents.h"
+#include "host_process.h"
+#include "http_client.h"
+
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+using Clock = std::chrono::steady_clock;
+using Milliseconds = std::chrono::duration<double, std::milli>;
+
+constexpr char kMadeUp[] = "making up for what was applied before this start";
+
+std::string Numbered(int number) {
+  return With(With(FactoryDocument(), "DeviceName", "Name " + std::to_string(number)),
+              "UpLinkConnection", StaticUplink("192.0.2." + std::to_string(number)));
+}
+
+// What the scripts brought up last, and what the store wants.
+void ExpectInForce(const HostProcess& host) {
+  EXPECT_THAT(ReadFile(host.dir().File("device.state")),
+              HasSubstr("name=" + host.Node("/sys/friendlyname") + "\n"));
+  EXPECT_THAT(ReadFile(host.dir().File("uplink.state")),
+              HasSubstr("ip=" + host.Node("/uplink/ip") + "\n"));
+}
+
+TEST(DueActionsTest, AKillAtAnyMomentIsMadeUpForAtTheNextStart) {
+  constexpr int kKills = 40;
+  constexpr int kHighestAddress = 250;
+  HostProcess host;
+  ASSERT_TRUE(host.Start());
+  const auto begin = Clock::now();
+  EXPECT_EQ(Post(host.port(), "/settings", Numbered(kHighestAddress)).status, 200);
+  ASSERT_TRUE(host.WaitForOutput("action CfgSaveToFlash"));
+  const Milliseconds duration = Clock::now() - begin;
+  ExpectInForce(host);
+  // Steps of the golden ratio fill the time from the request to the end of the commit evenly.
+  constexpr double kGoldenRatio = 0.6180339887498949;
+  int made_up = 0;
+  for (int i = 1; i <= kKills; ++i) {
+    {
+      Connection client(host.port());
+      ASSERT_TRUE(client.Send(PostRequest("/settings", Numbered(i))));
+      std::this_thread::sleep_for(duration * std::fmod(i * kGoldenRatio, 1.0));
+      EXPECT_EQ(host.End(SIGKILL), 128 + SIGKILL);
+    }
+    ASSERT_TRUE(host.Start());
+    ExpectInForce(host);
+    made_up += host.Output().find(kMadeUp) != std::string::npos ? 1 : 0;
+  }
+  EXPECT_GT(made_up, 0);
+  // What was made up for is done with.
+  EXPECT_EQ(host.End(SIGTERM), 0);
+  ASSERT_TRUE(host.Start());
+  EXPECT_THAT(host.Output(), Not(HasSubstr("action")));
+  EXPECT_THAT(host.Output(), Not(HasSubstr(kMadeUp)));
+}
+
+// Kills the host while the first script of a commit runs.
+void KillInTheCommit(HostProcess* host, const std::string& path, const std::string& document) {
+  host->UseScript("uplink.sh", "#!/bin/sh\necho begun >\"$KIOHOST_STATE_DIR/begun\"\nsleep 1\n");
+  ASSERT_TRUE(host->Start());
+  ASSERT_EQ(Post(host->port(), path, document).status, 200);
+  ASSERT_TRUE(WaitFor([host] { return ReadFile(host->dir().File("begun")) == "begun\n"; }));
+  EXPECT_EQ(host->End(SIGKILL), 128 + SIGKILL);
+  host->UseScript("uplink.sh", ReadFile(KIO_HOST_DIR "/scripts/uplink.sh"));
+}
+
+TEST(DueActionsTest, TheActionsOfTheKilledCommitAreRunAndTold) {
+  HostProcess host;
+  KillInTheCommit(&host, "/settings", Numbered(1));
+  ASSERT_TRUE(host.Start());
+  const std::string output = host.Output();
+  EXPECT_THAT(output, HasSubstr("action WanResync"));
+  EXPECT_THAT(output, HasSubstr("action DeviceResync"));
+  EXPECT_THAT(output, HasSubstr("action CfgSaveToFlash"));
+  EXPECT_THAT(output, Not(HasSubstr("action Wlan")));
+  EXPECT_LT(output.find(kMadeUp), output.find("listening on")) << output;
+  ExpectInForce(host);
+  // The library keeps nothing of them for an exchange that changes nothing.
+  EXPECT_EQ(Post(host.port(), "/settings", Numbered(1)).body, ResultDocument(0, "", 0));
+  EXPECT_EQ(host.End(SIGTERM), 0);
+  EXPECT_EQ(host.Output().find("action", host.Output().find("listening on")), std::string::npos);
+}
+
+TEST(DueActionsTest, AnActionWhoseScriptFailedStaysDue) {
+  HostProcess host;
+  host.UseScript("uplink.sh", "#!/bin/sh\nexit 7\n");
+  ASSERT_TRUE(host.Start());
+  ASSERT_EQ(Post(host.port(), "/settings", Numbered(1)).status, 200);
+  ASSERT_TRUE(host.WaitForOutput("action CfgSaveToFlash"));
+  EXPECT_EQ(host.End(SIGTERM), 0);
+  host.UseScript("uplink.sh", ReadFile(KIO_HOST_DIR "/scripts/uplink.sh"));
+  ASSERT_TRUE(host.Start());
+  EXPECT_THAT(host.Output(), HasSubstr("action WanResync: ran"));
+  EXPECT_THAT(host.Output(), Not(HasSubstr("action DeviceResync")));
+  ExpectInForce(host);
+}
+
+TEST(DueActionsTest, AFullCloningIsMadeUpForWithAllItsActions) {
+  HostProcess host;
+  host.UseScript("device_resync.sh",
+                 "#!/bin/sh\necho begun >\"$KIOHOST_STATE_DIR/begun\"\nsleep 1\n");
+  ASSERT_TRUE(host.Start());
+  const std::string path = "/settings?cloning=1&full=1";
+  ASSERT_EQ(Post(host.port(), path, FactoryDocument()).body, ResultDocument(0, "", 0));
+  ASSERT_TRUE(WaitFor([&host] { return ReadFile(host.dir().File("begun")) == "begun\n"; }));
+  EXPECT_EQ(host.End(SIGKILL), 128 + SIGKILL);
+  host.UseScript("device_resync.sh", "#!/bin/sh\n");
+  ASSERT_TRUE(host.Start());
+  EXPECT_THAT(host.Output(), HasSubstr("action DeviceResync"));
+  EXPECT_THAT(host.Output(), HasSubstr("action CfgSaveToFlash"));
+  EXPECT_THAT(host.Output(), HasSubstr(kMadeUp));
+}
+
+class DueApplyTest : public ::testing::Test {
+ protected:
+  void SetUp() override { ASSERT_TRUE(host_.Start()); }
+
+  void Send(const std::string& path, const std::string& body) const {
+    EXPECT_EQ(Post(host_.port(), path, body).body, "0 done\n") << path;
+  }
+  void Restart() {
+    EXPECT_EQ(host_.End(SIGKILL), 128 + SIGKILL);
+    ASSERT_TRUE(host_.Start());
+  }
+
+  HostProcess host_;
+};
+
+TEST_F(DueApplyTest, AnApplyWithoutItsCommitIsMadeUpFor) {
+  Send("/vars", "rss_DeviceName=Attic");
+  Send("/actions/ApplyAllRssVars", "");
+  Restart();
+  EXPECT_THAT(host_.Output(), HasSubstr(kMadeUp));
+  EXPECT_THAT(ReadFile(host_.dir().File("device.state")), HasSubstr("name=Attic\n"));
+}
+
+TEST_F(DueApplyTest, ADeferredCommitIsMadeUpFor) {
+  Send("/vars", "rss_DeviceName=Attic&rss_Act_ApplyAllRssVars=&rss_Act_CommitRssVars=");
+  Restart();
+  EXPECT_THAT(host_.Output(), HasSubstr("action DeviceResync"));
+  EXPECT_THAT(host_.Output(), HasSubstr(kMadeUp));
+  EXPECT_THAT(ReadFile(host_.dir().File("device.state")), HasSubstr("name=Attic\n"));
+}
+
+TEST_F(DueApplyTest, ABatchThatAppliesTwiceOwesTheActionsOfBoth) {
+  Send("/vars",
+       "rss_DeviceName=Attic&rss_Act_ApplyAllRssVars=&rss_Upl_ConnType=Static&rss_Upl_IP=192.0.2.9"
+       "&rss_Act_ApplyAllRssVars=");
+  Restart();
+  EXPECT_THAT(host_.Output(), HasSubstr("action DeviceResync"));
+  EXPECT_THAT(host_.Output(), HasSubstr("action WanResync"));
+  ExpectInForce(host_);
+}
+
+TEST_F(DueApplyTest, ADeferredCommitThatRanIsDoneWith) {
+  Send("/vars", "rss_DeviceName=Attic&rss_Act_ApplyAllRssVars=&rss_Act_CommitRssVars=");
+  ASSERT_TRUE(host_.WaitForOutput("action CfgSaveToFlash"));
+  // A text like an action's name is no applying.
+  Send("/vars", "rss_DeviceName=ApplyAllRssVars");
+  Restart();
+  EXPECT_THAT(host_.Output(), Not(HasSubstr("action")));
+}
+
+TEST_F(DueApplyTest, WhatWasRefusedIsNotDue) {
+  Send("/vars", "rss_DeviceName=Attic&rss_RouterEnbl=7");
+  EXPECT_EQ(Post(host_.port(), "/actions/ApplyAllRssVars", "").status, 422);
+  Restart();
+  EXPECT_THAT(host_.Output(), Not(HasSubstr("action")));
+}
+
+TEST_F(DueApplyTest, AFactoryResetOwesNothing) {
+  Send("/vars", "rss_DeviceName=Attic&rss_Act_ApplyAllRssVars=");
+  EXPECT_EQ(host_.End(SIGKILL), 128 + SIGKILL);
+  ASSERT_TRUE(host_.Start({"--factory-reset"}));
+  EXPECT_THAT(host_.Output(), Not(HasSubstr("action")));
+}
+
+}  // namespace
