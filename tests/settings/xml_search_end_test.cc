@@ -208,10 +208,49 @@ TEST_P(EndTest, LastElementOfABlock) {
   }
 }
 
+// A block that ends before its text does: what lies behind it belongs to others.
+TEST_P(EndTest, ElementsBehindABlock) {
+  for (std::size_t size = 0; size < 70; ++size) {
+    const std::string text = "<a>1</a>" + std::string(size, Filler()) + "<qZ>v</qZ><c></c>";
+    const TextAtTheEnd memory(text);
+    const std::size_t whole = size + 18;
+    for (std::size_t length = 8; length <= text.size(); ++length) {
+      const Block block{memory.get(), static_cast<int>(length), memory.get() + text.size()};
+      settings::BlockReader reader(block);
+      ASSERT_TRUE(reader.Find("a").is_complete());
+      ASSERT_EQ(settings::BlockReader(reader).TakeNext("qz").is_complete(), length >= whole);
+      ASSERT_EQ(reader.Enter("qz"), length >= size + 12) << size << " " << length;
+      ASSERT_EQ(reader.Leave("qz"), length >= whole) << size << " " << length;
+      settings::ItemReader items(block, "qz");
+      ASSERT_EQ(items.Next().text != nullptr, length >= whole) << size << " " << length;
+    }
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Fillers, EndTest, ::testing::Bool(),
                          [](const ::testing::TestParamInfo<bool>& surroundings) {
                            return surroundings.param ? "AmongTheLike" : "AmongOthers";
                          });
+
+// Nothing behind the text is read, not even a terminator, and nothing behind the part of it that is
+// looked through is found.
+TEST(TagStartTest, EveryTextPartAndPosition) {
+  for (std::size_t size = 0; size < 70; ++size) {
+    const Guarded text(size, '.');
+    for (std::size_t part = 0; part <= size; ++part) {
+      const char* const end = text.data() + part;
+      const char* const text_end = text.data() + size;
+      ASSERT_EQ(settings::FindTagStart(text.data(), end, text_end), nullptr) << size;
+      for (std::size_t tag = 0; tag < size; ++tag) {
+        text.data()[tag] = '<';
+        const char* const expected = tag < part ? text.data() + tag : nullptr;
+        ASSERT_EQ(settings::FindTagStart(text.data(), end, text_end), expected)
+            << "of " << size << " up to " << part << " at " << tag;
+        text.data()[tag] = '.';
+      }
+    }
+  }
+}
 
 }  // namespace
 }  // namespace kio::test
