@@ -102,7 +102,7 @@ void WrongKey(benchmark::State& state) {
       },
       [&] { TakeDigest(digest); });
   AddFigure({"auth: wrong key, all five slots, without the host's share", pair.ratio - g_asking,
-             "digests", Bound::kAtMost, 5.5});
+             "digests", Bound::kAtMost, 6.0});
   AddFigure({"auth: wrong key with the host's share", pair.ratio, "digests"});
   AddFigure({"auth: wrong key with the host's share", pair.first, "ns"});
 }

@@ -1,12 +1,17 @@
 #include "auth/md5.h"
 
-#include "auth/md5_steps.h"
 #include "kioapp/auth.h"
 #include "platform/wipe.h"
 
 namespace kio::auth {
+namespace {
 
-const std::uint32_t kMd5Sines[64] = {
+using State = std::uint32_t[4];
+
+constexpr std::uint32_t kMd5Start[4] = {0x67452301, 0xEFCDAB89, 0x98BADCFE, 0x10325476};
+
+// What each step adds.
+constexpr std::uint32_t kMd5Sines[64] = {
     0xD76AA478, 0xE8C7B756, 0x242070DB, 0xC1BDCEEE, 0xF57C0FAF, 0x4787C62A, 0xA8304613, 0xFD469501,
     0x698098D8, 0x8B44F7AF, 0xFFFF5BB1, 0x895CD7BE, 0x6B901122, 0xFD987193, 0xA679438E, 0x49B40821,
     0xF61E2562, 0xC040B340, 0x265E5A51, 0xE9B6C7AA, 0xD62F105D, 0x02441453, 0xD8A1E681, 0xE7D3FBC8,
@@ -16,16 +21,72 @@ const std::uint32_t kMd5Sines[64] = {
     0xF4292244, 0x432AFF97, 0xAB9423A7, 0xFC93A039, 0x655B59C3, 0x8F0CCC92, 0xFFEFF47D, 0x85845DD1,
     0x6FA87E4F, 0xFE2CE6E0, 0xA3014314, 0x4E0811A1, 0xF7537E82, 0xBD3AF235, 0x2AD7D2BB, 0xEB86D391};
 
-namespace {
+constexpr int kMd5Shifts[4][4] = {
+    {7, 12, 17, 22}, {5, 9, 14, 20}, {4, 11, 16, 23}, {6, 10, 15, 21}};
 
-using State = std::uint32_t[4];
+// Which of the sixteen words of a block a step (0 to 63) in round `kRound` takes.
+template <int kRound>
+constexpr int Md5WordIndex(int step) {
+  constexpr int kFactors[4] = {1, 5, 3, 7};
+  constexpr int kOffsets[4] = {0, 1, 5, 0};
+  return (kFactors[kRound] * step + kOffsets[kRound]) % 16;
+}
+
+// Makes the compiler work out `word` here. Each step waits for the one before: what does not depend
+// on that one is added up first, and the compiler may not put the sum into another order.
+[[gnu::always_inline]] inline void WorkOut(std::uint32_t& word) { __asm__("" : "+r"(word)); }
+
+// One step in round `kRound` (0 to 3), the `kPlace`-th of four (0 to 3): the four words change
+// their parts with the place. `added` is the sum of the step's message word and its sine.
+template <int kRound, int kPlace>
+[[gnu::always_inline]] inline void Md5Step(State& state, std::uint32_t added) {
+  std::uint32_t& a = state[(4 - kPlace) % 4];
+  const std::uint32_t b = state[(5 - kPlace) % 4];  // from the step before
+  const std::uint32_t c = state[(6 - kPlace) % 4];
+  const std::uint32_t d = state[(7 - kPlace) % 4];
+  std::uint32_t sum = a + added;
+  if constexpr (kRound == 0) {
+    WorkOut(sum);
+    sum += d ^ (b & (c ^ d));
+  } else if constexpr (kRound == 1) {
+    // The two halves have no bit in common, so they may be added one by one.
+    sum += c & ~d;
+    WorkOut(sum);
+    sum += b & d;
+  } else if constexpr (kRound == 2) {
+    WorkOut(sum);
+    std::uint32_t mixed = c ^ d;
+    WorkOut(mixed);
+    sum += b ^ mixed;
+  } else {
+    WorkOut(sum);
+    sum += c ^ (b | ~d);
+  }
+  constexpr int kShift = kMd5Shifts[kRound][kPlace];
+  a = b + ((sum << kShift) | (sum >> (32 - kShift)));
+}
+
+template <int kRound>
+[[gnu::always_inline]] inline void Md5Round(State& state, const std::uint8_t* block) {
+  for (int step = 16 * kRound; step < 16 * (kRound + 1); step += 4) {
+    const auto added = [&](int next) {
+      const auto place = static_cast<std::size_t>(Md5WordIndex<kRound>(next));
+      return LoadMd5Word(block + place * sizeof(std::uint32_t)) + kMd5Sines[next];
+    };
+    Md5Step<kRound, 0>(state, added(step));
+    Md5Step<kRound, 1>(state, added(step + 1));
+    Md5Step<kRound, 2>(state, added(step + 2));
+    Md5Step<kRound, 3>(state, added(step + 3));
+  }
+}
 
 // Takes a block of the message into the state.
 void AddBlock(State& state, const std::uint8_t* block) {
   State mixed = {state[0], state[1], state[2], state[3]};
-  Md5Rounds(mixed, [block](int index) {
-    return LoadMd5Word(block + static_cast<std::size_t>(index) * sizeof(std::uint32_t));
-  });
+  Md5Round<0>(mixed, block);
+  Md5Round<1>(mixed, block);
+  Md5Round<2>(mixed, block);
+  Md5Round<3>(mixed, block);
   for (int i = 0; i < 4; ++i) {
     state[i] += mixed[i];
   }

@@ -18,9 +18,6 @@ struct Digest {
 
 void Md5(platform::TextView text, Digest& digest);
 
-// The digests of `count` texts.
-void Md5OfEach(const platform::TextView* texts, std::size_t count, Digest* digests);
-
 // Clears words of messages that the rounds kept on the stack for want of registers. For callers of
 // `Md5` with secrets.
 inline void WipeMd5Stack() { platform::WipeStack<512>(); }

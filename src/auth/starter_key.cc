@@ -136,19 +136,16 @@ bool IsGoodKey(const ShownKey& key, long now, const char* ip, const Password& pa
   }
   const KeySource source(ip, password);
   // Quirk "slot-before-the-first": -1, as the source has it, right after boot.
-  KeySource::Text texts[kSlots];
-  TextView views[kSlots];
-  Digest digests[kSlots];
-  for (int i = 0; i < kSlots; ++i) {
-    views[i] = source.Write(now / kSlotSeconds - 1 + i, texts[i]);
-  }
-  Md5OfEach(views, kSlots, digests);
+  KeySource::Text text;
+  Digest digest;
   bool is_good = false;
-  for (const Digest& digest : digests) {
+  for (int i = 0; i < kSlots; ++i) {
+    Md5(source.Write(now / kSlotSeconds - 1 + i, text), digest);
     is_good |= IsSame(shown, digest, key.bytes);
   }
-  platform::Wipe(texts);
-  platform::Wipe(digests);
+  WipeMd5Stack();
+  platform::Wipe(text);
+  platform::Wipe(digest);
   platform::Wipe(shown);
   return is_good;
 }

@@ -12,12 +12,6 @@
 namespace kio::test {
 namespace {
 
-std::string Digits(const auth::Digest& digest) {
-  char digits[33];
-  Hex2String(digest.bytes, digits, 16);
-  return digits;
-}
-
 std::string Text(std::size_t size, unsigned seed) {
   std::mt19937 random(seed);
   std::string text(size, ' ');
@@ -88,25 +82,6 @@ TEST_F(Md5Test, TouchesNothingBesideTextAndDigest) {
     auth::Digest expected;
     auth::Md5(text, expected);
     EXPECT_EQ(digest.Bytes(), std::string(reinterpret_cast<char*>(expected.bytes), 16)) << size;
-  }
-}
-
-TEST_F(Md5Test, SideBySideGivesTheSame) {
-  for (std::size_t size = 0; size <= 130; ++size) {
-    for (std::size_t count = 0; count <= 9; ++count) {
-      std::string texts[9];
-      platform::TextView views[9];
-      auth::Digest digests[9];
-      for (std::size_t i = 0; i < count; ++i) {
-        // One is of another length than the others.
-        texts[i] = Text(i == 2 ? size / 2 : size, static_cast<unsigned>(i));
-        views[i] = texts[i];
-      }
-      auth::Md5OfEach(views, count, digests);
-      for (std::size_t i = 0; i < count; ++i) {
-        ASSERT_EQ(Digits(digests[i]), Md5Text(texts[i])) << size << " " << count << " " << i;
-      }
-    }
   }
 }
 
