@@ -8,7 +8,6 @@ namespace kio::tools {
 namespace {
 
 using settings::Offer;
-using variables::Holder;
 using variables::Variable;
 
 constexpr std::size_t kValueCapacity = KIOAPP_VAR_SIZE - 1;
@@ -16,9 +15,10 @@ constexpr int kLastTwoDigits = 99;
 
 // The name of the variable that holds a rule, next to `place`.
 std::string RuleName(const settings::Member& rule, const Place& place) {
-  const Holder holder = place.section == Section::kRadio ? Holder::kRadio : Holder::kRecord;
+  const bool in_record = place.section != SectionId::kRadio;
   for (const Variable& variable : variables::kVariables) {
-    if (variable.field != nullptr && variable.holder == holder &&
+    if (variable.field != nullptr && variable.in_record == in_record &&
+        (in_record || variable.section == place.section) &&
         variable.field->member.offset == rule.offset) {
       return NamePrefix(variable.section, place.radio) + Text(variable.name);
     }
@@ -46,11 +46,17 @@ std::string CheckOf(const Field& field, const Place& place) {
     case Offer::kNetmask:
       return "an IPv4 netmask";
     case Offer::kChannel:
-      return "a channel of " + NamePrefix(Section::kRadio, place.radio) + "ChannelList";
+      return "a channel of " + NamePrefix(SectionId::kRadio, place.radio) + "ChannelList";
     case Offer::kRoaming:
       return "four numbers: below 0, not below 0, above 0, above 0";
   }
   return {};
+}
+
+// Whether the device may keep the app from changing the section.
+bool HasSwitch(SectionId section) {
+  const settings::Section& row = settings::RowOf(section);
+  return row.configurable.size != 0 || (!settings::IsTopmost(row) && HasSwitch(row.parent));
 }
 
 void DescribeField(const Variable& variable, const Place& place, CatalogueEntry* entry) {
@@ -69,19 +75,7 @@ void DescribeField(const Variable& variable, const Place& place, CatalogueEntry*
   }
   entry->capacity = field.member.size - std::size_t{1};
   entry->is_writable = field.offer != Offer::kReadOnly;
-  switch (place.section) {
-    case Section::kUplink:
-    case Section::kDsl:
-    case Section::kApn:
-    case Section::kSite:
-    case Section::kRadio:
-    case Section::kAccess:
-    case Section::kRule:
-      entry->needs_configurable = entry->is_writable;
-      break;
-    default:
-      break;
-  }
+  entry->needs_configurable = entry->is_writable && HasSwitch(place.section);
   entry->check = CheckOf(field, place);
 }
 
@@ -98,14 +92,14 @@ CatalogueEntry Describe(const Variable& variable, const Place& place) {
   entry.name = NamePrefix(place.section, place.radio) + Text(variable.name);
   const char* path = cvtRss_XmlPathVsVarName(entry.name.c_str(), 1);
   entry.document_path = path == nullptr ? "" : path;
-  if (place.section == Section::kRule) {
+  if (place.section == SectionId::kRule) {
     entry.is_indexed = true;
     entry.last_index = settings::kRuleCapacity - 1;
-    entry.index_count = NamePrefix(Section::kAccess, place.radio) + "AcRuleNo";
-  } else if (place.section == Section::kSurveySite) {
+    entry.index_count = NamePrefix(SectionId::kAccess, place.radio) + "AcRuleNo";
+  } else if (place.section == SectionId::kSurveySite) {
     entry.is_indexed = true;
     entry.last_index = kLastTwoDigits;
-    entry.index_count = NamePrefix(Section::kSurvey, 0) + "SiteNo";
+    entry.index_count = NamePrefix(SectionId::kSurvey, 0) + "SiteNo";
   }
   entry.path_answer = VariablePath(variable, place, entry.is_indexed);
   if (variable.field != nullptr) {
@@ -116,10 +110,6 @@ CatalogueEntry Describe(const Variable& variable, const Place& place) {
   return entry;
 }
 
-bool IsOfRadio(Section section) {
-  return section == Section::kRadio || section == Section::kAccess || section == Section::kRule;
-}
-
 }  // namespace
 
 std::vector<CatalogueEntry> ListVariables() {
@@ -127,7 +117,7 @@ std::vector<CatalogueEntry> ListVariables() {
   std::vector<CatalogueEntry> second_radio;
   for (const Variable& variable : variables::kVariables) {
     // The rows of the second radio follow those of the first.
-    if (!IsOfRadio(variable.section)) {
+    if (!settings::RowOf(variable.section).of_radio) {
       entries.insert(entries.end(), second_radio.begin(), second_radio.end());
       second_radio.clear();
     } else {

@@ -15,7 +15,7 @@ struct Step {
   const char* when = "";
   const char* meaning = "";  // of a block or of "Configurable"
   bool is_flag = false;      // an integer that may be left out, and no block
-  Section section = Section::kDevice;
+  SectionId section = SectionId::kDevice;
   Table<Field> table = {};
   Group group = Group::kDeviceOnly;
   Versions versions = Versions::kEvery;
@@ -42,18 +42,21 @@ constexpr Step Flag(const char* path, const char* meaning) {
 }
 
 constexpr const char* kExtenderPrefix = "Device/ExtenderSite/";
-constexpr auto kDevice = TableOf(Section::kDevice, settings::kDeviceFields);
-constexpr auto kUplink = TableOf(Section::kUplink, settings::kUplinkFields);
-constexpr auto kSite = TableOf(Section::kSite, settings::kSiteFields);
-constexpr auto kRadio = TableOf(Section::kRadio, settings::kWlanFields);
-constexpr auto kAccess = TableOf(Section::kAccess, settings::kAccessFields);
+constexpr Table<Field> TableOf(SectionId section) {
+  return {section, settings::RowOf(section).fields};
+}
+constexpr auto kDevice = TableOf(SectionId::kDevice);
+constexpr auto kUplink = TableOf(SectionId::kUplink);
+constexpr auto kSite = TableOf(SectionId::kSite);
+constexpr auto kRadio = TableOf(SectionId::kRadio);
+constexpr auto kAccess = TableOf(SectionId::kAccess);
 
 constexpr const char* kNotCloning = "not in cloning mode";
 constexpr const char* kSurveyless = "`Survey` is 0";
 
 constexpr Step kSettings[] = {
     Block("specVersion", "always", "The format version of the document."),
-    Fields(TableOf(Section::kVersion, settings::kVersionFields), Group::kDeviceOnly),
+    Fields(TableOf(SectionId::kVersion), Group::kDeviceOnly),
     Block("Device", "`/zentrolinks/configurable` is not 0", "All settings."),
     Flag("Device/Configurable",
          "0 leaves everything as it is: nothing more is read, and the answer is 0. Not looked at "
@@ -73,9 +76,8 @@ constexpr Step kSettings[] = {
           "the "
           "record holds from an earlier full snapshot is verified.",
           Versions::kOnly10),
-    Fields(TableOf(Section::kDsl, settings::kIspFields), Group::kProvider, "", Versions::kNot10),
-    Fields(TableOf(Section::kDsl, settings::kCircuitFields), Group::kCircuit,
-           "`HardwareType` is DSL", Versions::kOnly10),
+    Fields(TableOf(SectionId::kDsl), Group::kProvider, "", Versions::kNot10),
+    Fields(TableOf(SectionId::kDsl), Group::kCircuit, "`HardwareType` is DSL", Versions::kOnly10),
     Block("Device/UpLinkConnection/APN", "`HardwareType` is WWanAPN", "The mobile provider.",
           Versions::kNot10),
     Block("Device/UpLinkConnection/APN", "`HardwareType` is WWanAPN",
@@ -83,17 +85,17 @@ constexpr Step kSettings[] = {
           "snapshot "
           "is verified.",
           Versions::kOnly10),
-    Fields(TableOf(Section::kApn, settings::kIspFields), Group::kProvider, "", Versions::kNot10),
+    Fields(TableOf(SectionId::kApn), Group::kProvider, "", Versions::kNot10),
     Block("Device/UpLinkConnection/ExtenderSite", "`HardwareType` is WWan802.11",
           "The upstream network."),
     Fields(kSite, Group::kBasic),
     Fields(kSite, Group::kDetail, kSurveyless),
-    Fields(kDevice, Group::kDetail, kNotCloning, Versions::kOnly10),
+    Fields(kDevice, Group::kExtender, kNotCloning, Versions::kOnly10),
     Block("Device/ExtenderSite", "`ExtenderEnbl` is 1 or 3 and `HardwareType` is Ethernet",
           "The upstream network of an extender.", Versions::kOnly10),
     Fields(kSite, Group::kBasic, "", Versions::kOnly10, kExtenderPrefix),
     Fields(kSite, Group::kDetail, kSurveyless, Versions::kOnly10, kExtenderPrefix),
-    Fields(kDevice, Group::kDetail, "`/zentrolinks/easyroaming` is 1", Versions::kNot10),
+    Fields(kDevice, Group::kRoaming, "`/zentrolinks/easyroaming` is 1", Versions::kNot10),
     Block("Device/Wireless{band}",
           "the radio exists and `/lan/wireless{band}:1/configurable` is not 0", "A radio."),
     Flag("Device/Wireless{band}/Configurable", "0 leaves the radio as it is."),
@@ -106,13 +108,13 @@ constexpr Step kSettings[] = {
     {.block = "Device/Wireless{band}/AccessControl/AcRule",
      .when = "`WlAcEnbl` is 1; 0 to 40 times",
      .meaning = "A rule. The document's rules replace those of the store.",
-     .section = Section::kRule,
+     .section = SectionId::kRule,
      .versions = Versions::kNot10},
-    Fields(TableOf(Section::kRule, settings::kRuleFields), Group::kBasic, "", Versions::kNot10),
+    Fields(TableOf(SectionId::kRule), Group::kBasic, "", Versions::kNot10),
     Block("Device/SafetyVyr", "`/zentrolinks/safetyvyr` is 1",
           "The security service. In cloning mode it must be there, but is neither verified nor "
           "applied."),
-    Fields(TableOf(Section::kService, settings::kSafetyFields), Group::kBasic),
+    Fields(TableOf(SectionId::kSafety), Group::kBasic),
 };
 
 DocumentElement FieldElement(const Step& step, const Field& field) {
@@ -120,6 +122,7 @@ DocumentElement FieldElement(const Step& step, const Field& field) {
   DocumentElement element;
   const std::string prefix = step.prefix != nullptr ? step.prefix : ElementPrefix(place);
   element.path = ForAll(prefix + Text(field.element));
+  element.is_required = field.optional != settings::Optional::kAlways;
   element.when = step.when;
   const bool is_text = field.member.type == settings::Member::Type::kText;
   element.type = is_text ? "text" : "integer";
@@ -145,7 +148,7 @@ DocumentElement BlockElement(const Step& step) {
   DocumentElement element;
   element.path = step.block;
   // A rule need not be there; one that is has its fields.
-  element.is_required = !step.is_flag && step.section != Section::kRule;
+  element.is_required = !step.is_flag && step.section != SectionId::kRule;
   element.is_block = !step.is_flag;
   element.type = step.is_flag ? "integer" : "block";
   element.when = step.when;

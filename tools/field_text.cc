@@ -14,8 +14,9 @@ void Replace(std::string& text, const std::string& part, const std::string& by) 
   }
 }
 
-bool IsOfRadio(Section section) {
-  return section == Section::kRadio || section == Section::kAccess || section == Section::kSite;
+bool IsOfRadio(SectionId section) {
+  return section == SectionId::kRadio || section == SectionId::kAccess ||
+         section == SectionId::kSite;
 }
 
 // The node of a rule, which is a member of a radio or of the record.
@@ -23,7 +24,7 @@ std::string RuleNode(const Field& field, const Place& place) {
   for (const Table<Field>& table : kFieldTables) {
     for (const Field& row : table) {
       if (row.load == Load::kRule && row.member.offset == field.rule.offset &&
-          (table.section == Section::kRadio) == IsOfRadio(place.section)) {
+          (table.section == SectionId::kRadio) == IsOfRadio(place.section)) {
         return ForAll(NodePrefix({.section = table.section, .radio = place.radio}) +
                       Text(row.node));
       }

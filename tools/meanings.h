@@ -8,157 +8,158 @@
 namespace kio::tools {
 
 struct Meaning {
-  Section section;
+  SectionId section;
   platform::TextView name;  // of the element or variable; of a row without a name, its node
   const char* text;
 };
 
 // The section that the meanings of another one stand in.
-constexpr Section ExplainedSection(Section section) {
-  return section == Section::kApn ? Section::kDsl : section;
+constexpr SectionId ExplainedSection(SectionId section) {
+  return section == SectionId::kApn ? SectionId::kDsl : section;
 }
 
 inline constexpr Meaning kMeanings[] = {
-    {Section::kVersion, "major",
+    {SectionId::kVersion, "major",
      "Major version of the settings documents that the device takes. The library knows 1."},
-    {Section::kVersion, "minor",
+    {SectionId::kVersion, "minor",
      "Minor version of them: 1, or 0 for the older dialect. A document of another version is "
      "refused with result 1."},
 
-    {Section::kDevice, "/zentrolinks/apcloning",
+    {SectionId::kDevice, "/zentrolinks/apcloning",
      "How far the device can copy the settings of another access point, 0 to 2; other numbers "
      "count as 0, and a device of version 1.0 has 0. For the host: the library only keeps it."},
-    {Section::kDevice, "/zentrolinks/easyroaming",
+    {SectionId::kDevice, "/zentrolinks/easyroaming",
      "Whether documents hold EasyRoaming. A device of version 1.0 has 0."},
-    {Section::kDevice, "/zentrolinks/fwupgrade",
+    {SectionId::kDevice, "/zentrolinks/fwupgrade",
      "Whether the firmware can be upgraded. For the host: the library only keeps it."},
-    {Section::kDevice, "/zentrolinks/safetyvyr",
+    {SectionId::kDevice, "/zentrolinks/safetyvyr",
      "Whether the device has the security service, so that documents hold SafetyVyr."},
-    {Section::kDevice, "/zentrolinks/tempdirecory",
+    {SectionId::kDevice, "/zentrolinks/tempdirecory",
      "Directory of the result document, the firmware's files and the log; short and of plain "
      "characters, since shell commands of 127 characters hold it."},
-    {Section::kDevice, "/zentrolinks/scriptdirecory",
+    {SectionId::kDevice, "/zentrolinks/scriptdirecory",
      "Directory of `uplink.sh` and `device_resync.sh`, of at most 63 characters."},
-    {Section::kDevice, "/zentrolinks/configurable",
+    {SectionId::kDevice, "/zentrolinks/configurable",
      "0 fixes the whole device: a document of its version is answered with 0 and changes nothing."},
-    {Section::kDevice, "DeviceType", "Kind of device, such as Router. Shown to the app."},
-    {Section::kDevice, "DeviceName", "Name of the router."},
-    {Section::kDevice, "DevicePwd",
+    {SectionId::kDevice, "DeviceType", "Kind of device, such as Router. Shown to the app."},
+    {SectionId::kDevice, "DeviceName", "Name of the router."},
+    {SectionId::kDevice, "DevicePwd",
      "Administrator password. The keys of a login are made of it, too."},
-    {Section::kDevice, "RouterEnbl",
+    {SectionId::kDevice, "RouterEnbl",
      "Router mode: 0 off, 1 on. A stored 2 or 3 locks it: another value is refused with result 3."},
-    {Section::kDevice, "EasyRoaming",
+    {SectionId::kDevice, "EasyRoaming",
      "Settings of the roaming between access points, a text of the app's and the device's own. A "
      "variable takes four numbers; a document takes any text."},
-    {Section::kDevice, "ExtenderEnbl",
+    {SectionId::kDevice, "ExtenderEnbl",
      "1 or 3 makes an Ethernet device an extender of another network, so that ExtenderSite is "
      "needed. It is not stored."},
-    {Section::kDevice, "DeviceName_Validate", "Rule for DeviceName."},
-    {Section::kDevice, "DevicePwd_Validate", "Rule for DevicePwd."},
-    {Section::kDevice, "FactoryDefault",
+    {SectionId::kDevice, "DeviceName_Validate", "Rule for DeviceName."},
+    {SectionId::kDevice, "DevicePwd_Validate", "Rule for DevicePwd."},
+    {SectionId::kDevice, "FactoryDefault",
      "1 as long as the device has its factory settings. The library writes 0 when it has changed "
      "something."},
-    {Section::kDevice, "DeviceModel", "Name of the model. Shown to the app."},
-    {Section::kDevice, "WirelessConcurrent",
+    {SectionId::kDevice, "DeviceModel", "Name of the model. Shown to the app."},
+    {SectionId::kDevice, "WirelessConcurrent",
      "Whether both radios can run at once. Shown to the app."},
 
-    {Section::kUplink, "Configurable",
+    {SectionId::kUplink, "Configurable",
      "Whether the app may change the uplink. Otherwise documents need no UpLinkConnection, and one "
      "that is there is not read."},
-    {Section::kUplink, "HardwareType",
+    {SectionId::kUplink, "HardwareType",
      "What the uplink runs over. A document of version 1.1 must choose one of HardwareSupport; in "
      "version 1.0 it is never stored."},
-    {Section::kUplink, "HardwareSupport",
+    {SectionId::kUplink, "HardwareSupport",
      "The hardware types that the device has, as one text with a separator between them."},
-    {Section::kUplink, "ConnType", "How the uplink gets its address."},
-    {Section::kUplink, "MTU",
+    {SectionId::kUplink, "ConnType", "How the uplink gets its address."},
+    {SectionId::kUplink, "MTU",
      "Frame size in bytes. Verified when the hardware type is DSL, and never stored."},
-    {Section::kUplink, "LoginUserName", "User name at the provider."},
-    {Section::kUplink, "LoginPassword", "Password at the provider."},
-    {Section::kUplink, "IP", "Own address of a static uplink."},
-    {Section::kUplink, "NetMask", "Netmask of a static uplink."},
-    {Section::kUplink, "Gateway", "Gateway of a static uplink. Nothing relates it to the address."},
-    {Section::kUplink, "DNS", "Name server of a static uplink. An empty one becomes 8.8.8.8."},
-    {Section::kUplink, "LoginUserName_Validate", "Rule for LoginUserName."},
-    {Section::kUplink, "LoginPassword_Validate", "Rule for LoginPassword."},
+    {SectionId::kUplink, "LoginUserName", "User name at the provider."},
+    {SectionId::kUplink, "LoginPassword", "Password at the provider."},
+    {SectionId::kUplink, "IP", "Own address of a static uplink."},
+    {SectionId::kUplink, "NetMask", "Netmask of a static uplink."},
+    {SectionId::kUplink, "Gateway",
+     "Gateway of a static uplink. Nothing relates it to the address."},
+    {SectionId::kUplink, "DNS", "Name server of a static uplink. An empty one becomes 8.8.8.8."},
+    {SectionId::kUplink, "LoginUserName_Validate", "Rule for LoginUserName."},
+    {SectionId::kUplink, "LoginPassword_Validate", "Rule for LoginPassword."},
 
-    {Section::kDsl, "CountryName", "Country of the provider."},
-    {Section::kDsl, "IspName", "Name of the provider."},
-    {Section::kDsl, "VPI", "Path number of the DSL circuit."},
-    {Section::kDsl, "VCI", "Channel number of the DSL circuit."},
-    {Section::kDsl, "EncapsulationMode",
+    {SectionId::kDsl, "CountryName", "Country of the provider."},
+    {SectionId::kDsl, "IspName", "Name of the provider."},
+    {SectionId::kDsl, "VPI", "Path number of the DSL circuit."},
+    {SectionId::kDsl, "VCI", "Channel number of the DSL circuit."},
+    {SectionId::kDsl, "EncapsulationMode",
      "Encapsulation of the DSL circuit. A fault is reported as EncryptionMode."},
 
-    {Section::kSite, "Survey",
+    {SectionId::kSite, "Survey",
      "1 asks for a survey of the networks around; nothing else is changed by such a document. The "
      "host sets it back to 0 when the survey is done."},
-    {Section::kSite, "ConnRefSiteBSSID", "Address of the upstream access point."},
-    {Section::kSite, "WirelessType",
+    {SectionId::kSite, "ConnRefSiteBSSID", "Address of the upstream access point."},
+    {SectionId::kSite, "WirelessType",
      "Radio that joins the upstream network. Its rules hold for WirelessName and EncryptionKey."},
-    {Section::kSite, "WirelessName", "Name of the upstream network."},
-    {Section::kSite, "EncryptionKey",
+    {SectionId::kSite, "WirelessName", "Name of the upstream network."},
+    {SectionId::kSite, "EncryptionKey",
      "Key of the upstream network: empty, 8 to 63 characters, 5 or 13 characters, or 64, 10 or 26 "
      "hexadecimal digits of upper case."},
-    {Section::kSite, "ConnStatus", "State of the connection to the upstream network."},
+    {SectionId::kSite, "ConnStatus", "State of the connection to the upstream network."},
 
-    {Section::kRadio, "ChannelList", "Channels that may be set, with commas between them."},
-    {Section::kRadio, "WirelessName_Validate", "Rule for WirelessName."},
-    {Section::kRadio, "EncryptionKey_Validate", "Rule for EncryptionKey."},
-    {Section::kRadio, "WlEnbl",
+    {SectionId::kRadio, "ChannelList", "Channels that may be set, with commas between them."},
+    {SectionId::kRadio, "WirelessName_Validate", "Rule for WirelessName."},
+    {SectionId::kRadio, "EncryptionKey_Validate", "Rule for EncryptionKey."},
+    {SectionId::kRadio, "WlEnbl",
      "Switch of the radio: 0 off, 1 on. A stored 2 or 3 locks it: another value is refused with "
      "result 3. The radio exists when the store holds 0, 1 or 3."},
-    {Section::kRadio, "WlSchedule",
+    {SectionId::kRadio, "WlSchedule",
      "Switch of the radio's schedule: 0 off, 1 on. A stored 2 locks it."},
-    {Section::kRadio, "WirelessBSSID", "Address of the radio."},
-    {Section::kRadio, "WirelessName", "Name of the wireless network."},
-    {Section::kRadio, "EncryptionMode", "How the network is encrypted."},
-    {Section::kRadio, "EncryptionType",
+    {SectionId::kRadio, "WirelessBSSID", "Address of the radio."},
+    {SectionId::kRadio, "WirelessName", "Name of the wireless network."},
+    {SectionId::kRadio, "EncryptionMode", "How the network is encrypted."},
+    {SectionId::kRadio, "EncryptionType",
      "Cipher, as the mode allows: AUTO or nothing for None; AUTO, OPEN or SHARED for WEP; AUTO, "
      "TKIP or AES for the others. A device of version 1.0 gets AUTO."},
-    {Section::kRadio, "EncryptionKey",
+    {SectionId::kRadio, "EncryptionKey",
      "Key of the network, as the mode demands: 5 or 13 characters, or 10 or 26 hexadecimal digits "
      "of upper case, for WEP; 8 to 63 characters, or 64 hexadecimal digits of upper case, for the "
      "WPA modes."},
-    {Section::kRadio, "Channel", "Channel; 0 chooses automatically. It must be in ChannelList."},
-    {Section::kRadio, "Country", "Country whose channels the radio uses."},
-    {Section::kRadio, "ChannelUsing", "Channel in use, which the host keeps up to date."},
+    {SectionId::kRadio, "Channel", "Channel; 0 chooses automatically. It must be in ChannelList."},
+    {SectionId::kRadio, "Country", "Country whose channels the radio uses."},
+    {SectionId::kRadio, "ChannelUsing", "Channel in use, which the host keeps up to date."},
 
-    {Section::kAccess, "WlAcEnbl",
+    {SectionId::kAccess, "WlAcEnbl",
      "Switch of the access control: 0 off, 1 on. A stored 2 locks it: another value is refused "
      "with result 3."},
-    {Section::kAccess, "WlAcMode",
+    {SectionId::kAccess, "WlAcMode",
      "What becomes of the stations that are listed: 0 or 1, as the device defines it. Written "
      "whenever access control is on."},
-    {Section::kAccess, "AcRuleNo", "Number of the rules."},
-    {Section::kRule, "Active", "Whether the rule is in force: 0 or 1."},
-    {Section::kRule, "MAC", "Address of the station; its form is not checked."},
+    {SectionId::kAccess, "AcRuleNo", "Number of the rules."},
+    {SectionId::kRule, "Active", "Whether the rule is in force: 0 or 1."},
+    {SectionId::kRule, "MAC", "Address of the station; its form is not checked."},
 
-    {Section::kService, "SafetyVyrEnbl", "Switch of the security service."},
-    {Section::kService, "UrlDetectEnbl", "Switch of its detection of addresses."},
-    {Section::kService, "SafetyNotifyEnbl", "Switch of its notices."},
-    {Section::kService, "ToolRecommendEnbl", "Switch of its recommendations."},
+    {SectionId::kSafety, "SafetyVyrEnbl", "Switch of the security service."},
+    {SectionId::kSafety, "UrlDetectEnbl", "Switch of its detection of addresses."},
+    {SectionId::kSafety, "SafetyNotifyEnbl", "Switch of its notices."},
+    {SectionId::kSafety, "ToolRecommendEnbl", "Switch of its recommendations."},
 
-    {Section::kFirmware, "Vendor", "Maker of the device. Shown to the app."},
-    {Section::kFirmware, "DeviceMAC",
+    {SectionId::kFirmware, "Vendor", "Maker of the device. Shown to the app."},
+    {SectionId::kFirmware, "DeviceMAC",
      "Address of the router. Entries of the firmware list are chosen by it; its letters are of the "
      "same case as in the list."},
-    {Section::kFirmware, "HwVersion", "Version of the hardware. Shown to the app."},
-    {Section::kFirmware, "RegionCode", "Region of the device. Shown to the app."},
-    {Section::kFirmware, "CurrFwVersion", "Version of the running firmware. Shown to the app."},
-    {Section::kFirmware, "CurrFwFileName",
+    {SectionId::kFirmware, "HwVersion", "Version of the hardware. Shown to the app."},
+    {SectionId::kFirmware, "RegionCode", "Region of the device. Shown to the app."},
+    {SectionId::kFirmware, "CurrFwVersion", "Version of the running firmware. Shown to the app."},
+    {SectionId::kFirmware, "CurrFwFileName",
      "File name of the running firmware. Entries of the firmware list are chosen by it; what "
      "stands before its first `_` names the list on the server."},
-    {Section::kFirmware, "AccessKey", "Key of the firmware server. Shown to the app."},
-    {Section::kFirmware, "ModelName", "The same node as DeviceModel."},
-    {Section::kFirmware, "FwUpgradeURL",
+    {SectionId::kFirmware, "AccessKey", "Key of the firmware server. Shown to the app."},
+    {SectionId::kFirmware, "ModelName", "The same node as DeviceModel."},
+    {SectionId::kFirmware, "FwUpgradeURL",
      "Address at which the app sends firmware; `$lanip` and `$rssport` in it are replaced."},
 
-    {Section::kSurvey, "SiteNo", "Number of the networks that the last survey found."},
-    {Section::kSurveySite, "WirelessType", "Band of a network: 2.4 or 5."},
-    {Section::kSurveySite, "BSSID", "Address of its access point."},
-    {Section::kSurveySite, "WirelessName", "Name of the network."},
-    {Section::kSurveySite, "EncryptionMode", "How it is encrypted."},
-    {Section::kSurveySite, "WirelessStrength", "How strong it is received."},
+    {SectionId::kSurvey, "SiteNo", "Number of the networks that the last survey found."},
+    {SectionId::kSurveySite, "WirelessType", "Band of a network: 2.4 or 5."},
+    {SectionId::kSurveySite, "BSSID", "Address of its access point."},
+    {SectionId::kSurveySite, "WirelessName", "Name of the network."},
+    {SectionId::kSurveySite, "EncryptionMode", "How it is encrypted."},
+    {SectionId::kSurveySite, "WirelessStrength", "How strong it is received."},
 };
 
 constexpr platform::TextView NameOf(const Field& field) {
@@ -166,7 +167,7 @@ constexpr platform::TextView NameOf(const Field& field) {
 }
 constexpr platform::TextView NameOf(const LiveNode& live) { return live.name; }
 
-constexpr const Meaning* FindMeaning(Section section, platform::TextView name) {
+constexpr const Meaning* FindMeaning(SectionId section, platform::TextView name) {
   for (const Meaning& meaning : kMeanings) {
     if (meaning.section == ExplainedSection(section) && meaning.name == name) {
       return &meaning;
@@ -176,15 +177,15 @@ constexpr const Meaning* FindMeaning(Section section, platform::TextView name) {
 }
 
 template <typename Row>
-std::string MeaningOf(Section section, const Row& row) {
+std::string MeaningOf(SectionId section, const Row& row) {
   return FindMeaning(section, NameOf(row))->text;
 }
 
 // Whether each row of the tables is explained by the meaning that it finds.
-template <typename Row, std::size_t N>
-consteval bool AreExplained(const Table<Row> (&tables)[N], bool (&used)[std::size(kMeanings)]) {
-  for (const Table<Row>& table : tables) {
-    for (const Row& row : table) {
+template <typename Tables>
+consteval bool AreExplained(const Tables& tables, bool (&used)[std::size(kMeanings)]) {
+  for (const auto& table : tables) {
+    for (const auto& row : table) {
       const Meaning* const meaning = FindMeaning(table.section, NameOf(row));
       if (meaning == nullptr || meaning->text[0] == '\0') {
         return false;

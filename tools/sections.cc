@@ -8,7 +8,14 @@ namespace {
 
 using variables::Variable;
 
-std::string RadioGroup(int radio) { return radio == 0 ? "Wl2_" : "Wl5_"; }
+// A row's text, with `word` for '*'.
+std::string WithWord(platform::TextView row_text, const std::string& word) {
+  std::string text = Text(row_text);
+  if (const std::size_t star = text.find('*'); star != std::string::npos) {
+    text.replace(star, 1, word);
+  }
+  return text;
+}
 
 }  // namespace
 
@@ -20,88 +27,21 @@ std::vector<std::string> WordsOf(const char* const* words) {
   return list;
 }
 
-std::string NamePrefix(Section section, int radio) {
-  switch (section) {
-    case Section::kDevice:
-      return "rss_";
-    case Section::kVersion:
-      return "rss_Ver_";
-    case Section::kUplink:
-      return "rss_Upl_";
-    case Section::kDsl:
-      return "rss_Upl_Dsl_";
-    case Section::kApn:
-      return "rss_Upl_Apn_";
-    case Section::kSite:
-      return "rss_Upl_Ets_";
-    case Section::kRadio:
-      return "rss_" + RadioGroup(radio);
-    case Section::kAccess:
-      return "rss_" + RadioGroup(radio) + "Acl_";
-    case Section::kRule:
-      return "rss_" + RadioGroup(radio) + "Acl_R??_";
-    case Section::kService:
-      return "rss_Vyr_";
-    case Section::kFirmware:
-      return "rss_Ext_Fwu_";
-    case Section::kSurvey:
-      return "rss_Ext_Ssv_";
-    case Section::kSurveySite:
-      return "rss_Ext_Ssv_S??_";
-  }
-  return {};
+std::string NamePrefix(SectionId section, int radio) {
+  const settings::Section& row = settings::RowOf(section);
+  return (settings::IsTopmost(row) ? "rss_" : NamePrefix(row.parent, radio)) +
+         WithWord(row.name, std::string(1, settings::kRadioWords[radio][0]));
 }
 
 std::string NodePrefix(const Place& place) {
-  std::string radio = settings::RadioPath(place.radio).c_str();
-  switch (place.section) {
-    case Section::kUplink:
-      return "/uplink";
-    case Section::kDsl:
-      return "/uplink/dsl";
-    case Section::kApn:
-      return "/uplink/apn";
-    case Section::kSite:
-      return "/uplink/extendersite";
-    case Section::kRadio:
-      return radio;
-    case Section::kAccess:
-      return radio + "/accesscontrol";
-    case Section::kRule:
-      return radio + "/accesscontrol/acrule:??";
-    case Section::kService:
-      return "/safetyvyr";
-    default:
-      return {};
-  }
+  std::string path = settings::SectionPath(place.section, place.radio).c_str();
+  return path.ends_with(':') ? path + "?\?" : path;
 }
 
 std::string ElementPrefix(const Place& place) {
-  std::string radio = std::string("Device/Wireless") + settings::RadioWord(place.radio) + "/";
-  switch (place.section) {
-    case Section::kVersion:
-      return "specVersion/";
-    case Section::kDevice:
-      return "Device/";
-    case Section::kUplink:
-      return "Device/UpLinkConnection/";
-    case Section::kDsl:
-      return "Device/UpLinkConnection/DSL/";
-    case Section::kApn:
-      return "Device/UpLinkConnection/APN/";
-    case Section::kSite:
-      return "Device/UpLinkConnection/ExtenderSite/";
-    case Section::kRadio:
-      return radio;
-    case Section::kAccess:
-      return radio + "AccessControl/";
-    case Section::kRule:
-      return radio + "AccessControl/AcRule/";
-    case Section::kService:
-      return "Device/SafetyVyr/";
-    default:
-      return {};
-  }
+  const settings::Section& row = settings::RowOf(place.section);
+  return (row.parent == row.id ? "" : ElementPrefix({row.parent, place.radio})) +
+         WithWord(row.element, settings::kRadioWords[place.radio]) + "/";
 }
 
 std::string VariablePath(const Variable& variable, const Place& place, bool is_indexed) {
@@ -120,7 +60,7 @@ std::string VariablePath(const Variable& variable, const Place& place, bool is_i
   return path;
 }
 
-const Variable* VariableOf(Section section, const Field& field) {
+const Variable* VariableOf(SectionId section, const Field& field) {
   for (const Variable& variable : variables::kVariables) {
     if (variable.section == section && variable.field == &field) {
       return &variable;
@@ -129,7 +69,7 @@ const Variable* VariableOf(Section section, const Field& field) {
   return nullptr;
 }
 
-const Variable* VariableOf(Section section, const LiveNode& live) {
+const Variable* VariableOf(SectionId section, const LiveNode& live) {
   for (const Variable& variable : variables::kVariables) {
     if (variable.section == section && variable.live == &live) {
       return &variable;

@@ -2,64 +2,59 @@
 #ifndef TOOLS_SECTIONS_H
 #define TOOLS_SECTIONS_H
 
+#include <array>
 #include <cstddef>
+#include <span>
 #include <string>
 #include <vector>
 
-#include "settings/field_tables.h"
+#include "settings/sections.h"
 #include "variables/place.h"
 #include "variables/table.h"
 
 namespace kio::tools {
 
 using settings::Field;
+using settings::SectionId;
+using variables::kLiveTables;
 using variables::LiveNode;
 using variables::Place;
-using variables::Section;
 
-// One of the library's tables.
+// A table of the library's, and the section that it belongs to.
 template <typename Row>
 struct Table {
-  Section section;
-  const Row* rows;
-  std::size_t size;
+  SectionId section = SectionId::kDevice;
+  std::span<const Row> rows = {};
 
-  [[nodiscard]] constexpr const Row* begin() const { return rows; }
-  [[nodiscard]] constexpr const Row* end() const { return rows + size; }
+  [[nodiscard]] constexpr auto begin() const { return rows.begin(); }
+  [[nodiscard]] constexpr auto end() const { return rows.end(); }
 };
 
-template <typename Row, std::size_t N>
-constexpr Table<Row> TableOf(Section section, const Row (&rows)[N]) {
-  return {section, rows, N};
-}
+// All tables of fields.
+class FieldTables {
+ public:
+  consteval FieldTables() {
+    Add(SectionId::kDevice, settings::kFeatureFields);
+    for (const settings::Section& section : settings::kSections) {
+      Add(section.id, section.fields);
+      Add(section.id, section.rules);
+    }
+  }
 
-// All tables of fields. The two providers share one.
-inline constexpr Table<Field> kFieldTables[] = {
-    TableOf(Section::kVersion, settings::kVersionFields),
-    TableOf(Section::kDevice, settings::kFeatureFields),
-    TableOf(Section::kDevice, settings::kDeviceFields),
-    TableOf(Section::kDevice, settings::kDeviceRules),
-    TableOf(Section::kUplink, settings::kUplinkFields),
-    TableOf(Section::kUplink, settings::kUplinkRules),
-    TableOf(Section::kDsl, settings::kIspFields),
-    TableOf(Section::kDsl, settings::kCircuitFields),
-    TableOf(Section::kApn, settings::kIspFields),
-    TableOf(Section::kSite, settings::kSiteFields),
-    TableOf(Section::kRadio, settings::kWlanFields),
-    TableOf(Section::kAccess, settings::kAccessFields),
-    TableOf(Section::kRule, settings::kRuleFields),
-    TableOf(Section::kService, settings::kSafetyFields),
-};
+  [[nodiscard]] constexpr const Table<Field>* begin() const { return tables_.data(); }
+  [[nodiscard]] constexpr const Table<Field>* end() const { return tables_.data() + size_; }
 
-// All tables of variables that are read live.
-inline constexpr Table<LiveNode> kLiveTables[] = {
-    TableOf(Section::kDevice, variables::kLiveDevice),
-    TableOf(Section::kSite, variables::kLiveSite),
-    TableOf(Section::kRadio, variables::kLiveRadio),
-    TableOf(Section::kFirmware, variables::kLiveFirmware),
-    TableOf(Section::kSurvey, variables::kLiveSurvey),
-    TableOf(Section::kSurveySite, variables::kLiveSurveySite),
+ private:
+  constexpr void Add(SectionId section, settings::FieldTable table) {
+    if (!table.empty()) {
+      tables_[size_++] = {section, table};
+    }
+  }
+
+  std::array<Table<Field>, 2 * settings::kSections.size() + 1> tables_ = {};
+  std::size_t size_ = 0;
 };
+inline constexpr FieldTables kFieldTables;
 
 inline std::string Text(platform::TextView view) { return {view.data(), view.size()}; }
 
@@ -67,7 +62,7 @@ inline std::string Text(platform::TextView view) { return {view.data(), view.siz
 std::vector<std::string> WordsOf(const char* const* words);
 
 // What stands before the last part of a variable's name: "rss_Wl2_".
-std::string NamePrefix(Section section, int radio);
+std::string NamePrefix(SectionId section, int radio);
 
 // What the snapshot puts before the node of a field: "/lan/wireless2.4:1".
 std::string NodePrefix(const Place& place);
@@ -80,8 +75,8 @@ std::string ElementPrefix(const Place& place);
 std::string VariablePath(const variables::Variable& variable, const Place& place, bool is_indexed);
 
 // The variable that is made of a row of a section; null when there is none.
-const variables::Variable* VariableOf(Section section, const Field& field);
-const variables::Variable* VariableOf(Section section, const LiveNode& live);
+const variables::Variable* VariableOf(SectionId section, const Field& field);
+const variables::Variable* VariableOf(SectionId section, const LiveNode& live);
 
 }  // namespace kio::tools
 

@@ -70,7 +70,7 @@ std::string ValueOf(const Field& field, const Place& place) {
 
 class NodeList {
  public:
-  void AddField(Section section, const Field& field) {
+  void AddField(SectionId section, const Field& field) {
     const Place place{.section = section};
     StoreNode& node = Node(NodePrefix(place) + Text(field.node));
     node.meaning = MeaningOf(section, field);
@@ -86,9 +86,9 @@ class NodeList {
     AddVariable(node, VariableOf(section, field));
   }
 
-  void AddLive(Section section, const LiveNode& live) {
+  void AddLive(SectionId section, const LiveNode& live) {
     const Variable* const variable = VariableOf(section, live);
-    const bool is_indexed = section == Section::kSurveySite;
+    const bool is_indexed = section == SectionId::kSurveySite;
     std::string path = live.node.empty() ? VariablePath(*variable, {.section = section}, is_indexed)
                                          : Text(live.node);
     if (is_indexed) {
@@ -183,7 +183,7 @@ std::vector<StoreNode> ListStoreNodes() {
       }
     }
   }
-  for (const Table<LiveNode>& table : kLiveTables) {
+  for (const variables::LiveTable& table : kLiveTables) {
     for (const LiveNode& live : table) {
       list.AddLive(table.section, live);
     }

@@ -4,7 +4,6 @@
 #include "platform/log.h"
 #include "platform/store.h"
 #include "settings/apply_fields.h"
-#include "settings/field_tables.h"
 #include "settings/record.h"
 #include "settings/survey.h"
 
@@ -39,24 +38,11 @@ bool ApplyDevice() {
 }
 
 int ApplyHardwareSection() {
-  RssUpLink& uplink = rssXmlData.upLink;
-  StorePath dsl("/uplink/dsl");
-  switch (uplink.hardwareTypeCode) {
-    case kHardwareAdsl:
-    case kHardwareVdsl:
-      return ApplyFields(kIspFields, Group::kProvider, &uplink.dsl, dsl);
-    case kHardwareApn: {
-      StorePath apn("/uplink/apn");
-      return ApplyFields(kIspFields, Group::kProvider, &uplink.apn, apn);
-    }
-    case kHardwareDsl:
-      return IsVersion10() ? ApplyFields(kCircuitFields, Group::kCircuit, &uplink.dsl, dsl) : 0;
-    default: {
-      StorePath site("/uplink/extendersite");
-      return HasSiteUplink() ? ApplyFields(kSiteFields, Group::kDetail, &uplink.extenderSite, site)
-                             : 0;
-    }
+  if (HasSiteUplink()) {
+    return ApplyFields(SectionId::kSite, Group::kDetail);
   }
+  const SectionId section = HardwareSection();
+  return section != SectionId::kCount ? ApplyFields(section, HardwareGroupUsed()) : 0;
 }
 
 void ApplyUplink() {
@@ -64,35 +50,28 @@ void ApplyUplink() {
   if (uplink.configurable == 0) {
     return;
   }
-  StorePath nodes("/uplink");
+  SectionPath nodes(SectionId::kUplink);
   const Field& hardware = RowOf(kUplinkFields, "HardwareType");
   if (!IsVersion10()) {
     uplink.restart |= ApplyField(hardware, &uplink, nodes.Node(hardware.node));
   }
   const Field& connection = RowOf(kUplinkFields, "ConnType");
   uplink.restart |= ApplyField(connection, &uplink, nodes.Node(connection.node));
-  if (uplink.connTypeCode == kConnPppoe || uplink.connTypeCode == kConnPppoa) {
-    uplink.restart |= ApplyFields(kUplinkFields, Group::kLogin, &uplink, nodes);
-  } else if (uplink.connTypeCode == kConnStatic) {
-    uplink.restart |= ApplyFields(kUplinkFields, Group::kAddress, &uplink, nodes);
-  }
+  uplink.restart |= ApplyFields(kUplinkFields, ConnectionGroup(), &uplink, nodes);
   uplink.restart |= ApplyHardwareSection();
 }
 
 // Quirk "roaming-flag-never-set": a changed text restarts the device instead.
 void ApplyRoaming() {
   if (!IsVersion10() && rssXmlData.easyRoamingFeature != 0) {
-    StorePath nodes("");
     rssXmlData.deviceRestart |=
-        static_cast<unsigned char>(ApplyFields(kDeviceFields, Group::kDetail, &rssXmlData, nodes));
+        static_cast<unsigned char>(ApplyFields(SectionId::kDevice, Group::kRoaming));
   }
 }
 
 void ApplySafety() {
-  RssSafetyVyr& safety = rssXmlData.safetyVyr;
   if (rssXmlData.safetyVyrFeature != 0 && rssXmlData.apCloningOnly == 0) {
-    StorePath nodes("/safetyvyr");
-    safety.restart |= ApplyFields(kSafetyFields, Group::kBasic, &safety, nodes);
+    rssXmlData.safetyVyr.restart |= ApplyFields(SectionId::kSafety, Group::kBasic);
   }
 }
 
@@ -132,11 +111,28 @@ bool ApplyRecord() {
 
 }  // namespace
 
+int ApplyFields(FieldTable table, Group group, void* section, StorePath& nodes) {
+  int changed = 0;
+  for (const Field& field : table) {
+    if (field.group == group && field.write == Write::kIfDifferent) {
+      changed |= ApplyField(field, section, nodes.Node(field.node));
+    }
+  }
+  return changed;
+}
+
+int ApplyFields(SectionId section, Group group) {
+  SectionPath nodes(section);
+  return ApplyFields(RowOf(section).fields, group, StructureOf({section}), nodes);
+}
+
 bool RequestSiteSurvey() {
-  if (platform::ReadStoreInt(kSurveyNode) == 1) {
+  SectionPath nodes(SectionId::kSite);
+  const char* const survey = nodes.Node(RowOf(kSiteFields, "Survey").node);
+  if (platform::ReadStoreInt(survey) == 1) {
     return false;
   }
-  platform::WriteStoreInt(kSurveyNode, 1);
+  platform::WriteStoreInt(survey, 1);
   StorePath cloned(kClonedSiteNode);
   if (!platform::StoreText(cloned.Node("/wirelesstype")).empty()) {
     platform::DeleteStoreNode(kClonedSiteNode);

@@ -2,11 +2,9 @@
 #ifndef KIO_SETTINGS_APPLY_FIELDS_H
 #define KIO_SETTINGS_APPLY_FIELDS_H
 
-#include <cstddef>
-
 #include "kioapp/xml.h"
 #include "platform/store.h"
-#include "settings/field.h"
+#include "settings/sections.h"
 
 namespace kio::settings {
 
@@ -19,16 +17,10 @@ inline int ApplyField(const Field& field, void* section, const char* path) {
 
 // Writes those fields of a group that are written wherever they differ, in their order. Returns 1
 // if any node did differ, else 0.
-template <std::size_t N>
-int ApplyFields(const Field (&table)[N], Group group, void* section, platform::StorePath& nodes) {
-  int changed = 0;
-  for (const Field& field : table) {
-    if (field.group == group && field.write == Write::kIfDifferent) {
-      changed |= ApplyField(field, section, nodes.Node(field.node));
-    }
-  }
-  return changed;
-}
+int ApplyFields(FieldTable table, Group group, void* section, platform::StorePath& nodes);
+
+// The same for the fields of a section.
+int ApplyFields(SectionId section, Group group);
 
 // Sets a switch to `value`, 0 or 1, unless the stored value is one that locks it: 2 to
 // `highest_lock`. Sets `changed` to 1 if the node was written. Returns false if the switch is

@@ -3,8 +3,8 @@
 #include "kioapp/settings.h"
 #include "platform/store.h"
 #include "settings/apply_fields.h"
-#include "settings/field_tables.h"
 #include "settings/record.h"
+#include "settings/step.h"
 
 namespace kio::settings {
 namespace {
@@ -19,13 +19,6 @@ constexpr const Field& kTypeRow = RowOf(kWlanFields, "EncryptionType");
 constexpr const Field& kChannelRow = RowOf(kWlanFields, "Channel");
 constexpr const Field& kAccessSwitchRow = RowOf(kAccessFields, "WlAcEnbl");
 constexpr const Field& kAccessModeRow = RowOf(kAccessFields, "WlAcMode");
-
-// What becomes of the radios after one step of one of them.
-enum class Step {
-  kNext,     // go on with the next step
-  kRefused,  // reported; the exchange ends
-  kStop,     // neither this radio nor a later one gets anything more
-};
 
 // One radio and its nodes.
 struct Radio {
@@ -45,17 +38,17 @@ Step ApplyClonedEnable(const Radio& radio, const char* path) {
   RssWlan& wlan = radio.wlan;
   const int stored = ReadStoreInt(path);
   if (stored == wlan.wlEnbl) {
-    return Step::kNext;
+    return Step::kGoOn;
   }
   // Quirk "cloning-stops-at-a-locked-switch": no later radio is cloned either.
   if (stored == 2 || stored == 3 || wlan.wlEnbl == 2) {
-    return Step::kStop;
+    return Step::kEnough;
   }
   if (wlan.wlEnbl == 3) {
     wlan.wlEnbl = 1;
   }
   wlan.restart |= ApplyField(kEnableRow, &wlan, path);
-  return Step::kNext;
+  return Step::kGoOn;
 }
 
 void ApplyClonedSchedule(const Radio& radio, const char* path) {
@@ -75,7 +68,7 @@ Step ApplySwitches(const Radio& radio) {
   RssWlan& wlan = radio.wlan;
   if (IsCloning()) {
     const Step step = ApplyClonedEnable(radio, radio.nodes.Node(kEnableRow.node));
-    if (step == Step::kNext) {
+    if (step == Step::kGoOn) {
       ApplyClonedSchedule(radio, radio.nodes.Node(kScheduleRow.node));
     }
     return step;
@@ -87,7 +80,7 @@ Step ApplySwitches(const Radio& radio) {
   if (!ApplySwitch(wlan.wlSchedule, radio.nodes.Node(kScheduleRow.node), 2, wlan.restart)) {
     return Refused(wlan.path, kScheduleRow);
   }
-  return Step::kNext;
+  return Step::kGoOn;
 }
 
 // Name and encryption. The channel comes later, behind the reading of the stored access control.
@@ -104,26 +97,28 @@ void ApplyNetwork(const Radio& radio) {
   }
 }
 
-void ApplyRules(RssWlan& wlan, StorePath& access) {
+void ApplyRules(const Radio& radio, StorePath& access) {
+  RssWlan& wlan = radio.wlan;
   const int stored = ReadStoreInt(access.Node("/acrule#"));
-  StorePath rules(access.Node("/acrule:"));
+  SectionPath rules(SectionId::kRule, radio.number);
   for (int i = 0; i < HeldRules(wlan); ++i) {
-    rules.SelectInstance(i + 1);
+    rules.SelectInstance(i + RowOf(SectionId::kRule).first_instance);
     wlan.restart |= ApplyFields(kRuleFields, Group::kBasic, &wlan.acRule[i], rules);
   }
   for (int number = stored; number > wlan.wlAcRuleNo && number > 0; --number) {
-    platform::DeleteStoreNode(access.Instance("/acrule", number));
+    rules.SelectInstance(number);
+    platform::DeleteStoreNode(rules.c_str());
     wlan.restart = 1;
   }
 }
 
 Step ApplyAccessSwitch(RssWlan& wlan, int stored, StorePath& access, bool& stays) {
   if (stored == wlan.wlAcEnbl) {
-    return Step::kNext;
+    return Step::kGoOn;
   }
   if (stored == 2) {
     stays = IsCloning();
-    return stays ? Step::kNext : Refused(wlan.accessControlPath, kAccessSwitchRow);
+    return stays ? Step::kGoOn : Refused(wlan.accessControlPath, kAccessSwitchRow);
   }
   // Quirk "cloned-access-zero-rewritten": the stored value is not compared with the 0 again.
   if (IsCloning() && wlan.wlAcEnbl == 2) {
@@ -132,12 +127,12 @@ Step ApplyAccessSwitch(RssWlan& wlan, int stored, StorePath& access, bool& stays
   // Quirk "access-switch-two-is-written": which locks the switch from then on.
   wlan.restart = 1;
   WriteStoreInt(access.Node(kAccessSwitchRow.node), wlan.wlAcEnbl);
-  return Step::kNext;
+  return Step::kGoOn;
 }
 
 Step ApplyAccessControl(const Radio& radio) {
   RssWlan& wlan = radio.wlan;
-  RadioPath access(radio.number, "/accesscontrol");
+  SectionPath access(SectionId::kAccess, radio.number);
   // Quirk "absent-access-switch-is-locked": what is absent reads as 2.
   const int stored_switch =
       ReadStoreInt(access.Node(kAccessSwitchRow.node), kAccessSwitchRow.absent);
@@ -145,7 +140,7 @@ Step ApplyAccessControl(const Radio& radio) {
   wlan.restart |= ApplyField(kChannelRow, &wlan, radio.nodes.Node(kChannelRow.node));
   bool stays = false;
   const Step step = ApplyAccessSwitch(wlan, stored_switch, access, stays);
-  if (step != Step::kNext || stays || wlan.wlAcEnbl != 1) {
+  if (step != Step::kGoOn || stays || wlan.wlAcEnbl != 1) {
     return step;
   }
   if (wlan.wlAcMode != stored_mode) {
@@ -153,8 +148,8 @@ Step ApplyAccessControl(const Radio& radio) {
   }
   // Quirk "access-mode-always-written": whether or not it differs.
   WriteStoreInt(access.Node(kAccessModeRow.node), wlan.wlAcMode);
-  ApplyRules(wlan, access);
-  return Step::kNext;
+  ApplyRules(radio, access);
+  return Step::kGoOn;
 }
 
 // A cloned radio becomes the upstream network of a device with a wireless uplink.
@@ -162,8 +157,8 @@ Step ApplyAccessControl(const Radio& radio) {
 void ApplyClonedSite(const Radio& radio) {
   RssUpLink& uplink = rssXmlData.upLink;
   RssWlan& wlan = radio.wlan;
-  const char* const word = RadioWord(radio.number);
-  StorePath site("/uplink/extendersite");
+  const char* const word = kRadioWords[radio.number];
+  SectionPath site(SectionId::kSite);
   uplink.restart |=
       StrCmpWithXStr(wlan.wirelessBssid, site.Node(RowOf(kSiteFields, "ConnRefSiteBSSID").node), 0);
   uplink.restart |= StrCmpWithXStr(word, site.Node(RowOf(kSiteFields, "WirelessType").node), 0);
@@ -184,20 +179,20 @@ void ApplyClonedSite(const Radio& radio) {
 
 Step ApplyRadio(const Radio& radio) {
   const Step step = ApplySwitches(radio);
-  if (step != Step::kNext) {
+  if (step != Step::kGoOn) {
     return step;
   }
   ApplyNetwork(radio);
   if (!IsVersion10()) {
     const Step access_step = ApplyAccessControl(radio);
-    if (access_step != Step::kNext) {
+    if (access_step != Step::kGoOn) {
       return access_step;
     }
   }
   if (IsCloning() && rssXmlData.upLink.hardwareTypeCode == kHardwareWireless) {
     ApplyClonedSite(radio);
   }
-  return Step::kNext;
+  return Step::kGoOn;
 }
 
 }  // namespace
@@ -208,10 +203,10 @@ bool ApplyRadios() {
     if (!RadioExists(number) || wlan.configurable == 0) {
       continue;
     }
-    RadioPath nodes(number);
+    SectionPath nodes(SectionId::kRadio, number);
     const Step step = ApplyRadio({number, wlan, nodes});
-    if (step != Step::kNext) {
-      return step == Step::kStop;
+    if (step != Step::kGoOn) {
+      return step == Step::kEnough;
     }
   }
   return true;

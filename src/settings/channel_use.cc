@@ -14,7 +14,7 @@ int g_last_channels[kRadioCount] = {kNoneSeen, kNoneSeen};
 
 // Whether the channel of a radio differs from the last one seen, which is then remembered.
 bool HasMoved(int radio) {
-  RadioPath nodes(radio);
+  SectionPath nodes(SectionId::kRadio, radio);
   const int configured = platform::ReadStoreInt(nodes.Node("/channel"));
   const int in_use = platform::ReadStoreInt(nodes.Node("/channelusing"));
   if (configured < 0 || in_use < 1) {
@@ -30,7 +30,7 @@ bool HasMoved(int radio) {
     return false;
   }
   platform::LogName("checkWlanChannelUsing");
-  KIO_LOG(platform::kLogDetail, "Wlan_%s Channel:%d ChannelUsing:%d->%d\n", RadioWord(radio),
+  KIO_LOG(platform::kLogDetail, "Wlan_%s Channel:%d ChannelUsing:%d->%d\n", kRadioWords[radio],
           configured, last, effective);
   last = effective;
   return true;

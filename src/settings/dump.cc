@@ -1,7 +1,7 @@
 // Writing the record to the log.
 //
-// This is no walk over the field tables: fields share lines, and labels and quoting differ from
-// line to line.
+// A walk over the rows of each section; what the rows do not hold, paths and the bookkeeping of an
+// exchange, is written out in its place.
 
 #include "kioapp/settings.h"
 #include "platform/log.h"
@@ -11,6 +11,70 @@ namespace kio::settings {
 namespace {
 
 using platform::kLogAction;
+using platform::TextBuffer;
+
+// Room for the longest line: two texts of a pair and their names.
+constexpr std::size_t kLineSize = 384;
+
+void AppendName(TextBuffer& line, const Field& field) {
+  line.Append(field.dump_name.empty() ? field.element : field.dump_name);
+}
+
+void AppendValue(TextBuffer& line, const Field& field, void* section) {
+  if (field.member.type == Member::Type::kText) {
+    line.Append(TextOf(section, field.member));
+  } else {
+    line.AppendNumber(IntOf(section, field.member));
+  }
+}
+
+// Writes the line of a field, and of the next row's with it when they are a pair.
+void DumpField(const Field& field, void* section, const char* indent) {
+  const bool is_quoted = field.dump == Dump::kQuoted || field.dump == Dump::kQuotedWithCode ||
+                         field.dump == Dump::kQuotedPair;
+  const Field* const second = IsPair(field.dump) ? &field + 1 : nullptr;
+  const char separator = field.dump == Dump::kSlashPair ? '/' : ',';
+  char text[kLineSize];
+  TextBuffer line(text);
+  AppendName(line, field);
+  if (second != nullptr) {
+    line.Append(separator);
+    AppendName(line, *second);
+  }
+  line.Append(is_quoted ? "='" : "=");
+  AppendValue(line, field, section);
+  if (second != nullptr) {
+    line.Append(separator);
+    AppendValue(line, *second, section);
+  }
+  line.Append(is_quoted ? "'" : "");
+  if (field.dump == Dump::kQuotedWithCode) {
+    line.Append(',').AppendNumber(IntOf(section, field.code));
+  }
+  KIO_LOG(kLogAction, "%s+- %s\n", indent, text);
+}
+
+bool IsDumped(const Field& field) {
+  // The address of a radio is written in version 1.0, too, although no document there holds it.
+  const bool is_in_version =
+      IsIn(field.versions, IsVersion10()) || &field == &RowOf(kWlanFields, "WirelessBSSID");
+  return field.dump != Dump::kNever && is_in_version &&
+         (field.group != Group::kRoaming || rssXmlData.easyRoamingFeature != 0);
+}
+
+// Writes the fields of a section: those of one group, or of all with kNone.
+void DumpFields(const Place& place, Group group, const char* indent) {
+  const FieldTable table = RowOf(place.section).fields;
+  for (std::size_t i = 0; i < table.size(); ++i) {
+    const Field& field = table[i];
+    if ((group == Group::kNone || field.group == group) && IsDumped(field)) {
+      DumpField(field, StructureOf(place), indent);
+    }
+    if (IsPair(field.dump)) {
+      ++i;
+    }
+  }
+}
 
 void DumpHead() {
   KIO_LOG(kLogAction, "----RSSXML_BGN----\n");
@@ -20,122 +84,74 @@ void DumpHead() {
   KIO_LOG(kLogAction, " +- Configurable=%d\n", rssXmlData.configurable);
 }
 
-void DumpRoaming() {
-  if (!IsVersion10() && rssXmlData.easyRoamingFeature != 0) {
-    KIO_LOG(kLogAction, " +- EasyRoaming=%s\n", rssXmlData.easyRoaming);
-  }
-}
-
 void DumpDevice() {
-  KIO_LOG(kLogAction, " +- DeviceName='%s'\n", rssXmlData.deviceName);
-  KIO_LOG(kLogAction, " +- DevicePwd='%s'\n", rssXmlData.devicePwd);
-  KIO_LOG(kLogAction, " +- DeviceType='%s'\n", rssXmlData.deviceType);
-  KIO_LOG(kLogAction, " +- RouterEnbl=%d\n", rssXmlData.routerEnbl);
-  if (IsVersion10()) {
-    KIO_LOG(kLogAction, " +- ExtenderEnbl=%d\n", rssXmlData.extenderEnbl);
-  }
-  DumpRoaming();
+  DumpFields({SectionId::kDevice}, Group::kNone, " ");
   KIO_LOG(kLogAction, " +- wlanSurveyRestart=%d\n", rssXmlData.wlanSurveyRestart);
 }
 
-void DumpProvider(const RssIsp& isp) {
-  KIO_LOG(kLogAction, "         +- CountryName=%s\n", isp.countryName);
-  KIO_LOG(kLogAction, "         +- IspName=%s\n", isp.ispName);
-}
-
-void DumpDsl(const RssIsp& dsl) {
-  KIO_LOG(kLogAction, "     +- %s\n", dsl.path);
-  if (IsVersion10()) {
-    KIO_LOG(kLogAction, "         +- VPI/VCI=%d/%d\n", dsl.vpi, dsl.vci);
-    KIO_LOG(kLogAction, "         +- EncapMode='%s',%d\n", dsl.encapsulationMode,
-            dsl.encapModeCode);
-  } else {
-    DumpProvider(dsl);
+// A section of the uplink's own. A device of version 1.0 without hardware of its own may extend
+// another network.
+void DumpHardwareSection() {
+  SectionId section = HardwareSection();
+  if (section == SectionId::kCount && IsVersion10() && rssXmlData.extenderEnbl != 2) {
+    section = SectionId::kSite;
   }
-}
-
-void DumpApn(const RssIsp& apn) {
-  KIO_LOG(kLogAction, "     +- %s\n", apn.path);
-  DumpProvider(apn);
-}
-
-void DumpSite(const RssExtenderSite& site) {
-  KIO_LOG(kLogAction, "     +- %s\n", site.path);
-  KIO_LOG(kLogAction, "         +- Survey=%d\n", site.survey);
-  KIO_LOG(kLogAction, "         +- ConnRefSiteBSSID=%s\n", site.connRefSiteBssid);
-  KIO_LOG(kLogAction, "         +- WirelessType='%s',%d\n", site.wirelessType,
-          site.wirelessTypeCode);
-  KIO_LOG(kLogAction, "         +- WirelessName=%s\n", site.wirelessName);
-  KIO_LOG(kLogAction, "         +- EncryptionKey=%s\n", site.encryptionKey);
+  const RssUpLink& uplink = rssXmlData.upLink;
+  const char* path = uplink.extenderSite.path;
+  switch (section) {
+    case SectionId::kCount:
+      return;
+    case SectionId::kDsl:
+      path = uplink.dsl.path;
+      break;
+    case SectionId::kApn:
+      path = uplink.apn.path;
+      break;
+    default:
+      break;
+  }
+  KIO_LOG(kLogAction, "     +- %s\n", path);
+  DumpFields({section}, section == SectionId::kSite ? Group::kNone : HardwareGroupDumped(),
+             "         ");
 }
 
 void DumpUplink() {
   const RssUpLink& uplink = rssXmlData.upLink;
   KIO_LOG(kLogAction, " +- %s\n", uplink.path);
-  KIO_LOG(kLogAction, "     +- Configurable=%d\n", uplink.configurable);
-  KIO_LOG(kLogAction, "     +- HardwareType='%s',%d\n", uplink.hardwareType,
-          uplink.hardwareTypeCode);
-  KIO_LOG(kLogAction, "     +- LoginUserName='%s'\n", uplink.loginUserName);
-  KIO_LOG(kLogAction, "     +- LoginPassword='%s'\n", uplink.loginPassword);
-  KIO_LOG(kLogAction, "     +- IP,NetMask='%s,%s'\n", uplink.ip, uplink.netMask);
-  KIO_LOG(kLogAction, "     +- Gateway='%s'\n", uplink.gateway);
-  KIO_LOG(kLogAction, "     +- DNS='%s'\n", uplink.dns);
+  DumpFields({SectionId::kUplink}, Group::kNone, "     ");
   KIO_LOG(kLogAction, "     +- restart='%d'\n", uplink.restart);
-  switch (uplink.hardwareTypeCode) {
-    case kHardwareAdsl:
-    case kHardwareVdsl:
-    case kHardwareDsl:
-      DumpDsl(uplink.dsl);
-      break;
-    case kHardwareApn:
-      DumpApn(uplink.apn);
-      break;
-    default:
-      if (uplink.hardwareTypeCode == kHardwareWireless ||
-          (IsVersion10() && rssXmlData.extenderEnbl != 2)) {
-        DumpSite(uplink.extenderSite);
-      }
-      break;
-  }
+  DumpHardwareSection();
 }
 
-void DumpAccessControl(const RssWlan& wlan) {
+void DumpAccessControl(int radio) {
+  const RssWlan& wlan = rssXmlData.wlan[radio];
   KIO_LOG(kLogAction, "     +- %s\n", wlan.accessControlPath);
-  KIO_LOG(kLogAction, "         +- WlAcEnbl=%d\n", wlan.wlAcEnbl);
+  DumpFields({SectionId::kAccess, radio}, Group::kBasic, "         ");
   if (wlan.wlAcEnbl != 1) {
     return;
   }
-  KIO_LOG(kLogAction, "         +- WlAcMode=%d\n", wlan.wlAcMode);
+  DumpFields({SectionId::kAccess, radio}, Group::kDetail, "         ");
   for (int i = 0; i < HeldRules(wlan); ++i) {
     KIO_LOG(kLogAction, "         +- %s:%d\n", wlan.acRule[i].path, i + 1);
-    KIO_LOG(kLogAction, "             +- Active,MAC=%d,%s\n", wlan.acRule[i].active,
-            wlan.acRule[i].mac);
+    DumpFields({SectionId::kRule, radio, i}, Group::kNone, "             ");
   }
 }
 
-void DumpRadio(const RssWlan& wlan) {
+void DumpRadio(int radio) {
+  const RssWlan& wlan = rssXmlData.wlan[radio];
   KIO_LOG(kLogAction, " +- %s\n", wlan.path);
   KIO_LOG(kLogAction, "     +- Configurable=%d\n", wlan.configurable);
-  KIO_LOG(kLogAction, "     +- WlEnbl,WlSchedule=%d,%d\n", wlan.wlEnbl, wlan.wlSchedule);
-  KIO_LOG(kLogAction, "     +- WirelessBSSID='%s'\n", wlan.wirelessBssid);
-  KIO_LOG(kLogAction, "     +- WirelessName='%s'\n", wlan.wirelessName);
-  KIO_LOG(kLogAction, "     +- EncryptionMode,Type='%s,%s'\n", wlan.encryptionMode,
-          wlan.encryptionType);
-  KIO_LOG(kLogAction, "     +- EncryptionKey='%s'\n", wlan.encryptionKey);
+  DumpFields({SectionId::kRadio, radio}, Group::kNone, "     ");
   if (!IsVersion10()) {
-    KIO_LOG(kLogAction, "     +- Channel='%s'\n", wlan.channel);
     KIO_LOG(kLogAction, "     +- restart=%d\n", wlan.restart);
-    DumpAccessControl(wlan);
+    DumpAccessControl(radio);
   }
 }
 
 void DumpSafety() {
   const RssSafetyVyr& safety = rssXmlData.safetyVyr;
   KIO_LOG(kLogAction, " +- %s\n", safety.path);
-  KIO_LOG(kLogAction, "     +- SafetyVyrEnbl=%d\n", safety.safetyVyrEnbl);
-  KIO_LOG(kLogAction, "     +- UrlDetectEnbl=%d\n", safety.urlDetectEnbl);
-  KIO_LOG(kLogAction, "     +- SafetyNotifyEnbl=%d\n", safety.safetyNotifyEnbl);
-  KIO_LOG(kLogAction, "     +- ToolRecommendEnbl=%d\n", safety.toolRecommendEnbl);
+  DumpFields({SectionId::kSafety}, Group::kNone, "     ");
   KIO_LOG(kLogAction, "     +- restart=%d\n", safety.restart);
 }
 
@@ -164,14 +180,14 @@ void dump_RssXmlData(void) {
   }
   DumpHead();
   if (rssXmlData.apCloningOnly != 0) {
-    DumpRoaming();
+    DumpFields({SectionId::kDevice}, Group::kRoaming, " ");
   } else {
     DumpDevice();
     DumpUplink();
   }
   for (int radio = 0; radio < kRadioCount; ++radio) {
     if (RadioExists(radio)) {
-      DumpRadio(rssXmlData.wlan[radio]);
+      DumpRadio(radio);
     }
   }
   if (rssXmlData.safetyVyrFeature != 0) {

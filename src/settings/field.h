@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <type_traits>
 
 #include "platform/text.h"
@@ -58,13 +59,24 @@ enum class Snapshot : std::uint8_t { kEvery, kFullOnly };
 
 // Which fields of a section are read, verified and written together.
 enum class Group : std::uint8_t {
+  kNone,        // no field's
   kDeviceOnly,  // not part of a settings document
   kBasic,
   kDetail,
-  kLogin,    // for connection types with a login
-  kAddress,  // for the static connection type
+  kRoaming,   // for devices that take part in easy roaming
+  kExtender,  // for devices that say themselves whether they extend another network
+  kLogin,     // for connection types with a login
+  kAddress,   // for the static connection type
   kProvider,
   kCircuit,
+};
+
+// Documents that need not hold a field.
+enum class Optional : std::uint8_t {
+  kNever,
+  // Quirk "cloning-without-roaming-clears-it": without the element the text becomes empty.
+  kWhileCloning,
+  kAlways,  // without the element the value stays as it is in the store
 };
 
 // Format versions of documents that hold a field.
@@ -108,6 +120,22 @@ enum class Offer : std::uint8_t {
   kRoaming,  // the four numbers of the roaming text
 };
 
+// How a field stands in the dump of the record: "Element=value", or, for a pair, in one line with
+// the field of the next row.
+enum class Dump : std::uint8_t {
+  kNever,
+  kPlain,
+  kQuoted,
+  kQuotedWithCode,
+  kPlainPair,   // "First,Second=value,value"
+  kQuotedPair,  // "First,Second='value,value'"
+  kSlashPair,   // "First/Second=value/value"
+};
+
+constexpr bool IsPair(Dump dump) {
+  return dump == Dump::kPlainPair || dump == Dump::kQuotedPair || dump == Dump::kSlashPair;
+}
+
 struct Field {
   // Name of the element and of the variable; empty when there is none. Terminated.
   platform::TextView element = {};
@@ -116,6 +144,7 @@ struct Field {
   Member member = {};
   Group group = Group::kDeviceOnly;
   Versions versions = Versions::kEvery;
+  Optional optional = Optional::kNever;
   // Characters that are taken from a document; 0 for as many as the member holds.
   std::uint8_t document_limit = 0;
   // Whether the value read from a document is logged.
@@ -145,9 +174,119 @@ struct Field {
   // Quirk "value-for-a-path": asked for its path, the variable gives its value.
   bool hides_path = false;
 
+  Dump dump = Dump::kNever;
+  // The name in the dump, when it is not the element's. Terminated.
+  platform::TextView dump_name = {};
+
   // The code tells: a pointer cannot be compared at compile time under every sanitizer.
   [[nodiscard]] constexpr bool has_words() const { return code.size != 0; }
+
+  // A row is one of those below with some columns changed.
+  template <typename Column, typename Value>
+  [[nodiscard]] constexpr Field With(Column Field::*column, Value value) const {
+    Field field = *this;
+    field.*column = value;
+    return field;
+  }
+  [[nodiscard]] constexpr Field In(Group value) const { return With(&Field::group, value); }
+  [[nodiscard]] constexpr Field For(Versions value) const { return With(&Field::versions, value); }
+  [[nodiscard]] constexpr Field NotNeeded(Optional value) const {
+    return With(&Field::optional, value);
+  }
+  [[nodiscard]] constexpr Field CutTo(std::uint8_t characters) const {
+    return With(&Field::document_limit, characters);
+  }
+  [[nodiscard]] constexpr Field Logged() const { return With(&Field::logged, true); }
+  [[nodiscard]] constexpr Field LoadedAs(Load value) const { return With(&Field::load, value); }
+  [[nodiscard]] constexpr Field StoredAt(platform::TextView path) const {
+    return With(&Field::node, path).Written(Write::kIfDifferent);
+  }
+  [[nodiscard]] constexpr Field InEverySnapshot() const {
+    return With(&Field::snapshot, Snapshot::kEvery);
+  }
+  [[nodiscard]] constexpr Field InFullSnapshots() const {
+    return With(&Field::snapshot, Snapshot::kFullOnly);
+  }
+  [[nodiscard]] constexpr Field WhenAbsent(std::uint8_t number) const {
+    return With(&Field::absent, number);
+  }
+  [[nodiscard]] constexpr Field OneOf(const char* const* table, const Member& index) const {
+    Field field = Checked(Check::kKeyword).Offered(Offer::kKeyword);
+    field.words = table;
+    field.code = index;
+    return field;
+  }
+  [[nodiscard]] constexpr Field Checked(Check value) const { return With(&Field::check, value); }
+  [[nodiscard]] constexpr Field InRange(std::uint16_t lowest, std::uint16_t highest) const {
+    return Checked(Check::kInRange).With(&Field::low, lowest).With(&Field::high, highest);
+  }
+  [[nodiscard]] constexpr Field Obeying(const Member& rule_text) const {
+    return Checked(Check::kRule).Offered(Offer::kRule).With(&Field::rule, rule_text);
+  }
+  [[nodiscard]] constexpr Field CalledInFaults(platform::TextView name) const {
+    return With(&Field::fault_name, name);
+  }
+  [[nodiscard]] constexpr Field Written(Write value) const { return With(&Field::write, value); }
+  [[nodiscard]] constexpr Field Offered(Offer value) const { return With(&Field::offer, value); }
+  [[nodiscard]] constexpr Field LocatedAt(platform::TextView path) const {
+    return With(&Field::located, path);
+  }
+  [[nodiscard]] constexpr Field HidingItsPath() const { return With(&Field::hides_path, true); }
+  [[nodiscard]] constexpr Field Dumped(Dump value, platform::TextView name = {}) const {
+    return With(&Field::dump, value).With(&Field::dump_name, name);
+  }
 };
+
+using FieldTable = std::span<const Field>;
+
+// What the device alone knows: no document holds it, every snapshot loads it.
+constexpr Field Known(platform::TextView element, platform::TextView node, const Member& member,
+                      Load load) {
+  return {.element = element, .node = node, .member = member, .load = load};
+}
+
+// The same as a variable that is only read.
+constexpr Field Shown(platform::TextView element, platform::TextView node, const Member& member,
+                      Load load) {
+  return Known(element, node, member, load).Offered(Offer::kReadOnly);
+}
+
+// A setting: documents hold it, full snapshots load it, it is written where it differs.
+constexpr Field Setting(platform::TextView element, platform::TextView node, const Member& member,
+                        Load load) {
+  return {.element = element,
+          .node = node,
+          .member = member,
+          .group = Group::kBasic,
+          .load = load,
+          .snapshot = Snapshot::kFullOnly,
+          .write = Write::kIfDifferent,
+          .offer = Offer::kAnything,
+          .dump = Dump::kPlain};
+}
+
+// A text of any kind.
+constexpr Field Text(platform::TextView element, platform::TextView node, const Member& member) {
+  return Setting(element, node, member, Load::kText).Dumped(Dump::kQuoted);
+}
+
+// 0 or 1.
+constexpr Field Flag(platform::TextView element, platform::TextView node, const Member& member) {
+  return Setting(element, node, member, Load::kIsOne).InRange(0, 1).Offered(Offer::kFlag);
+}
+
+// 0 or 1, where a stored 2 or more says that the device has locked it; so does its absence.
+constexpr Field Switch(platform::TextView element, platform::TextView node, const Member& member) {
+  return Setting(element, node, member, Load::kInteger)
+      .WhenAbsent(2)
+      .Written(Write::kSwitch)
+      .Offered(Offer::kSwitch);
+}
+
+// A number that the app sets and the snapshot does not load.
+constexpr Field Unloaded(platform::TextView element, const Member& member, Group group) {
+  return {.element = element, .member = member, .group = group, .dump = Dump::kPlain};
+}
 
 // The members of a section's structure.
 inline int& IntOf(void* section, const Member& member) {
@@ -192,15 +331,23 @@ constexpr bool IsSound(const Field& field) {
          (field.write == Write::kNever || !field.node.empty()) &&
          (field.offer == Offer::kNone || !field.element.empty()) &&
          (field.offer != Offer::kKeyword || field.has_words()) &&
-         (field.offer != Offer::kRule || field.rule.size != 0);
+         (field.offer != Offer::kRule || field.rule.size != 0) &&
+         (field.dump == Dump::kNever || !field.element.empty()) &&
+         // Without its element, the record must hold what the store does.
+         (field.optional != Optional::kAlways ||
+          (field.load != Load::kNever && field.snapshot == Snapshot::kEvery));
+}
+
+// Whether each row that begins a pair has a row behind it.
+constexpr bool HasWholePairs(FieldTable table) {
+  return table.empty() || !IsPair(table.back().dump);
 }
 
 // Whether no two rows name the same element in any case. The document parser rests on it: it asks a
 // block for each element once.
-template <std::size_t N>
-consteval bool HasUniqueElements(const Field (&table)[N]) {
-  for (std::size_t i = 0; i < N; ++i) {
-    for (std::size_t j = i + 1; j < N; ++j) {
+constexpr bool HasUniqueElements(FieldTable table) {
+  for (std::size_t i = 0; i < table.size(); ++i) {
+    for (std::size_t j = i + 1; j < table.size(); ++j) {
       const platform::TextView a = table[i].element;
       const platform::TextView b = table[j].element;
       if (!a.empty() && a.size() == b.size() && platform::StartsWithFold(a.data(), b)) {
@@ -210,55 +357,6 @@ consteval bool HasUniqueElements(const Field (&table)[N]) {
   }
   return true;
 }
-
-// Whether the rows of tables and some members of their own tile a structure: every byte that is not
-// alignment belongs to exactly one of them.
-template <typename Structure>
-class Coverage {
- public:
-  template <std::size_t N>
-  constexpr Coverage& Add(const Field (&table)[N]) {
-    for (const Field& field : table) {
-      sound_ = sound_ && IsSound(field);
-      Mark(field.member);
-      if (field.has_words()) {
-        Mark(field.code);
-      }
-    }
-    return *this;
-  }
-  constexpr Coverage& Add(const Member& member) {
-    Mark(member);
-    return *this;
-  }
-
-  [[nodiscard]] constexpr bool IsComplete() const {
-    // Alignment is narrower than an integer and ends where one may begin.
-    std::size_t gap = 0;
-    for (std::size_t i = 0; i <= sizeof(Structure); ++i) {
-      if (i < sizeof(Structure) && !marked_[i]) {
-        ++gap;
-      } else if (gap > 0) {
-        if (gap >= alignof(int) || i % alignof(int) != 0) {
-          return false;
-        }
-        gap = 0;
-      }
-    }
-    return sound_;
-  }
-
- private:
-  constexpr void Mark(const Member& member) {
-    for (std::size_t i = member.offset; i < member.offset + std::size_t{member.size}; ++i) {
-      sound_ = sound_ && !marked_[i];
-      marked_[i] = true;
-    }
-  }
-
-  bool marked_[sizeof(Structure)] = {};
-  bool sound_ = true;
-};
 
 }  // namespace kio::settings
 

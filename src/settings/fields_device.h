@@ -4,7 +4,6 @@
 
 #include "kioapp/record.h"
 #include "settings/field.h"
-#include "settings/fields_uplink.h"
 
 namespace kio::settings {
 
@@ -12,197 +11,64 @@ namespace kio::settings {
 
 // Quirk "missing-version-is-11": each part is 1 when its node is absent.
 inline constexpr Field kVersionFields[] = {
-    {.element = "major",
-     .node = "/zentrolinks/specversion/major",
-     .member = KIO_MEMBER(RssXmlData, specMajor),
-     .load = Load::kInteger,
-     .absent = 1,
-     .offer = Offer::kReadOnly},
-    {.element = "minor",
-     .node = "/zentrolinks/specversion/minor",
-     .member = KIO_MEMBER(RssXmlData, specMinor),
-     .load = Load::kInteger,
-     .absent = 1,
-     .offer = Offer::kReadOnly},
+    Shown("major", "/zentrolinks/specversion/major", KIO_MEMBER(RssXmlData, specMajor),
+          Load::kInteger)
+        .WhenAbsent(1),
+    Shown("minor", "/zentrolinks/specversion/minor", KIO_MEMBER(RssXmlData, specMinor),
+          Load::kInteger)
+        .WhenAbsent(1),
 };
 
 // Version 1.0 devices have neither of the first two, whatever their nodes hold.
 inline constexpr Field kFeatureFields[] = {
-    {.node = "/zentrolinks/apcloning",
-     .member = KIO_MEMBER(RssXmlData, apCloningFeature),
-     .versions = Versions::kNot10,
-     .load = Load::kCloningLevel},
-    {.node = "/zentrolinks/easyroaming",
-     .member = KIO_MEMBER(RssXmlData, easyRoamingFeature),
-     .versions = Versions::kNot10,
-     .load = Load::kIsOne},
-    {.node = "/zentrolinks/fwupgrade",
-     .member = KIO_MEMBER(RssXmlData, fwUpgradeFeature),
-     .load = Load::kIsNotZero},
-    {.node = "/zentrolinks/safetyvyr",
-     .member = KIO_MEMBER(RssXmlData, safetyVyrFeature),
-     .load = Load::kIsOne},
+    Known("", "/zentrolinks/apcloning", KIO_MEMBER(RssXmlData, apCloningFeature),
+          Load::kCloningLevel)
+        .For(Versions::kNot10),
+    Known("", "/zentrolinks/easyroaming", KIO_MEMBER(RssXmlData, easyRoamingFeature), Load::kIsOne)
+        .For(Versions::kNot10),
+    Known("", "/zentrolinks/fwupgrade", KIO_MEMBER(RssXmlData, fwUpgradeFeature), Load::kIsNotZero),
+    Known("", "/zentrolinks/safetyvyr", KIO_MEMBER(RssXmlData, safetyVyrFeature), Load::kIsOne),
 };
 
 inline constexpr Field kDeviceFields[] = {
-    {.node = "/zentrolinks/tempdirecory",
-     .member = KIO_MEMBER(RssXmlData, tmpPath),
-     .load = Load::kText},
-    {.node = "/zentrolinks/scriptdirecory",
-     .member = KIO_MEMBER(RssXmlData, scriptPath),
-     .load = Load::kText},
-    {.node = "/zentrolinks/configurable",
-     .member = KIO_MEMBER(RssXmlData, configurable),
-     .load = Load::kIsNotZero},
-    {.element = "DeviceType",
-     .node = "/sys/devicetype",
-     .member = KIO_MEMBER(RssXmlData, deviceType),
-     .load = Load::kText},
-    {.element = "DeviceName",
-     .node = "/sys/friendlyname",
-     .member = KIO_MEMBER(RssXmlData, deviceName),
-     .group = Group::kBasic,
-     .load = Load::kText,
-     .snapshot = Snapshot::kFullOnly,
-     .check = Check::kRule,
-     .rule = KIO_MEMBER(RssXmlData, friendlyNameValidate),
-     .write = Write::kIfDifferent,
-     .offer = Offer::kRule},
-    {.element = "DevicePwd",
-     .node = "/sys/user:1/password",
-     .member = KIO_MEMBER(RssXmlData, devicePwd),
-     .group = Group::kBasic,
-     .load = Load::kText,
-     .snapshot = Snapshot::kFullOnly,
-     .check = Check::kRule,
-     .rule = KIO_MEMBER(RssXmlData, passwordValidate),
-     .write = Write::kIfDifferent,
-     .offer = Offer::kRule},
-    {.element = "RouterEnbl",
-     .node = "/sys/routerenbl",
-     .member = KIO_MEMBER(RssXmlData, routerEnbl),
-     .group = Group::kBasic,
-     .logged = true,
-     .load = Load::kInteger,
-     .snapshot = Snapshot::kFullOnly,
-     .absent = 2,
-     .write = Write::kSwitch,
-     .offer = Offer::kSwitch,
-     .located = "/sys/RouterEnbl"},
-    {.element = "EasyRoaming",
-     .node = "/zentrolinks/easyroaminginfo",
-     .member = KIO_MEMBER(RssXmlData, easyRoaming),
-     .group = Group::kDetail,
-     .versions = Versions::kNot10,
-     .load = Load::kText,
-     .snapshot = Snapshot::kFullOnly,
-     .write = Write::kIfDifferent,
-     .offer = Offer::kRoaming},
-    {.element = "ExtenderEnbl",
-     .member = KIO_MEMBER(RssXmlData, extenderEnbl),
-     .group = Group::kDetail,
-     .versions = Versions::kOnly10,
-     .logged = true},
+    Known("", "/zentrolinks/tempdirecory", KIO_MEMBER(RssXmlData, tmpPath), Load::kText),
+    Known("", "/zentrolinks/scriptdirecory", KIO_MEMBER(RssXmlData, scriptPath), Load::kText),
+    Known("", "/zentrolinks/configurable", KIO_MEMBER(RssXmlData, configurable), Load::kIsNotZero),
+    Text("DeviceName", "/sys/friendlyname", KIO_MEMBER(RssXmlData, deviceName))
+        .Obeying(KIO_MEMBER(RssXmlData, friendlyNameValidate)),
+    Text("DevicePwd", "/sys/user:1/password", KIO_MEMBER(RssXmlData, devicePwd))
+        .Obeying(KIO_MEMBER(RssXmlData, passwordValidate)),
+    Known("DeviceType", "/sys/devicetype", KIO_MEMBER(RssXmlData, deviceType), Load::kText)
+        .Dumped(Dump::kQuoted),
+    Switch("RouterEnbl", "/sys/routerenbl", KIO_MEMBER(RssXmlData, routerEnbl))
+        .Logged()
+        .LocatedAt("/sys/RouterEnbl"),
+    Text("EasyRoaming", "/zentrolinks/easyroaminginfo", KIO_MEMBER(RssXmlData, easyRoaming))
+        .In(Group::kRoaming)
+        .For(Versions::kNot10)
+        .NotNeeded(Optional::kWhileCloning)
+        .Offered(Offer::kRoaming)
+        .Dumped(Dump::kPlain),
+    Unloaded("ExtenderEnbl", KIO_MEMBER(RssXmlData, extenderEnbl), Group::kExtender)
+        .For(Versions::kOnly10)
+        .Logged(),
 };
 
 inline constexpr Field kDeviceRules[] = {
-    {.element = "DeviceName_Validate",
-     .node = "/sys/friendlyname_validate",
-     .member = KIO_MEMBER(RssXmlData, friendlyNameValidate),
-     .load = Load::kRule,
-     .offer = Offer::kReadOnly},
-    {.element = "DevicePwd_Validate",
-     .node = "/sys/user:1/password_validate",
-     .member = KIO_MEMBER(RssXmlData, passwordValidate),
-     .load = Load::kRule,
-     .offer = Offer::kReadOnly},
+    Shown("DeviceName_Validate", "/sys/friendlyname_validate",
+          KIO_MEMBER(RssXmlData, friendlyNameValidate), Load::kRule),
+    Shown("DevicePwd_Validate", "/sys/user:1/password_validate",
+          KIO_MEMBER(RssXmlData, passwordValidate), Load::kRule),
 };
 
 // Below "/safetyvyr".
 
 inline constexpr Field kSafetyFields[] = {
-    {.element = "SafetyVyrEnbl",
-     .node = "/safetyvyrenbl",
-     .member = KIO_MEMBER(RssSafetyVyr, safetyVyrEnbl),
-     .group = Group::kBasic,
-     .load = Load::kIsOne,
-     .snapshot = Snapshot::kFullOnly,
-     .check = Check::kInRange,
-     .low = 0,
-     .high = 1,
-     .write = Write::kIfDifferent,
-     .offer = Offer::kFlag},
-    {.element = "UrlDetectEnbl",
-     .node = "/urldetectenbl",
-     .member = KIO_MEMBER(RssSafetyVyr, urlDetectEnbl),
-     .group = Group::kBasic,
-     .load = Load::kIsOne,
-     .snapshot = Snapshot::kFullOnly,
-     .check = Check::kInRange,
-     .low = 0,
-     .high = 1,
-     .write = Write::kIfDifferent,
-     .offer = Offer::kFlag},
-    {.element = "SafetyNotifyEnbl",
-     .node = "/safetynotifyenbl",
-     .member = KIO_MEMBER(RssSafetyVyr, safetyNotifyEnbl),
-     .group = Group::kBasic,
-     .load = Load::kIsOne,
-     .snapshot = Snapshot::kFullOnly,
-     .check = Check::kInRange,
-     .low = 0,
-     .high = 1,
-     .write = Write::kIfDifferent,
-     .offer = Offer::kFlag},
-    {.element = "ToolRecommendEnbl",
-     .node = "/toolrecommendenbl",
-     .member = KIO_MEMBER(RssSafetyVyr, toolRecommendEnbl),
-     .group = Group::kBasic,
-     .load = Load::kIsOne,
-     .snapshot = Snapshot::kFullOnly,
-     .check = Check::kInRange,
-     .low = 0,
-     .high = 1,
-     .write = Write::kIfDifferent,
-     .offer = Offer::kFlag},
+    Flag("SafetyVyrEnbl", "/safetyvyrenbl", KIO_MEMBER(RssSafetyVyr, safetyVyrEnbl)),
+    Flag("UrlDetectEnbl", "/urldetectenbl", KIO_MEMBER(RssSafetyVyr, urlDetectEnbl)),
+    Flag("SafetyNotifyEnbl", "/safetynotifyenbl", KIO_MEMBER(RssSafetyVyr, safetyNotifyEnbl)),
+    Flag("ToolRecommendEnbl", "/toolrecommendenbl", KIO_MEMBER(RssSafetyVyr, toolRecommendEnbl)),
 };
-
-static_assert(HasUniqueElements(kDeviceFields) && HasUniqueElements(kSafetyFields));
-
-// Every member is a row above or one of the members named here: sections, path texts and the
-// bookkeeping of an exchange.
-
-static_assert(Coverage<RssSafetyVyr>()
-                  .Add(kSafetyFields)
-                  .Add(KIO_MEMBER(RssSafetyVyr, path))
-                  .Add(KIO_MEMBER(RssSafetyVyr, restart))
-                  .IsComplete());
-
-static_assert(Coverage<RssXmlData>()
-                  .Add(kVersionFields)
-                  .Add(kFeatureFields)
-                  .Add(kDeviceFields)
-                  .Add(kDeviceRules)
-                  .Add(kUplinkRules)
-                  .Add(KIO_MEMBER(RssXmlData, specName))
-                  .Add(KIO_MEMBER(RssXmlData, specVer))
-                  .Add(KIO_MEMBER(RssXmlData, upLink))
-                  .Add(KIO_MEMBER(RssXmlData, wlan))
-                  .Add(KIO_MEMBER(RssXmlData, safetyVyr))
-                  .Add(KIO_MEMBER(RssXmlData, devicePath))
-                  .Add(KIO_MEMBER(RssXmlData, deviceRestart))
-                  .Add(KIO_MEMBER(RssXmlData, roamingRestart))
-                  .Add(KIO_MEMBER(RssXmlData, wlanSurveyRestart))
-                  .Add(KIO_MEMBER(RssXmlData, saveflag))
-                  .Add(KIO_MEMBER(RssXmlData, exeflag))
-                  .Add(KIO_MEMBER(RssXmlData, pre_exeflag))
-                  .Add(KIO_MEMBER(RssXmlData, exeWaitSec))
-                  .Add(KIO_MEMBER(RssXmlData, setResult))
-                  .Add(KIO_MEMBER(RssXmlData, setMsg))
-                  .Add(KIO_MEMBER(RssXmlData, apCloningOnly))
-                  .Add(KIO_MEMBER(RssXmlData, wlan24Feature))
-                  .Add(KIO_MEMBER(RssXmlData, wlan5Feature))
-                  .IsComplete());
 
 }  // namespace kio::settings
 

@@ -11,262 +11,124 @@ namespace kio::settings {
 // Below "/uplink".
 
 inline constexpr Field kUplinkFields[] = {
-    {.element = "Configurable",
-     .node = "/configurable",
-     .member = KIO_MEMBER(RssUpLink, configurable),
-     .load = Load::kIsOne,
-     .offer = Offer::kReadOnly},
-    {.element = "HardwareType",
-     .node = "/hardwaretype",
-     .member = KIO_MEMBER(RssUpLink, hardwareType),
-     .group = Group::kBasic,
-     .load = Load::kText,
-     .words = HardwareTypeArray,
-     .code = KIO_MEMBER(RssUpLink, hardwareTypeCode),
-     .check = Check::kKeyword,
-     .write = Write::kIfDifferent,
-     .offer = Offer::kKeyword},
-    {.element = "HardwareSupport",
-     .node = "/hardwaresupport",
-     .member = KIO_MEMBER(RssUpLink, hardwareSupport),
-     .load = Load::kText,
-     .offer = Offer::kReadOnly,
-     .hides_path = true},
-    {.element = "ConnType",
-     .node = "/conntype",
-     .member = KIO_MEMBER(RssUpLink, connType),
-     .group = Group::kBasic,
-     .document_limit = 31,
-     .load = Load::kText,
-     .snapshot = Snapshot::kFullOnly,
-     .words = ConnTypeArray,
-     .code = KIO_MEMBER(RssUpLink, connTypeCode),
-     .check = Check::kKeyword,
-     .write = Write::kIfDifferent,
-     .offer = Offer::kKeyword},
+    Shown("Configurable", "/configurable", KIO_MEMBER(RssUpLink, configurable), Load::kIsOne)
+        .Dumped(Dump::kPlain),
+    Text("HardwareType", "/hardwaretype", KIO_MEMBER(RssUpLink, hardwareType))
+        .InEverySnapshot()
+        .OneOf(HardwareTypeArray, KIO_MEMBER(RssUpLink, hardwareTypeCode))
+        .Dumped(Dump::kQuotedWithCode),
+    Shown("HardwareSupport", "/hardwaresupport", KIO_MEMBER(RssUpLink, hardwareSupport),
+          Load::kText)
+        .HidingItsPath(),
+    Text("ConnType", "/conntype", KIO_MEMBER(RssUpLink, connType))
+        .CutTo(31)
+        .OneOf(ConnTypeArray, KIO_MEMBER(RssUpLink, connTypeCode))
+        .Dumped(Dump::kNever),
     // Quirk "mtu-is-never-written": read and, for the DSL circuit, verified, but the store has no
     // node for it.
-    {.element = "MTU",
-     .member = KIO_MEMBER(RssUpLink, mtu),
-     .group = Group::kBasic,
-     .versions = Versions::kOnly10,
-     .check = Check::kInRange,
-     .low = 1,
-     .high = 1492},
-    {.element = "LoginUserName",
-     .node = "/loginusername",
-     .member = KIO_MEMBER(RssUpLink, loginUserName),
-     .group = Group::kLogin,
-     .load = Load::kText,
-     .snapshot = Snapshot::kFullOnly,
-     .check = Check::kRule,
-     .rule = KIO_MEMBER(RssXmlData, loginUserNameValidate),
-     .write = Write::kIfDifferent,
-     .offer = Offer::kRule},
-    {.element = "LoginPassword",
-     .node = "/loginpassword",
-     .member = KIO_MEMBER(RssUpLink, loginPassword),
-     .group = Group::kLogin,
-     .load = Load::kText,
-     .snapshot = Snapshot::kFullOnly,
-     .check = Check::kRule,
-     .rule = KIO_MEMBER(RssXmlData, loginPasswordValidate),
-     .write = Write::kIfDifferent,
-     .offer = Offer::kRule},
-    {.element = "IP",
-     .node = "/ip",
-     .member = KIO_MEMBER(RssUpLink, ip),
-     .group = Group::kAddress,
-     .load = Load::kText,
-     .snapshot = Snapshot::kFullOnly,
-     .check = Check::kHostAddress,
-     .write = Write::kIfDifferent,
-     .offer = Offer::kHostAddress},
-    {.element = "NetMask",
-     .node = "/netmask",
-     .member = KIO_MEMBER(RssUpLink, netMask),
-     .group = Group::kAddress,
-     .load = Load::kText,
-     .snapshot = Snapshot::kFullOnly,
-     .check = Check::kNetmask,
-     .write = Write::kIfDifferent,
-     .offer = Offer::kNetmask},
+    Unloaded("MTU", KIO_MEMBER(RssUpLink, mtu), Group::kBasic)
+        .For(Versions::kOnly10)
+        .InRange(1, 1492)
+        .Dumped(Dump::kNever),
+    Text("LoginUserName", "/loginusername", KIO_MEMBER(RssUpLink, loginUserName))
+        .In(Group::kLogin)
+        .Obeying(KIO_MEMBER(RssXmlData, loginUserNameValidate)),
+    Text("LoginPassword", "/loginpassword", KIO_MEMBER(RssUpLink, loginPassword))
+        .In(Group::kLogin)
+        .Obeying(KIO_MEMBER(RssXmlData, loginPasswordValidate)),
+    Text("IP", "/ip", KIO_MEMBER(RssUpLink, ip))
+        .In(Group::kAddress)
+        .Checked(Check::kHostAddress)
+        .Offered(Offer::kHostAddress)
+        .Dumped(Dump::kQuotedPair),
+    Text("NetMask", "/netmask", KIO_MEMBER(RssUpLink, netMask))
+        .In(Group::kAddress)
+        .Checked(Check::kNetmask)
+        .Offered(Offer::kNetmask),
     // Quirk "gateway-may-be-elsewhere": nothing relates it to address and netmask.
-    {.element = "Gateway",
-     .node = "/gateway",
-     .member = KIO_MEMBER(RssUpLink, gateway),
-     .group = Group::kAddress,
-     .load = Load::kText,
-     .snapshot = Snapshot::kFullOnly,
-     .check = Check::kHostAddress,
-     .write = Write::kIfDifferent,
-     .offer = Offer::kHostAddress},
-    {.element = "DNS",
-     .node = "/dns",
-     .member = KIO_MEMBER(RssUpLink, dns),
-     .group = Group::kAddress,
-     .load = Load::kText,
-     .snapshot = Snapshot::kFullOnly,
-     .check = Check::kNameServer,
-     .write = Write::kIfDifferent,
-     .offer = Offer::kHostAddress,
-     .hides_path = true},
+    Text("Gateway", "/gateway", KIO_MEMBER(RssUpLink, gateway))
+        .In(Group::kAddress)
+        .Checked(Check::kHostAddress)
+        .Offered(Offer::kHostAddress),
+    Text("DNS", "/dns", KIO_MEMBER(RssUpLink, dns))
+        .In(Group::kAddress)
+        .Checked(Check::kNameServer)
+        .Offered(Offer::kHostAddress)
+        .HidingItsPath(),
 };
 
 // The rules stand in RssXmlData although their nodes stand below "/uplink".
 inline constexpr Field kUplinkRules[] = {
-    {.element = "LoginUserName_Validate",
-     .node = "/loginusername_validate",
-     .member = KIO_MEMBER(RssXmlData, loginUserNameValidate),
-     .load = Load::kRule,
-     .offer = Offer::kReadOnly},
-    {.element = "LoginPassword_Validate",
-     .node = "/loginpassword_validate",
-     .member = KIO_MEMBER(RssXmlData, loginPasswordValidate),
-     .load = Load::kRule,
-     .offer = Offer::kReadOnly},
+    Shown("LoginUserName_Validate", "/loginusername_validate",
+          KIO_MEMBER(RssXmlData, loginUserNameValidate), Load::kRule),
+    Shown("LoginPassword_Validate", "/loginpassword_validate",
+          KIO_MEMBER(RssXmlData, loginPasswordValidate), Load::kRule),
 };
 
 // Below "/uplink/dsl" and "/uplink/apn".
 
-inline constexpr Field kIspFields[] = {
-    {.element = "CountryName",
-     .node = "/countryname",
-     .member = KIO_MEMBER(RssIsp, countryName),
-     .group = Group::kProvider,
-     .load = Load::kText,
-     .snapshot = Snapshot::kFullOnly,
-     .check = Check::kFilled,
-     .write = Write::kIfDifferent,
-     .offer = Offer::kAnything},
-    {.element = "IspName",
-     .node = "/ispname",
-     .member = KIO_MEMBER(RssIsp, ispName),
-     .group = Group::kProvider,
-     .load = Load::kText,
-     .snapshot = Snapshot::kFullOnly,
-     .check = Check::kFilled,
-     .write = Write::kIfDifferent,
-     .offer = Offer::kAnything},
+constexpr Field ProviderText(platform::TextView element, platform::TextView node,
+                             const Member& member) {
+  return Text(element, node, member)
+      .In(Group::kProvider)
+      .Checked(Check::kFilled)
+      .Dumped(Dump::kPlain);
+}
+
+inline constexpr Field kDslFields[] = {
+    ProviderText("CountryName", "/countryname", KIO_MEMBER(RssIsp, countryName)),
+    ProviderText("IspName", "/ispname", KIO_MEMBER(RssIsp, ispName)),
+    // The circuit, in format version 1.0 alone. The snapshot leaves it out.
+    Unloaded("VPI", KIO_MEMBER(RssIsp, vpi), Group::kCircuit)
+        .StoredAt("/vpi")
+        .InRange(0, 8)
+        .Dumped(Dump::kSlashPair),
+    Unloaded("VCI", KIO_MEMBER(RssIsp, vci), Group::kCircuit).StoredAt("/vci").InRange(32, 32767),
+    // Quirk "encapsulation-fault-borrows-a-name": a fault is reported as that of the radio's mode.
+    Unloaded("EncapsulationMode", KIO_MEMBER(RssIsp, encapsulationMode), Group::kCircuit)
+        .StoredAt("/encapsulationmode")
+        .Logged()
+        .OneOf(ADslEncapModeArray, KIO_MEMBER(RssIsp, encapModeCode))
+        .Offered(Offer::kNone)
+        .CalledInFaults("EncryptionMode")
+        .Dumped(Dump::kQuotedWithCode, "EncapMode"),
 };
 
-// The circuit of a DSL uplink: the same structure, in format version 1.0 alone. The snapshot leaves
-// it out.
-inline constexpr Field kCircuitFields[] = {
-    {.element = "VPI",
-     .node = "/vpi",
-     .member = KIO_MEMBER(RssIsp, vpi),
-     .group = Group::kCircuit,
-     .check = Check::kInRange,
-     .low = 0,
-     .high = 8,
-     .write = Write::kIfDifferent},
-    {.element = "VCI",
-     .node = "/vci",
-     .member = KIO_MEMBER(RssIsp, vci),
-     .group = Group::kCircuit,
-     .check = Check::kInRange,
-     .low = 32,
-     .high = 32767,
-     .write = Write::kIfDifferent},
-    // Quirk "encapsulation-fault-borrows-a-name": a fault is reported as that of the radio's mode.
-    {.element = "EncapsulationMode",
-     .node = "/encapsulationmode",
-     .member = KIO_MEMBER(RssIsp, encapsulationMode),
-     .group = Group::kCircuit,
-     .logged = true,
-     .words = ADslEncapModeArray,
-     .code = KIO_MEMBER(RssIsp, encapModeCode),
-     .check = Check::kKeyword,
-     .fault_name = "EncryptionMode",
-     .write = Write::kIfDifferent},
+inline constexpr Field kApnFields[] = {
+    ProviderText("CountryName", "/countryname", KIO_MEMBER(RssIsp, countryName)),
+    ProviderText("IspName", "/ispname", KIO_MEMBER(RssIsp, ispName)),
 };
 
 // Below "/uplink/extendersite".
 
 inline constexpr Field kSiteFields[] = {
     // Applied on its own: a site survey excludes every other change.
-    {.element = "Survey",
-     .node = "/survey",
-     .member = KIO_MEMBER(RssExtenderSite, survey),
-     .group = Group::kBasic,
-     .load = Load::kIsOne,
-     .snapshot = Snapshot::kFullOnly,
-     .check = Check::kInRange,
-     .low = 0,
-     .high = 1,
-     .offer = Offer::kFlag},
-    {.element = "ConnRefSiteBSSID",
-     .node = "/connrefsitebssid",
-     .member = KIO_MEMBER(RssExtenderSite, connRefSiteBssid),
-     .group = Group::kDetail,
-     .load = Load::kText,
-     .snapshot = Snapshot::kFullOnly,
-     .check = Check::kFilled,
-     .write = Write::kIfDifferent,
-     .offer = Offer::kAnything},
-    {.element = "WirelessType",
-     .node = "/wirelesstype",
-     .member = KIO_MEMBER(RssExtenderSite, wirelessType),
-     .group = Group::kDetail,
-     .logged = true,
-     .load = Load::kText,
-     .snapshot = Snapshot::kFullOnly,
-     .words = WirelessTypeArray,
-     .code = KIO_MEMBER(RssExtenderSite, wirelessTypeCode),
-     .check = Check::kKeyword,
-     .write = Write::kIfDifferent,
-     .offer = Offer::kKeyword},
+    Flag("Survey", "/survey", KIO_MEMBER(RssExtenderSite, survey)).Written(Write::kNever),
+    Text("ConnRefSiteBSSID", "/connrefsitebssid", KIO_MEMBER(RssExtenderSite, connRefSiteBssid))
+        .In(Group::kDetail)
+        .Checked(Check::kFilled)
+        .Dumped(Dump::kPlain),
+    Text("WirelessType", "/wirelesstype", KIO_MEMBER(RssExtenderSite, wirelessType))
+        .In(Group::kDetail)
+        .Logged()
+        .OneOf(WirelessTypeArray, KIO_MEMBER(RssExtenderSite, wirelessTypeCode))
+        .Dumped(Dump::kQuotedWithCode),
     // Quirk "site-texts-of-17": name and key are cut to 17 characters. Their rules are those of the
     // radio that the wireless type selects.
-    {.element = "WirelessName",
-     .node = "/wirelessname",
-     .member = KIO_MEMBER(RssExtenderSite, wirelessName),
-     .group = Group::kDetail,
-     .document_limit = 17,
-     .load = Load::kText,
-     .snapshot = Snapshot::kFullOnly,
-     .check = Check::kRule,
-     .rule = KIO_MEMBER(RssWlan, wirelessNameValidate),
-     .write = Write::kIfDifferent,
-     .offer = Offer::kAnything},
-    {.element = "EncryptionKey",
-     .node = "/encryptionkey",
-     .member = KIO_MEMBER(RssExtenderSite, encryptionKey),
-     .group = Group::kDetail,
-     .document_limit = 17,
-     .load = Load::kText,
-     .snapshot = Snapshot::kFullOnly,
-     .check = Check::kSiteKey,
-     .rule = KIO_MEMBER(RssWlan, encryptionKeyValidate),
-     .write = Write::kIfDifferent,
-     .offer = Offer::kAnything},
+    Text("WirelessName", "/wirelessname", KIO_MEMBER(RssExtenderSite, wirelessName))
+        .In(Group::kDetail)
+        .CutTo(17)
+        .Obeying(KIO_MEMBER(RssWlan, wirelessNameValidate))
+        .Offered(Offer::kAnything)
+        .Dumped(Dump::kPlain),
+    Text("EncryptionKey", "/encryptionkey", KIO_MEMBER(RssExtenderSite, encryptionKey))
+        .In(Group::kDetail)
+        .CutTo(17)
+        .Obeying(KIO_MEMBER(RssWlan, encryptionKeyValidate))
+        .Checked(Check::kSiteKey)
+        .Offered(Offer::kAnything)
+        .Dumped(Dump::kPlain),
 };
-
-static_assert(HasUniqueElements(kUplinkFields) && HasUniqueElements(kIspFields) &&
-              HasUniqueElements(kCircuitFields) && HasUniqueElements(kSiteFields));
-
-// Every member is a row above or one of the members named here: path texts and bookkeeping.
-
-static_assert(Coverage<RssIsp>()
-                  .Add(kIspFields)
-                  .Add(kCircuitFields)
-                  .Add(KIO_MEMBER(RssIsp, path))
-                  .IsComplete());
-
-static_assert(Coverage<RssExtenderSite>()
-                  .Add(kSiteFields)
-                  .Add(KIO_MEMBER(RssExtenderSite, path))
-                  .IsComplete());
-
-static_assert(Coverage<RssUpLink>()
-                  .Add(kUplinkFields)
-                  .Add(KIO_MEMBER(RssUpLink, dsl))
-                  .Add(KIO_MEMBER(RssUpLink, apn))
-                  .Add(KIO_MEMBER(RssUpLink, extenderSite))
-                  .Add(KIO_MEMBER(RssUpLink, path))
-                  .Add(KIO_MEMBER(RssUpLink, restart))
-                  .IsComplete());
 
 }  // namespace kio::settings
 

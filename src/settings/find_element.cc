@@ -5,6 +5,7 @@
 
 #include "kioapp/xml.h"
 #include "platform/log.h"
+#include "settings/element_path.h"
 #include "settings/equals_fold.h"
 #include "settings/xml_values.h"
 
@@ -256,14 +257,6 @@ bool BlockReader::Leave(TextView key) {
 char* FindTag(const Block& block, TextView key) {
   SearchText text = block.Search();
   return const_cast<char*>(FindFarOpeningTag(text, block.text, key).position);
-}
-
-void JoinPath(char (&path)[128], const char* parent, TextView key) {
-  platform::TextBuffer buffer(path);
-  if (parent != nullptr && parent[0] != '\0') {
-    buffer.Append(parent).Append('/');
-  }
-  buffer.Append(key);
 }
 
 Block FindRequiredBlock(const char* parent_path, const Block& block, TextView key,

@@ -80,27 +80,6 @@ class BlockReader {
   bool Enter(platform::TextView key);
   bool Leave(platform::TextView key);
 
-  // Goes behind `text` if it comes next, to the letter.
-  bool Skip(platform::TextView text) {
-    if (static_cast<std::size_t>(end_ - next_) < text.size() ||
-        std::memcmp(next_, text.data(), text.size()) != 0) {
-      return false;
-    }
-    next_ += text.size();
-    return true;
-  }
-  // The value behind `text`, up to the next tag, if `text` comes next; else an incomplete element.
-  // It has no tag of its own.
-  Element TakeValue(platform::TextView text) {
-    const char* const tag = Skip(text) ? NextTag() : nullptr;
-    if (tag == nullptr) {
-      return {};
-    }
-    const char* const value = next_;
-    next_ = tag;
-    return {nullptr, {const_cast<char*>(value), static_cast<int>(tag - value), block_.text_end}};
-  }
-
  private:
   [[nodiscard]] const char* NextTag() const { return FindTagStart(next_, end_, block_.text_end); }
 
@@ -116,9 +95,6 @@ char* FindTag(const Block& block, platform::TextView key);
 // one is reported to the lost-key hook and gives a null text; `path` is then left as it was.
 Block FindRequiredBlock(const char* parent_path, const Block& block, platform::TextView key,
                         char (&path)[128]);
-
-// Sets `path` to "parent/key", or to "key" without a parent.
-void JoinPath(char (&path)[128], const char* parent, platform::TextView key);
 
 }  // namespace kio::settings
 

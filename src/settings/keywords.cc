@@ -28,7 +28,8 @@ const char* const WlanEncrypTypeArray[] = {"AUTO", "OPEN",     "SHARED", "TKIP",
 const char* const WlanEncrypModeArray[] = {"None", "WEP", "WPA", "WPAWPA2", "WPA2", kTableEnd};
 const char* const HardwareTypeArray[] = {"Ethernet", "ADSL", "VDSL",   "WWan802.11",
                                          "WWanAPN",  "DSL",  kTableEnd};
-const char* const WirelessTypeArray[] = {"2.4", "5", kTableEnd};
+const char* const WirelessTypeArray[] = {kio::settings::kRadioWords[0],
+                                         kio::settings::kRadioWords[1], kTableEnd};
 const char* const ConnTypeArray[] = {"DHCP", "Static", "PPPoE", "PPPoA", kTableEnd};
 const char* const ADslEncapModeArray[] = {"LLC", "VcMux", kTableEnd};
 

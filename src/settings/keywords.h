@@ -17,6 +17,9 @@ enum HardwareType : int {
   kHardwareDsl
 };
 
+// The words of the radios, by which elements and nodes tell them apart.
+inline constexpr const char* kRadioWords[] = {"2.4", "5"};
+
 }  // namespace kio::settings
 
 #endif

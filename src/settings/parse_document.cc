@@ -3,8 +3,8 @@
 #include "kioapp/settings.h"
 #include "kioapp/xml.h"
 #include "platform/log.h"
-#include "settings/field_tables.h"
 #include "settings/parse_fields.h"
+#include "settings/step.h"
 #include "settings/xml_values.h"
 
 namespace kio::settings {
@@ -17,16 +17,9 @@ using platform::kLogFailure;
 // Actions that were pending when the library was loaded belong to no exchange of this process.
 bool g_first_parse = true;
 
-// What a step of the exchange leads to.
-enum class Progress {
-  kFailed,    // reported
-  kGoOn,      // read the next section
-  kToVerify,  // nothing more is to be read
-};
-
 // The document's root, with the text cut at its end.
 Block FindRoot(char* text) {
-  LogSection("do_RssRoot_Parser", nullptr);
+  platform::LogEntry("do_RssRoot_Parser");
   if (text == nullptr) {
     return {};
   }
@@ -57,45 +50,33 @@ bool VersionMatches(const Block& root) {
 
 // What is left out when settings of another access point are read: the device itself and its
 // uplink.
-Progress ParseOwnSettings(BlockReader& device, const char* path) {
+Step ParseOwnSettings(BlockReader& device, const char* path) {
   if (IsLeftAlone(device)) {
     rssXmlData.configurable = 0;
-    return Progress::kToVerify;
+    return Step::kEnough;
   }
   if (!ParseFields(kDeviceFields, Group::kBasic, device, path, &rssXmlData)) {
-    return Progress::kFailed;
+    return Step::kRefused;
   }
   if (rssXmlData.upLink.configurable != 0 && !ParseUplink(path, device.block())) {
-    return Progress::kFailed;
+    return Step::kRefused;
   }
-  if (IsVersion10()) {
-    if (!ParseRequiredField(RowOf(kDeviceFields, "ExtenderEnbl"), device, path, &rssXmlData)) {
-      return Progress::kFailed;
-    }
-    if (IsExtender10() && !ParseSite(path, device.block(), rssXmlData.upLink.extenderSite)) {
-      return Progress::kFailed;
-    }
+  if (!ParseFields(kDeviceFields, Group::kExtender, device, path, &rssXmlData)) {
+    return Step::kRefused;
   }
-  return Progress::kGoOn;
+  return GoOnIf(!IsExtender10() || ParseSite(path, device.block(), rssXmlData.upLink.extenderSite));
 }
 
 bool ParseRoaming(BlockReader& device, const char* path) {
-  if (IsVersion10() || rssXmlData.easyRoamingFeature == 0) {
-    return true;
-  }
-  const Field& row = RowOf(kDeviceFields, "EasyRoaming");
-  if (rssXmlData.apCloningOnly != 0) {
-    // Quirk "cloning-without-roaming-clears-it": without the element the text becomes empty.
-    ParseField(row, device, &rssXmlData);
-    return true;
-  }
-  return ParseRequiredField(row, device, path, &rssXmlData);
+  return rssXmlData.easyRoamingFeature == 0 ||
+         ParseFields(kDeviceFields, Group::kRoaming, device, path, &rssXmlData);
 }
 
 bool ParseSafety(const Block& device, const char* path) {
   RssSafetyVyr& safety = rssXmlData.safetyVyr;
-  LogSection("do_RssSafetyVyr_Parser", path);
-  const Block block = FindRequiredBlock(path, device, "SafetyVyr", safety.path);
+  LogSection(SectionId::kSafety, path);
+  const Block block =
+      FindRequiredBlock(path, device, RowOf(SectionId::kSafety).element, safety.path);
   BlockReader reader(block);
   return block.text != nullptr &&
          ParseFields(kSafetyFields, Group::kBasic, reader, safety.path, &safety);
@@ -111,20 +92,20 @@ bool ParseRadiosAndSafety(const Block& device, const char* path) {
 }
 
 bool ParseDevice(const Block& root) {
-  LogSection("do_RssDevice_Parser", nullptr);
+  LogSection(SectionId::kDevice, nullptr);
   char path[128];
-  const Block device = FindRequiredBlock(nullptr, root, "Device", path);
+  const Block device = FindRequiredBlock(nullptr, root, RowOf(SectionId::kDevice).element, path);
   if (device.text == nullptr) {
     return false;
   }
   BlockReader reader(device);
   if (rssXmlData.apCloningOnly == 0) {
-    const Progress progress = ParseOwnSettings(reader, path);
-    // Quirk "uplink-has-two-names": missing elements of the uplink's sections were reported below
-    // "UpLinkConnection"; faulty values are reported below "Uplink", as its own are.
+    const Step step = ParseOwnSettings(reader, path);
+    // Missing elements were reported below the uplink's name in documents; from here on its own
+    // sections have the name under which faulty values are reported.
     SetUplinkPaths();
-    if (progress != Progress::kGoOn) {
-      return progress == Progress::kToVerify;
+    if (step != Step::kGoOn) {
+      return step == Step::kEnough;
     }
   }
   return ParseRoaming(reader, path) && ParseRadiosAndSafety(device, path);

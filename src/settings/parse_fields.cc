@@ -36,6 +36,10 @@ bool ParseText(const Field& field, const Element& element, void* section) {
   return true;
 }
 
+bool IsRequired(const Field& field) {
+  return field.optional == Optional::kNever || rssXmlData.apCloningOnly == 0;
+}
+
 }  // namespace
 
 bool ParseField(const Field& field, const Element& element, void* section) {
@@ -43,20 +47,26 @@ bool ParseField(const Field& field, const Element& element, void* section) {
                                                   : ParseInteger(field, element, section);
 }
 
-bool ParseField(const Field& field, BlockReader& block, void* section) {
-  return ParseField(field, block.Find(field.element), section);
-}
-
-bool ParseRequiredField(const Field& field, BlockReader& block, const char* path, void* section) {
-  if (!ParseField(field, block, section)) {
-    ReportLostKey(path, field.element);
-    return false;
+bool ParseFields(FieldTable table, Group group, BlockReader& block, const char* path,
+                 void* section) {
+  for (const Field& field : table) {
+    if (field.group != group || !IsIn(field.versions, IsVersion10())) {
+      continue;
+    }
+    const Element element = block.Find(field.element);
+    if (!element.is_complete() && field.optional == Optional::kAlways) {
+      continue;
+    }
+    if (!ParseField(field, element, section) && IsRequired(field)) {
+      ReportLostKey(path, field.element);
+      return false;
+    }
   }
   return true;
 }
 
-void LogSection(const char* parser, const char* parent_path) {
-  platform::LogName(parser);
+void LogSection(SectionId section, const char* parent_path) {
+  platform::LogName(RowOf(section).parser);
   KIO_LOG(platform::kLogDetail, "%s\n", parent_path != nullptr ? parent_path : "");
 }
 

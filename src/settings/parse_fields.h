@@ -13,29 +13,14 @@ namespace kio::settings {
 // Reads one field from its element. Returns false when the element is incomplete.
 bool ParseField(const Field& field, const Element& element, void* section);
 
-// Reads one field from its element in `block`. Returns false when there is none.
-bool ParseField(const Field& field, BlockReader& block, void* section);
-
-// The same for a required field: a missing element is reported with the block's path.
-bool ParseRequiredField(const Field& field, BlockReader& block, const char* path, void* section);
-
-// Reads the required fields of a group that the device's format version has. Stops at the first
-// missing one.
+// Reads those fields of a group that documents of the device's format version hold. Stops at the
+// first required one that is missing, which is reported with the block's path.
 // Quirk "failure-keeps-fields": those before it keep what was read.
-template <std::size_t N>
-bool ParseFields(const Field (&table)[N], Group group, BlockReader& block, const char* path,
-                 void* section) {
-  for (const Field& field : table) {
-    if (field.group == group && IsIn(field.versions, IsVersion10()) &&
-        !ParseRequiredField(field, block, path, section)) {
-      return false;
-    }
-  }
-  return true;
-}
+bool ParseFields(FieldTable table, Group group, BlockReader& block, const char* path,
+                 void* section);
 
-// Notes that a section's parser was entered.
-void LogSection(const char* parser, const char* parent_path);
+// Notes that the parser of a section was entered.
+void LogSection(SectionId section, const char* parent_path);
 
 // The sections. Each returns false for a missing element, which is then reported.
 bool ParseUplink(const char* parent_path, const Block& device);

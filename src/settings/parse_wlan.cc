@@ -4,7 +4,7 @@
 
 #include "kioapp/settings.h"
 #include "platform/log.h"
-#include "settings/field_tables.h"
+#include "settings/element_path.h"
 #include "settings/parse_fields.h"
 #include "settings/xml_values.h"
 
@@ -13,7 +13,7 @@ namespace {
 
 using platform::TextView;
 
-constexpr TextView kRuleElement = "AcRule";
+constexpr TextView kRuleElement = RowOf(SectionId::kRule).element;
 // The search for the next rule goes on this far behind the opening tag of the last one.
 constexpr int kRuleTagLength = 8;
 
@@ -30,7 +30,7 @@ class RuleParser {
     // Quirk "rules-beyond-the-fortieth-unread": they may hold anything.
     while (count < kRuleCapacity && !is_at_end_) {
       RssAcRule& rule = wlan_.acRule[count];
-      if (!TakeSameRule(rule) && !TakePlainRule(rule)) {
+      if (!TakePlainRule(rule)) {
         const Element element = FindElement(rest_, kRuleElement);
         if (!element.has_tag()) {
           break;
@@ -49,29 +49,8 @@ class RuleParser {
   static constexpr std::size_t kFields = std::size(kRuleFields);
 
   void BeginRule() {
-    LogSection("do_RssAcRule_Parser", wlan_.accessControlPath);
+    LogSection(SectionId::kRule, wlan_.accessControlPath);
     platform::LogEntry("prepareXmlBlockData");
-  }
-
-  // A rule written to the letter as a plain one before it, but for its values: the same tags stand
-  // in the same places.
-  bool TakeSameRule(RssAcRule& rule) {
-    if (!has_pattern_) {
-      return false;
-    }
-    BlockReader reader = reader_;
-    Element elements[kFields];
-    for (std::size_t i = 0; i < kFields; ++i) {
-      elements[i] = reader.TakeValue(around_values_[i]);
-      if (!elements[i].is_complete()) {
-        return false;
-      }
-    }
-    if (!reader.Skip(around_values_[kFields])) {
-      return false;
-    }
-    Accept(elements, reader, rule);
-    return true;
   }
 
   // A rule as apps write it: behind the last one, and nothing but its fields in it. It is the one
@@ -91,28 +70,13 @@ class RuleParser {
     if (!reader.Leave(kRuleElement)) {
       return false;
     }
-    SetPattern(reader_.position(), elements, reader.position());
-    Accept(elements, reader, rule);
-    return true;
-  }
-
-  void SetPattern(const char* begin, const Element (&elements)[kFields], const char* end) {
-    for (std::size_t i = 0; i < kFields; ++i) {
-      const Block& value = elements[i].content;
-      around_values_[i] = TextView(begin, value.text);
-      begin = value.text + value.length;
-    }
-    around_values_[kFields] = TextView(begin, end);
-    has_pattern_ = true;
-  }
-
-  void Accept(const Element (&elements)[kFields], const BlockReader& reader, RssAcRule& rule) {
     BeginRule();
     std::memcpy(rule.path, path_, sizeof(path_));
     for (std::size_t i = 0; i < kFields; ++i) {
       ParseField(kRuleFields[i], elements[i], &rule);
     }
     GoOnBehind(reader);
+    return true;
   }
 
   // Behind a rule that has been read to its end.
@@ -150,18 +114,15 @@ class RuleParser {
 
   Block rest_;
   BlockReader reader_;
-  // What stands before, between and behind the values of a plain rule.
-  TextView around_values_[kFields + 1];
-  bool has_pattern_ = false;
   bool is_at_end_ = false;
   RssWlan& wlan_;
   decltype(RssAcRule::path) path_ = {};
 };
 
 bool ParseAccessControl(const Block& radio_block, RssWlan& wlan) {
-  LogSection("do_RssAccessCtl_Parser", wlan.path);
-  const Block block =
-      FindRequiredBlock(wlan.path, radio_block, "AccessControl", wlan.accessControlPath);
+  LogSection(SectionId::kAccess, wlan.path);
+  const Block block = FindRequiredBlock(wlan.path, radio_block, RowOf(SectionId::kAccess).element,
+                                        wlan.accessControlPath);
   BlockReader reader(block);
   if (block.text == nullptr ||
       !ParseFields(kAccessFields, Group::kBasic, reader, wlan.accessControlPath, &wlan)) {
@@ -178,15 +139,15 @@ bool ParseAccessControl(const Block& radio_block, RssWlan& wlan) {
 }  // namespace
 
 bool ParseRadio(const char* parent_path, const Block& device, int radio) {
-  LogSection("do_RssWireless_Parser", parent_path);
+  LogSection(SectionId::kRadio, parent_path);
   RssWlan& wlan = rssXmlData.wlan[radio];
   if (wlan.configurable == 0) {
-    JoinPath(wlan.accessControlPath, wlan.path, "AccessControl");
+    JoinPath(wlan.accessControlPath, wlan.path, RowOf(SectionId::kAccess).element);
     return true;
   }
   char name_text[32];
   platform::TextBuffer name(name_text);
-  name.Append("Wireless").Append(RadioWord(radio));
+  RowText(RowOf(SectionId::kRadio).element, radio).AppendTo(name);
   const Block block = FindRequiredBlock(parent_path, device, name.view(), wlan.path);
   if (block.text == nullptr) {
     return false;
@@ -196,8 +157,8 @@ bool ParseRadio(const char* parent_path, const Block& device, int radio) {
     wlan.configurable = 0;
     return true;
   }
-  // The table has the encryption type and the channel among the basic fields; a document has them
-  // behind the key, and one of version 1.0 ends before them.
+  // Encryption type and channel stand behind the key in a document; one of version 1.0 ends before
+  // them.
   if (!ParseFields(kWlanFields, Group::kBasic, reader, wlan.path, &wlan)) {
     return false;
   }

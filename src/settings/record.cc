@@ -2,9 +2,7 @@
 
 #include <cstddef>
 
-#include "kioapp/xml.h"
-#include "settings/field_tables.h"
-#include "settings/find_element.h"
+#include "settings/element_path.h"
 
 RssXmlData rssXmlData = {};
 
@@ -16,16 +14,56 @@ static_assert(offsetof(RssXmlData, specMajor) == offsetof(RssSpecVersion, major)
               offsetof(RssXmlData, specName) == offsetof(RssSpecVersion, path) &&
               offsetof(RssXmlData, specVer) == offsetof(RssSpecVersion, combined));
 
-RadioPath::RadioPath(int radio, const char* rest)
-    : StorePath("/lan/wireless", RadioWord(radio), ":1", rest) {}
+SectionId HardwareSection() {
+  switch (rssXmlData.upLink.hardwareTypeCode) {
+    case kHardwareAdsl:
+    case kHardwareVdsl:
+    case kHardwareDsl:
+      return SectionId::kDsl;
+    case kHardwareApn:
+      return SectionId::kApn;
+    case kHardwareWireless:
+      return SectionId::kSite;
+    default:
+      return SectionId::kCount;
+  }
+}
 
-const char* RadioWord(int radio) { return WirelessTypeArray[radio]; }
+Group HardwareGroupRead() {
+  if (!IsVersion10()) {
+    return Group::kProvider;
+  }
+  return rssXmlData.upLink.hardwareTypeCode == kHardwareDsl ? Group::kCircuit : Group::kNone;
+}
+
+Group HardwareGroupUsed() {
+  if (rssXmlData.upLink.hardwareTypeCode != kHardwareDsl) {
+    return Group::kProvider;
+  }
+  return IsVersion10() ? Group::kCircuit : Group::kNone;
+}
+
+Group HardwareGroupDumped() {
+  return IsVersion10() && HardwareSection() == SectionId::kDsl ? Group::kCircuit : Group::kProvider;
+}
+
+Group ConnectionGroup() {
+  switch (rssXmlData.upLink.connTypeCode) {
+    case kConnPppoe:
+    case kConnPppoa:
+      return Group::kLogin;
+    case kConnStatic:
+      return Group::kAddress;
+    default:
+      return Group::kNone;
+  }
+}
 
 void SetUplinkPaths() {
   RssUpLink& uplink = rssXmlData.upLink;
-  JoinPath(uplink.dsl.path, uplink.path, "DSL");
-  JoinPath(uplink.apn.path, uplink.path, "APN");
-  JoinPath(uplink.extenderSite.path, uplink.path, "ExtenderSite");
+  JoinPath(uplink.dsl.path, uplink.path, RowOf(SectionId::kDsl).element);
+  JoinPath(uplink.apn.path, uplink.path, RowOf(SectionId::kApn).element);
+  JoinPath(uplink.extenderSite.path, uplink.path, RowOf(SectionId::kSite).element);
 }
 
 }  // namespace kio::settings

@@ -5,14 +5,10 @@
 #include <algorithm>
 
 #include "kioapp/record.h"
-#include "platform/store.h"
 #include "settings/keywords.h"
+#include "settings/sections.h"
 
 namespace kio::settings {
-
-inline constexpr int kRadioCount = 2;
-inline constexpr int kRuleCapacity = 40;
-static_assert(sizeof(RssWlan::acRule) == kRuleCapacity * sizeof(RssAcRule));
 
 // 100 x major + minor. The numbers come from documents: what does not fit wraps.
 constexpr int CombinedVersion(int major, int minor) {
@@ -40,18 +36,21 @@ inline bool RadioExists(int radio) {
 // Rules of a radio that the record really holds: the variables may set any number.
 inline int HeldRules(const RssWlan& wlan) { return std::clamp(wlan.wlAcRuleNo, 0, kRuleCapacity); }
 
-// Store nodes.
-inline constexpr const char* kSurveyNode = "/uplink/extendersite/survey";
+// Where the settings of a cloned network are kept.
 inline constexpr const char* kClonedSiteNode = "/runtime/apcloninginfo/extendersite";
 
-// The store node of a radio, with `rest` behind it. The path is built in the caller's object.
-class RadioPath : public platform::StorePath {
- public:
-  explicit RadioPath(int radio, const char* rest = "");
-};
+// The uplink's own section that goes with its hardware: a provider or an upstream network. kCount
+// for hardware that has none, and for none at all.
+SectionId HardwareSection();
 
-// The word of WirelessTypeArray for a radio.
-const char* RadioWord(int radio);
+// The fields of that section that a document holds; those that are verified and written; those that
+// are dumped. A DSL uplink of either kind has a provider, and in format version 1.0 a circuit.
+Group HardwareGroupRead();
+Group HardwareGroupUsed();
+Group HardwareGroupDumped();
+
+// The fields of the uplink that go with its connection type.
+Group ConnectionGroup();
 
 // Sets the paths of the uplink's own sections from the uplink's.
 void SetUplinkPaths();

@@ -5,7 +5,7 @@
 #include "platform/log.h"
 #include "platform/shell_text.h"
 #include "platform/text.h"
-#include "settings/find_element.h"
+#include "settings/element_path.h"
 
 namespace kio::settings {
 namespace {

@@ -6,8 +6,7 @@
 #include "platform/log.h"
 #include "platform/store.h"
 #include "platform/xml_coding.h"
-#include "settings/field_tables.h"
-#include "settings/find_element.h"
+#include "settings/element_path.h"
 #include "settings/record.h"
 
 namespace kio::settings {
@@ -77,8 +76,7 @@ void LoadField(const Field& field, void* section, const char* path) {
 }
 
 // Fills the fields of a table that such a snapshot holds.
-template <std::size_t N>
-void LoadFields(const Field (&table)[N], Snapshot snapshot, void* section, StorePath& nodes) {
+void LoadFields(FieldTable table, Snapshot snapshot, void* section, StorePath& nodes) {
   for (const Field& field : table) {
     if (field.load != Load::kNever && field.snapshot == snapshot) {
       LoadField(field, section, nodes.Node(field.node));
@@ -86,7 +84,23 @@ void LoadFields(const Field (&table)[N], Snapshot snapshot, void* section, Store
   }
 }
 
-void LoadFeatures(StorePath& nodes) {
+// Fills the fields of a section.
+void LoadSection(const Place& place, Snapshot snapshot) {
+  SectionPath nodes(place.section, place.radio);
+  if (place.section == SectionId::kRule) {
+    nodes.SelectInstance(place.index);
+  }
+  LoadFields(RowOf(place.section).fields, snapshot, StructureOf(place), nodes);
+}
+
+// Fills the rules of a section's texts, which stand in the record itself.
+void LoadRules(SectionId section) {
+  SectionPath nodes(section);
+  LoadFields(RowOf(section).rules, Snapshot::kEvery, &rssXmlData, nodes);
+}
+
+void LoadFeatures() {
+  StorePath nodes("");
   for (const Field& field : kFeatureFields) {
     if (IsIn(field.versions, IsVersion10())) {
       LoadField(field, &rssXmlData, nodes.Node(field.node));
@@ -98,30 +112,29 @@ void LoadFeatures(StorePath& nodes) {
 
 void LoadAccessControl(int radio) {
   RssWlan& wlan = rssXmlData.wlan[radio];
-  JoinPath(wlan.accessControlPath, wlan.path, "AccessControl");
-  RadioPath nodes(radio, "/accesscontrol");
-  LoadFields(kAccessFields, Snapshot::kFullOnly, &wlan, nodes);
+  JoinPath(wlan.accessControlPath, wlan.path, RowOf(SectionId::kAccess).element);
+  LoadSection({SectionId::kAccess, radio}, Snapshot::kFullOnly);
   // Quirk "rule-count-below-configurable": the number of rules is looked for below the radio's
   // configurable node, where there normally is none.
-  wlan.wlAcRuleNo = ReadStoreInt(RadioPath(radio, "/configurable/acrule#").c_str());
+  wlan.wlAcRuleNo =
+      ReadStoreInt(SectionPath(SectionId::kRadio, radio, "/configurable/acrule#").c_str());
   if (wlan.wlAcRuleNo < 0) {
     wlan.wlAcMode = 0;
   }
   // Quirk "rules-filled-from-one": rule 1 of the store goes to entry 1; entry 0 is left alone, and
   // the last entry is the last one filled.
   for (int number = 1; number <= wlan.wlAcRuleNo && number < kRuleCapacity; ++number) {
-    RssAcRule& rule = wlan.acRule[number];
-    JoinPath(rule.path, wlan.accessControlPath, "AcRule");
-    StorePath rule_nodes(nodes.Instance("/acrule", number));
-    LoadFields(kRuleFields, Snapshot::kFullOnly, &rule, rule_nodes);
+    JoinPath(wlan.acRule[number].path, wlan.accessControlPath, RowOf(SectionId::kRule).element);
+    LoadSection({SectionId::kRule, radio, number}, Snapshot::kFullOnly);
   }
 }
 
 void LoadRadio(int radio, bool full) {
   RssWlan& wlan = rssXmlData.wlan[radio];
   platform::TextBuffer path(wlan.path);
-  path.Append(rssXmlData.devicePath).Append("/Wireless").Append(RadioWord(radio));
-  RadioPath nodes(radio);
+  path.Append(rssXmlData.devicePath).Append('/');
+  RowText(RowOf(SectionId::kRadio).element, radio).AppendTo(path);
+  SectionPath nodes(SectionId::kRadio, radio);
   const auto state =
       static_cast<signed char>(ReadStoreInt(nodes.Node(RowOf(kWlanFields, "WlEnbl").node)));
   const bool exists = state == 0 || state == 1 || state == 3;
@@ -131,51 +144,49 @@ void LoadRadio(int radio, bool full) {
   if (!exists && !full) {
     return;
   }
-  LoadFields(kWlanFields, Snapshot::kEvery, &wlan, nodes);
+  LoadSection({SectionId::kRadio, radio}, Snapshot::kEvery);
   if (full) {
-    LoadFields(kWlanFields, Snapshot::kFullOnly, &wlan, nodes);
+    LoadSection({SectionId::kRadio, radio}, Snapshot::kFullOnly);
     LoadAccessControl(radio);
   }
 }
 
 void LoadUplink(bool full) {
   RssUpLink& uplink = rssXmlData.upLink;
-  JoinPath(uplink.path, rssXmlData.devicePath, "Uplink");
-  StorePath nodes("/uplink");
-  LoadFields(kUplinkFields, Snapshot::kEvery, &uplink, nodes);
-  LoadFields(kUplinkRules, Snapshot::kEvery, &rssXmlData, nodes);
+  JoinPath(uplink.path, rssXmlData.devicePath, RowOf(SectionId::kUplink).reported);
+  LoadSection({SectionId::kUplink}, Snapshot::kEvery);
+  LoadRules(SectionId::kUplink);
   if (!full) {
     return;
   }
-  LoadFields(kUplinkFields, Snapshot::kFullOnly, &uplink, nodes);
+  LoadSection({SectionId::kUplink}, Snapshot::kFullOnly);
   SetUplinkPaths();
-  StorePath dsl_nodes("/uplink/dsl");
-  LoadFields(kIspFields, Snapshot::kFullOnly, &uplink.dsl, dsl_nodes);
-  StorePath apn_nodes("/uplink/apn");
-  LoadFields(kIspFields, Snapshot::kFullOnly, &uplink.apn, apn_nodes);
-  StorePath site_nodes("/uplink/extendersite");
-  LoadFields(kSiteFields, Snapshot::kFullOnly, &uplink.extenderSite, site_nodes);
+  for (const Section& section : kSections) {
+    if (section.parent == SectionId::kUplink) {
+      LoadSection({section.id}, Snapshot::kFullOnly);
+    }
+  }
 }
 
 void LoadRecord(bool full) {
-  StorePath nodes("");
-  LoadFields(kVersionFields, Snapshot::kEvery, &rssXmlData, nodes);
+  LoadSection({SectionId::kVersion}, Snapshot::kEvery);
   rssXmlData.specVer = CombinedVersion(rssXmlData.specMajor, rssXmlData.specMinor);
-  LoadFeatures(nodes);
-  platform::CopyText(rssXmlData.devicePath, "Device");
+  LoadFeatures();
+  platform::CopyText(rssXmlData.devicePath, RowOf(SectionId::kDevice).element);
+  // The radios come first, and the device's rules behind its fields, those of the uplink before.
   for (int radio = 0; radio < kRadioCount; ++radio) {
     LoadRadio(radio, full);
   }
-  LoadFields(kDeviceFields, Snapshot::kEvery, &rssXmlData, nodes);
+  LoadSection({SectionId::kDevice}, Snapshot::kEvery);
   if (full) {
-    LoadFields(kDeviceFields, Snapshot::kFullOnly, &rssXmlData, nodes);
+    LoadSection({SectionId::kDevice}, Snapshot::kFullOnly);
   }
-  LoadFields(kDeviceRules, Snapshot::kEvery, &rssXmlData, nodes);
+  LoadRules(SectionId::kDevice);
   LoadUplink(full);
   if (full) {
-    JoinPath(rssXmlData.safetyVyr.path, rssXmlData.devicePath, "SafetyVyr");
-    StorePath safety_nodes("/safetyvyr");
-    LoadFields(kSafetyFields, Snapshot::kFullOnly, &rssXmlData.safetyVyr, safety_nodes);
+    RssSafetyVyr& safety = rssXmlData.safetyVyr;
+    JoinPath(safety.path, rssXmlData.devicePath, RowOf(SectionId::kSafety).element);
+    LoadSection({SectionId::kSafety}, Snapshot::kFullOnly);
   }
 }
 

@@ -4,19 +4,11 @@
 #include "kioapp/text.h"
 #include "kioapp/xml.h"
 #include "platform/log.h"
-#include "settings/field_tables.h"
+#include "settings/step.h"
 #include "settings/verify_fields.h"
 
 namespace kio::settings {
 namespace {
-
-enum class Verdict {
-  kFault,   // reported
-  kGoOn,    // no fault so far
-  kEnough,  // valid, and what follows is not looked at
-};
-
-constexpr Verdict Judged(bool valid) { return valid ? Verdict::kGoOn : Verdict::kFault; }
 
 bool VerifyHardware(const Checked& checked) {
   RssUpLink& uplink = rssXmlData.upLink;
@@ -33,71 +25,58 @@ bool VerifyHardware(const Checked& checked) {
 }
 
 bool VerifyConnection(const Checked& checked) {
-  if (!VerifyField(RowOf(kUplinkFields, "ConnType"), checked)) {
+  return VerifyField(RowOf(kUplinkFields, "ConnType"), checked) &&
+         VerifyFields(kUplinkFields, ConnectionGroup(), checked);
+}
+
+// A provider, or the circuit of version 1.0, with which the uplink's frame size is verified.
+// Quirk "mtu-fault-in-the-dsl-section": although the element stands in the uplink.
+bool VerifyProvider(SectionId section) {
+  RssUpLink& uplink = rssXmlData.upLink;
+  const Group group = HardwareGroupUsed();
+  if (group == Group::kCircuit &&
+      !VerifyField(RowOf(kUplinkFields, "MTU"), {&uplink, &rssXmlData, uplink.dsl.path})) {
     return false;
   }
-  switch (rssXmlData.upLink.connTypeCode) {
-    case kConnPppoe:
-    case kConnPppoa:
-      return VerifyFields(kUplinkFields, Group::kLogin, checked);
-    case kConnStatic:
-      return VerifyFields(kUplinkFields, Group::kAddress, checked);
-    default:
-      return true;
-  }
+  auto* const isp = static_cast<RssIsp*>(StructureOf({section}));
+  return VerifyFields(RowOf(section).fields, group, {isp, isp, isp->path});
 }
 
-bool VerifyProvider(RssIsp& isp) { return VerifyFields(kIspFields, {&isp, &isp, isp.path}); }
-
-// The circuit of version 1.0. The uplink's frame size is reported in the DSL section.
-// Quirk "mtu-fault-in-the-dsl-section": although the element stands in the uplink.
-bool VerifyCircuit(RssUpLink& uplink) {
-  return VerifyField(RowOf(kUplinkFields, "MTU"), {&uplink, &rssXmlData, uplink.dsl.path}) &&
-         VerifyFields(kCircuitFields, {&uplink.dsl, &uplink.dsl, uplink.dsl.path});
-}
-
-Verdict VerifySite(RssExtenderSite& site) {
+Step VerifySite(RssExtenderSite& site) {
   if (!VerifyFields(kSiteFields, Group::kBasic, {&site, nullptr, site.path})) {
-    return Verdict::kFault;
+    return Step::kRefused;
   }
   // Quirk "survey-skips-the-rest": neither radios nor SafetyVyr are looked at.
   if (site.survey == 1) {
-    return Verdict::kEnough;
+    return Step::kEnough;
   }
   // A negative code is reported before its radio's rules come into play.
   RssWlan& radio = rssXmlData.wlan[site.wirelessTypeCode == 1 ? 1 : 0];
-  return Judged(VerifyFields(kSiteFields, Group::kDetail, {&site, &radio, site.path}));
+  return GoOnIf(VerifyFields(kSiteFields, Group::kDetail, {&site, &radio, site.path}));
 }
 
-Verdict VerifyHardwareSection() {
-  RssUpLink& uplink = rssXmlData.upLink;
-  switch (uplink.hardwareTypeCode) {
-    case kHardwareAdsl:
-    case kHardwareVdsl:
-      return Judged(VerifyProvider(uplink.dsl));
-    case kHardwareApn:
-      return Judged(VerifyProvider(uplink.apn));
-    case kHardwareDsl:
-      return Judged(!IsVersion10() || VerifyCircuit(uplink));
-    default:
-      return HasSiteUplink() ? VerifySite(uplink.extenderSite) : Verdict::kGoOn;
+Step VerifyHardwareSection() {
+  if (HasSiteUplink()) {
+    return VerifySite(rssXmlData.upLink.extenderSite);
   }
+  const SectionId section = HardwareSection();
+  return GoOnIf(section == SectionId::kCount || VerifyProvider(section));
 }
 
-Verdict VerifyDeviceAndUplink() {
+Step VerifyDeviceAndUplink() {
   if (rssXmlData.configurable == 0) {
-    return Verdict::kEnough;
+    return Step::kEnough;
   }
   if (!VerifyFields(kDeviceFields, {&rssXmlData, &rssXmlData, rssXmlData.devicePath})) {
-    return Verdict::kFault;
+    return Step::kRefused;
   }
   RssUpLink& uplink = rssXmlData.upLink;
   if (uplink.configurable == 0) {
-    return Verdict::kGoOn;
+    return Step::kGoOn;
   }
   const Checked checked{&uplink, &rssXmlData, uplink.path};
   if (!VerifyHardware(checked) || !VerifyConnection(checked)) {
-    return Verdict::kFault;
+    return Step::kRefused;
   }
   return VerifyHardwareSection();
 }
@@ -113,13 +92,13 @@ bool VerifySafety() {
 }  // namespace kio::settings
 
 int Verify_RssXml(void) {
-  using kio::settings::Verdict;
+  using kio::settings::Step;
   kio::platform::LogEntry("Verify_RssXml");
   // Quirk "cloning-verifies-fixed-devices": the device's own switch is then not looked at.
   if (rssXmlData.apCloningOnly == 0) {
-    const Verdict verdict = kio::settings::VerifyDeviceAndUplink();
-    if (verdict != Verdict::kGoOn) {
-      return static_cast<int>(verdict == Verdict::kEnough);
+    const Step step = kio::settings::VerifyDeviceAndUplink();
+    if (step != Step::kGoOn) {
+      return static_cast<int>(step == Step::kEnough);
     }
   }
   if (!kio::settings::VerifyRadios() || !kio::settings::VerifySafety()) {

@@ -83,4 +83,23 @@ bool VerifyField(const Field& field, const Checked& checked) {
   return false;
 }
 
+bool VerifyFields(FieldTable table, const Checked& checked) {
+  for (const Field& field : table) {
+    if (IsIn(field.versions, IsVersion10()) && !VerifyField(field, checked)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool VerifyFields(FieldTable table, Group group, const Checked& checked) {
+  for (const Field& field : table) {
+    if (field.group == group && IsIn(field.versions, IsVersion10()) &&
+        !VerifyField(field, checked)) {
+      return false;
+    }
+  }
+  return true;
+}
+
 }  // namespace kio::settings

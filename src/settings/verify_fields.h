@@ -2,8 +2,6 @@
 #ifndef KIO_SETTINGS_VERIFY_FIELDS_H
 #define KIO_SETTINGS_VERIFY_FIELDS_H
 
-#include <cstddef>
-
 #include "settings/field.h"
 #include "settings/record.h"
 
@@ -23,27 +21,10 @@ struct Checked {
 bool VerifyField(const Field& field, const Checked& checked);
 
 // Checks those fields of a table that the device's format version has, in their order.
-template <std::size_t N>
-bool VerifyFields(const Field (&table)[N], const Checked& checked) {
-  for (const Field& field : table) {
-    if (IsIn(field.versions, IsVersion10()) && !VerifyField(field, checked)) {
-      return false;
-    }
-  }
-  return true;
-}
+bool VerifyFields(FieldTable table, const Checked& checked);
 
 // The same for one group of the table.
-template <std::size_t N>
-bool VerifyFields(const Field (&table)[N], Group group, const Checked& checked) {
-  for (const Field& field : table) {
-    if (field.group == group && IsIn(field.versions, IsVersion10()) &&
-        !VerifyField(field, checked)) {
-      return false;
-    }
-  }
-  return true;
-}
+bool VerifyFields(FieldTable table, Group group, const Checked& checked);
 
 // Checks that only radios know; each returns a result code, 0 for a valid value.
 int CheckEncryptionType(const RssWlan& wlan);

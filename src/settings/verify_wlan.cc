@@ -7,7 +7,6 @@
 #include "kioapp/validate.h"
 #include "kioapp/xml.h"
 #include "platform/log.h"
-#include "settings/field_tables.h"
 #include "settings/verify_fields.h"
 
 namespace kio::settings {

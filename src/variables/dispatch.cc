@@ -51,70 +51,62 @@ struct IndexedPart {
   }
 };
 
-unsigned int ServeUplink(TextView name, const Request& request) {
-  struct SubSection {
-    TextView prefix;
-    Section section;
-  };
-  constexpr SubSection kSubSections[] = {
-      {"Ets_", Section::kSite}, {"Dsl_", Section::kDsl}, {"Apn_", Section::kApn}};
-  // Quirk "refused-before-it-is-known": the name may be no variable's; a radio does the same.
-  if (request.writes() && rssXmlData.upLink.configurable == 0) {
+// How many rules or sites there are.
+int HeldInstances(const Place& place) {
+  // The count is whatever was set; the record holds no more than its own number of rules.
+  return place.section == SectionId::kRule ? settings::HeldRules(rssXmlData.wlan[place.radio])
+                                           : platform::ReadStoreInt("/wirelesssitesurvey/site#");
+}
+
+bool MayBeChanged(const Place& place) {
+  const settings::Member& switch_member = settings::RowOf(place.section).configurable;
+  return switch_member.size == 0 ||
+         settings::IntOf(settings::StructureOf(place), switch_member) != 0;
+}
+
+// Serves a name of a section or of one below it.
+unsigned int ServeSection(const Place& place, TextView name, const Request& request) {
+  // Quirk "refused-before-it-is-known": the name may be no variable's.
+  if (request.writes() && !MayBeChanged(place)) {
     return KIOAPP_VAR_NOT_CONFIGURABLE;
   }
-  for (const SubSection& sub : kSubSections) {
-    if (StartsWith(name, sub.prefix)) {
-      return Serve({sub.section}, Behind(name, sub.prefix.size()), request);
+  for (const settings::Section& row : settings::kSections) {
+    if (row.parent != place.section || row.id == place.section) {
+      continue;
+    }
+    if (row.first_instance == 0) {
+      if (StartsWith(name, row.name)) {
+        return ServeSection({row.id, place.radio}, Behind(name, row.name.size()), request);
+      }
+      continue;
+    }
+    const IndexedPart part(name, row.name.front());
+    if (part.index >= 0) {
+      const Place found{row.id, place.radio, part.index};
+      if (part.index >= HeldInstances(found)) {
+        return KIOAPP_VAR_REFUSED;
+      }
+      return Serve(found, part.rest, request);
     }
   }
-  return Serve({Section::kUplink}, name, request);
+  return Serve(place, name, request);
 }
 
-unsigned int ServeRadio(int radio, TextView name, const Request& request) {
-  constexpr TextView kAccessPrefix = "Acl_";
-  const RssWlan& wlan = rssXmlData.wlan[radio];
-  if (request.writes() && wlan.configurable == 0) {
-    return KIOAPP_VAR_NOT_CONFIGURABLE;
+// The prefix of a radio's names has the first character of its word.
+bool IsGroup(TextView prefix, TextView group, int radio) {
+  for (std::size_t i = 0; i < group.size(); ++i) {
+    if (group[i] != (prefix[i] == '*' ? settings::kRadioWords[radio][0] : prefix[i])) {
+      return false;
+    }
   }
-  if (!StartsWith(name, kAccessPrefix)) {
-    return Serve({Section::kRadio, radio}, name, request);
-  }
-  name.remove_prefix(kAccessPrefix.size());
-  if (!HasMoreParts(name)) {
-    return Serve({Section::kAccess, radio}, name, request);
-  }
-  const IndexedPart rule(name, 'R');
-  // The count is whatever was set; the record holds no more than its own number of rules.
-  if (rule.index < 0 || rule.index >= settings::HeldRules(wlan)) {
-    return KIOAPP_VAR_REFUSED;
-  }
-  return Serve({Section::kRule, radio, rule.index}, rule.rest, request);
+  return group.size() == kGroupSize;
 }
 
-unsigned int ServeSurvey(TextView name, const Request& request) {
-  if (!HasMoreParts(name)) {
-    return Serve({Section::kSurvey}, name, request);
-  }
-  const IndexedPart site(name, 'S');
-  if (site.index < 0 || site.index >= platform::ReadStoreInt("/wirelesssitesurvey/site#")) {
-    return KIOAPP_VAR_REFUSED;
-  }
-  return Serve({Section::kSurveySite, 0, site.index}, site.rest, request);
-}
-
-unsigned int ServeExtra(TextView name, const Request& request) {
-  constexpr TextView kFirmwarePrefix = "Fwu_";
-  constexpr TextView kSurveyPrefix = "Ssv_";
-  if (!request.reads()) {
-    return KIOAPP_VAR_REFUSED;
-  }
-  if (StartsWith(name, kFirmwarePrefix)) {
-    return Serve({Section::kFirmware}, Behind(name, kFirmwarePrefix.size()), request);
-  }
-  if (StartsWith(name, kSurveyPrefix)) {
-    return ServeSurvey(Behind(name, kSurveyPrefix.size()), request);
-  }
-  return KIOAPP_VAR_REFUSED;
+// Whether a name of several parts belongs to a section. Behind the group stands what else the
+// section's prefix has.
+bool BelongsTo(const settings::Section& row, int radio, TextView group, TextView tail) {
+  return row.id != SectionId::kDevice && settings::IsTopmost(row) &&
+         IsGroup(row.name, group, radio) && StartsWith(tail, Behind(row.name, kGroupSize + 1));
 }
 
 // A name of several parts.
@@ -123,29 +115,23 @@ unsigned int ServeGroup(TextView name, const Request& request) {
   const TextView tail = Behind(name, name.find('_') + 1);
   // Quirk "validate-before-the-group": the group has no say, be it configurable or not.
   if (request.reads() && tail == "Validate") {
-    return Serve({Section::kDevice}, name, request);
+    return Serve({SectionId::kDevice}, name, request);
   }
   const TextView group(name.data(), name.size() < kGroupSize ? name.size() : kGroupSize);
   if (group == "Act") {
     return RunAction(tail, request);
   }
-  if (group == "Ver") {
-    return Serve({Section::kVersion}, tail, request);
-  }
-  if (group == "Wl2") {
-    return ServeRadio(0, tail, request);
-  }
-  if (group == "Wl5") {
-    return ServeRadio(1, tail, request);
-  }
-  if (group == "Upl") {
-    return ServeUplink(tail, request);
-  }
-  if (group == "Vyr") {
-    return Serve({Section::kService}, tail, request);
-  }
-  if (group == "Ext") {
-    return ServeExtra(tail, request);
+  for (const settings::Section& row : settings::kSections) {
+    for (int radio = 0; radio < (row.of_radio ? settings::kRadioCount : 1); ++radio) {
+      if (!BelongsTo(row, radio, group, tail)) {
+        continue;
+      }
+      // What no document holds is only read.
+      if (row.fields.empty() && !request.reads()) {
+        return KIOAPP_VAR_REFUSED;
+      }
+      return ServeSection({row.id, radio}, Behind(tail, row.name.size() - kGroupSize - 1), request);
+    }
   }
   return KIOAPP_VAR_REFUSED;
 }
@@ -160,7 +146,8 @@ unsigned int ServeName(TextView name, const Request& request) {
     return KIOAPP_VAR_REFUSED;
   }
   name.remove_prefix(kPrefix.size());
-  return HasMoreParts(name) ? ServeGroup(name, request) : Serve({Section::kDevice}, name, request);
+  return HasMoreParts(name) ? ServeGroup(name, request)
+                            : Serve({SectionId::kDevice}, name, request);
 }
 
 unsigned int ServePath(const char* path, const Request& request) {

@@ -116,7 +116,7 @@ class FieldVariable {
 
   // The rules of a radio stand beside its fields, all others in the record itself.
   [[nodiscard]] void* RuleHolder() const {
-    return variable_.holder == Holder::kRadio ? holder_ : &rssXmlData;
+    return variable_.section == SectionId::kRadio ? holder_ : &rssXmlData;
   }
 
   void Store() {

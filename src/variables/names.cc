@@ -1,77 +1,145 @@
 // Variable names and document paths: two spellings of one setting.
 
+#include <array>
+
 #include "kioapp/text.h"
 #include "kioapp/variables.h"
 #include "platform/text.h"
+#include "settings/sections.h"
 
 namespace kio::variables {
 namespace {
 
 using platform::TextBuffer;
 using platform::TextView;
+using settings::SectionId;
 
 constexpr TextView kNamePrefix = "rss_";
 constexpr const char* kBlanks = " \t\r\n";
-// In a sub-rule: the two characters of an index. (The tables write "?\?/" for what would be read as
-// a trigraph.)
+// In a part: the two characters of an index.
 constexpr TextView kIndex = "??";
 
+// A text of a spelling, made of a section's row.
+class Part {
+ public:
+  constexpr Part& Append(TextView text) {
+    for (const char character : text) {
+      text_[size_++] = character;
+    }
+    return *this;
+  }
+  // One of a row's texts, with `word` for '*'.
+  constexpr Part& AppendRow(TextView text, TextView word) {
+    for (const char character : text) {
+      Append(character == '*' ? word : TextView(&character, 1));
+    }
+    return *this;
+  }
+
+  [[nodiscard]] constexpr TextView view() const { return {text_.data(), size_}; }
+
+ private:
+  std::array<char, 36> text_ = {};
+  unsigned char size_ = 0;
+};
+
 struct Spelling {
-  TextView path;
-  TextView name;
+  Part path;
+  Part name;
+  // Whether it is what a document path or a name begins with; otherwise it may follow the last
+  // such one before it.
+  bool begins = true;
 
-  [[nodiscard]] constexpr TextView Of(bool as_path) const { return as_path ? path : name; }
+  [[nodiscard]] constexpr TextView Of(bool as_path) const {
+    return as_path ? path.view() : name.view();
+  }
 };
+// Names and paths that exist and have no variables.
+constexpr TextView kBareNames[][2] = {{"/APCloningInfo/", "Ext_Apc_"},
+                                      {"/SafetyVyrInfo/", "Ext_Vyr_"},
+                                      {"/DslIspList/", "Ext_Dsl_"},
+                                      {"/ApnIspList/", "Ext_Apn_"}};
 
-constexpr int kMaxSubRules = 3;
-
-struct Section {
-  Spelling prefix;
-  Spelling sub_rules[kMaxSubRules] = {};
-};
-
-// Sections and sub-rules are tried in this order. The last section takes whatever is left.
-constexpr Section kSections[] = {
-    {{"/specVersion/", "Ver_"}},
-    {{"/Device/UpLinkConnection/", "Upl_"},
-     {{"DSL/", "Dsl_"}, {"APN/", "Apn_"}, {"ExtenderSite/", "Ets_"}}},
-    {{"/Device/Wireless2.4/", "Wl2_"},
-     {{"AccessControl/WlAcLists/AcRule:?\?/", "Acl_R??_"},
-      {"AccessControl/WlAcLists/AcRule#", "Acl_AcRuleNo"},
-      {"AccessControl/", "Acl_"}}},
-    {{"/Device/Wireless5/", "Wl5_"},
-     {{"AccessControl/WlAcLists/AcRule:?\?/", "Acl_R??_"},
-      {"AccessControl/WlAcLists/AcRule#", "Acl_AcRuleNo"},
-      {"AccessControl/", "Acl_"}}},
-    {{"/Device/SafetyVyr/", "Vyr_"}},
-    {{"/FwUpgradeInfo/", "Ext_Fwu_"}},
-    {{"/WirelessSiteSurvey/", "Ext_Ssv_"}, {{"Site:?\?/", "S??_"}, {"Site#", "SiteNo"}}},
-    {{"/APCloningInfo/", "Ext_Apc_"}},
-    {{"/SafetyVyrInfo/", "Ext_Vyr_"}},
-    {{"/DslIspList/", "Ext_Dsl_"}},
-    {{"/ApnIspList/", "Ext_Apn_"}},
+// All spellings in the order in which they are tried.
+class SpellingList {
+ public:
+  consteval SpellingList() {
+    for (const settings::Section& row : settings::kSections) {
+      if (row.id != SectionId::kDevice && settings::IsTopmost(row)) {
+        for (int radio = 0; radio < (row.of_radio ? settings::kRadioCount : 1); ++radio) {
+          AddSection(row, settings::kRadioWords[radio]);
+        }
+      }
+    }
+    for (const auto& [path, name] : kBareNames) {
+      Add({Part().Append(path), Part().Append(name), true});
+    }
     // Quirk "device-takes-every-prefix": what follows may begin like a name of another section.
-    {{"/Device/", ""}},
+    Add({Part().Append("/").Append(Element(SectionId::kDevice)).Append("/"), {}, true});
+  }
+
+  [[nodiscard]] constexpr const Spelling* begin() const { return rows_.data(); }
+  [[nodiscard]] constexpr const Spelling* end() const { return rows_.data() + size_; }
+
+ private:
+  static constexpr TextView Element(SectionId section) { return settings::RowOf(section).element; }
+
+  constexpr void Add(const Spelling& spelling) { rows_[size_++] = spelling; }
+
+  constexpr void AddSection(const settings::Section& row, TextView word) {
+    Part path;
+    if (row.parent != row.id) {
+      path.Append("/").Append(Element(row.parent));
+    }
+    path.Append("/").AppendRow(row.element, word).Append("/");
+    Add({path, Part().AppendRow(row.name, {word.data(), 1}), true});
+    AddPartsBelow(row.id, {}, {});
+  }
+
+  constexpr void AddPartsBelow(SectionId parent, const Part& path, const Part& name) {
+    for (const settings::Section& row : settings::kSections) {
+      if (row.parent != parent || row.id == parent) {
+        continue;
+      }
+      if (row.first_instance == 0) {
+        const Spelling part{Part(path).Append(row.element).Append("/"), Part(name).Append(row.name),
+                            false};
+        AddPartsBelow(row.id, part.path, part.name);
+        Add(part);
+        continue;
+      }
+      const Part list = Part(path).Append(row.list).Append(row.element);
+      Add({Part(list).Append(":").Append(kIndex).Append("/"), Part(name).Append(row.name), false});
+      Add({Part(list).Append("#"), Part(name).Append(row.element).Append("No"), false});
+    }
+  }
+
+  std::array<Spelling, 24> rows_ = {};
+  std::size_t size_ = 0;
 };
+
+constexpr SpellingList kSpellings;
 
 bool StartsWith(const char* text, TextView prefix) {
   return std::strncmp(text, prefix.data(), prefix.size()) == 0;
 }
 
-const Section* FindSection(const char* text, bool from_path) {
-  for (const Section& section : kSections) {
-    if (StartsWith(text, section.prefix.Of(from_path))) {
-      return &section;
+// What a text begins with.
+const Spelling* FindBeginning(const char* text, bool from_path) {
+  for (const Spelling& spelling : kSpellings) {
+    if (spelling.begins && StartsWith(text, spelling.Of(from_path))) {
+      return &spelling;
     }
   }
   return nullptr;
 }
 
-const Spelling* FindSubRule(const Section& section, const char* text, bool from_path) {
-  for (const Spelling& rule : section.sub_rules) {
-    const TextView from = rule.Of(from_path);
-    if (!from.empty() && strnWildcardCmp(text, from.data(), static_cast<int>(from.size())) == 0) {
-      return &rule;
+// The part that follows a beginning, or null.
+const Spelling* FindPart(const Spelling* beginning, const char* text, bool from_path) {
+  for (const Spelling* part = beginning + 1; part != kSpellings.end() && !part->begins; ++part) {
+    const TextView from = part->Of(from_path);
+    if (strnWildcardCmp(text, from.data(), static_cast<int>(from.size())) == 0) {
+      return part;
     }
   }
   return nullptr;
@@ -80,7 +148,7 @@ const Spelling* FindSubRule(const Section& section, const char* text, bool from_
 // What is left of a text behind its first `count` characters.
 const char* Behind(const char* text, std::size_t count) { return text + strnlen(text, count); }
 
-void AppendSubRule(TextBuffer& result, TextView to, TextView from, const char* text) {
+void AppendPart(TextBuffer& result, TextView to, TextView from, const char* text) {
   const std::size_t to_index = to.find(kIndex);
   const std::size_t from_index = from.find(kIndex);
   if (to_index == TextView::npos || from_index == TextView::npos) {
@@ -109,18 +177,18 @@ bool Convert(const char* text, bool to_path, TextBuffer& result) {
     result.Append(kNamePrefix);
   }
   text += std::strspn(text, kBlanks);
-  const Section* const section = *text == '\0' ? nullptr : FindSection(text, !to_path);
-  if (section == nullptr) {
+  const Spelling* const beginning = *text == '\0' ? nullptr : FindBeginning(text, !to_path);
+  if (beginning == nullptr) {
     return false;
   }
-  result.Append(section->prefix.Of(to_path));
-  text += section->prefix.Of(!to_path).size();
+  result.Append(beginning->Of(to_path));
+  text += beginning->Of(!to_path).size();
   if (*text == '\0') {
     return true;
   }
-  if (const Spelling* const rule = FindSubRule(*section, text, !to_path)) {
-    AppendSubRule(result, rule->Of(to_path), rule->Of(!to_path), text);
-    text = Behind(text, rule->Of(!to_path).size());
+  if (const Spelling* const part = FindPart(beginning, text, !to_path)) {
+    AppendPart(result, part->Of(to_path), part->Of(!to_path), text);
+    text = Behind(text, part->Of(!to_path).size());
   }
   if (!to_path && std::strchr(text, '/') != nullptr) {
     return false;

@@ -1,4 +1,4 @@
-// Where a variable stands: its section and, for radios, rules and sites, which one of them.
+// Serving a variable at its place.
 #ifndef KIO_VARIABLES_PLACE_H
 #define KIO_VARIABLES_PLACE_H
 
@@ -9,11 +9,7 @@
 
 namespace kio::variables {
 
-struct Place {
-  Section section = Section::kDevice;
-  int radio = 0;
-  int index = 0;  // of a rule or a site, from 0
-};
+using settings::Place;
 
 // A value buffer of the caller's, and what is to be done with it.
 struct Request {

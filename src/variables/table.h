@@ -7,36 +7,18 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "platform/text.h"
-#include "settings/field.h"
-#include "settings/field_tables.h"
+#include "settings/sections.h"
 
 namespace kio::variables {
 
 using platform::TextView;
 using settings::Field;
+using settings::FieldTable;
 using settings::Offer;
-
-// Sections, as the parts of a name before its last select them.
-enum class Section : std::uint8_t {
-  kDevice,      // rss_
-  kVersion,     // rss_Ver_
-  kUplink,      // rss_Upl_
-  kDsl,         // rss_Upl_Dsl_
-  kApn,         // rss_Upl_Apn_
-  kSite,        // rss_Upl_Ets_
-  kRadio,       // rss_Wl2_, rss_Wl5_
-  kAccess,      // rss_Wl2_Acl_
-  kRule,        // rss_Wl2_Acl_R<dd>_
-  kService,     // rss_Vyr_
-  kFirmware,    // rss_Ext_Fwu_
-  kSurvey,      // rss_Ext_Ssv_
-  kSurveySite,  // rss_Ext_Ssv_S<dd>_
-};
-
-// The structures that hold fields.
-enum class Holder : std::uint8_t { kRecord, kUplink, kDsl, kApn, kSite, kRadio, kRule, kService };
+using settings::SectionId;
 
 // A variable that is read from the store each time and never written.
 struct LiveNode {
@@ -57,8 +39,9 @@ struct LiveNode {
 
 // In both kinds the name's text is terminated.
 struct Variable {
-  Section section = Section::kDevice;
-  Holder holder = Holder::kRecord;
+  SectionId section = SectionId::kDevice;
+  bool in_record =
+      false;  // a rule that stands in the record itself, not in the section's structure
   TextView name;
   const Field* field = nullptr;    // one of the record's,
   const LiveNode* live = nullptr;  // or else live
@@ -103,25 +86,37 @@ inline constexpr LiveNode kLiveSurveySite[] = {
     {.name = "WirelessStrength"},
 };
 
+struct LiveTable {
+  SectionId section;
+  std::span<const LiveNode> nodes;
+
+  [[nodiscard]] constexpr auto begin() const { return nodes.begin(); }
+  [[nodiscard]] constexpr auto end() const { return nodes.end(); }
+};
+
+inline constexpr LiveTable kLiveTables[] = {
+    {SectionId::kDevice, kLiveDevice}, {SectionId::kSite, kLiveSite},
+    {SectionId::kRadio, kLiveRadio},   {SectionId::kFirmware, kLiveFirmware},
+    {SectionId::kSurvey, kLiveSurvey}, {SectionId::kSurveySite, kLiveSurveySite},
+};
+
 constexpr bool Precedes(const Variable& a, const Variable& b) {
   return a.section != b.section ? a.section < b.section : a.name < b.name;
 }
 
 class VariableList {
  public:
-  template <std::size_t N>
-  constexpr VariableList& Add(Section section, Holder holder, const Field (&table)[N]) {
+  constexpr VariableList& Add(SectionId section, bool in_record, FieldTable table) {
     for (const Field& field : table) {
       if (field.offer != Offer::kNone) {
-        rows_[size_++] = {section, holder, field.element, &field, nullptr};
+        rows_[size_++] = {section, in_record, field.element, &field, nullptr};
       }
     }
     return *this;
   }
-  template <std::size_t N>
-  constexpr VariableList& Add(Section section, const LiveNode (&table)[N]) {
+  constexpr VariableList& Add(const LiveTable& table) {
     for (const LiveNode& live : table) {
-      rows_[size_++] = {section, Holder::kRecord, live.name, nullptr, &live};
+      rows_[size_++] = {table.section, false, live.name, nullptr, &live};
     }
     return *this;
   }
@@ -142,30 +137,19 @@ class VariableList {
 };
 
 consteval VariableList CollectVariables() {
-  return VariableList()
-      .Add(Section::kDevice, Holder::kRecord, settings::kDeviceFields)
-      .Add(Section::kDevice, Holder::kRecord, settings::kDeviceRules)
-      .Add(Section::kDevice, kLiveDevice)
-      .Add(Section::kVersion, Holder::kRecord, settings::kVersionFields)
-      .Add(Section::kUplink, Holder::kUplink, settings::kUplinkFields)
-      .Add(Section::kUplink, Holder::kRecord, settings::kUplinkRules)
-      .Add(Section::kDsl, Holder::kDsl, settings::kIspFields)
-      .Add(Section::kApn, Holder::kApn, settings::kIspFields)
-      .Add(Section::kSite, Holder::kSite, settings::kSiteFields)
-      .Add(Section::kSite, kLiveSite)
-      .Add(Section::kRadio, Holder::kRadio, settings::kWlanFields)
-      .Add(Section::kRadio, kLiveRadio)
-      .Add(Section::kAccess, Holder::kRadio, settings::kAccessFields)
-      .Add(Section::kRule, Holder::kRule, settings::kRuleFields)
-      .Add(Section::kService, Holder::kService, settings::kSafetyFields)
-      .Add(Section::kFirmware, kLiveFirmware)
-      .Add(Section::kSurvey, kLiveSurvey)
-      .Add(Section::kSurveySite, kLiveSurveySite);
+  VariableList list;
+  for (const settings::Section& row : settings::kSections) {
+    list.Add(row.id, false, row.fields).Add(row.id, true, row.rules);
+  }
+  for (const LiveTable& table : kLiveTables) {
+    list.Add(table);
+  }
+  return list;
 }
 
 inline constexpr std::array kVariables = CollectVariables().Sorted<CollectVariables().size()>();
 
-constexpr const Variable* FindVariable(Section section, TextView name) {
+constexpr const Variable* FindVariable(SectionId section, TextView name) {
   const Variable wanted{.section = section, .name = name};
   const auto* const found =
       std::lower_bound(kVariables.begin(), kVariables.end(), wanted, Precedes);

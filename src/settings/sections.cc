@@ -1,0 +1,158 @@
+#include "settings/sections.h"
+
+namespace kio::settings {
+
+RowText::RowText(platform::TextView text, int radio) : before(text) {
+  const std::size_t star = text.find('*');
+  if (star != platform::TextView::npos) {
+    before = {text.data(), star};
+    word = kRadioWords[radio];
+    after = text;
+    after.remove_prefix(star + 1);
+  }
+}
+
+SectionPath::SectionPath(SectionId section, int radio, const char* rest)
+    : SectionPath(RowText(RowOf(section).node, radio), rest) {}
+
+// Proofs.
+
+namespace {
+
+consteval bool SectionsAreInOrder() {
+  for (std::size_t i = 0; i < kSections.size(); ++i) {
+    if (static_cast<std::size_t>(kSections[i].id) != i ||
+        (static_cast<std::size_t>(kSections[i].parent) > i)) {
+      return false;
+    }
+  }
+  return kSections.size() == static_cast<std::size_t>(SectionId::kCount);
+}
+static_assert(SectionsAreInOrder());
+
+// Neither elements nor prefixes of sections side by side are the same; names are told apart by
+// their first three characters (variables/dispatch.cc).
+consteval bool SectionsAreTold() {
+  for (std::size_t i = 1; i < kSections.size(); ++i) {
+    for (std::size_t j = 1; j < i; ++j) {
+      const Section& a = kSections[i];
+      const Section& b = kSections[j];
+      if ((a.parent == b.parent || (IsTopmost(a) && IsTopmost(b))) &&
+          (a.element == b.element || a.name == b.name)) {
+        return false;
+      }
+    }
+  }
+  return true;
+}
+static_assert(SectionsAreTold());
+
+// A member of a section's structure that is no field: a path text or the bookkeeping of an
+// exchange.
+struct Bookkeeping {
+  SectionId section;
+  Member member;
+};
+
+constexpr Bookkeeping kBookkeeping[] = {
+    {SectionId::kDevice, KIO_MEMBER(RssXmlData, specName)},
+    {SectionId::kDevice, KIO_MEMBER(RssXmlData, specVer)},
+    {SectionId::kDevice, KIO_MEMBER(RssXmlData, devicePath)},
+    {SectionId::kDevice, KIO_MEMBER(RssXmlData, deviceRestart)},
+    {SectionId::kDevice, KIO_MEMBER(RssXmlData, roamingRestart)},
+    {SectionId::kDevice, KIO_MEMBER(RssXmlData, wlanSurveyRestart)},
+    {SectionId::kDevice, KIO_MEMBER(RssXmlData, saveflag)},
+    {SectionId::kDevice, KIO_MEMBER(RssXmlData, exeflag)},
+    {SectionId::kDevice, KIO_MEMBER(RssXmlData, pre_exeflag)},
+    {SectionId::kDevice, KIO_MEMBER(RssXmlData, exeWaitSec)},
+    {SectionId::kDevice, KIO_MEMBER(RssXmlData, setResult)},
+    {SectionId::kDevice, KIO_MEMBER(RssXmlData, setMsg)},
+    {SectionId::kDevice, KIO_MEMBER(RssXmlData, apCloningOnly)},
+    {SectionId::kDevice, KIO_MEMBER(RssXmlData, wlan24Feature)},
+    {SectionId::kDevice, KIO_MEMBER(RssXmlData, wlan5Feature)},
+    {SectionId::kUplink, KIO_MEMBER(RssUpLink, path)},
+    {SectionId::kUplink, KIO_MEMBER(RssUpLink, restart)},
+    {SectionId::kDsl, KIO_MEMBER(RssIsp, path)},
+    {SectionId::kApn, KIO_MEMBER(RssIsp, path)},
+    // The circuit is a DSL uplink's alone; the structure is the same.
+    {SectionId::kApn, KIO_MEMBER(RssIsp, vpi)},
+    {SectionId::kApn, KIO_MEMBER(RssIsp, vci)},
+    {SectionId::kApn, KIO_MEMBER(RssIsp, encapsulationMode)},
+    {SectionId::kApn, KIO_MEMBER(RssIsp, encapModeCode)},
+    {SectionId::kSite, KIO_MEMBER(RssExtenderSite, path)},
+    {SectionId::kRadio, KIO_MEMBER(RssWlan, configurable)},
+    {SectionId::kRadio, KIO_MEMBER(RssWlan, path)},
+    {SectionId::kRadio, KIO_MEMBER(RssWlan, restart)},
+    {SectionId::kAccess, KIO_MEMBER(RssWlan, accessControlPath)},
+    {SectionId::kRule, KIO_MEMBER(RssAcRule, path)},
+    {SectionId::kSafety, KIO_MEMBER(RssSafetyVyr, path)},
+    {SectionId::kSafety, KIO_MEMBER(RssSafetyVyr, restart)},
+};
+
+// Whether the rows of all sections and the bookkeeping tile the record: every byte that is not
+// alignment belongs to exactly one of them.
+class Coverage {
+ public:
+  constexpr Coverage& Add(std::size_t base, FieldTable table) {
+    for (const Field& field : table) {
+      is_sound_ = is_sound_ && IsSound(field);
+      Mark(base, field.member);
+      if (field.has_words()) {
+        Mark(base, field.code);
+      }
+    }
+    return *this;
+  }
+
+  // The sections of the record; the second radio and the other rules are laid out as the first.
+  constexpr Coverage& AddSections() {
+    for (const Section& row : kSections) {
+      is_sound_ = is_sound_ && HasUniqueElements(row.fields) && HasWholePairs(row.fields);
+      Add(row.offset, row.fields).Add(0, row.rules);
+    }
+    for (const Bookkeeping& row : kBookkeeping) {
+      Mark(RowOf(row.section).offset, row.member);
+    }
+    constexpr std::size_t kRules = offsetof(RssXmlData, wlan[0].acRule);
+    Repeat(kRules, sizeof(RssAcRule), kRuleCapacity);
+    Repeat(offsetof(RssXmlData, wlan), sizeof(RssWlan), kRadioCount);
+    return *this;
+  }
+
+  [[nodiscard]] constexpr bool IsComplete() const {
+    // Alignment is narrower than an integer and ends where one may begin.
+    std::size_t gap = 0;
+    for (std::size_t i = 0; i <= sizeof(RssXmlData); ++i) {
+      if (i < sizeof(RssXmlData) && !is_marked_[i]) {
+        ++gap;
+      } else if (gap > 0) {
+        if (gap >= alignof(int) || i % alignof(int) != 0) {
+          return false;
+        }
+        gap = 0;
+      }
+    }
+    return is_sound_;
+  }
+
+ private:
+  constexpr void Mark(std::size_t base, const Member& member) {
+    for (std::size_t i = base + member.offset; i < base + member.offset + member.size; ++i) {
+      is_sound_ = is_sound_ && !is_marked_[i];
+      is_marked_[i] = true;
+    }
+  }
+
+  constexpr void Repeat(std::size_t base, std::size_t size, std::size_t count) {
+    for (std::size_t i = base + size; i < base + count * size; ++i) {
+      is_marked_[i] = is_marked_[i - size];
+    }
+  }
+
+  std::array<bool, sizeof(RssXmlData)> is_marked_ = {};
+  bool is_sound_ = true;
+};
+static_assert(Coverage().Add(0, kFeatureFields).AddSections().IsComplete());
+
+}  // namespace
+}  // namespace kio::settings
