@@ -13,6 +13,7 @@
 #include <system_error>
 #include <vector>
 
+#include "core_dumps.h"
 #include "directories.h"
 #include "file_lock.h"
 #include "host.h"
@@ -233,6 +234,9 @@ int Main(int argc, char** argv) {
   if (options.command == Options::Command::kVersion) {
     return Report(Print(std::string("kiohost, libkioapp ") + starterLibVersion() +
                         ", settings document format " + rssSpecVersion() + "\n"));
+  }
+  if (!options.core_dumps && !ForbidCoreDumps()) {
+    PrintError("warning: the system does not let core dumps be forbidden");
   }
   // The store holds passwords, and the library's log may.
   umask(S_IRWXG | S_IRWXO);

@@ -35,6 +35,7 @@ change them over HTTP (docs/http.md).
   --name NAME        a further name by which browsers and apps reach the router (default router;
                      its addresses and localhost always count)
   --open             let everybody in without a login: for demonstrations only
+  --core-dumps       leave core dumps, which hold the password, to look for a fault
   --log-level N      the library's log: 4 failures, 5 events, 6 actions with whole documents and
                      their passwords, 7 everything (default 5)
   --dump[=NODE]      print the store, or a node and what is below it, as a profile; then exit
@@ -59,6 +60,7 @@ enum OptionId {
   kRealWaitsOption,
   kNameOption,
   kOpenOption,
+  kCoreDumpsOption,
   kLogLevelOption,
   kDumpOption,
   kGetOption,
@@ -79,6 +81,7 @@ constexpr option kOptions[] = {
     {"real-waits", no_argument, nullptr, kRealWaitsOption},
     {"name", required_argument, nullptr, kNameOption},
     {"open", no_argument, nullptr, kOpenOption},
+    {"core-dumps", no_argument, nullptr, kCoreDumpsOption},
     {"log-level", required_argument, nullptr, kLogLevelOption},
     {"dump", optional_argument, nullptr, kDumpOption},
     {"get", required_argument, nullptr, kGetOption},
@@ -175,6 +178,9 @@ Status ParseOption(int id, const char* word, Options* options) {
       return *optarg == '\0' ? UsageError("--name: an empty text") : Status();
     case kOpenOption:
       options->open = true;
+      return {};
+    case kCoreDumpsOption:
+      options->core_dumps = true;
       return {};
     case kHelpOption:
       options->command = Options::Command::kHelp;

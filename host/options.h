@@ -27,6 +27,7 @@ struct Options {
   bool shared_temp_dir = false;  // others may write to the directories
   bool real_waits = false;
   bool open = false;
+  bool core_dumps = false;
   std::vector<std::string> names = {"router"};  // the router's, in Host headers
 };
 

@@ -5,17 +5,28 @@
 set -eu
 umask 077
 
+# Prints the text of a node; an absent one counts as empty.
 node() {
-  # An absent node counts as empty.
   "$KIOHOST_PROGRAM" --store "$KIOHOST_STORE" --get "$1" || [ $? -eq 1 ]
+}
+
+# Prints a text as one line. Clients choose the settings: a control character, a line end above all,
+# could make a line that says something else, and becomes a "?". Those of the second kind have two
+# bytes in UTF-8.
+second_kind=$(printf '\302[\200-\237]')
+line() {
+  { printf '%s' "$1" | LC_ALL=C tr '\001-\037\177' '?' && printf '\n'; } |
+    LC_ALL=C sed "s/$second_kind/?/g"
 }
 
 state=$KIOHOST_STATE_DIR/device.state
 name=$(node /sys/friendlyname)
+router=$(node /sys/routerenbl)
+roaming=$(node /zentrolinks/easyroaminginfo)
 {
-  echo "name=$name"
-  echo "router=$(node /sys/routerenbl)"
-  echo "roaming=$(node /zentrolinks/easyroaminginfo)"
+  line "name=$name"
+  line "router=$router"
+  line "roaming=$roaming"
 } >"$state.new"
 mv "$state.new" "$state"
-echo "$(date '+%Y-%m-%dT%H:%M:%S') device: $name" >>"$KIOHOST_STATE_DIR/events.log"
+line "$(date '+%Y-%m-%dT%H:%M:%S') device: $name" >>"$KIOHOST_STATE_DIR/events.log"

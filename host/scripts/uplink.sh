@@ -4,33 +4,48 @@
 set -eu
 umask 077
 
+# Prints the text of a node; an absent one counts as empty.
 node() {
-  # An absent node counts as empty.
   "$KIOHOST_PROGRAM" --store "$KIOHOST_STORE" --get "$1" || [ $? -eq 1 ]
+}
+
+# Prints a text as one line. Clients choose the settings: a control character, a line end above all,
+# could make a line that says something else, and becomes a "?". Those of the second kind have two
+# bytes in UTF-8.
+second_kind=$(printf '\302[\200-\237]')
+line() {
+  { printf '%s' "$1" | LC_ALL=C tr '\001-\037\177' '?' && printf '\n'; } |
+    LC_ALL=C sed "s/$second_kind/?/g"
+}
+
+# Prints a line with a name and the text of a node.
+entry() {
+  text=$(node "$2")
+  line "$1=$text"
 }
 
 state=$KIOHOST_STATE_DIR/uplink.state
 hardware=$(node /uplink/hardwaretype)
 conntype=$(node /uplink/conntype)
 {
-  echo "hardware=$hardware"
-  echo "conntype=$conntype"
+  line "hardware=$hardware"
+  line "conntype=$conntype"
   case $conntype in
     Static)
-      echo "ip=$(node /uplink/ip)"
-      echo "netmask=$(node /uplink/netmask)"
-      echo "gateway=$(node /uplink/gateway)"
-      echo "dns=$(node /uplink/dns)"
+      entry ip /uplink/ip
+      entry netmask /uplink/netmask
+      entry gateway /uplink/gateway
+      entry dns /uplink/dns
       ;;
     PPPoE | PPPoA)
-      echo "loginusername=$(node /uplink/loginusername)"
+      entry loginusername /uplink/loginusername
       ;;
   esac
   case $hardware in
-    ADSL | VDSL) echo "isp=$(node /uplink/dsl/ispname)" ;;
-    WWanAPN) echo "isp=$(node /uplink/apn/ispname)" ;;
-    WWan802.11) echo "network=$(node /uplink/extendersite/wirelessname)" ;;
+    ADSL | VDSL) entry isp /uplink/dsl/ispname ;;
+    WWanAPN) entry isp /uplink/apn/ispname ;;
+    WWan802.11) entry network /uplink/extendersite/wirelessname ;;
   esac
 } >"$state.new"
 mv "$state.new" "$state"
-echo "$(date '+%Y-%m-%dT%H:%M:%S') uplink: $hardware, $conntype" >>"$KIOHOST_STATE_DIR/events.log"
+line "$(date '+%Y-%m-%dT%H:%M:%S') uplink: $hardware, $conntype" >>"$KIOHOST_STATE_DIR/events.log"

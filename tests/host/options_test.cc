@@ -33,6 +33,7 @@ TEST(OptionsTest, HaveSafeDefaults) {
   EXPECT_FALSE(options.factory_reset);
   EXPECT_FALSE(options.open);
   EXPECT_FALSE(options.shared_temp_dir);
+  EXPECT_FALSE(options.core_dumps);
   EXPECT_THAT(options.names, ElementsAre("router"));
 }
 
@@ -58,7 +59,8 @@ TEST(OptionsTest, AreAllUnderstood) {
                      "--open",
                      "--name",
                      "kio.lan",
-                     "--shared-temp-dir"},
+                     "--shared-temp-dir",
+                     "--core-dumps"},
                     &options)
                   .ok());
   EXPECT_EQ(options.store, "s.db");
@@ -73,6 +75,7 @@ TEST(OptionsTest, AreAllUnderstood) {
   EXPECT_EQ(options.log_level, 7);
   EXPECT_TRUE(options.open);
   EXPECT_TRUE(options.shared_temp_dir);
+  EXPECT_TRUE(options.core_dumps);
   EXPECT_THAT(options.names, ElementsAre("router", "kio.lan"));
 }
 
