@@ -58,7 +58,8 @@ class EndTest : public ::testing::TestWithParam<bool> {
 };
 
 TEST_P(EndTest, NeedleAtTheEnd) {
-  for (const std::size_t needle_size : {1U, 2U, 3U, 5U, 8U, 9U, 16U, 17U, 40U}) {
+  for (const std::size_t needle_size :
+       {1U, 2U, 3U, 5U, 8U, 9U, 16U, 17U, 40U, 191U, 192U, 193U, 194U, 400U}) {
     const std::string needle = std::string(needle_size - 1, 'q') + "Z";
     const Guarded guarded_needle(needle);
     for (const std::size_t before : Sizes()) {
