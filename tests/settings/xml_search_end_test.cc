@@ -224,6 +224,11 @@ TEST_P(EndTest, ElementsBehindABlock) {
       ASSERT_EQ(reader.Leave("qz"), length >= whole) << size << " " << length;
       settings::ItemReader items(block, "qz");
       ASSERT_EQ(items.Next().text != nullptr, length >= whole) << size << " " << length;
+      if (length > 8) {
+        const Block items_alone{memory.get() + 8, block.length - 8, block.text_end};
+        settings::ItemReader in_order(items_alone, "qz");
+        ASSERT_EQ(in_order.Next().text != nullptr, length >= whole) << size << " " << length;
+      }
     }
   }
 }
