@@ -1,9 +1,12 @@
 #include "platform/file.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+
+#include "kioapp/platform.h"
 
 namespace kio::platform {
 
@@ -45,3 +48,12 @@ void WriteAll(const FileDescriptor& file, const char* data, std::size_t size) {
 bool FileExists(const char* path) { return access(path, F_OK) == 0; }
 
 }  // namespace kio::platform
+
+unsigned int getFileSize(const char* path) {
+  constexpr unsigned int kUnknownSize = 0xFFFFFFFF;
+  struct stat status = {};
+  if (path == nullptr || stat(path, &status) != 0) {
+    return kUnknownSize;
+  }
+  return static_cast<unsigned int>(status.st_size);
+}

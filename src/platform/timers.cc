@@ -1,6 +1,4 @@
-// Timer records, version texts and the size of a file.
-#include <sys/stat.h>
-
+// Timer records.
 #include <cstdlib>
 
 #include "kioapp/platform.h"
@@ -40,17 +38,4 @@ void add_timer(KioTimer* timer) {
     // Quirk "timer-without-ticks-fires-at-once": before add_timer returns.
     timer->callback(timer->arg);
   }
-}
-
-const char* starterLibVersion(void) { return "b1.2.3a"; }
-
-const char* rssSpecVersion(void) { return "1.1"; }
-
-unsigned int getFileSize(const char* path) {
-  constexpr unsigned int kUnknownSize = 0xFFFFFFFF;
-  struct stat status = {};
-  if (path == nullptr || stat(path, &status) != 0) {
-    return kUnknownSize;
-  }
-  return static_cast<unsigned int>(status.st_size);
 }

@@ -4,6 +4,7 @@
 #include "platform/log.h"
 #include "platform/store.h"
 #include "settings/apply_fields.h"
+#include "settings/apply_wlan.h"
 #include "settings/record.h"
 #include "settings/survey.h"
 
@@ -110,36 +111,6 @@ bool ApplyRecord() {
 }
 
 }  // namespace
-
-int ApplyFields(FieldTable table, Group group, void* section, StorePath& nodes) {
-  int changed = 0;
-  for (const Field& field : table) {
-    if (field.group == group && field.write == Write::kIfDifferent) {
-      changed |= ApplyField(field, section, nodes.Node(field.node));
-    }
-  }
-  return changed;
-}
-
-int ApplyFields(SectionId section, Group group) {
-  SectionPath nodes(section);
-  return ApplyFields(RowOf(section).fields, group, StructureOf({section}), nodes);
-}
-
-bool RequestSiteSurvey() {
-  SectionPath nodes(SectionId::kSite);
-  const char* const survey = nodes.Node(RowOf(kSiteFields, "Survey").node);
-  if (platform::ReadStoreInt(survey) == 1) {
-    return false;
-  }
-  platform::WriteStoreInt(survey, 1);
-  StorePath cloned(kClonedSiteNode);
-  if (!platform::StoreText(cloned.Node("/wirelesstype")).empty()) {
-    platform::DeleteStoreNode(kClonedSiteNode);
-  }
-  return true;
-}
-
 }  // namespace kio::settings
 
 int Apply_RssXmlToDevice(void) {

@@ -41,9 +41,6 @@ bool ApplySwitch(int value, const char* path, int highest_lock, Flag& changed) {
   return too_large == 0;
 }
 
-// Writes what differs of the radios. Returns false for a refused change, which is then reported.
-bool ApplyRadios();
-
 }  // namespace kio::settings
 
 #endif

@@ -1,4 +1,4 @@
-// Applying radios.
+#include "settings/apply_wlan.h"
 
 #include "kioapp/settings.h"
 #include "platform/store.h"

@@ -4,6 +4,8 @@
 #include "kioapp/xml.h"
 #include "platform/log.h"
 #include "settings/parse_fields.h"
+#include "settings/parse_uplink.h"
+#include "settings/parse_wlan.h"
 #include "settings/step.h"
 #include "settings/xml_values.h"
 

@@ -22,13 +22,6 @@ bool ParseFields(FieldTable table, Group group, BlockReader& block, const char* 
 // Notes that the parser of a section was entered.
 void LogSection(SectionId section, const char* parent_path);
 
-// The sections. Each returns false for a missing element, which is then reported.
-bool ParseUplink(const char* parent_path, const Block& device);
-bool ParseProvider(const char* parent_path, const Block& block, RssIsp& isp,
-                   platform::TextView key);
-bool ParseSite(const char* parent_path, const Block& block, RssExtenderSite& site);
-bool ParseRadio(const char* parent_path, const Block& device, int radio);
-
 }  // namespace kio::settings
 
 #endif

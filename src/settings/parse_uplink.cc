@@ -1,4 +1,4 @@
-// Reading the uplink of a settings document.
+#include "settings/parse_uplink.h"
 
 #include "kioapp/settings.h"
 #include "settings/parse_fields.h"

@@ -1,4 +1,4 @@
-// Reading the radios of a settings document.
+#include "settings/parse_wlan.h"
 
 #include <cstring>
 

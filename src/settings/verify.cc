@@ -6,6 +6,7 @@
 #include "platform/log.h"
 #include "settings/step.h"
 #include "settings/verify_fields.h"
+#include "settings/verify_wlan.h"
 
 namespace kio::settings {
 namespace {

@@ -5,6 +5,7 @@
 #include "kioapp/settings.h"
 #include "kioapp/text.h"
 #include "kioapp/validate.h"
+#include "settings/verify_wlan.h"
 
 namespace kio::settings {
 namespace {

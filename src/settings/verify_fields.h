@@ -26,19 +26,8 @@ bool VerifyFields(FieldTable table, const Checked& checked);
 // The same for one group of the table.
 bool VerifyFields(FieldTable table, Group group, const Checked& checked);
 
-// Checks that only radios know; each returns a result code, 0 for a valid value.
-int CheckEncryptionType(const RssWlan& wlan);
-int CheckRadioKey(const RssWlan& wlan);
-int CheckChannel(RssWlan& wlan);
-
-// Whether a channel is one of the radio's list.
-bool IsListedChannel(const RssWlan& wlan, const char* channel);
-
 // Checks a text by a rule and leaves the result in errno as well.
 int CheckRule(const char* text, const char* rule);
-
-// Checks the radios that the device has and lets be changed.
-bool VerifyRadios();
 
 }  // namespace kio::settings
 

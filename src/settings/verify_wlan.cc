@@ -1,4 +1,4 @@
-// Verifying radios.
+#include "settings/verify_wlan.h"
 
 #include <cstdint>
 

@@ -1,4 +1,4 @@
-// Actions: variables that do something with the record.
+#include "variables/actions.h"
 
 #include <unistd.h>
 
@@ -9,7 +9,6 @@
 #include "platform/log.h"
 #include "settings/keywords.h"
 #include "settings/survey.h"
-#include "variables/place.h"
 
 namespace kio::variables {
 namespace {

@@ -1,10 +1,12 @@
-// From a name to the one who serves it.
+// Routes a variable name to its handler.
 
 #include "kioapp/variables.h"
 #include "platform/log.h"
 #include "platform/store.h"
 #include "settings/record.h"
-#include "variables/place.h"
+#include "variables/actions.h"
+#include "variables/field_variables.h"
+#include "variables/live_variables.h"
 
 namespace kio::variables {
 namespace {

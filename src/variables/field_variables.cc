@@ -1,12 +1,11 @@
-// Variables of the record: checked, stored and read as their field's row says.
+#include "variables/field_variables.h"
 
 #include "kioapp/text.h"
 #include "kioapp/validate.h"
 #include "kioapp/xml.h"
 #include "platform/log.h"
 #include "settings/record.h"
-#include "settings/verify_fields.h"
-#include "variables/place.h"
+#include "settings/verify_wlan.h"
 
 namespace kio::variables {
 namespace {

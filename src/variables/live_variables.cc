@@ -1,8 +1,7 @@
-// Variables that are read from the store each time.
+#include "variables/live_variables.h"
 
 #include "platform/store.h"
 #include "platform/text_functions.h"
-#include "variables/place.h"
 
 namespace kio::variables {
 namespace {

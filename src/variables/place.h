@@ -35,13 +35,6 @@ void AppendPath(platform::TextBuffer& path, const Variable& variable, const Plac
 // The structure that holds the variable's field.
 void* HolderOf(const Variable& variable, const Place& place);
 
-// Serve a variable of the record, or one that is read from the store.
-unsigned int ServeField(const Variable& variable, const Place& place, const Request& request);
-unsigned int ServeLive(const Variable& variable, const Place& place, const Request& request);
-
-// Runs an action; KIOAPP_VAR_REFUSED when there is none of that name.
-unsigned int RunAction(TextView name, const Request& request);
-
 }  // namespace kio::variables
 
 #endif

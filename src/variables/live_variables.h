@@ -1,0 +1,14 @@
+// Variables that are read from the store each time.
+#ifndef KIO_VARIABLES_LIVE_VARIABLES_H
+#define KIO_VARIABLES_LIVE_VARIABLES_H
+
+#include "variables/place.h"
+
+namespace kio::variables {
+
+// Serves a variable that is read from the store.
+unsigned int ServeLive(const Variable& variable, const Place& place, const Request& request);
+
+}  // namespace kio::variables
+
+#endif
