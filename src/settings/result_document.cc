@@ -3,40 +3,24 @@
 #include "kioapp/settings.h"
 #include "platform/command.h"
 #include "platform/log.h"
-#include "platform/shell_text.h"
 #include "platform/text.h"
+#include "settings/echo.h"
 #include "settings/element_path.h"
 
 namespace kio::settings {
 namespace {
 
-using platform::RunCommand;
 using platform::TextBuffer;
 using platform::TextView;
 
 // Quirk "commands-of-127": with a long directory a command loses its end.
 constexpr std::size_t kCommandSize = 128;
 
-// echo 'BEFORE MESSAGE AFTER' REDIRECTION PATH, cut to 127 characters.
+// Quirk "echo-interprets-backslashes": those in the message are left to the shell.
 int Echo(TextView before, TextView message, TextView after, TextView redirection, TextView path) {
-  char line[kCommandSize];
-  TextBuffer command(line);
-  command.Append("echo '").Append(before);
-  const std::size_t begin = command.size();
-  command.Append(message);
-  const std::size_t end = command.size();
-  command.Append(after).Append("' ").Append(redirection).Append(' ').Append(path);
-  // A client may choose the message: each quote in it is taken out of the shell's quotes and put
-  // back escaped. This comes after the cut, so that no cut can fall inside an escape.
-  // Quirk "quotes-escaped-after-the-cut": the command may be longer than 127 characters.
-  char quoted_line[kCommandSize * 4];
-  TextBuffer quoted(quoted_line);
-  quoted.Append(TextView(line, begin));
-  // Quirk "echo-interprets-backslashes": those in the message are left to the shell.
-  platform::AppendShellText(quoted, platform::ShellQuotes::kSingle,
-                            TextView(line + begin, end - begin));
-  quoted.Append(TextView(line + end, command.size() - end));
-  return RunCommand(quoted.c_str());
+  EchoCommand<kCommandSize> echo;
+  echo.text().Append(before).Append(message).Append(after);
+  return platform::RunCommand(echo.To(redirection, path, ""));
 }
 
 int WriteResultDocument(TextView path, int code, TextView message, int wait_seconds) {

@@ -2,9 +2,9 @@
 #include "kioapp/settings.h"
 #include "platform/command.h"
 #include "platform/log.h"
-#include "platform/shell_text.h"
 #include "platform/store.h"
 #include "platform/text.h"
+#include "settings/echo.h"
 
 namespace kio::settings {
 namespace {
@@ -29,33 +29,23 @@ int write_TmpXmlFile(const char* fileName, const char* tag, const char* value, i
     // The node is spelled so (docs/quirks.md).
     kio::platform::ReadStoreText("/zentrolinks/tempdirecory", rssXmlData.tmpPath);
   }
-  char line[kio::settings::kCommandSize];
-  TextBuffer command(line);
-  command.Append("echo '");
-  const std::size_t begin = command.size();
+  kio::settings::EchoCommand<kio::settings::kCommandSize> echo;
+  TextBuffer& text = echo.text();
+  const TextView redirection = g_start_new_file != 0 ? ">" : ">>";
   if (g_start_new_file != 0) {
-    command.Append("<?xml version=\"1.0\" ?><root>");
+    text.Append("<?xml version=\"1.0\" ?><root>");
   }
-  command.Append('<').Append(tag).Append('>').Append(value);
-  command.Append("</").Append(tag).Append('>').Append(closing != 0 ? "</root>" : "");
-  const std::size_t end = command.size();
-  command.Append("' ").Append(g_start_new_file != 0 ? ">" : ">>").Append(' ');
-  command.Append(rssXmlData.tmpPath).Append('/').Append(fileName);
+  text.Append('<').Append(tag).Append('>').Append(value);
+  text.Append("</").Append(tag).Append('>').Append(closing != 0 ? "</root>" : "");
   // Quirk "closing-starts-a-new-file": whichever file that was.
   g_start_new_file = closing;
 
-  // What stands inside the quotes stays there. This comes after the cut, so that no cut can fall
-  // inside an escape: the command may be longer than 255 characters, as those of the result
-  // document may be longer than theirs.
-  char quoted_line[kio::settings::kCommandSize * 4];
-  TextBuffer quoted(quoted_line);
-  quoted.Append(TextView(line, begin));
-  kio::platform::AppendShellText(quoted, kio::platform::ShellQuotes::kSingle,
-                                 TextView(line + begin, end - begin));
-  quoted.Append(TextView(line + end, command.size() - end));
+  char path[sizeof(rssXmlData.tmpPath) + 1];
+  TextBuffer(path).Append(rssXmlData.tmpPath).Append('/');
+  const char* const command = echo.To(redirection, path, fileName);
   kio::platform::LogName("write_TmpXmlFile");
-  KIO_LOG(kio::platform::kLogDetail, "%s\n", quoted.c_str());
-  return kio::platform::RunCommand(quoted.c_str());
+  KIO_LOG(kio::platform::kLogDetail, "%s\n", command);
+  return kio::platform::RunCommand(command);
 }
 
 int write_ResultXmlFile(const char* fileName, const char* tag, const char* value) {

@@ -1,0 +1,51 @@
+// The shell commands that write documents, a line each.
+#ifndef KIO_SETTINGS_ECHO_H
+#define KIO_SETTINGS_ECHO_H
+
+#include <cstddef>
+
+#include "platform/shell_text.h"
+#include "platform/text.h"
+
+namespace kio::settings {
+
+// echo 'TEXT' REDIRECTION PATH, cut to kSize - 1 characters.
+template <std::size_t kSize>
+class EchoCommand {
+ public:
+  EchoCommand() : command_(&line_[0], sizeof(line_)) { command_.Append(kEcho); }
+  EchoCommand(const EchoCommand&) = delete;
+  EchoCommand& operator=(const EchoCommand&) = delete;
+
+  // What is written; to be appended to before `To`.
+  platform::TextBuffer& text() { return command_; }
+
+  // Ends the text and returns the command, until the object ends.
+  //
+  // Others may choose the text: each quote in it is taken out of the shell's quotes and put back
+  // escaped. This comes after the cut, so that no cut can fall inside an escape.
+  // Quirk "quotes-escaped-after-the-cut": the command may be longer than its size says.
+  const char* To(platform::TextView redirection, platform::TextView directory,
+                 platform::TextView file) {
+    const std::size_t end = command_.size();
+    command_.Append("' ").Append(redirection).Append(' ').Append(directory).Append(file);
+    const platform::TextView line = command_.view();
+    platform::TextBuffer quoted(quoted_);
+    quoted.Append(kEcho);
+    platform::AppendShellText(quoted, platform::ShellQuotes::kSingle,
+                              {line.data() + kEcho.size(), end - kEcho.size()});
+    quoted.Append({line.data() + end, line.size() - end});
+    return quoted_;
+  }
+
+ private:
+  static constexpr platform::TextView kEcho = "echo '";
+
+  char line_[kSize];
+  char quoted_[kSize * 4];
+  platform::TextBuffer command_;  // over the line, so declared after it
+};
+
+}  // namespace kio::settings
+
+#endif
