@@ -122,8 +122,11 @@ DocumentElement FieldElement(const Step& step, const Field& field) {
   DocumentElement element;
   const std::string prefix = step.prefix != nullptr ? step.prefix : ElementPrefix(place);
   element.path = ForAll(prefix + Text(field.element));
-  element.is_required = field.optional != settings::Optional::kAlways;
   element.when = step.when;
+  element.is_required = field.optional != settings::Optional::kAlways;
+  if (field.optional == settings::Optional::kWhileCloning) {
+    element.when = Joined({element.when, "may be missing in cloning mode"}, "; ");
+  }
   const bool is_text = field.member.type == settings::Member::Type::kText;
   element.type = is_text ? "text" : "integer";
   element.range = RangeOf(field, place);

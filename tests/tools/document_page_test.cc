@@ -237,6 +237,23 @@ TEST_P(DocumentPageTest, ZeroInConfigurableLeavesTheBlockAlone) {
   EXPECT_EQ(blocks, 4);
 }
 
+// Of what a document must hold otherwise, cloning can do without what says so.
+TEST_P(DocumentPageTest, CloningNeedsNotWhatIsListedSo) {
+  const std::string listed = "may be missing in cloning mode";
+  for (const DocumentElement& element : ListDocumentElements(GetParam().kind)) {
+    if (element.field != nullptr && element.when.find("not in cloning mode") == std::string::npos &&
+        element.path.find("UpLinkConnection/") == std::string::npos &&
+        element.path.find("ExtenderSite/") == std::string::npos) {
+      const std::string path = ForRadios(element.path).front();
+      Document document = GetParam().documents.front();
+      test::ParseCloning(document.Remove(path));
+      EXPECT_EQ(rssXmlData.setResult != KIOAPP_RESULT_MISSING_ELEMENT,
+                element.when.find(listed) != std::string::npos)
+          << path;
+    }
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Versions, DocumentPageTest, ::testing::Values(Version11(), Version10()));
 
 // The parts of the page between "```xml" and "```".
