@@ -4,23 +4,50 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstring>
 #include <limits>
+
+#include "framing.h"
 
 namespace kiohost {
 
-HttpRequest::HttpRequest(MHD_Connection* connection, std::string_view target)
-    : connection_(connection),
-      nul_in_path_(target.substr(0, target.find('?')).find("%00") != std::string_view::npos) {}
+namespace {
 
-void HttpRequest::Judge(const Router& router, std::string_view method, std::string_view path) {
-  view_.emplace(connection_, method, path);
+MHD_Result AddLine(void* lines, MHD_ValueKind /*kind*/, const char* name, size_t name_length,
+                   const char* value, size_t value_length) {
+  static_cast<HeaderLines*>(lines)->emplace_back(
+      std::string_view(name, name_length),
+      value == nullptr ? std::string_view() : std::string_view(value, value_length));
+  return MHD_YES;
+}
+
+Reply BadRequest(const std::string& reason) { return ErrorReply(MHD_HTTP_BAD_REQUEST, reason); }
+
+}  // namespace
+
+HttpRequest::HttpRequest(MHD_Connection* connection, const char* target)
+    : connection_(connection),
+      target_end_(target + std::strlen(target)),
+      target_(ParseTarget(std::string_view(target, target_end_))) {}
+
+void HttpRequest::Judge(const Router& router, const char* method, const char* version) {
+  std::optional<Reply> malformed = JudgeForm(version);
+  view_.emplace(connection_, method, std::move(target_));
+  if (malformed) {
+    is_malformed_ = true;
+    Refuse(std::move(*malformed));
+    return;
+  }
   if (std::optional<Reply> refusal = router.JudgeAtGates(*view_)) {
     Refuse(std::move(*refusal));
     return;
   }
-  if (nul_in_path_) {
-    // The server gives the path up to there; it may be that of something else.
-    Refuse(ErrorReply(MHD_HTTP_BAD_REQUEST, "the path holds a NUL byte"));
+  if (view_->target().nul_in_path) {
+    Refuse(BadRequest("the path holds a NUL byte"));
+    return;
+  }
+  if (view_->method() == MHD_HTTP_METHOD_OPTIONS) {
+    Refuse(router.DescribeMethods(*view_));
     return;
   }
   Reply no_route;
@@ -36,7 +63,27 @@ void HttpRequest::Judge(const Router& router, std::string_view method, std::stri
   }
 }
 
+// What the HTTP server lets pass although it is not well-formed. To be asked before the gates: what
+// they look at may be ambiguous.
+std::optional<Reply> HttpRequest::JudgeForm(const char* version) const {
+  // The version stands behind the target and a blank, or else the target has a NUL byte in it.
+  if (target_end_ + 1 != version) {
+    return BadRequest("the request line holds a NUL byte");
+  }
+  if (target_.too_many_arguments) {
+    return BadRequest("a query has at most " + std::to_string(RequestTarget::kMostArguments) +
+                      " parameters");
+  }
+  HeaderLines lines;
+  MHD_get_connection_values_n(connection_, MHD_HEADER_KIND, AddLine, &lines);
+  const std::optional<std::string> fault = FramingFault(version, lines);
+  return fault ? std::optional(BadRequest(*fault)) : std::nullopt;
+}
+
 bool HttpRequest::RefusedAtOnce() const {
+  if (is_malformed_) {
+    return true;  // where its body ends is not certain
+  }
   // A client that asks before it sends its body, or that has announced more than will be read.
   const std::string expect(view_->Header(MHD_HTTP_HEADER_EXPECT).value_or(""));
   return refusal_ &&
@@ -61,9 +108,9 @@ void HttpRequest::EndBody() {
   ended_ = true;
   const std::string noun = route_->body.noun;
   if (body_.empty() && route_->body.need == BodyRule::Need::kFilled) {
-    Refuse(ErrorReply(MHD_HTTP_BAD_REQUEST, "the " + noun + " is missing"));
+    Refuse(BadRequest("the " + noun + " is missing"));
   } else if (body_.find('\0') != std::string::npos) {
-    Refuse(ErrorReply(MHD_HTTP_BAD_REQUEST, "the " + noun + " holds a NUL byte"));
+    Refuse(BadRequest("the " + noun + " holds a NUL byte"));
   } else {
     view_->set_body(std::move(body_));
   }

@@ -23,10 +23,10 @@ class HttpRequest {
   static constexpr size_t kMaxRefusedBody = size_t{1024} * 1024;
 
   // `target` is the target of the request line as it was sent.
-  HttpRequest(MHD_Connection* connection, std::string_view target);
+  HttpRequest(MHD_Connection* connection, const char* target);
 
-  // Judges the request by its head.
-  void Judge(const Router& router, std::string_view method, std::string_view path);
+  // Judges the request by its head. `version` is that of the request line, in the memory of it.
+  void Judge(const Router& router, const char* method, const char* version);
   bool judged() const { return view_.has_value(); }
 
   MHD_Connection* connection() const { return connection_; }
@@ -35,10 +35,11 @@ class HttpRequest {
   const RequestView& view() const { return *view_; }
   const Route* route() const { return route_; }
 
-  // Why the request is refused; nothing as long as it is not.
+  // Why the request is refused, or else its answer when the head alone decides it; nothing as long
+  // as the request is to be run.
   const std::optional<Reply>& refusal() const { return refusal_; }
 
-  // Whether the refusal must be sent without reading the body.
+  // Whether the refusal must be sent without reading the body. The connection then ends.
   bool RefusedAtOnce() const;
 
   // Adds a piece of the body. Returns false when the connection is to be cut.
@@ -46,6 +47,9 @@ class HttpRequest {
 
   // Judges the whole body. Calls after the first, when the request has waited, do nothing.
   void EndBody();
+
+  // Whether it is not run when its client has gone before its turn.
+  bool IsDroppedWithoutClient() const { return route_ != nullptr && route_->takes_turn; }
 
   void set_follow_up(FollowUp follow_up) { follow_up_ = std::move(follow_up); }
   FollowUp TakeFollowUp() { return std::exchange(follow_up_, {}); }
@@ -56,10 +60,14 @@ class HttpRequest {
   size_t DeclaredLength() const;
   Reply TooLarge() const;
 
+  std::optional<Reply> JudgeForm(const char* version) const;
+
   MHD_Connection* connection_;
-  bool nul_in_path_;
+  const char* target_end_;
+  RequestTarget target_;
   std::optional<RequestView> view_;
   const Route* route_ = nullptr;
+  bool is_malformed_ = false;
   std::optional<Reply> refusal_;
   std::string body_;
   size_t received_ = 0;

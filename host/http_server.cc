@@ -1,76 +1,108 @@
 #include "http_server.h"
 
+#include <fcntl.h>
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <cstring>
 #include <utility>
+
+#include "peer_address.h"
 
 namespace kiohost {
 namespace {
 
-constexpr unsigned int kMaxConnections = 64;
-constexpr unsigned int kIdleSeconds = 10;
+using std::chrono::ceil;
+using std::chrono::milliseconds;
 
-MHD_Result Send(MHD_Connection* connection, const Reply& reply) {
-  // The buffer is copied, so that it is never written through this pointer.
-  MHD_Response* response = MHD_create_response_from_buffer(
-      reply.body.size(), const_cast<char*>(reply.body.data()), MHD_RESPMEM_MUST_COPY);
-  if (response == nullptr) {
-    return MHD_NO;
-  }
-  MHD_add_response_header(response, MHD_HTTP_HEADER_CONTENT_TYPE, reply.content_type.c_str());
-  // What a browser gets is taken for nothing else than it is said to be, and kept nowhere.
-  MHD_add_response_header(response, "X-Content-Type-Options", "nosniff");
-  MHD_add_response_header(response, MHD_HTTP_HEADER_CACHE_CONTROL, "no-store");
-  for (const auto& [name, value] : reply.headers) {
-    MHD_add_response_header(response, name.c_str(), value.c_str());
-  }
-  const MHD_Result queued = MHD_queue_response(connection, reply.status, response);
-  MHD_destroy_response(response);
-  return queued;
+Reply TooSlow(const char* what) {
+  return ErrorReply(MHD_HTTP_REQUEST_TIMEOUT, std::string("the ") + what + " came too slowly");
+}
+
+// Says the last word on a socket; what the client does not take at once is lost.
+void Say(int socket, const Reply& reply) {
+  const std::string text = LastWord(reply);
+  [[maybe_unused]] const ssize_t sent =
+      send(socket, text.data(), text.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
 }
 
 }  // namespace
 
 Status HttpServer::Start(FileDescriptor listener) {
   stopping_ = false;
+  // Without the turbo the server ends the sending side itself, before the last word could be said.
   daemon_.reset(MHD_start_daemon(
-      MHD_ALLOW_SUSPEND_RESUME, 0, nullptr, nullptr, OnRequest, this, MHD_OPTION_LISTEN_SOCKET,
-      listener.get(), MHD_OPTION_CONNECTION_LIMIT, kMaxConnections, MHD_OPTION_CONNECTION_TIMEOUT,
-      kIdleSeconds, MHD_OPTION_URI_LOG_CALLBACK, OnRequestLine, this, MHD_OPTION_NOTIFY_COMPLETED,
-      OnCompleted, this, MHD_OPTION_SIGPIPE_HANDLED_BY_APP, 1, MHD_OPTION_END));
+      MHD_ALLOW_SUSPEND_RESUME | MHD_USE_NO_LISTEN_SOCKET | MHD_USE_TURBO, 0, nullptr, nullptr,
+      OnRequest, this, MHD_OPTION_CONNECTION_LIMIT, static_cast<unsigned int>(kMostConnections),
+      MHD_OPTION_PER_IP_CONNECTION_LIMIT, static_cast<unsigned int>(kMostOfAnAddress),
+      MHD_OPTION_NOTIFY_CONNECTION, OnConnection, this, MHD_OPTION_URI_LOG_CALLBACK, OnRequestLine,
+      this, MHD_OPTION_NOTIFY_COMPLETED, OnCompleted, this, MHD_OPTION_SIGPIPE_HANDLED_BY_APP, 1,
+      MHD_OPTION_END));
   if (daemon_ == nullptr) {
     return {ExitCode::kNetwork, "the HTTP server could not be started"};
   }
-  listener.Release();
+  acceptor_.Listen(std::move(listener));
   return {};
 }
 
 void HttpServer::Stop() {
   stopping_ = true;
+  acceptor_.Listen(FileDescriptor());
   // A daemon must not be stopped while connections of its are suspended.
   for (HttpRequest* request : turns_.waiting()) {
     MHD_resume_connection(request->connection());
   }
   daemon_.reset();
+  farewells_.Clear();
+  busy_since_.reset();
 }
 
 void HttpServer::AddDescriptors(fd_set* read_set, fd_set* write_set, fd_set* except_set,
                                 int* max_fd) {
+  if (busy_since_) {
+    ForgiveWait(Clock::now() - *std::exchange(busy_since_, std::nullopt));
+  }
   MHD_get_fdset2(daemon_.get(), read_set, write_set, except_set, max_fd, FD_SETSIZE);
+  acceptor_.AddDescriptor(read_set, max_fd);
+  farewells_.AddDescriptors(read_set, max_fd);
 }
 
 std::optional<long> HttpServer::MillisecondsToWait() const {
-  if (resumed_) {
+  MHD_UNSIGNED_LONG_LONG pending = 0;
+  if (resumed_ || MHD_get_timeout(daemon_.get(), &pending) == MHD_YES) {
     return 0;
   }
-  MHD_UNSIGNED_LONG_LONG milliseconds = 0;
-  if (MHD_get_timeout(daemon_.get(), &milliseconds) != MHD_YES) {
+  constexpr auto kNever = Clock::time_point::max();
+  Clock::time_point next = std::min(acceptor_.Deadline().value_or(kNever),  //
+                                    farewells_.Deadline().value_or(kNever));
+  for (const auto& connection : connections_) {
+    next = std::min(next, connection->pace().Deadline());
+  }
+  if (next == kNever) {
     return std::nullopt;
   }
-  return static_cast<long>(milliseconds);
+  return std::max<long>(0, ceil<milliseconds>(next - Clock::now()).count());
 }
 
 void HttpServer::Run(const fd_set& read_set, const fd_set& write_set, const fd_set& except_set) {
+  const Clock::time_point now = Clock::now();
+  busy_since_ = now;
   resumed_ = false;
-  MHD_run_from_select(daemon_.get(), &read_set, &write_set, &except_set);
+  for (const auto& connection : connections_) {
+    if (connection->pace().phase() == Pace::Phase::kIdle &&
+        FD_ISSET(connection->socket(), &read_set)) {
+      connection->pace().Enter(Pace::Phase::kHead, now);
+    }
+  }
+  ResumeWhoseClientsAreGone();
+  // The server closes a connection whose socket has an exceptional condition.
+  fd_set cut = except_set;
+  CutSlowOnes(&cut, now);
+  MHD_run_from_select(daemon_.get(), &read_set, &write_set, &cut);
+  if (acceptor_.IsReady(read_set, now)) {
+    Accept(now);
+  }
+  farewells_.Run(read_set, now);
 }
 
 std::optional<FollowUp> HttpServer::TakeFollowUp() {
@@ -82,49 +114,103 @@ void HttpServer::EndTurn() {
   finished_.reset();
 }
 
-void* HttpServer::OnRequestLine(void* /*self*/, const char* target, MHD_Connection* connection) {
-  return new HttpRequest(connection, target);  // `OnCompleted` takes it back
+void HttpServer::OnConnection(void* self, MHD_Connection* handle, void** context,
+                              MHD_ConnectionNotificationCode code) {
+  auto* server = static_cast<HttpServer*>(self);
+  if (code == MHD_CONNECTION_NOTIFY_STARTED) {
+    server->connections_.push_back(std::make_unique<Connection>(handle, Clock::now()));
+    *context = server->connections_.back().get();
+    return;
+  }
+  auto* connection = static_cast<Connection*>(*context);
+  server->Part(connection);
+  std::erase_if(server->connections_,
+                [connection](const auto& owned) { return owned.get() == connection; });
 }
 
-MHD_Result HttpServer::OnRequest(void* self, MHD_Connection* connection, const char* url,
-                                 const char* method, const char* /*version*/,
-                                 const char* upload_data, size_t* upload_data_size,
-                                 void** request) {
+void* HttpServer::OnRequestLine(void* /*self*/, const char* target, MHD_Connection* handle) {
+  Connection::Of(handle)->Begin(target, Clock::now());
+  // The request has its own copy of the query. The server would take it apart into the memory of
+  // the connection, and loses its way when that does not suffice. The line is the server's to
+  // change, which it is about to do.
+  if (const char* query = std::strchr(target, '?'); query != nullptr) {
+    const_cast<char*>(query)[1] = '\0';
+  }
+  return nullptr;
+}
+
+MHD_Result HttpServer::OnRequest(void* self, MHD_Connection* handle, const char* /*url*/,
+                                 const char* method, const char* version, const char* upload_data,
+                                 size_t* upload_data_size, void** /*request*/) {
   auto* server = static_cast<HttpServer*>(self);
-  auto* current = static_cast<HttpRequest*>(*request);
-  if (!current->judged()) {
-    current->Judge(*server->router_, method, url);
-    return current->RefusedAtOnce() ? Send(connection, *current->refusal()) : MHD_YES;
+  Connection* connection = Connection::Of(handle);
+  HttpRequest* request = connection->request();
+  if (!request->judged()) {
+    connection->pace().Enter(Pace::Phase::kBody, Clock::now());
+    request->Judge(*server->router_, method, version);
+    return request->RefusedAtOnce() ? server->Send(connection, *request->refusal()) : MHD_YES;
   }
   if (*upload_data_size > 0) {
     const std::string_view piece(upload_data, *upload_data_size);
+    connection->pace().Add(static_cast<int64_t>(*upload_data_size), Clock::now());
     *upload_data_size = 0;
-    return current->AddBody(piece) ? MHD_YES : MHD_NO;
+    if (!request->AddBody(piece)) {
+      connection->set_parting(*request->refusal());
+      return MHD_NO;
+    }
+    return MHD_YES;
   }
-  current->EndBody();
-  return server->Answer(current);
+  request->EndBody();
+  return server->Answer(connection);
 }
 
-void HttpServer::OnCompleted(void* self, MHD_Connection* /*connection*/, void** request,
-                             MHD_RequestTerminationCode /*reason*/) {
-  std::unique_ptr<HttpRequest> completed(static_cast<HttpRequest*>(*request));
-  *request = nullptr;
-  if (completed != nullptr) {
-    static_cast<HttpServer*>(self)->Finish(std::move(completed));
+void HttpServer::OnCompleted(void* self, MHD_Connection* handle, void** /*request*/,
+                             MHD_RequestTerminationCode reason) {
+  Connection* connection = Connection::Of(handle);
+  std::unique_ptr<HttpRequest> request = connection->TakeRequest();
+  if (reason == MHD_REQUEST_TERMINATED_COMPLETED_OK) {
+    connection->EndAnswer(Clock::now());
+  }
+  if (request != nullptr) {
+    static_cast<HttpServer*>(self)->Finish(std::move(request));
   }
 }
 
-MHD_Result HttpServer::Answer(HttpRequest* request) {
+MHD_Result HttpServer::Answer(Connection* connection) {
+  HttpRequest* request = connection->request();
   if (request->refusal()) {
-    return Send(request->connection(), *request->refusal());
+    return Send(connection, *request->refusal());
+  }
+  if (request->IsDroppedWithoutClient() && connection->IsClientGone()) {
+    return MHD_NO;
   }
   if (!HasItsTurn(request)) {
-    MHD_suspend_connection(request->connection());
+    connection->pace().Enter(Pace::Phase::kWaits, Clock::now());
+    MHD_suspend_connection(connection->handle());
     return MHD_YES;
   }
   Reply reply = request->route()->handle(request->view());
   request->set_follow_up(std::move(reply.follow_up));
-  return Send(request->connection(), reply);
+  return Send(connection, reply);
+}
+
+MHD_Result HttpServer::Send(Connection* connection, const Reply& reply) {
+  connection->BeginAnswer(Clock::now());
+  // The buffer is copied, so that it is never written through this pointer.
+  MHD_Response* response = MHD_create_response_from_buffer(
+      reply.body.size(), const_cast<char*>(reply.body.data()), MHD_RESPMEM_MUST_COPY);
+  if (response == nullptr) {
+    return MHD_NO;
+  }
+  for (const auto& [name, value] : AllHeaders(reply)) {
+    MHD_add_response_header(response, name.c_str(), value.c_str());
+  }
+  if (connection->request()->RefusedAtOnce()) {
+    MHD_add_response_header(response, MHD_HTTP_HEADER_CONNECTION, "close");
+  }
+  const MHD_Result queued = MHD_queue_response(connection->handle(), reply.status, response);
+  MHD_destroy_response(response);
+  return queued;
 }
 
 bool HttpServer::HasItsTurn(HttpRequest* request) {
@@ -148,6 +234,141 @@ void HttpServer::Leave(HttpRequest* request) {
   if (next != nullptr && !stopping_) {
     MHD_resume_connection(next->connection());
     resumed_ = true;
+  }
+}
+
+// They are dropped as soon as they run.
+void HttpServer::ResumeWhoseClientsAreGone() {
+  for (HttpRequest* request : turns_.waiting()) {
+    if (Connection::Of(request->connection())->IsClientGone()) {
+      MHD_resume_connection(request->connection());
+    }
+  }
+}
+
+// While the host ran a slow command, it looked at nothing that came. What it takes to serve many
+// clients is forgiven nobody: some of them may be there to keep it busy.
+void HttpServer::ForgiveWait(Clock::duration busy) {
+  if (busy < std::chrono::seconds(1)) {
+    return;
+  }
+  for (const auto& connection : connections_) {
+    connection->pace().Forgive(busy);
+  }
+}
+
+void HttpServer::CutSlowOnes(fd_set* cut, Clock::time_point now) {
+  for (const auto& connection : connections_) {
+    if (connection->pace().phase() == Pace::Phase::kAnswer) {
+      connection->NoteProgress(now);
+    }
+    if (connection->pace().Deadline() > now) {
+      continue;
+    }
+    if (connection->pace().phase() == Pace::Phase::kHead) {
+      connection->set_parting(TooSlow("head of the request"));
+    } else if (connection->pace().phase() == Pace::Phase::kBody) {
+      connection->set_parting(TooSlow("body of the request"));
+    }
+    connection->Abandon();
+    FD_SET(connection->socket(), cut);
+  }
+}
+
+void HttpServer::Accept(Clock::time_point now) {
+  // What they have sent is read before more are taken, so that it is known which of them have left
+  // already and make room.
+  constexpr int kAtOnce = 8;
+  for (int i = 0; i < kAtOnce; ++i) {
+    int error = 0;
+    std::optional<Acceptor::Incoming> incoming = acceptor_.Next(&error);
+    if (incoming) {
+      Admit(std::move(*incoming), now);
+      continue;
+    }
+    if (error != 0 && !farewells_.CloseOldest() && !CloseUselessOne(nullptr)) {
+      acceptor_.Pause(error, now);
+    }
+    return;
+  }
+}
+
+void HttpServer::Admit(Acceptor::Incoming incoming, Clock::time_point now) {
+  if (!MakeRoom(AddressText(incoming.generic()))) {
+    Reply reply = ErrorReply(MHD_HTTP_SERVICE_UNAVAILABLE,
+                             "there are too many connections, of this address or in all");
+    reply.headers.emplace_back(MHD_HTTP_HEADER_RETRY_AFTER,
+                               std::to_string(Pace::kHeadTime.count()));
+    Say(incoming.socket.get(), reply);
+    farewells_.Take(std::move(incoming.socket), now);
+    return;
+  }
+  MHD_add_connection(daemon_.get(), incoming.socket.Release(), incoming.generic(), incoming.length);
+}
+
+bool HttpServer::MakeRoom(const std::string& address) {
+  while (CountOf(address) >= kMostOfAnAddress) {
+    if (!CloseUselessOne(&address)) {
+      return false;
+    }
+  }
+  while (connections_.size() >= kMostConnections) {
+    if (!CloseUselessOne(nullptr)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+size_t HttpServer::CountOf(const std::string& address) const {
+  return static_cast<size_t>(
+      std::count_if(connections_.begin(), connections_.end(),
+                    [&address](const auto& owned) { return owned->address() == address; }));
+}
+
+// Closes the one, of an address when that is given, that has been useless for the longest time.
+bool HttpServer::CloseUselessOne(const std::string* address) {
+  Connection* found = nullptr;
+  for (const auto& owned : connections_) {
+    const bool is_older = found == nullptr || owned->pace().since() < found->pace().since();
+    if ((address == nullptr || owned->address() == *address) && is_older && owned->IsUseless()) {
+      found = owned.get();
+    }
+  }
+  if (found != nullptr) {
+    found->Abandon();
+    Close(found);
+  }
+  return found != nullptr;
+}
+
+void HttpServer::Close(Connection* connection) {
+  const MHD_ConnectionInfo* info =
+      MHD_get_connection_info(connection->handle(), MHD_CONNECTION_INFO_CONNECTION_SUSPENDED);
+  if (info->suspended == MHD_YES) {
+    MHD_resume_connection(connection->handle());
+  }
+  fd_set none;
+  FD_ZERO(&none);
+  fd_set cut = none;
+  FD_SET(connection->socket(), &cut);
+  MHD_run_from_select(daemon_.get(), &none, &none, &cut);
+}
+
+// Says what is left to say on a connection that the server is about to close.
+void HttpServer::Part(Connection* connection) {
+  if (const std::unique_ptr<HttpRequest> request = connection->TakeRequest()) {
+    Leave(request.get());
+  }
+  if (stopping_ || connection->IsClientGone()) {
+    return;
+  }
+  const std::optional<Reply> parting = connection->Parting();
+  if (parting) {
+    Say(connection->socket(), *parting);
+  }
+  if (parting || !connection->is_abandoned()) {
+    farewells_.Take(FileDescriptor(fcntl(connection->socket(), F_DUPFD_CLOEXEC, 0)), Clock::now());
   }
 }
 

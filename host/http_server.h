@@ -8,9 +8,14 @@
 #include <memory>
 #include <optional>
 #include <string_view>
+#include <vector>
 
+#include "acceptor.h"
+#include "connection.h"
+#include "farewells.h"
 #include "http_request.h"
 #include "listener.h"
+#include "pace.h"
 #include "reply.h"
 #include "router.h"
 #include "status.h"
@@ -20,6 +25,9 @@ namespace kiohost {
 
 class HttpServer {
  public:
+  static constexpr size_t kMostConnections = 64;
+  static constexpr size_t kMostOfAnAddress = 16;
+
   explicit HttpServer(const Router* router) : router_(router) {}
   ~HttpServer() { Stop(); }
   HttpServer(const HttpServer&) = delete;
@@ -47,28 +55,53 @@ class HttpServer {
   void EndTurn();
 
  private:
-  static void* OnRequestLine(void* self, const char* target, MHD_Connection* connection);
-  static MHD_Result OnRequest(void* self, MHD_Connection* connection, const char* url,
+  using Clock = Pace::Clock;
+
+  static void OnConnection(void* self, MHD_Connection* handle, void** context,
+                           MHD_ConnectionNotificationCode code);
+  static void* OnRequestLine(void* self, const char* target, MHD_Connection* handle);
+  static MHD_Result OnRequest(void* self, MHD_Connection* handle, const char* url,
                               const char* method, const char* version, const char* upload_data,
                               size_t* upload_data_size, void** request);
-  static void OnCompleted(void* self, MHD_Connection* connection, void** request,
+  static void OnCompleted(void* self, MHD_Connection* handle, void** request,
                           MHD_RequestTerminationCode reason);
 
-  MHD_Result Answer(HttpRequest* request);
+  // Answers a whole request, or lets it wait.
+  MHD_Result Answer(Connection* connection);
+  MHD_Result Send(Connection* connection, const Reply& reply);
   bool HasItsTurn(HttpRequest* request);
   void Finish(std::unique_ptr<HttpRequest> request);
   void Leave(HttpRequest* request);
+
+  void ResumeWhoseClientsAreGone();
+  void ForgiveWait(Clock::duration busy);
+  void CutSlowOnes(fd_set* cut, Clock::time_point now);
+
+  // Takes new connections. Beyond a limit one that nobody needs is closed for a new one, or else
+  // the new one is refused.
+  void Accept(Clock::time_point now);
+  void Admit(Acceptor::Incoming incoming, Clock::time_point now);
+  bool MakeRoom(const std::string& address);
+  size_t CountOf(const std::string& address) const;
+  bool CloseUselessOne(const std::string* address);
+  void Close(Connection* connection);
+  void Part(Connection* connection);
 
   struct DaemonStopper {
     void operator()(MHD_Daemon* daemon) const { MHD_stop_daemon(daemon); }
   };
 
   const Router* router_;
+  Acceptor acceptor_;
   std::unique_ptr<MHD_Daemon, DaemonStopper> daemon_;
+  std::vector<std::unique_ptr<Connection>> connections_;  // in the order of their coming
+  Farewells farewells_;
   Turns<HttpRequest*> turns_;
   bool stopping_ = false;
   // A connection was resumed, which shows neither in the descriptors nor in the time to wait.
   bool resumed_ = false;
+  // Since when the host has served, and not waited for its clients.
+  std::optional<Clock::time_point> busy_since_;
   // The request that was delivered and keeps its turn until its follow-up has run.
   std::unique_ptr<HttpRequest> finished_;
   std::optional<FollowUp> follow_up_;

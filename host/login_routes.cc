@@ -8,7 +8,7 @@ namespace kiohost {
 namespace {
 
 bool IsOpenToAll(const RequestView& request) {
-  return (request.method() == MHD_HTTP_METHOD_GET && request.path() == "/device") ||
+  return (request.IsGet() && request.path() == "/device") ||
          (request.method() == MHD_HTTP_METHOD_POST && request.path() == "/login");
 }
 

@@ -33,6 +33,12 @@ struct Reply {
 // A reply of one line that says what is wrong.
 Reply ErrorReply(unsigned int status, const std::string& reason);
 
+// All headers that the host chooses, those of every answer among them.
+std::vector<std::pair<std::string, std::string>> AllHeaders(const Reply& reply);
+
+// The bytes of a reply with which the host itself ends a connection, past the HTTP server.
+std::string LastWord(const Reply& reply);
+
 }  // namespace kiohost
 
 #endif  // HOST_REPLY_H

@@ -1,5 +1,6 @@
 #include "request_view.h"
 
+#include <strings.h>
 #include <sys/socket.h>
 
 #include <cstring>
@@ -8,22 +9,28 @@
 
 namespace kiohost {
 
-std::optional<std::string_view> RequestView::Lookup(MHD_ValueKind kind, const char* name) const {
+std::string_view RequestView::host() const {
+  return target_.authority ? std::string_view(*target_.authority)
+                           : Header(MHD_HTTP_HEADER_HOST).value_or("");
+}
+
+std::optional<std::string_view> RequestView::Header(const char* name) const {
   const char* value = nullptr;
   size_t length = 0;
-  if (MHD_lookup_connection_value_n(connection_, kind, name, std::strlen(name), &value, &length) !=
-      MHD_YES) {
+  if (MHD_lookup_connection_value_n(connection_, MHD_HEADER_KIND, name, std::strlen(name), &value,
+                                    &length) != MHD_YES) {
     return std::nullopt;
   }
   return value == nullptr ? std::string_view() : std::string_view(value, length);
 }
 
-std::optional<std::string_view> RequestView::Header(const char* name) const {
-  return Lookup(MHD_HEADER_KIND, name);
-}
-
 std::optional<std::string_view> RequestView::Argument(const char* name) const {
-  return Lookup(MHD_GET_ARGUMENT_KIND, name);
+  for (const auto& [argument, value] : target_.arguments) {
+    if (strcasecmp(argument.c_str(), name) == 0) {
+      return value;
+    }
+  }
+  return std::nullopt;
 }
 
 std::string RequestView::peer_address() const {

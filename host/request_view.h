@@ -9,21 +9,31 @@
 #include <string_view>
 #include <utility>
 
+#include "request_target.h"
+
 namespace kiohost {
 
 class RequestView {
  public:
-  // `path` is the target without its query, percent-decoded.
-  RequestView(MHD_Connection* connection, std::string_view method, std::string_view path)
-      : connection_(connection), method_(method), path_(path) {}
+  RequestView(MHD_Connection* connection, std::string_view method, RequestTarget target)
+      : connection_(connection), method_(method), target_(std::move(target)) {}
 
   const std::string& method() const { return method_; }
-  const std::string& path() const { return path_; }
+  const std::string& path() const { return target_.path; }
+  const RequestTarget& target() const { return target_; }
+
+  // Reads nothing but the head: as HEAD is GET without the body of the answer, it counts as GET.
+  bool IsGet() const { return method_ == MHD_HTTP_METHOD_GET || method_ == MHD_HTTP_METHOD_HEAD; }
+
+  // The host and port that the request is meant for: those of a target in absolute form, or else
+  // the Host header; empty when there is neither.
+  std::string_view host() const;
 
   // What stands in the path where the pattern of the route has its '*'.
   const std::string& name() const { return name_; }
 
-  // The first header or query parameter of that name; a parameter without a value is empty.
+  // The first header or query parameter of that name, whose case does not count; a parameter
+  // without a value is empty.
   std::optional<std::string_view> Header(const char* name) const;
   std::optional<std::string_view> Argument(const char* name) const;
 
@@ -39,11 +49,9 @@ class RequestView {
   void set_body(std::string body) { body_ = std::move(body); }
 
  private:
-  std::optional<std::string_view> Lookup(MHD_ValueKind kind, const char* name) const;
-
   MHD_Connection* connection_;
   std::string method_;
-  std::string path_;
+  RequestTarget target_;
   std::string name_;
   std::string body_;
 };

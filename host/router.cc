@@ -37,13 +37,6 @@ void AddOnce(std::vector<std::string>* words, std::string word) {
 
 }  // namespace
 
-Reply ErrorReply(unsigned int status, const std::string& reason) {
-  Reply reply;
-  reply.status = status;
-  reply.body = reason + "\n";
-  return reply;
-}
-
 std::optional<Reply> Router::JudgeAtGates(const RequestView& request) const {
   for (const Gate& gate : gates_) {
     if (std::optional<Reply> refusal = gate(request)) {
@@ -60,13 +53,30 @@ const Route* Router::Find(RequestView* request, Reply* refusal) const {
     return nullptr;
   }
   request->set_name(Match(*pattern, request->path()).value_or(""));
+  const std::string method = request->IsGet() ? MHD_HTTP_METHOD_GET : request->method();
   for (const Route& route : routes_) {
-    if (route.pattern == *pattern && route.method == request->method()) {
+    if (route.pattern == *pattern && route.method == method) {
       return &route;
     }
   }
   *refusal = MethodNotAllowed(*pattern);
   return nullptr;
+}
+
+Reply Router::DescribeMethods(const RequestView& request) const {
+  const std::string* pattern = nullptr;
+  if (!request.target().is_server) {
+    pattern = FindPattern(request.path());
+    if (pattern == nullptr) {
+      return NoSuchResource();
+    }
+  }
+  std::vector<std::string> methods = Methods(pattern);
+  methods.emplace_back(MHD_HTTP_METHOD_OPTIONS);
+  Reply reply;
+  reply.status = MHD_HTTP_NO_CONTENT;
+  reply.headers.emplace_back(MHD_HTTP_HEADER_ALLOW, Join(methods, ", "));
+  return reply;
 }
 
 const std::string* Router::FindPattern(std::string_view path) const {
@@ -90,13 +100,21 @@ Reply Router::NoSuchResource() const {
   return ErrorReply(MHD_HTTP_NOT_FOUND, "there is only " + Join(roots, " and "));
 }
 
-Reply Router::MethodNotAllowed(const std::string& pattern) const {
+std::vector<std::string> Router::Methods(const std::string* pattern) const {
   std::vector<std::string> methods;
   for (const Route& route : routes_) {
-    if (route.pattern == pattern) {
+    if (pattern == nullptr || route.pattern == *pattern) {
       AddOnce(&methods, route.method);
+      if (route.method == MHD_HTTP_METHOD_GET) {
+        AddOnce(&methods, MHD_HTTP_METHOD_HEAD);
+      }
     }
   }
+  return methods;
+}
+
+Reply Router::MethodNotAllowed(const std::string& pattern) const {
+  const std::vector<std::string> methods = Methods(&pattern);
   Reply reply = ErrorReply(MHD_HTTP_METHOD_NOT_ALLOWED,
                            pattern + " takes " + Join(methods, " and ") + " only");
   reply.headers.emplace_back(MHD_HTTP_HEADER_ALLOW, Join(methods, ", "));

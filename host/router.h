@@ -61,8 +61,14 @@ class Router {
   // The route of a request, whose name it sets; or null and why there is none.
   const Route* Find(RequestView* request, Reply* refusal) const;
 
+  // The answer to OPTIONS: the methods of a resource, or of all resources when the target is the
+  // server.
+  Reply DescribeMethods(const RequestView& request) const;
+
  private:
   const std::string* FindPattern(std::string_view path) const;
+  // Those of a pattern, or of all without one. HEAD is there where GET is.
+  std::vector<std::string> Methods(const std::string* pattern) const;
   Reply NoSuchResource() const;
   Reply MethodNotAllowed(const std::string& pattern) const;
 

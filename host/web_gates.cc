@@ -23,27 +23,21 @@ bool IsPort(std::string_view text) {
          std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
-bool ChangesNothing(const RequestView& request) {
-  return request.method() == MHD_HTTP_METHOD_GET || request.method() == MHD_HTTP_METHOD_HEAD;
-}
-
 std::optional<Reply> JudgeHost(const RequestView& request, Store* store,
                                const std::vector<std::string>& names) {
-  const std::string_view host = request.Header(MHD_HTTP_HEADER_HOST).value_or("");
   const std::vector<std::string> addresses = {
       request.local_address(), AddressText(std::string_view(store->Get(kLanIpNode).value_or("")))};
-  if (NamesRouter(host, addresses, names)) {
+  if (NamesRouter(request.host(), addresses, names)) {
     return std::nullopt;
   }
   return ErrorReply(MHD_HTTP_MISDIRECTED_REQUEST, "this is not the host that the request names");
 }
 
-// To be asked behind JudgeHost: the Host header names the router.
+// To be asked behind JudgeHost: the host of the request is the router.
 std::optional<Reply> JudgeOrigin(const RequestView& request) {
   const std::optional<std::string_view> origin = request.Header(MHD_HTTP_HEADER_ORIGIN);
-  const std::string own =
-      "http://" + std::string(request.Header(MHD_HTTP_HEADER_HOST).value_or(""));
-  if (ChangesNothing(request) || !origin || IsSameText(*origin, own)) {
+  const std::string own = "http://" + std::string(request.host());
+  if (request.IsGet() || !origin || IsSameText(*origin, own)) {
     return std::nullopt;
   }
   return ErrorReply(MHD_HTTP_FORBIDDEN, "pages of another origin change nothing here");

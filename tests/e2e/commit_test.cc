@@ -25,14 +25,6 @@ std::string NewUplink(const std::string& address) {
   return With(FactoryDocument(), "UpLinkConnection", StaticUplink(address));
 }
 
-size_t Count(const std::string& text, const std::string& part) {
-  size_t count = 0;
-  for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
-    ++count;
-  }
-  return count;
-}
-
 TEST(CommitTest, RunsOnlyAfterTheAnswerWasSent) {
   HostProcess host;
   host.UseScript("uplink.sh", kSlowScript);

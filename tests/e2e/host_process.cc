@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <map>
 #include <sstream>
 
@@ -70,6 +71,14 @@ std::string ReadFile(const std::string& file) {
   std::ostringstream text;
   text << stream.rdbuf();
   return text.str();
+}
+
+size_t Count(const std::string& text, const std::string& part) {
+  size_t count = 0;
+  for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+    ++count;
+  }
+  return count;
 }
 
 std::string ProfileWith(const std::vector<std::string>& lines) {
@@ -162,6 +171,35 @@ std::string HostProcess::Errors() const { return ReadFile(dir_.File("err")); }
 
 bool HostProcess::WaitForOutput(const std::string& text) const {
   return WaitFor([&] { return Output().find(text) != std::string::npos; });
+}
+
+long HostProcess::ProcessorTime() const {
+  constexpr int kUserTimeColumn = 14;
+  constexpr long kPerSecond = 1000;
+  std::istringstream stat(ReadFile("/proc/" + std::to_string(pid_) + "/stat"));
+  std::string word;
+  for (int column = 1; column < kUserTimeColumn; ++column) {
+    stat >> word;
+  }
+  long user = 0;
+  long system = 0;
+  stat >> user >> system;
+  return (user + system) * kPerSecond / sysconf(_SC_CLK_TCK);
+}
+
+long HostProcess::PrivateMemory() const {
+  constexpr long kBytesPerKiB = 1024;
+  std::istringstream statm(ReadFile("/proc/" + std::to_string(pid_) + "/statm"));
+  long size = 0;
+  long resident = 0;
+  long shared = 0;
+  statm >> size >> resident >> shared;
+  return (resident - shared) * (sysconf(_SC_PAGESIZE) / kBytesPerKiB);
+}
+
+size_t HostProcess::Descriptors() const {
+  const std::filesystem::directory_iterator open("/proc/" + std::to_string(pid_) + "/fd");
+  return static_cast<size_t>(std::distance(begin(open), end(open)));
 }
 
 std::string HostProcess::Dump() const {

@@ -42,6 +42,9 @@ std::string ProfileWith(const std::vector<std::string>& lines);
 void WriteFile(const std::string& file, const std::string& content);
 std::string ReadFile(const std::string& file);
 
+// How often a text holds another.
+size_t Count(const std::string& text, const std::string& part);
+
 // A host that serves on a free loopback port, with the store, the temporary directory and the
 // scripts in `dir()`. It is killed, if it still runs, when it goes out of scope.
 class HostProcess {
@@ -83,6 +86,12 @@ class HostProcess {
 
   // Waits some seconds for a text in the output.
   bool WaitForOutput(const std::string& text) const;
+
+  // The processor time that the host has taken, in milliseconds; its memory that no other process
+  // shares, in KiB; and its open descriptors.
+  long ProcessorTime() const;
+  long PrivateMemory() const;
+  size_t Descriptors() const;
 
   // The store as a profile, read by another kiohost. The nodes of the directories are left out.
   std::string Dump() const;

@@ -73,7 +73,7 @@ bool Connection::Send(const std::string& bytes) {
   return true;
 }
 
-HttpResponse Connection::Read() {
+HttpResponse Connection::ReadHead() {
   size_t head_end = 0;
   while ((head_end = received_.find(kHeadEnd)) == std::string::npos) {
     if (!ReadMore()) {
@@ -84,15 +84,20 @@ HttpResponse Connection::Read() {
   response.head = received_.substr(0, head_end + 2);
   const size_t blank = response.head.find(' ');
   response.status = blank == std::string::npos ? 0 : ToNumber<int>(response.head.substr(blank));
-  const size_t body = head_end + sizeof kHeadEnd - 1;
+  received_.erase(0, head_end + sizeof kHeadEnd - 1);
+  return response;
+}
+
+HttpResponse Connection::Read() {
+  HttpResponse response = ReadHead();
   const auto length = ToNumber<size_t>(response.Header("Content-Length"));
-  while (received_.size() < body + length) {
+  while (received_.size() < length) {
     if (!ReadMore()) {
       return {};
     }
   }
-  response.body = received_.substr(body, length);
-  received_.erase(0, body + length);
+  response.body = received_.substr(0, length);
+  received_.erase(0, length);
   return response;
 }
 

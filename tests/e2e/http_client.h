@@ -29,6 +29,9 @@ class Connection {
   // Reads one answer with a Content-Length.
   HttpResponse Read();
 
+  // Reads the head of an answer.
+  HttpResponse ReadHead();
+
   // Waits for up to `seconds` for the other side to close; returns whether it did.
   bool WaitForClose(int seconds);
 

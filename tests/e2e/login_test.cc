@@ -142,6 +142,22 @@ TEST_F(LoginTest, EveryRouteIsRefusedWithoutLogin) {
   EXPECT_EQ(host_.Dump(), before);
 }
 
+TEST_F(LoginTest, HeadIsOpenWhereGetIs) {
+  const auto head = [this](const std::string& path) {
+    Connection connection(host_.port());
+    EXPECT_TRUE(connection.Send(Head("HEAD", path) + "\r\n"));
+    return connection.ReadHead().status;
+  };
+  EXPECT_EQ(head("/device"), 200);
+  for (const char* const path : {"/vars", "/vars/rss_DeviceName", "/result", "/login", "/nothing"}) {
+    EXPECT_EQ(head(path), 401) << path;
+  }
+  // A target in absolute form is the same resource.
+  EXPECT_EQ(Status("GET", "http://127.0.0.1/device"), 200);
+  EXPECT_EQ(Status("GET", "http://127.0.0.1/vars"), 401);
+  EXPECT_EQ(Status("OPTIONS", "http://127.0.0.1"), 401);
+}
+
 TEST_F(LoginTest, RefusalsSayHowToLogIn) {
   const HttpResponse response = Send(Head("GET", "/vars") + "\r\n");
   EXPECT_EQ(response.status, 401);

@@ -256,8 +256,8 @@ TEST_F(VariablesTest, NoNameReachesAShell) {
 
 TEST_F(VariablesTest, OtherMethodsAreNotAllowed) {
   Start();
-  EXPECT_EQ(Put(host_.port(), "/vars", "x").Header("Allow"), "GET, POST, DELETE");
-  EXPECT_EQ(Post(host_.port(), "/vars/rss_DeviceName", "x").Header("Allow"), "GET, PUT");
+  EXPECT_EQ(Put(host_.port(), "/vars", "x").Header("Allow"), "GET, HEAD, POST, DELETE");
+  EXPECT_EQ(Post(host_.port(), "/vars/rss_DeviceName", "x").Header("Allow"), "GET, HEAD, PUT");
   EXPECT_EQ(Get(host_.port(), "/vars/rss_DeviceName/validate").Header("Allow"), "POST");
   const HttpResponse action = Get(host_.port(), "/actions/CommitRssVars");
   EXPECT_EQ(action.status, 405);

@@ -15,7 +15,7 @@ using ::testing::Pair;
 
 // No request of these tests asks its connection for anything.
 RequestView Request(const std::string& method, const std::string& path) {
-  return {nullptr, method, path};
+  return {nullptr, method, ParseTarget(path)};
 }
 
 class RouterTest : public ::testing::Test {
@@ -88,13 +88,35 @@ TEST_F(RouterTest, AResourceMayHaveSeveralMethods) {
   Add("/vars/*", "DELETE");
   EXPECT_EQ(Serve("GET", "/vars/a"), "GET /vars/* a");
   EXPECT_EQ(Serve("PUT", "/vars/a"), "PUT /vars/* a");
-  EXPECT_EQ(Serve("POST", "/other"), "405 /other takes GET only\n");
+  EXPECT_EQ(Serve("POST", "/other"), "405 /other takes GET and HEAD only\n");
   RequestView request = Request("POST", "/vars/a");
   Reply refusal;
   EXPECT_EQ(router_.Find(&request, &refusal), nullptr);
   EXPECT_EQ(refusal.status, 405U);
-  EXPECT_EQ(refusal.body, "/vars/* takes GET, PUT and DELETE only\n");
-  EXPECT_THAT(refusal.headers, ElementsAre(Pair("Allow", "GET, PUT, DELETE")));
+  EXPECT_EQ(refusal.body, "/vars/* takes GET, HEAD, PUT and DELETE only\n");
+  EXPECT_THAT(refusal.headers, ElementsAre(Pair("Allow", "GET, HEAD, PUT, DELETE")));
+}
+
+TEST_F(RouterTest, HeadIsServedWhereGetIs) {
+  Add("/one", "GET");
+  Add("/two", "POST");
+  EXPECT_EQ(Serve("HEAD", "/one"), "GET /one ");
+  EXPECT_EQ(Serve("HEAD", "/two"), "405 /two takes POST only\n");
+}
+
+TEST_F(RouterTest, OptionsNamesTheMethods) {
+  Add("/vars/*", "GET");
+  Add("/vars/*", "PUT");
+  Add("/other", "POST");
+  const auto allow = [this](const char* target) {
+    const Reply reply = router_.DescribeMethods(Request("OPTIONS", target));
+    return std::to_string(reply.status) + " " +
+           (reply.headers.empty() ? reply.body : reply.headers.front().second);
+  };
+  EXPECT_EQ(allow("/vars/a"), "204 GET, HEAD, PUT, OPTIONS");
+  EXPECT_EQ(allow("/other"), "204 POST, OPTIONS");
+  EXPECT_EQ(allow("*"), "204 GET, HEAD, PUT, POST, OPTIONS");
+  EXPECT_EQ(allow("/none"), "404 there is only /vars and /other\n");
 }
 
 TEST_F(RouterTest, TheResourcesAreNamedOnce) {

@@ -1,0 +1,103 @@
+#include "connection.h"
+
+#include <linux/sockios.h>
+#include <linux/tcp.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+
+#include <utility>
+
+#include "peer_address.h"
+
+namespace kiohost {
+namespace {
+
+int SocketOf(MHD_Connection* handle) {
+  return MHD_get_connection_info(handle, MHD_CONNECTION_INFO_CONNECTION_FD)->connect_fd;
+}
+
+std::string AddressOf(MHD_Connection* handle) {
+  return AddressText(
+      MHD_get_connection_info(handle, MHD_CONNECTION_INFO_CLIENT_ADDRESS)->client_addr);
+}
+
+}  // namespace
+
+Connection::Connection(MHD_Connection* handle, Pace::Clock::time_point now)
+    : handle_(handle),
+      socket_(SocketOf(handle)),
+      address_(AddressOf(handle)),
+      pace_(now),
+      sent_before_(BytesSent()) {}
+
+Connection* Connection::Of(MHD_Connection* handle) {
+  return static_cast<Connection*>(
+      MHD_get_connection_info(handle, MHD_CONNECTION_INFO_SOCKET_CONTEXT)->socket_context);
+}
+
+void Connection::Begin(const char* target, Pace::Clock::time_point now) {
+  // The line may have come together with the request before it.
+  if (pace_.phase() == Pace::Phase::kIdle) {
+    pace_.Enter(Pace::Phase::kHead, now);
+  }
+  request_ = std::make_unique<HttpRequest>(handle_, target);
+}
+
+void Connection::BeginAnswer(Pace::Clock::time_point now) {
+  pace_.Enter(Pace::Phase::kAnswer, now);
+  read_ = BytesRead();
+}
+
+void Connection::EndAnswer(Pace::Clock::time_point now) {
+  pace_.Enter(Pace::Phase::kIdle, now);
+  sent_before_ = BytesSent();
+}
+
+void Connection::NoteProgress(Pace::Clock::time_point now) {
+  const int64_t read = BytesRead();
+  pace_.Add(read - std::exchange(read_, read), now);
+}
+
+bool Connection::IsClientGone() const {
+  pollfd look = {socket_, POLLRDHUP, 0};
+  return poll(&look, 1, 0) == 1;
+}
+
+bool Connection::IsUseless() const {
+  if (pace_.phase() == Pace::Phase::kIdle) {
+    char byte = 0;
+    return recv(socket_, &byte, 1, MSG_PEEK | MSG_DONTWAIT) <= 0;
+  }
+  return request_ != nullptr && request_->IsDroppedWithoutClient() && IsClientGone();
+}
+
+std::optional<Reply> Connection::Parting() const {
+  if (parting_) {
+    return parting_;
+  }
+  const bool is_unanswered =
+      pace_.phase() == Pace::Phase::kHead || pace_.phase() == Pace::Phase::kBody;
+  // The HTTP server may have said itself what is wrong.
+  if (!is_unanswered || BytesSent() != sent_before_) {
+    return std::nullopt;
+  }
+  return ErrorReply(MHD_HTTP_BAD_REQUEST, "this is no HTTP/1 request");
+}
+
+int64_t Connection::BytesRead() const {
+  tcp_info info = {};
+  socklen_t length = sizeof info;
+  return getsockopt(socket_, IPPROTO_TCP, TCP_INFO, &info, &length) == 0
+             ? static_cast<int64_t>(info.tcpi_bytes_acked)
+             : 0;
+}
+
+int64_t Connection::BytesSent() const {
+  int on_the_way = 0;
+  ioctl(socket_, SIOCOUTQ, &on_the_way);
+  return BytesRead() + on_the_way;
+}
+
+}  // namespace kiohost

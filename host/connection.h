@@ -1,0 +1,81 @@
+// A connection to a client, and the request on it.
+#ifndef HOST_CONNECTION_H
+#define HOST_CONNECTION_H
+
+#include <microhttpd.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "http_request.h"
+#include "pace.h"
+#include "reply.h"
+
+namespace kiohost {
+
+// The request belongs to its connection and goes with it: the HTTP server does not tell the end of
+// each request that it has told the beginning of.
+class Connection {
+ public:
+  Connection(MHD_Connection* handle, Pace::Clock::time_point now);
+
+  // The connection of a handle that the HTTP server knows.
+  static Connection* Of(MHD_Connection* handle);
+
+  MHD_Connection* handle() const { return handle_; }
+  int socket() const { return socket_; }
+  const std::string& address() const { return address_; }
+  Pace& pace() { return pace_; }
+  const Pace& pace() const { return pace_; }
+
+  // Begins a request whose line has the given target.
+  void Begin(const char* target, Pace::Clock::time_point now);
+  HttpRequest* request() const { return request_.get(); }
+  std::unique_ptr<HttpRequest> TakeRequest() { return std::move(request_); }
+
+  // The answer to the request begins, and has been sent to its end.
+  void BeginAnswer(Pace::Clock::time_point now);
+  void EndAnswer(Pace::Clock::time_point now);
+
+  // Notes what the client has read of the answer.
+  void NoteProgress(Pace::Clock::time_point now);
+
+  // Whether the client has closed its side, or the connection is broken.
+  bool IsClientGone() const;
+
+  // Whether nobody loses anything when it is closed: it carries no request and no byte of one, or
+  // one that will not be run because the client has gone.
+  bool IsUseless() const;
+
+  // The host ends the connection, and not because of an answer.
+  void Abandon() { is_abandoned_ = true; }
+  bool is_abandoned() const { return is_abandoned_; }
+
+  // What the client is told past the HTTP server when the connection is closed; nothing when it was
+  // answered, or has sent nothing.
+  std::optional<Reply> Parting() const;
+  void set_parting(Reply reply) { parting_ = std::move(reply); }
+
+ private:
+  // Since the connection began: those that have reached the client, and those beside them that are
+  // on the way. Good for comparisons: the system may count a step of the connection as a byte.
+  int64_t BytesRead() const;
+  int64_t BytesSent() const;
+
+  MHD_Connection* handle_;
+  int socket_;
+  std::string address_;
+  Pace pace_;
+  std::unique_ptr<HttpRequest> request_;
+  std::optional<Reply> parting_;
+  bool is_abandoned_ = false;
+  int64_t sent_before_;  // the request
+  int64_t read_ = 0;     // when last noted
+};
+
+}  // namespace kiohost
+
+#endif  // HOST_CONNECTION_H

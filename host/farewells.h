@@ -1,0 +1,54 @@
+// Connections that the host has ended, until the client has had the time to read the last answer.
+// A connection that is closed while bytes of the client lie unread, or come in, is reset, and the
+// client may lose the answer to that.
+#ifndef HOST_FAREWELLS_H
+#define HOST_FAREWELLS_H
+
+#include <sys/select.h>
+
+#include <chrono>
+#include <cstddef>
+#include <deque>
+#include <optional>
+
+#include "listener.h"
+
+namespace kiohost {
+
+class Farewells {
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  static constexpr size_t kMost = 32;  // beyond it the oldest is closed
+  static constexpr std::chrono::seconds kTime{2};
+  static constexpr size_t kMostBytes = size_t{1024} * 1024;  // read of one client
+
+  // Ends the sending side of a connection, which reads no longer than it must.
+  void Take(FileDescriptor socket, Clock::time_point now);
+
+  void AddDescriptors(fd_set* read_set, int* max_fd) const;
+  std::optional<Clock::time_point> Deadline() const;
+
+  // Reads what has come and closes what is over.
+  void Run(const fd_set& read_set, Clock::time_point now);
+
+  // Closes the oldest; returns whether there was one.
+  bool CloseOldest();
+
+  void Clear() { farewells_.clear(); }
+
+ private:
+  struct Farewell {
+    FileDescriptor socket;
+    Clock::time_point end;
+    size_t bytes = 0;
+  };
+
+  static bool IsOver(Farewell* farewell);
+
+  std::deque<Farewell> farewells_;  // the oldest first
+};
+
+}  // namespace kiohost
+
+#endif  // HOST_FAREWELLS_H

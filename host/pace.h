@@ -1,0 +1,53 @@
+// How long a client may take. Without limits a client that sends or reads a byte now and then keeps
+// a connection for as long as it likes.
+#ifndef HOST_PACE_H
+#define HOST_PACE_H
+
+#include <chrono>
+#include <cstdint>
+
+namespace kiohost {
+
+class Pace {
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  static constexpr std::chrono::seconds kIdleTime{10};  // without a request
+  static constexpr std::chrono::seconds kHeadTime{10};  // from the first byte of a head to its end
+  static constexpr std::chrono::seconds kSilence{10};   // of a body or an answer
+  static constexpr std::chrono::seconds kGrace{10};     // of a body or an answer, plus what its
+  static constexpr int64_t kBytesPerSecond = 1024;      // bytes so far take at this rate
+
+  enum class Phase {
+    kIdle,    // no byte of a request came since the connection began, or since the last answer
+    kHead,    // the first byte of a head has come
+    kBody,    // the head has come
+    kWaits,   // the request waits for its turn, for as long as it takes
+    kAnswer,  // the answer is being sent
+  };
+
+  explicit Pace(Clock::time_point now) { Enter(Phase::kIdle, now); }
+
+  void Enter(Phase phase, Clock::time_point now);
+  Phase phase() const { return phase_; }
+  Clock::time_point since() const { return since_; }
+
+  // Bytes of the body or the answer that have crossed.
+  void Add(int64_t bytes, Clock::time_point now);
+
+  // The moment at which the client has taken too long; never for one that waits.
+  Clock::time_point Deadline() const;
+
+  // Takes off the time in which the host had no eye for the client.
+  void Forgive(Clock::duration time);
+
+ private:
+  Phase phase_ = Phase::kIdle;
+  Clock::time_point since_;
+  Clock::time_point last_;  // of the bytes
+  int64_t bytes_ = 0;
+};
+
+}  // namespace kiohost
+
+#endif  // HOST_PACE_H

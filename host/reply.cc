@@ -1,0 +1,32 @@
+#include "reply.h"
+
+namespace kiohost {
+
+Reply ErrorReply(unsigned int status, const std::string& reason) {
+  Reply reply;
+  reply.status = status;
+  reply.body = reason + "\n";
+  return reply;
+}
+
+std::vector<std::pair<std::string, std::string>> AllHeaders(const Reply& reply) {
+  // What a browser gets is taken for nothing else than it is said to be, and kept nowhere.
+  std::vector<std::pair<std::string, std::string>> headers = {
+      {MHD_HTTP_HEADER_CONTENT_TYPE, reply.content_type},
+      {"X-Content-Type-Options", "nosniff"},
+      {MHD_HTTP_HEADER_CACHE_CONTROL, "no-store"}};
+  headers.insert(headers.end(), reply.headers.begin(), reply.headers.end());
+  return headers;
+}
+
+std::string LastWord(const Reply& reply) {
+  std::string text = "HTTP/1.1 " + std::to_string(reply.status) + " ";
+  text += MHD_get_reason_phrase_for(reply.status);
+  for (const auto& [name, value] : AllHeaders(reply)) {
+    text.append("\r\n").append(name).append(": ").append(value);
+  }
+  text += "\r\nConnection: close\r\nContent-Length: " + std::to_string(reply.body.size());
+  return text + "\r\n\r\n" + reply.body;
+}
+
+}  // namespace kiohost
