@@ -1,7 +1,5 @@
 // Many variables in one text.
 
-#include <algorithm>
-
 #include "kioapp/settings.h"
 #include "kioapp/variables.h"
 #include "kioapp/xml.h"
@@ -15,14 +13,11 @@ using platform::kLogAction;
 using platform::kLogDetail;
 using platform::TextView;
 
-constexpr TextView kLineEnds = "\r\n";
-
 constexpr bool IsSpace(char character) { return character == ' ' || character == '\t'; }
-constexpr bool IsBlank(char character) {
-  return IsSpace(character) || character == '\r' || character == '\n';
-}
+constexpr bool IsLineEnd(char character) { return character == '\r' || character == '\n'; }
+constexpr bool IsBlank(char character) { return IsSpace(character) || IsLineEnd(character); }
 
-// The pairs of a batch, one after the other.
+// The pairs of a batch, one after the other. All of them together take one pass over the text.
 class Pairs {
  public:
   Pairs(TextView text, char separator) : rest_(text), separator_(separator) {}
@@ -43,10 +38,7 @@ class Pairs {
     while (!rest_.empty() && IsSpace(rest_.front())) {
       rest_.remove_prefix(1);
     }
-    const std::size_t end =
-        std::min({rest_.find(separator_), rest_.find_first_of(kLineEnds), rest_.size()});
-    CopyTrimmed(value_, {rest_.data(), end});
-    rest_.remove_prefix(end);
+    CopyTrimmed(value_, TakeValue());
     return true;
   }
 
@@ -55,6 +47,18 @@ class Pairs {
   [[nodiscard]] char* value() { return value_; }
 
  private:
+  // Takes what comes before the next separator or line end. Nothing behind that is looked at: the
+  // text may hold many pairs.
+  TextView TakeValue() {
+    std::size_t size = 0;
+    while (size < rest_.size() && rest_[size] != separator_ && !IsLineEnd(rest_[size])) {
+      ++size;
+    }
+    const TextView value(rest_.data(), size);
+    rest_.remove_prefix(size);
+    return value;
+  }
+
   template <std::size_t N>
   static void CopyTrimmed(char (&dst)[N], TextView text) {
     while (!text.empty() && IsBlank(text.back())) {
