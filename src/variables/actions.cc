@@ -54,11 +54,11 @@ unsigned int ApplyAll(const Request& request) {
   return Done(request);
 }
 
+void CommitOnAlarm(int /*signal*/) { do_RssVar_Commit(); }
+
 // The answer is to reach the app before the link to it goes down: the commit comes by the alarm.
 unsigned int CommitLater(const Request& request) {
-  // The commit takes no argument and does not miss the signal number that it is entered with.
-  auto* const commit = reinterpret_cast<void (*)()>(do_RssVar_Commit);
-  std::signal(SIGALRM, reinterpret_cast<void (*)(int)>(commit));
+  std::signal(SIGALRM, CommitOnAlarm);
   alarm(kCommitDelaySeconds);
   return Done(request);
 }

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -94,6 +95,20 @@ TEST_F(CommitActionTest, TheHandlerCommitsAtOnce) {
   ASSERT_TRUE(AlarmComes(milliseconds(1000)));
   EXPECT_EQ(Host().commands(), (Commands{"/etc/scripts/uplink.sh", kScript}));
   EXPECT_EQ(rssXmlData.pre_exeflag, 0);
+}
+
+// A function that takes the number of the signal: called by another type, there is no telling what
+// becomes of the call on every machine.
+TEST_F(CommitActionTest, TheHandlerIsNotTheCommitItself) {
+  rssXmlData.exeflag = 16;
+  EXPECT_EQ(Call("rss_Act_CommitRssVars", kRead, ""), (Answer{0, ""}));
+  alarm(0);
+  void (*const handler)(int) = std::signal(SIGALRM, SIG_DFL);
+  const auto address = [](auto* function) { return reinterpret_cast<std::uintptr_t>(function); };
+  EXPECT_NE(address(handler), address(do_RssVar_Commit));
+  EXPECT_NE(address(handler), address(do_RssXml_Commit));
+  handler(SIGALRM);
+  EXPECT_EQ(Host().commands(), (Commands{kScript}));
 }
 
 TEST_F(CommitActionTest, CommitOfVariablesIsTheCommitOfDocuments) {
