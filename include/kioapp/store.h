@@ -6,7 +6,9 @@
  * given printf-style: a format and its arguments. A node's text is addressed by a slash-separated
  * path such as "/sys/friendlyname"; a colon and a number after a name select that instance, counted
  * from 1 ("/lan/wireless2.4:1/channel"), and a trailing '#' stands for the number of instances
- * ("/lan/wireless2.4:1/accesscontrol/acrule#").
+ * ("/lan/wireless2.4:1/accesscontrol/acrule#"). A store never reports more instances than it holds:
+ * an exchange that shortens a list deletes a node for each number behind its new end, so that too
+ * large a number makes for as many calls.
  *
  * The library calls them on the thread that called into the library, never from elsewhere.
  */
@@ -20,7 +22,9 @@ KIOAPP_BEGIN_DECLS
 /* Reads the text of a node into `dst`.
  *
  * An absent node gives an empty text, or leaves `dst` untouched: the library empties `dst` before
- * each call. `dst` holds 4096 bytes; a host must not write more. The result is not looked at. */
+ * each call. `dst` holds 4096 bytes, so that a text has at most 4095 characters; a host must not
+ * write more. It lies on the stack. When the bytes right behind it have changed, the library stops
+ * the process by `abort`, with a line on standard error. The result is not looked at. */
 int xget_str(char *dst, const char *format, ...) KIOAPP_PRINTF(2, 3);
 
 /* Writes `value` as the text of a node, creating the node when it is absent. */

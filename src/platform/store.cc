@@ -1,13 +1,32 @@
 #include "platform/store.h"
 
+#include <unistd.h>
+
+#include <cstdlib>
+
 #include "kioapp/store.h"
 #include "platform/wipe.h"
 
 namespace kio::platform {
+namespace {
+
+// Returning would go through frames that are broken. The log needs the store; the path may be gone,
+// and what was written may be a secret, so neither is told.
+[[noreturn, gnu::cold]] void StopForBrokenStack() {
+  constexpr TextView kMessage =
+      "libkioapp: xget_str wrote more than the 4096 bytes that kioapp/store.h allows: stopped\n";
+  [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, kMessage.data(), kMessage.size());
+  std::abort();
+}
+
+}  // namespace
 
 StoreText::StoreText(const char* path) {
   text_[0] = '\0';
   xget_str(text_, "%s", path);
+  if (behind_ != kUntouched) {
+    StopForBrokenStack();
+  }
   text_[kScratchSize - 1] = '\0';
 }
 

@@ -3,6 +3,7 @@
 #define KIO_PLATFORM_STORE_H
 
 #include <cstddef>
+#include <cstdint>
 
 #include "platform/text.h"
 
@@ -11,7 +12,8 @@ namespace kio::platform {
 // The text of a node, read when the object is made; empty when the node is absent.
 //
 // The host is told no capacity and may leave the buffer as it was, so the scratch buffer is larger
-// than any field and emptied first. Nothing else calls `xget_str`.
+// than any field and emptied first. A host that writes beyond it is stopped: what lies behind are
+// the frames of its callers. Nothing else calls `xget_str`.
 class StoreText {
  public:
   explicit StoreText(const char* path);
@@ -27,8 +29,12 @@ class StoreText {
 
  private:
   static constexpr std::size_t kScratchSize = 4096;
+  // Bytes that no text has in UTF-8, nor a terminator.
+  static constexpr std::uint32_t kUntouched = 0xC1F5FEFF;
+  static_assert(kScratchSize % alignof(std::uint32_t) == 0, "nothing lies between");
 
   char text_[kScratchSize];
+  volatile std::uint32_t behind_ = kUntouched;
 };
 
 // Reads the text of a node into a field, cut to the field's capacity and terminated.

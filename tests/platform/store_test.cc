@@ -2,7 +2,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
+#include <csignal>
 #include <string>
 
 #include "guarded.h"
@@ -56,6 +58,59 @@ TEST_F(StoreTest, LongTextsAreCutToTheField) {
   }
   EXPECT_EQ(StoreText("/any").view().size(), 4000U);
 }
+
+// All that kioapp/store.h allows.
+TEST_F(StoreTest, TextsOf4095CharactersAreReadInFull) {
+  host_.text_for_every_node = std::string(4095, 'x');
+  EXPECT_EQ(StoreText("/any").view(), std::string(4095, 'x'));
+  char field[4096];
+  ReadStoreSecret("/any", field);
+  EXPECT_EQ(std::string(field), std::string(4095, 'x'));
+}
+
+TEST_F(StoreTest, TextThatFillsTheBufferIsTerminated) {
+  host_.text_for_every_node = std::string(4096, 'x');
+  host_.leaves_out_terminator = true;
+  EXPECT_EQ(StoreText("/any").view(), std::string(4095, 'x'));
+}
+
+class StoreDeathTest : public StoreTest, public ::testing::WithParamInterface<std::size_t> {
+ protected:
+  // Reads texts of so many characters, in a process that leaves no core behind.
+  template <typename Read>
+  void ExpectStopped(const Read& read) {
+    host_.text_for_every_node = std::string(GetParam(), 'x');
+    const auto run = [&] {
+      const rlimit no_core = {};
+      setrlimit(RLIMIT_CORE, &no_core);
+      read();
+    };
+    EXPECT_EXIT(run(), ::testing::KilledBySignal(SIGABRT),
+                "libkioapp: xget_str wrote more than the 4096 bytes that kioapp/store.h allows: "
+                "stopped");
+  }
+};
+
+TEST_P(StoreDeathTest, LongerTextsStopTheProcess) {
+  ExpectStopped([] { const StoreText text("/any"); });
+  ExpectStopped([] {
+    char field[8];
+    ReadStoreText("/any", field);
+  });
+  ExpectStopped([] {
+    char field[8];
+    ReadStoreSecret("/any", field);
+  });
+}
+
+#ifdef __SANITIZE_ADDRESS__
+// What is further behind is told by the sanitizer.
+constexpr std::size_t kLongest = 4099;
+#else
+constexpr std::size_t kLongest = 4300;
+#endif
+INSTANTIATE_TEST_SUITE_P(Sizes, StoreDeathTest,
+                         ::testing::Values(4096, 4097, 4098, 4099, kLongest));
 
 TEST_F(StoreTest, AbsentTextEmptiesTheField) {
   char field[8] = "before";

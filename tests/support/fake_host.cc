@@ -94,7 +94,7 @@ int FakeHost::ReadText(char* dst, const std::string& path) {
       text_for_every_node.has_value() ? text_for_every_node : Text(path);
   calls_.push_back({StoreCall::Kind::kGetText, path, text.value_or("")});
   if (text.has_value()) {
-    std::memcpy(dst, text->c_str(), text->size() + 1);
+    std::memcpy(dst, text->c_str(), text->size() + (leaves_out_terminator ? 0 : 1));
   } else if (!absent_leaves_buffer) {
     dst[0] = '\0';
   }

@@ -59,6 +59,8 @@ class FakeHost {
   long uptime = 1000;
   // When set, every xget_str writes this text, whatever the path.
   std::optional<std::string> text_for_every_node;
+  // Whether xget_str leaves the terminator out, as strncpy does in a buffer that the text fills.
+  bool leaves_out_terminator = false;
   // Whether xget_str leaves its buffer untouched for an absent node, or empties it.
   bool absent_leaves_buffer = true;
 
