@@ -16,10 +16,10 @@ constexpr int Judged(bool valid) {
   return valid ? KIOAPP_RESULT_APPLIED : KIOAPP_RESULT_INVALID_VALUE;
 }
 
-// The key of an upstream network; without one the network is open.
+// The key of an upstream network; without one the network is open. WEP keys of 13 characters, or of
+// 10 or 26 digits, are as long as a phrase of WPA and pass as one.
 bool IsSiteKey(const char* key) {
-  return key[0] == '\0' || is_Valid_WpaPskKey(key) != 0 || is_Valid_WepKey(key, 5) != 0 ||
-         is_Valid_WepKey(key, 13) != 0;
+  return key[0] == '\0' || is_Valid_WpaPskKey(key) != 0 || is_Valid_WepKey(key, 5) != 0;
 }
 
 int CheckText(const Field& field, const Checked& checked) {

@@ -217,6 +217,18 @@ const Fault kSiteFaults[] = {
        Put(r.upLink.extenderSite.encryptionKey, "abcde");
      },
      0, ""},
+    {"key WEP 13",
+     [](RssXmlData& r) {
+       Site(r);
+       Put(r.upLink.extenderSite.encryptionKey, "abcdefghijklm");
+     },
+     0, ""},
+    {"key WEP of 26 digits",
+     [](RssXmlData& r) {
+       Site(r);
+       Put(r.upLink.extenderSite.encryptionKey, "0123456789ABCDEF0123456789");
+     },
+     0, ""},
     {"key of 64 lower-case digits",
      [](RssXmlData& r) {
        Site(r);
