@@ -13,6 +13,17 @@ namespace {
 
 using platform::StorePath;
 
+// What is applied below. The tables of versions, features and rules are never written.
+static_assert(AllAreWritten(kVersionFields, {}) && AllAreWritten(kFeatureFields, {}) &&
+              AllAreWritten(kDeviceRules, {}) && AllAreWritten(kUplinkRules, {}));
+static_assert(AllAreWritten(kDeviceFields, {Group::kBasic, Group::kRoaming}, {"RouterEnbl"}));
+static_assert(AllAreWritten(kUplinkFields, {Group::kLogin, Group::kAddress},
+                            {"HardwareType", "ConnType"}));
+static_assert(AllAreWritten(kDslFields, {Group::kProvider, Group::kCircuit}) &&
+              AllAreWritten(kApnFields, {Group::kProvider}) &&
+              AllAreWritten(kSiteFields, {Group::kDetail}));
+static_assert(AllAreWritten(kSafetyFields, {Group::kBasic}));
+
 void ClearRestartFlags() {
   rssXmlData.deviceRestart = 0;
   rssXmlData.upLink.restart = 0;

@@ -20,6 +20,12 @@ constexpr const Field& kChannelRow = RowOf(kWlanFields, "Channel");
 constexpr const Field& kAccessSwitchRow = RowOf(kAccessFields, "WlAcEnbl");
 constexpr const Field& kAccessModeRow = RowOf(kAccessFields, "WlAcMode");
 
+// What is applied below.
+static_assert(AllAreWritten(kWlanFields, {Group::kDeviceOnly, Group::kBasic, Group::kDetail},
+                            {"WlEnbl", "WlSchedule"}));
+static_assert(AllAreWritten(kAccessFields, {}, {"WlAcEnbl", "WlAcMode"}));
+static_assert(AllAreWritten(kRuleFields, {Group::kBasic}));
+
 // One radio and its nodes.
 struct Radio {
   int number;

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <span>
 #include <type_traits>
 
@@ -102,7 +103,7 @@ enum class Check : std::uint8_t {
 enum class Write : std::uint8_t {
   kNever,
   kIfDifferent,
-  kSwitch,  // 0 or 1, unless the device has locked it
+  kSwitch,  // 0 or 1, unless the device has locked it: by name, for each has a lock of its own
 };
 
 // What the variable of a field takes.
@@ -341,6 +342,25 @@ constexpr bool IsSound(const Field& field) {
 // Whether each row that begins a pair has a row behind it.
 constexpr bool HasWholePairs(FieldTable table) {
   return table.empty() || !IsPair(table.back().dump);
+}
+
+// Whether each row that says how it is written is written: those of some groups where they differ,
+// and what is written by name. Stands where that is done, so that no row is passed over there.
+consteval bool AllAreWritten(FieldTable table, std::initializer_list<Group> groups,
+                             std::initializer_list<platform::TextView> named = {}) {
+  for (const Field& field : table) {
+    bool is_written = field.write == Write::kNever;
+    for (const Group group : groups) {
+      is_written |= field.write == Write::kIfDifferent && field.group == group;
+    }
+    for (const platform::TextView element : named) {
+      is_written |= field.element == element;
+    }
+    if (!is_written) {
+      return false;
+    }
+  }
+  return true;
 }
 
 // Whether no two rows name the same element in any case. The document parser rests on it: it asks a
