@@ -48,8 +48,6 @@ constexpr ListNames kLists[] = {
 };
 constexpr int kListKinds = static_cast<int>(sizeof(kLists) / sizeof(kLists[0]));
 
-int TestEntry(const Block& entry);
-
 // Whether the beginning of an item, a pattern of at most `limit` characters, fits one of the
 // router's own texts.
 int TestPattern(const Block& item, std::size_t limit, const char* own_text) {
@@ -59,21 +57,94 @@ int TestPattern(const Block& item, std::size_t limit, const char* own_text) {
   return platform::FitsWildcard(own_text, pattern) ? KIOAPP_FW_LIST_MATCH : KIOAPP_FW_LIST_NO_MATCH;
 }
 
-int TestRange(const Block& range) {
-  char start[18];
-  char end[18];
-  if (!settings::ReadText(range, "Start", start, sizeof(start)) ||
-      !settings::ReadText(range, "End", end, sizeof(end))) {
+// One end of a range. Ranges that are not closed share what stands before the next closing tag: it
+// is looked for once for those that begin before it.
+class Bound {
+ public:
+  // Returns false when the range has no such element.
+  [[gnu::noinline]] bool Read(const Block& range, TextView key) {
+    if (range.text < begin_ || range.text > tag_) {
+      const Element element = settings::FindElement(range, key);
+      if (!settings::ReadText(element, text_, sizeof(text_))) {
+        return false;
+      }
+      begin_ = range.text;
+      tag_ = element.tag;
+    }
+    return true;
+  }
+
+  [[nodiscard]] const char* text() const { return text_; }
+
+ private:
+  const char* begin_ = nullptr;
+  const char* tag_ = nullptr;
+  char text_[18];
+};
+
+bool ReadAddress(const Block& entry, TextView key, char (&address)[128]) {
+  TextBuffer text(address);
+  text.Append(get_FwServerWebSite());
+  if (!settings::ReadText(entry, key, address + text.size(), sizeof(address) - text.size())) {
+    KIO_LOG(kLogAction, "%s not found\n", key.data());
+    return false;
+  }
+  return true;
+}
+
+// A search through one document. Lists that share their end share their items, so that what one of
+// them came to is known of the next: all empty lists reach to the end of the document, and entries
+// that are not closed to the same closing tag. The log tells of each test of an item; when it does,
+// all are made.
+class ListSearch {
+ public:
+  // The items of one list or, of a "MacList", the addresses and then the ranges.
+  int TestList(const Block& text, int kind, bool ranges_too = false);
+  int TestEntry(const Block& entry);
+
+ private:
+  static constexpr int kNoList = -1;
+
+  // What a list came to, and which others with the same end come to the same: those that begin at
+  // `first` or behind it, but before `before`.
+  struct Known {
+    const char* end = nullptr;
+    const char* first = nullptr;
+    const char* before = nullptr;
+    int result = 0;
+
+    [[nodiscard]] bool Covers(const char* begin, const char* list_end) const {
+      return list_end == end && first <= begin && begin < before && !platform::IsLogged(kLogDetail);
+    }
+  };
+
+  int TestRange(const Block& range);
+  int TestItem(const Block& item, int kind);
+  int TestItems(const Block& list, settings::ItemReader& items, int kind);
+  int TestListOf(const Block& entry, int kind, Known& known);
+  int TestLists(const Block& entry);
+
+  Known lists_[kListKinds];
+  // The same of the entries that a list was looked for in.
+  Known mac_entries_;
+  Known name_entries_;
+  Bound start_;
+  Bound end_;
+};
+
+int ListSearch::TestRange(const Block& range) {
+  if (!start_.Read(range, "Start") || !end_.Read(range, "End")) {
     return KIOAPP_FW_LIST_ERROR;
   }
-  KIO_LOG(kLogDetail, "Match '%s'~'%s' with '%s'\n", start, end, fwXmlData.deviceMac);
-  return strWildcardCmp(fwXmlData.deviceMac, start) >= 0 &&
-                 strWildcardCmp(fwXmlData.deviceMac, end) <= 0
+  KIO_LOG(kLogDetail, "Match '%s'~'%s' with '%s'\n", start_.text(), end_.text(),
+          fwXmlData.deviceMac);
+  return strWildcardCmp(fwXmlData.deviceMac, start_.text()) >= 0 &&
+                 strWildcardCmp(fwXmlData.deviceMac, end_.text()) <= 0
              ? KIOAPP_FW_LIST_MATCH
              : KIOAPP_FW_LIST_NO_MATCH;
 }
 
-int TestItem(const Block& item, int kind) {
+int ListSearch::TestItem(const Block& item, int kind) {
   switch (kind) {
     case KIOAPP_FW_LIST_MAC:
       return TestPattern(item, 17, fwXmlData.deviceMac);
@@ -86,23 +157,34 @@ int TestItem(const Block& item, int kind) {
   }
 }
 
-int TestItems(settings::ItemReader& items, int kind) {
+int ListSearch::TestItems(const Block& list, settings::ItemReader& items, int kind) {
+  Known& known = lists_[kind];
+  if (known.Covers(list.text, items.end())) {
+    return known.result;
+  }
+  known = {items.end(), list.text, nullptr, KIOAPP_FW_LIST_NO_MATCH};
   for (int i = 0; i < kMostItems; ++i) {
     const Block item = items.Next();
     if (item.text == nullptr) {
+      known.before = items.position();
       break;
     }
     const int result = TestItem(item, kind);
     // Quirk "half-a-range-ends-the-search": an error in one item is the end of all.
     if (result != KIOAPP_FW_LIST_NO_MATCH) {
-      return result;
+      known.before = item.text;
+      known.result = result;
+      break;
+    }
+    if (i == 0) {
+      // Should the items be too many: a list that begins behind the first has others.
+      known.before = item.text;
     }
   }
-  return KIOAPP_FW_LIST_NO_MATCH;
+  return known.result;
 }
 
-// The items of one list or, of a "MacList", the addresses and then the ranges.
-int TestList(const Block& text, int kind, bool ranges_too = false) {
+int ListSearch::TestList(const Block& text, int kind, bool ranges_too) {
   platform::LogEntry("do_FwEntryList_Parser");
   const Element container = settings::FindElement(text, kLists[kind].container);
   if (!container.is_complete()) {
@@ -110,7 +192,7 @@ int TestList(const Block& text, int kind, bool ranges_too = false) {
   }
   // An empty list has the items of the rest of the document.
   settings::ItemReader items(container.content, kLists[kind].item);
-  const int result = TestItems(items, kind);
+  const int result = TestItems(container.content, items, kind);
   if (result != KIOAPP_FW_LIST_NO_MATCH || !ranges_too) {
     return result;
   }
@@ -119,34 +201,35 @@ int TestList(const Block& text, int kind, bool ranges_too = false) {
     return KIOAPP_FW_LIST_NO_MATCH;
   }
   settings::ItemReader ranges(container.content, kLists[KIOAPP_FW_LIST_MACS].item);
-  return TestItems(ranges, KIOAPP_FW_LIST_MACS);
+  return TestItems(container.content, ranges, KIOAPP_FW_LIST_MACS);
 }
 
-bool ReadAddress(const Block& entry, TextView key, char (&address)[128]) {
-  TextBuffer text(address);
-  text.Append(get_FwServerWebSite());
-  if (!settings::ReadText(entry, key, address + text.size(), sizeof(address) - text.size())) {
-    KIO_LOG(kLogAction, "%s not found\n", key.data());
-    return false;
+// The result of the entry's list of a kind, kNoList when it has none.
+int ListSearch::TestListOf(const Block& entry, int kind, Known& known) {
+  const char* const end = entry.text + entry.length;
+  if (!known.Covers(entry.text, end)) {
+    char* const list = settings::FindTag(entry, kLists[kind].container);
+    const int result =
+        list == nullptr ? kNoList : TestList(entry.From(list), kind, kind == KIOAPP_FW_LIST_MAC);
+    known = {end, entry.text, list == nullptr ? end : list, result};
   }
-  return true;
+  return known.result;
 }
 
 // Quirk "entry-without-lists-never-fits": one list at least must match.
-int TestLists(const Block& entry) {
-  int result = KIOAPP_FW_LIST_NO_MATCH;
-  char* const macs = settings::FindTag(entry, "MacList");
-  if (macs != nullptr) {
-    result = TestList(entry.From(macs), KIOAPP_FW_LIST_MAC, true);
-    if (result != KIOAPP_FW_LIST_MATCH) {
-      return result;
-    }
+int ListSearch::TestLists(const Block& entry) {
+  const int macs = TestListOf(entry, KIOAPP_FW_LIST_MAC, mac_entries_);
+  if (macs != kNoList && macs != KIOAPP_FW_LIST_MATCH) {
+    return macs;
   }
-  char* const names = settings::FindTag(entry, "MatchList");
-  return names != nullptr ? TestList(entry.From(names), KIOAPP_FW_LIST_FILE_NAME) : result;
+  const int names = TestListOf(entry, KIOAPP_FW_LIST_FILE_NAME, name_entries_);
+  if (names != kNoList) {
+    return names;
+  }
+  return macs == kNoList ? int{KIOAPP_FW_LIST_NO_MATCH} : macs;
 }
 
-int TestEntry(const Block& entry) {
+int ListSearch::TestEntry(const Block& entry) {
   platform::LogEntry("do_FwFirmware_Parser");
   const int result = TestLists(entry);
   if (result == KIOAPP_FW_LIST_MATCH && (!ReadAddress(entry, "FwURL", fwXmlData.fileUrl) ||
@@ -177,7 +260,8 @@ int TestDocument(char* document) {
     KIO_LOG(kLogAction, "wrong specVersion %d.%d\n", version.major, version.minor);
     return KIOAPP_FW_LIST_ERROR;
   }
-  const int result = TestList({content.text, content.length, end}, KIOAPP_FW_LIST_FIRMWARE);
+  const int result =
+      ListSearch().TestList({content.text, content.length, end}, KIOAPP_FW_LIST_FIRMWARE);
   if (result == KIOAPP_FW_LIST_ERROR) {
     KIO_LOG(kLogAction, "check FirmwareList fail\n");
   } else {
@@ -213,14 +297,14 @@ int do_FwEntryList_Parser(char* text, int len, int kind) {
     kio::platform::LogEntry("do_FwEntryList_Parser");
     return KIOAPP_FW_LIST_ERROR;
   }
-  return kio::firmware::TestList(kio::firmware::WholeOf(text, len), kind);
+  return kio::firmware::ListSearch().TestList(kio::firmware::WholeOf(text, len), kind);
 }
 
 int do_FwFirmware_Parser(char* text, int len) {
   if (text == nullptr) {
     return KIOAPP_FW_LIST_ERROR;
   }
-  return kio::firmware::TestEntry(kio::firmware::WholeOf(text, len));
+  return kio::firmware::ListSearch().TestEntry(kio::firmware::WholeOf(text, len));
 }
 
 int do_FwXml_Parser(char* document, char* fileUrl, char* notesUrl) {

@@ -15,6 +15,7 @@ Block ItemReader::Search() {
   // Quirk "empty-item-ends-the-list": an empty element counts where it stands, and not only where
   // no opening tag follows.
   if (tag.form != Form::kOpening) {
+    position_ = tag.form == Form::kEmpty ? tag.position : end_;
     return {};
   }
   const char* const content = tag.position + key_.size() + 2;
@@ -27,6 +28,8 @@ Block ItemReader::Search() {
     }
     while (next.form != Form::kClosing) {
       if (next.form == Form::kNone) {
+        // No element behind this one is closed either.
+        position_ = end_;
         return {};
       }
       next = FindTag(next.position + 1);
@@ -37,6 +40,7 @@ Block ItemReader::Search() {
     position_ = content;
   }
   if (content == close_) {
+    position_ = tag.position;
     return {};
   }
   return {const_cast<char*>(content), static_cast<int>(close_ - content), text_end_};

@@ -23,6 +23,11 @@ class ItemReader {
     return item.text != nullptr ? item : Search();
   }
 
+  // Where the list ends.
+  [[nodiscard]] const char* end() const { return end_; }
+  // When the walk has ended: the tag of the empty element that ended it, or the end of the list. A
+  // walk that begins behind the first element but before this place ends as this one did.
+  [[nodiscard]] const char* position() const { return position_; }
   // Whether the walk has come to the end of the list, and the elements walked through have all its
   // tags, so that no others are in it. False if the caller stopped before.
   [[nodiscard]] bool HasNoOthers() const { return at_end_; }
@@ -68,7 +73,8 @@ class ItemReader {
   platform::TextView key_;
   const char* end_;
   const char* text_end_;
-  // Where the search for the next element goes on, and the closing tag of the last one.
+  // Where the search for the next element goes on, or where the walk ended; and the closing tag of
+  // the last one.
   const char* position_;
   const char* close_ = nullptr;
   // Whether every tag so far belonged to an element that was walked through.

@@ -107,6 +107,95 @@ TEST_F(HostileListTest, AnyListIsReadAsTheModelReadsIt) {
   EXPECT_GT(matches, 200);
 }
 
+// Lists that reach to the end of the document, and entries, lists and ranges that share one closing
+// tag: items of the one are items of the next.
+std::string SomeSharedList(unsigned int number) {
+  static const std::vector<std::string> kPieces = {
+      "<Firmware><MacList></MacList></Firmware>",
+      "<Firmware><MacList/></Firmware>",
+      "<Firmware><MatchList></MatchList></Firmware>",
+      "<Firmware><MacList></MacList><MatchList></MatchList></Firmware>",
+      "<Firmware><MacList><MAC>*</MAC></MacList><MatchList/></Firmware>",
+      "<Firmware><FwURL>/n</FwURL><NotesURL>/t</NotesURL><MacList></MacList></Firmware>",
+      "<Firmware><FwURL>/m</FwURL><NotesURL>/t</NotesURL><MatchList /></Firmware>",
+      "<Firmware>",
+      "<Firmware><MacList>",
+      "<Firmware><MacList/>",
+      "<Firmware><MatchList>",
+      "</Firmware>",
+      "</MacList>",
+      "</MatchList>",
+      "<MAC>x</MAC>",
+      "<MAC>",
+      "<MAC/>",
+      "</MAC>",
+      "<MAC>00:1A:2B:*</MAC>",
+      "<Match>x</Match>",
+      "<Match>",
+      "</Match>",
+      "<Match>AB12*</Match>",
+      "<Match></Match>",
+      "<MACs><Start>FF</Start><End>FF</End></MACs>",
+      "<MACs>",
+      "<MACs><Start>FF</Start>",
+      "<MACs><Start>00</Start>",
+      "<End>FF</End>",
+      "<Start>FF</Start><End>00</End>",
+      "<Start/>",
+      "<End/>",
+      "</MACs>",
+      Repeated(99, "<MAC>x</MAC>"),
+      Repeated(99, "<Match>x</Match>"),
+      Repeated(99, "<MACs><Start>FF</Start><End>FF</End></MACs>"),
+  };
+  std::mt19937 random(number);
+  std::string entries;
+  const auto count = random() % 30;
+  for (unsigned long i = 0; i < count; ++i) {
+    entries += kPieces[random() % kPieces.size()];
+  }
+  entries += random() % 2 == 0 ? "<FwURL>/o</FwURL><NotesURL>/t</NotesURL></Firmware>" : "";
+  return FirmwareList(entries);
+}
+
+TEST_F(HostileListTest, SharedItemsAreReadAsTheModelReadsThem) {
+  constexpr unsigned int kLists = KIO_TEST_EMULATED ? 300 : 1500;
+  int results[3] = {};
+  for (unsigned int number = 0; number < kLists; ++number) {
+    const std::string list = SomeSharedList(number);
+    const ListResult expected = ModelFirmwareList(list, kMac, kRunning);
+    ASSERT_EQ(Result(list), expected) << number << ": " << list;
+    ++results[expected.result];
+  }
+  for (const int count : results) {
+    EXPECT_GT(count, static_cast<int>(kLists / 20));
+  }
+}
+
+// What is known of an item already is told for each list that has it.
+TEST_F(HostileListTest, TheLogTellsOfEachTestOfASharedItem) {
+  const std::string list = FirmwareList(
+      Repeated(3, "<Firmware><MacList></MacList></Firmware>") + "<MAC>x</MAC><MAC>y</MAC>" +
+      "<MACs><Start>FF</Start><End>FF</End><MACs><Start>FE</Start><End>FE</End></MACs>" +
+      "<Firmware>x<Firmware><MatchList><Match>z</Match></MatchList></Firmware>");
+  EXPECT_EQ(Parse(list), 1);
+  log_file::Start(7);
+  EXPECT_EQ(Parse(list), 1);
+  std::vector<std::string> tests;
+  for (const std::string& line : log_file::Lines()) {
+    if (line.compare(0, 7, "Match '") == 0) {
+      tests.push_back(line.substr(0, line.find(" with ")));
+    }
+  }
+  std::vector<std::string> expected;
+  for (int i = 0; i < 3; ++i) {
+    expected.insert(expected.end(),
+                    {"Match 'x'", "Match 'y'", "Match 'FF'~'FF'", "Match 'FE'~'FE'"});
+  }
+  expected.insert(expected.end(), {"Match 'z'", "Match 'z'"});
+  EXPECT_EQ(tests, expected);
+}
+
 // Cut anywhere, as a search step that reads 4096 characters may do.
 TEST_F(HostileListTest, CutListsAreReadAsTheModelReadsThem) {
   const std::string list =
