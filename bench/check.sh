@@ -43,10 +43,10 @@ if [[ $times == yes ]]; then
   run_times
 fi
 
-# count SCENARIO: prints the instructions of a scenario.
+# count SCENARIO [SIZE]: prints the instructions of a scenario.
 count() {
   valgrind --tool=callgrind --instr-atstart=no --callgrind-out-file=/dev/null \
-    "$build/bench/kio_counts" "$1" 2>&1 | sed -n 's/.*Collected : *//p'
+    "$build/bench/kio_counts" "$@" 2>&1 | sed -n 's/.*Collected : *//p'
 }
 # ratio NAME LIMIT: compares an exchange with its store calls; no limit with "-".
 ratio() {
@@ -60,9 +60,28 @@ ratio() {
       name, a, b, a / b, limit, missed ? " MISSED" : ""
     exit missed }'
 }
+# growth SCENARIO SMALL LARGE TIMES: compares two sizes, the larger of which may take 1.1 x TIMES the
+# instructions of the smaller.
+growth() {
+  local small large
+  small=$(count "$1" "$2")
+  large=$(count "$1" "$3")
+  awk -v name="$1 $2 to $3" -v a="$small" -v b="$large" -v times="$4" 'BEGIN {
+    if (a <= 0 || b <= 0) { print name ": not counted"; exit 1 }
+    growth = b / a / times
+    missed = growth > 1.1
+    printf "%-23s %9d to %9d instructions: %.3f of %d x, limit 1.1%s\n",
+      name, a, b, growth, times, missed ? " MISSED" : ""
+    exit missed }'
+}
 {
   ratio "" 1.25 || missed+=(instructions)
   ratio -again - || missed+=(instructions)
+  growth batch 16 256 16 || missed+=(growth)
+  growth batch-lines 16 256 16 || missed+=(growth)
+  for scenario in list-empty list-ranges list-entries; do
+    growth "$scenario" 10 100 1 || missed+=(growth)
+  done
 } > "$build/counts.txt"
 cat "$build/counts.txt"
 

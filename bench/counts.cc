@@ -1,10 +1,11 @@
 // Counts of instructions, for callgrind:
 //
-//     valgrind --tool=callgrind --instr-atstart=no kio_counts SCENARIO
+//     valgrind --tool=callgrind --instr-atstart=no kio_counts SCENARIO [SIZE]
 //
 // "exchange" runs one accepted exchange of the full document on a device in factory state,
 // "exchange-again" the same document a second time; "calls" and "calls-again" make the store calls
-// of these exchanges again, with their paths resolved. Only what is named is counted.
+// of these exchanges again, with their paths resolved. The scenarios with a size tell how the cost
+// of a text grows (kGrowths below). Only what is named is counted.
 #include <unistd.h>
 #include <valgrind/callgrind.h>
 
@@ -47,19 +48,101 @@ void Prepare(const std::string& document, bool again) {
   }
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  const std::string scenario = argc > 1 ? argv[1] : "";
-  const bool again = scenario.ends_with("-again");
-  const bool is_exchange = scenario.starts_with("exchange");
-  if (!is_exchange && !scenario.starts_with("calls")) {
-    std::fprintf(stderr, "usage: kio_counts exchange|exchange-again|calls|calls-again\n");
-    return 2;
+std::string Repeated(std::size_t count, const std::string& text) {
+  std::string all;
+  all.reserve(count * text.size());
+  for (std::size_t i = 0; i < count; ++i) {
+    all += text;
   }
-  std::snprintf(daemon_log_path, sizeof(daemon_log_path), "%s",
-                std::filesystem::temp_directory_path().c_str());
-  std::snprintf(daemon_log_header, sizeof(daemon_log_header), "kio_counts_%d", getpid());
+  return all;
+}
+
+// As much of a repeated text as a size holds.
+std::string Filled(std::size_t size, const std::string& text) {
+  return Repeated(size / text.size(), text);
+}
+
+constexpr std::size_t kKibibyte = 1024;
+constexpr std::size_t kMebibyte = kKibibyte * kKibibyte;
+
+int RunBatch(char* text) { return do_RssVar_Parser(text, '&', nullptr, 0); }
+
+int RunList(char* text) { return do_FwXml_Parser(text, nullptr, nullptr); }
+
+std::string FirmwareList(const std::string& entries) {
+  return "<root><specVersion><major>1</major><minor>0</minor></specVersion><FirmwareList>" +
+         entries + "</FirmwareList></root>";
+}
+
+struct Growth {
+  const char* name;
+  std::string (*text)(std::size_t size);
+  int (*run)(char* text);
+  int result;
+};
+
+const Growth kGrowths[] = {
+    // A batch of SIZE KiB, its pairs parted by separators or by line ends.
+    {"batch", [](std::size_t size) { return Filled(size * kKibibyte, "rss_DeviceName=a&"); },
+     RunBatch, 0},
+    {"batch-lines", [](std::size_t size) { return Filled(size * kKibibyte, "rss_DeviceName=a\n"); },
+     RunBatch, 0},
+    // SIZE entries with empty lists, which reach into the mebibyte of items behind them.
+    {"list-empty",
+     [](std::size_t size) {
+       return FirmwareList(Repeated(size, "<Firmware><MacList></MacList><MatchList/></Firmware>") +
+                           Filled(kMebibyte, "<MACs><Start>FF</Start><End>FF</End></MACs>"));
+     },
+     RunList, KIOAPP_FW_LIST_NO_MATCH},
+    // The same before as many ranges that share what stands a mebibyte behind them.
+    {"list-ranges",
+     [](std::size_t size) {
+       return FirmwareList(Repeated(size, "<Firmware><MacList></MacList></Firmware>") +
+                           Repeated(size, "<MACs>") + Filled(kMebibyte, "<Star></Star>") +
+                           "<Start>FF</Start><End>FF</End></MACs>");
+     },
+     RunList, KIOAPP_FW_LIST_NO_MATCH},
+    // SIZE entries that share a list which stands a mebibyte behind them.
+    {"list-entries",
+     [](std::size_t size) {
+       return FirmwareList(Repeated(size, "<Firmware>") + Filled(kMebibyte, "<MacLis></MacLis>") +
+                           "<MacList><MAC>FF</MAC></MacList></Firmware>");
+     },
+     RunList, KIOAPP_FW_LIST_NO_MATCH},
+};
+
+const Growth* FindGrowth(const std::string& name) {
+  for (const Growth& growth : kGrowths) {
+    if (name == growth.name) {
+      return &growth;
+    }
+  }
+  return nullptr;
+}
+
+void CountGrowth(const Growth& growth, std::size_t size) {
+  kio::bench::StoreFactoryDevice();
+  MemoryStore::Get().nodes["/fwupgradeinfo/devicemac"] = "00:1A:2B:3C:4D:5E";
+  const std::string text = growth.text(size);
+  // As with an exchange, the first run brings everything to where it is later.
+  for (const bool counted : {false, true}) {
+    init_RssVar();
+    std::string copy = text;
+    if (counted) {
+      CALLGRIND_START_INSTRUMENTATION;
+    }
+    const int result = growth.run(copy.data());
+    CALLGRIND_STOP_INSTRUMENTATION;
+    if (result != growth.result) {
+      std::fprintf(stderr, "%s: the result is %d\n", growth.name, result);
+      std::exit(1);
+    }
+  }
+}
+
+// The exchange of the full document, or its store calls.
+void CountExchange(const std::string& scenario) {
+  const bool again = scenario.ends_with("-again");
   const std::string document = kio::bench::ReadFile(KIO_BENCH_DATA "/full.xml");
 
   // The first run notes the calls, and brings everything to where it is in a process that has run
@@ -71,7 +154,7 @@ int main(int argc, char** argv) {
   store.recording = false;
 
   Prepare(document, again);
-  if (is_exchange) {
+  if (scenario.starts_with("exchange")) {
     RunExchange(document, true);
   } else {
     // As before an exchange: a large allocation puts the allocator's small ones in order.
@@ -79,6 +162,29 @@ int main(int argc, char** argv) {
     CALLGRIND_START_INSTRUMENTATION;
     kio::bench::Replay(store.calls);
     CALLGRIND_STOP_INSTRUMENTATION;
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::string scenario = argc > 1 ? argv[1] : "";
+  const Growth* const growth = argc == 3 ? FindGrowth(scenario) : nullptr;
+  const bool is_exchange = scenario == "exchange" || scenario == "exchange-again" ||
+                           scenario == "calls" || scenario == "calls-again";
+  if (growth == nullptr && (argc != 2 || !is_exchange)) {
+    std::fprintf(stderr,
+                 "usage: kio_counts exchange|exchange-again|calls|calls-again\n"
+                 "       kio_counts batch|batch-lines|list-empty|list-ranges|list-entries SIZE\n");
+    return 2;
+  }
+  std::snprintf(daemon_log_path, sizeof(daemon_log_path), "%s",
+                std::filesystem::temp_directory_path().c_str());
+  std::snprintf(daemon_log_header, sizeof(daemon_log_header), "kio_counts_%d", getpid());
+  if (growth != nullptr) {
+    CountGrowth(*growth, std::strtoul(argv[2], nullptr, 10));
+  } else {
+    CountExchange(scenario);
   }
   std::error_code ignored;
   std::filesystem::remove(std::string(daemon_log_path) + "/" + daemon_log_header + "_log.txt",
