@@ -53,9 +53,9 @@ std::string RenamedDocument() { return With(FactoryDocument(), "DeviceName", "Re
 TEST_P(BrokenResultTest, OfAnAcceptedDocumentChangesNothing) {
   for (int command = 1; command <= kCommands; ++command) {
     Break(command);
-    ExpectFailure(Post(host_.port(), "/settings", RenamedDocument()));
-    Break(command);
     ExpectFailure(Post(host_.port(), "/settings?cloning=1&full=1", RenamedDocument()));
+    Break(command);
+    ExpectFailure(Post(host_.port(), "/settings", RenamedDocument()));
   }
   // A document that changes nothing would repeat actions that the library still has in mind.
   EXPECT_EQ(Post(host_.port(), "/settings", FactoryDocument()).body, ResultDocument(0, "", 0));
