@@ -20,6 +20,10 @@ line() {
 }
 
 state=$KIOHOST_STATE_DIR/device.state
+# Of this run alone: that of a host that was killed may not be over when the next host begins its own.
+new=$state.$$
+trap 'rm -f "$new"' EXIT
+trap 'exit 143' TERM
 name=$(node /sys/friendlyname)
 router=$(node /sys/routerenbl)
 roaming=$(node /zentrolinks/easyroaminginfo)
@@ -27,6 +31,6 @@ roaming=$(node /zentrolinks/easyroaminginfo)
   line "name=$name"
   line "router=$router"
   line "roaming=$roaming"
-} >"$state.new"
-mv "$state.new" "$state"
+} >"$new"
+mv "$new" "$state"
 line "$(date '+%Y-%m-%dT%H:%M:%S') device: $name" >>"$KIOHOST_STATE_DIR/events.log"

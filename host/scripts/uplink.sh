@@ -25,6 +25,10 @@ entry() {
 }
 
 state=$KIOHOST_STATE_DIR/uplink.state
+# Of this run alone: that of a host that was killed may not be over when the next host begins its own.
+new=$state.$$
+trap 'rm -f "$new"' EXIT
+trap 'exit 143' TERM
 hardware=$(node /uplink/hardwaretype)
 conntype=$(node /uplink/conntype)
 {
@@ -46,6 +50,6 @@ conntype=$(node /uplink/conntype)
     WWanAPN) entry isp /uplink/apn/ispname ;;
     WWan802.11) entry network /uplink/extendersite/wirelessname ;;
   esac
-} >"$state.new"
-mv "$state.new" "$state"
+} >"$new"
+mv "$new" "$state"
 line "$(date '+%Y-%m-%dT%H:%M:%S') uplink: $hardware, $conntype" >>"$KIOHOST_STATE_DIR/events.log"

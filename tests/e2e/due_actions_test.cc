@@ -5,6 +5,8 @@
 #include <chrono>
 #include <cmath>
 #include <csignal>
+#include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <thread>
 
@@ -91,6 +93,44 @@ TEST(DueActionsTest, TheActionsOfTheKilledCommitAreRunAndTold) {
   EXPECT_EQ(Post(host.port(), "/settings", Numbered(1)).body, ResultDocument(0, "", 0));
   EXPECT_EQ(host.End(SIGTERM), 0);
   EXPECT_EQ(host.Output().find("action", host.Output().find("listening on")), std::string::npos);
+}
+
+// The script of a host that was killed goes on, and the next host runs its own.
+TEST(DueActionsTest, TwoRunsOfAScriptDoNotDisturbEachOther) {
+  const TempDir dir;
+  // Answers as kiohost --store FILE --get NODE does, and for the slow run in the middle only once
+  // it may go on.
+  WriteFile(dir.File("kiohost"),
+            "#!/bin/sh\n"
+            "cd \"$KIOHOST_STATE_DIR\"\n"
+            "case $4 in\n"
+            "  /uplink/conntype) echo Static ;;\n"
+            "  /uplink/ip)\n"
+            "    if [ -n \"${SLOW-}\" ]; then\n"
+            "      : >slow\n"
+            "      until [ -e go ]; do sleep 0.01; done\n"
+            "    fi\n"
+            "    echo 192.0.2.7 ;;\n"
+            "  *) echo x ;;\n"
+            "esac\n");
+  std::filesystem::permissions(dir.File("kiohost"), std::filesystem::perms::owner_all);
+  const std::string run = "KIOHOST_STATE_DIR=" + dir.path() +
+                          " KIOHOST_STORE=s KIOHOST_PROGRAM=" + dir.File("kiohost") +
+                          " sh " KIO_HOST_DIR "/scripts/uplink.sh";
+  int slow_status = -1;
+  std::thread slow([&run, &slow_status] { slow_status = std::system(("SLOW=1 " + run).c_str()); });
+  EXPECT_TRUE(WaitFor([&dir] { return std::filesystem::exists(dir.File("slow")); }));
+  const std::string state =
+      "hardware=x\nconntype=Static\nip=192.0.2.7\nnetmask=x\ngateway=x\ndns=x\n";
+  EXPECT_EQ(std::system(run.c_str()), 0);
+  EXPECT_EQ(ReadFile(dir.File("uplink.state")), state);
+  WriteFile(dir.File("go"), "");
+  slow.join();
+  EXPECT_EQ(slow_status, 0);
+  EXPECT_EQ(ReadFile(dir.File("uplink.state")), state);
+  for (const auto& entry : std::filesystem::directory_iterator(dir.path())) {
+    EXPECT_FALSE(entry.path().filename().string().starts_with("uplink.state.")) << entry.path();
+  }
 }
 
 TEST(DueActionsTest, AnActionWhoseScriptFailedStaysDue) {
