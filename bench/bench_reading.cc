@@ -187,7 +187,7 @@ void RegisterReading() {
     });
   };
   against("library / pugixml", kLibraryToolkit, ReadByPugixml, 1.0);
-  against("without vectors / pugixml", ScalarToolkit(), ReadByPugixml, 1.25);
+  against("without vectors / pugixml", ScalarToolkit(), ReadByPugixml, 0);
   against("library / rapidxml", kLibraryToolkit, ReadByRapidxml, 0);
   against("library / expat", kLibraryToolkit, ReadByExpat, 0);
   RegisterPaired("leaves/plain / library", AgainstPlain);

@@ -75,7 +75,7 @@ growth() {
     exit missed }'
 }
 {
-  ratio "" 1.25 || missed+=(instructions)
+  ratio "" 1.30 || missed+=(instructions)
   ratio -again - || missed+=(instructions)
   growth batch 16 256 16 || missed+=(growth)
   growth batch-lines 16 256 16 || missed+=(growth)
