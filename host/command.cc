@@ -94,20 +94,20 @@ class Ending {
     if (!StopRequested() || is_over()) {
       return std::nullopt;
     }
-    if (!next_) {
+    if (next_ == kNotBegun) {
       next_ = Clock::now() + kGrace;
     }
-    if (Clock::now() >= *next_) {
+    if (Clock::now() >= next_) {
       Signal();
     }
-    return MillisecondsUntil(*next_);
+    return MillisecondsUntil(next_);
   }
 
   // The last signal that was sent, 0 before.
   int signal_number() const { return signal_; }
 
   // What still lives now is not to be waited for.
-  bool is_over() const { return signal_ == SIGKILL && Clock::now() >= *next_; }
+  bool is_over() const { return signal_ == SIGKILL && Clock::now() >= next_; }
 
  private:
   void Signal() {
@@ -117,8 +117,10 @@ class Ending {
     next_ = Clock::now() + (first ? kLastGrace : kKillPatience);
   }
 
+  static constexpr auto kNotBegun = Clock::time_point::max();
+
   pid_t group_;
-  std::optional<Clock::time_point> next_;
+  Clock::time_point next_ = kNotBegun;
   int signal_ = 0;
 };
 
