@@ -109,7 +109,6 @@ Status Host::Run() {
   if (follow_up_) {
     follow_up_->run();
   }
-  EndLeftProcesses();
   return status;
 }
 

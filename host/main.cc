@@ -13,6 +13,7 @@
 #include <system_error>
 #include <vector>
 
+#include "command.h"
 #include "core_dumps.h"
 #include "directories.h"
 #include "file_lock.h"
@@ -218,6 +219,7 @@ Status Serve(const Options& options, Store* store) {
   if (status.ok()) {
     status = host.Run();
   }
+  EndLeftProcesses();
   BindStore(nullptr);
   return status;
 }
