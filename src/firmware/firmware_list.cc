@@ -12,9 +12,9 @@
 #include "platform/store.h"
 #include "platform/text.h"
 #include "platform/text_functions.h"
-#include "settings/find_element.h"
-#include "settings/item_reader.h"
-#include "settings/xml_values.h"
+#include "settings/xml/find_element.h"
+#include "settings/xml/item_reader.h"
+#include "settings/xml/values.h"
 
 FwXmlData fwXmlData = {};
 

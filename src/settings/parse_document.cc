@@ -7,7 +7,7 @@
 #include "settings/parse_uplink.h"
 #include "settings/parse_wlan.h"
 #include "settings/step.h"
-#include "settings/xml_values.h"
+#include "settings/xml/required.h"
 
 namespace kio::settings {
 namespace {

@@ -3,7 +3,8 @@
 #include "kioapp/text.h"
 #include "kioapp/xml.h"
 #include "platform/log.h"
-#include "settings/xml_values.h"
+#include "settings/xml/required.h"
+#include "settings/xml/values.h"
 
 namespace kio::settings {
 namespace {
@@ -63,6 +64,12 @@ bool ParseFields(FieldTable table, Group group, BlockReader& block, const char* 
     }
   }
   return true;
+}
+
+// Quirk "configurable-zero-leaves-out": the section is neither verified nor written.
+bool IsLeftAlone(BlockReader& block) {
+  int configurable = 1;
+  return ReadInt(block.Find("Configurable"), configurable) && configurable == 0;
 }
 
 void LogSection(SectionId section, const char* parent_path) {

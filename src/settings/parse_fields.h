@@ -5,8 +5,8 @@
 #include <cstddef>
 
 #include "settings/field.h"
-#include "settings/find_element.h"
 #include "settings/record.h"
+#include "settings/xml/find_element.h"
 
 namespace kio::settings {
 
@@ -18,6 +18,9 @@ bool ParseField(const Field& field, const Element& element, void* section);
 // Quirk "failure-keeps-fields": those before it keep what was read.
 bool ParseFields(FieldTable table, Group group, BlockReader& block, const char* path,
                  void* section);
+
+// Whether an optional "Configurable" element is there and says 0.
+bool IsLeftAlone(BlockReader& block);
 
 // Notes that the parser of a section was entered.
 void LogSection(SectionId section, const char* parent_path);

@@ -2,7 +2,7 @@
 
 #include "kioapp/settings.h"
 #include "settings/parse_fields.h"
-#include "settings/xml_values.h"
+#include "settings/xml/required.h"
 
 namespace kio::settings {
 namespace {

@@ -3,7 +3,7 @@
 #define KIO_SETTINGS_PARSE_UPLINK_H
 
 #include "kioapp/record.h"
-#include "settings/find_element.h"
+#include "settings/xml/find_element.h"
 
 namespace kio::settings {
 

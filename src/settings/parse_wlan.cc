@@ -4,9 +4,9 @@
 
 #include "kioapp/settings.h"
 #include "platform/log.h"
-#include "settings/element_path.h"
 #include "settings/parse_fields.h"
-#include "settings/xml_values.h"
+#include "settings/xml/element_path.h"
+#include "settings/xml/required.h"
 
 namespace kio::settings {
 namespace {

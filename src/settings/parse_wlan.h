@@ -2,7 +2,7 @@
 #ifndef KIO_SETTINGS_PARSE_WLAN_H
 #define KIO_SETTINGS_PARSE_WLAN_H
 
-#include "settings/find_element.h"
+#include "settings/xml/find_element.h"
 
 namespace kio::settings {
 

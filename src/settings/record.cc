@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "settings/element_path.h"
+#include "settings/xml/element_path.h"
 
 RssXmlData rssXmlData = {};
 

@@ -5,7 +5,7 @@
 #include "platform/log.h"
 #include "platform/text.h"
 #include "settings/echo.h"
-#include "settings/element_path.h"
+#include "settings/xml/element_path.h"
 
 namespace kio::settings {
 namespace {

@@ -6,8 +6,8 @@
 #include "platform/log.h"
 #include "platform/store.h"
 #include "platform/xml_coding.h"
-#include "settings/element_path.h"
 #include "settings/record.h"
+#include "settings/xml/element_path.h"
 
 namespace kio::settings {
 namespace {

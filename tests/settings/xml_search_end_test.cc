@@ -6,9 +6,9 @@
 
 #include "../platform/guarded.h"
 #include "kioapp/kioapp.h"
-#include "settings/find_element.h"
 #include "settings/found.h"
-#include "settings/item_reader.h"
+#include "settings/xml/find_element.h"
+#include "settings/xml/item_reader.h"
 #include "support/exchange.h"
 
 namespace kio::test {

@@ -1,11 +1,11 @@
 // The elements of one name in a list, one after the other.
-#ifndef KIO_SETTINGS_ITEM_READER_H
-#define KIO_SETTINGS_ITEM_READER_H
+#ifndef KIO_SETTINGS_XML_ITEM_READER_H
+#define KIO_SETTINGS_XML_ITEM_READER_H
 
 #include "platform/text.h"
-#include "settings/equals_fold.h"
-#include "settings/find_element.h"
-#include "settings/scan.h"
+#include "settings/xml/equals_fold.h"
+#include "settings/xml/find_element.h"
+#include "settings/xml/scan.h"
 
 namespace kio::settings {
 

@@ -1,12 +1,12 @@
 // Finding elements by their tags in the raw text.
-#ifndef KIO_SETTINGS_FIND_ELEMENT_H
-#define KIO_SETTINGS_FIND_ELEMENT_H
+#ifndef KIO_SETTINGS_XML_FIND_ELEMENT_H
+#define KIO_SETTINGS_XML_FIND_ELEMENT_H
 
 #include <cstddef>
 #include <cstring>
 
 #include "platform/text.h"
-#include "settings/scan.h"
+#include "settings/xml/scan.h"
 
 namespace kio::settings {
 
@@ -90,11 +90,6 @@ class BlockReader {
 
 // The opening tag alone, or null.
 char* FindTag(const Block& block, platform::TextView key);
-
-// Finds a required block and appends its name to the parent's path in `path` (128 bytes). A missing
-// one is reported to the lost-key hook and gives a null text; `path` is then left as it was.
-Block FindRequiredBlock(const char* parent_path, const Block& block, platform::TextView key,
-                        char (&path)[128]);
 
 }  // namespace kio::settings
 

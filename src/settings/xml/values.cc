@@ -1,12 +1,9 @@
-#include "settings/xml_values.h"
+#include "settings/xml/values.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "kioapp/xml.h"
 #include "platform/xml_coding.h"
-
-void (*XmlErrMsg_LostKey)(const char* path, const char* key) = nullptr;
 
 namespace kio::settings {
 
@@ -67,12 +64,6 @@ namespace {
 
 }  // namespace
 
-void ReportLostKey(const char* path, TextView key) {
-  if (XmlErrMsg_LostKey != nullptr) {
-    XmlErrMsg_LostKey(path, key.data());
-  }
-}
-
 bool ReadText(const Element& element, char* dst, std::size_t size) {
   return ReadTextOf(element, dst, size);
 }
@@ -87,42 +78,4 @@ bool ReadInt(const Block& block, TextView key, int& out) {
   return ReadIntOf(FindElement(block, key), out);
 }
 
-// Quirk "configurable-zero-leaves-out": the section is neither verified nor written.
-bool IsLeftAlone(BlockReader& block) {
-  int configurable = 1;
-  return ReadInt(block.Find("Configurable"), configurable) && configurable == 0;
-}
-
 }  // namespace kio::settings
-
-int GetXmlKeyStrValue_(char* block, int len, const char* key, char* dst, int cap) {
-  if (block == nullptr || key == nullptr || dst == nullptr || cap < 1) {
-    return 0;
-  }
-  return static_cast<int>(
-      kio::settings::ReadText({block, len}, key, dst, static_cast<std::size_t>(cap)));
-}
-
-int GetXmlKeyIntValue_(char* block, int len, const char* key, int* out) {
-  if (block == nullptr || key == nullptr || out == nullptr) {
-    return 0;
-  }
-  return static_cast<int>(kio::settings::ReadInt({block, len}, key, *out));
-}
-
-int GetXmlKeyStrValue(char* block, int len, const char* parentPath, const char* key, char* dst,
-                      int cap) {
-  const int found = GetXmlKeyStrValue_(block, len, key, dst, cap);
-  if (found == 0 && key != nullptr) {
-    kio::settings::ReportLostKey(parentPath, key);
-  }
-  return found;
-}
-
-int GetXmlKeyIntValue(char* block, int len, const char* parentPath, const char* key, int* out) {
-  const int found = GetXmlKeyIntValue_(block, len, key, out);
-  if (found == 0 && key != nullptr) {
-    kio::settings::ReportLostKey(parentPath, key);
-  }
-  return found;
-}

@@ -1,4 +1,4 @@
-#include "settings/item_reader.h"
+#include "settings/xml/item_reader.h"
 
 namespace kio::settings {
 

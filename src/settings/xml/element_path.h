@@ -1,6 +1,6 @@
 // Element paths, as messages name elements: "Device/Wireless5/Channel".
-#ifndef KIO_SETTINGS_ELEMENT_PATH_H
-#define KIO_SETTINGS_ELEMENT_PATH_H
+#ifndef KIO_SETTINGS_XML_ELEMENT_PATH_H
+#define KIO_SETTINGS_XML_ELEMENT_PATH_H
 
 #include "platform/text.h"
 

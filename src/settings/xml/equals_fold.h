@@ -1,6 +1,6 @@
 // Comparing texts whatever the case of their letters.
-#ifndef KIO_SETTINGS_EQUALS_FOLD_H
-#define KIO_SETTINGS_EQUALS_FOLD_H
+#ifndef KIO_SETTINGS_XML_EQUALS_FOLD_H
+#define KIO_SETTINGS_XML_EQUALS_FOLD_H
 
 #include <cstddef>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "settings/equals_fold.h"
+#include "settings/xml/equals_fold.h"
 
 #include "platform/text.h"
 

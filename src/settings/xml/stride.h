@@ -1,6 +1,6 @@
 // Looking at many neighbouring positions of a text at once.
-#ifndef KIO_SETTINGS_STRIDE_H
-#define KIO_SETTINGS_STRIDE_H
+#ifndef KIO_SETTINGS_XML_STRIDE_H
+#define KIO_SETTINGS_XML_STRIDE_H
 
 #include <bit>
 #include <cstddef>

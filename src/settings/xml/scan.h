@@ -1,12 +1,12 @@
 // Searching text: the inner loops of every search.
-#ifndef KIO_SETTINGS_SCAN_H
-#define KIO_SETTINGS_SCAN_H
+#ifndef KIO_SETTINGS_XML_SCAN_H
+#define KIO_SETTINGS_XML_SCAN_H
 
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
 
-#include "settings/stride.h"
+#include "settings/xml/stride.h"
 
 namespace kio::settings {
 

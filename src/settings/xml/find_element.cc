@@ -1,13 +1,9 @@
-#include "settings/find_element.h"
+#include "settings/xml/find_element.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "kioapp/xml.h"
-#include "platform/log.h"
-#include "settings/element_path.h"
-#include "settings/equals_fold.h"
-#include "settings/xml_values.h"
+#include "settings/xml/equals_fold.h"
 
 namespace kio::settings {
 namespace {
@@ -259,59 +255,4 @@ char* FindTag(const Block& block, TextView key) {
   return const_cast<char*>(FindFarOpeningTag(text, block.text, key).position);
 }
 
-Block FindRequiredBlock(const char* parent_path, const Block& block, TextView key,
-                        char (&path)[128]) {
-  platform::LogEntry("prepareXmlBlockData");
-  const Element element = block.text != nullptr ? FindElement(block, key) : Element{};
-  if (!element.is_complete()) {
-    ReportLostKey(nullptr, key);
-    return {};
-  }
-  JoinPath(path, parent_path, key);
-  return element.content;
-}
-
 }  // namespace kio::settings
-
-using kio::settings::Block;
-using kio::settings::Element;
-
-char* FindXmlKeyContain_(char* text, int len, const char* key, int* outLen, int headerOnly) {
-  if (text == nullptr || key == nullptr) {
-    return nullptr;
-  }
-  const Block block{text, len, nullptr};
-  const Element element = headerOnly != 0 ? Element{kio::settings::FindTag(block, key), {}}
-                                          : kio::settings::FindElement(block, key);
-  if (headerOnly != 0 && element.has_tag()) {
-    return element.tag;
-  }
-  if (outLen != nullptr) {
-    *outLen = element.is_complete() ? element.content.length : 0;
-  }
-  return element.content.text;
-}
-
-char* FindXmlKeyContain(char* text, int len, const char* key, int* outLen) {
-  return FindXmlKeyContain_(text, len, key, outLen, 0);
-}
-
-char* SearchXmlKeyHeader(char* text, int len, const char* key) {
-  return FindXmlKeyContain_(text, len, key, nullptr, 1);
-}
-
-char* prepareXmlBlockData(const char* parentPath, char* text, int len, const char* key,
-                          char* outPath, int* outLen) {
-  if (key == nullptr) {
-    return nullptr;
-  }
-  char path[128];
-  const Block found = kio::settings::FindRequiredBlock(parentPath, {text, len, nullptr}, key, path);
-  if (found.text != nullptr) {
-    kio::platform::CopyText(outPath, sizeof(path), path);
-  }
-  if (outLen != nullptr) {
-    *outLen = found.length;
-  }
-  return found.text;
-}

@@ -1,4 +1,4 @@
-#include "settings/element_path.h"
+#include "settings/xml/element_path.h"
 
 namespace kio::settings {
 

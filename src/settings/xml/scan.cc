@@ -1,8 +1,8 @@
-#include "settings/scan.h"
+#include "settings/xml/scan.h"
 
 #include "kioapp/xml.h"
 #include "platform/text.h"
-#include "settings/equals_fold.h"
+#include "settings/xml/equals_fold.h"
 
 namespace kio::settings {
 namespace {
