@@ -94,7 +94,6 @@ void HttpServer::Run(const fd_set& read_set, const fd_set& write_set, const fd_s
       connection->pace().Enter(Pace::Phase::kHead, now);
     }
   }
-  ResumeWhoseClientsAreGone();
   // The server closes a connection whose socket has an exceptional condition.
   fd_set cut = except_set;
   CutSlowOnes(&cut, now);
@@ -234,15 +233,6 @@ void HttpServer::Leave(HttpRequest* request) {
   if (next != nullptr && !stopping_) {
     MHD_resume_connection(next->connection());
     resumed_ = true;
-  }
-}
-
-// They are dropped as soon as they run.
-void HttpServer::ResumeWhoseClientsAreGone() {
-  for (HttpRequest* request : turns_.waiting()) {
-    if (Connection::Of(request->connection())->IsClientGone()) {
-      MHD_resume_connection(request->connection());
-    }
   }
 }
 

@@ -73,7 +73,6 @@ class HttpServer {
   void Finish(std::unique_ptr<HttpRequest> request);
   void Leave(HttpRequest* request);
 
-  void ResumeWhoseClientsAreGone();
   void ForgiveWait(Clock::duration busy);
   void CutSlowOnes(fd_set* cut, Clock::time_point now);
 
