@@ -12,7 +12,8 @@ failed=()
 # second time in a way that clang does not know, so only the benchmarks are taken from it. Test
 # files are checked several at once, as they are compiled.
 for preset in dev bench; do
-  if ! log=$(cmake --preset "$preset" -B "$build/$preset" 2>&1); then
+  if ! log=$(cmake --preset "$preset" -B "$build/$preset" -DKIO_BUILD_FUZZ=ON \
+    -DKIO_PRECOMPILE=OFF 2>&1); then
     echo "$log" >&2
     exit 1
   fi

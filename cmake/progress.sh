@@ -1,5 +1,6 @@
 # shellcheck shell=bash
 # Building with a word on how far it is, for the scripts that people run; `source` it.
+set -o pipefail
 
 # On a terminal progress is one line that is written over, elsewhere a line for every tenth.
 progress_tenth=-1
@@ -87,8 +88,7 @@ build_preset() {
     status=0
     cmake --preset "$preset" > "$log" 2>&1 8>&- || status=1
     if [[ $status -eq 0 ]]; then
-      cmake --build --preset "$preset" ${1+--target "$@"} 2>&1 8>&- | show_build "$log"
-      status=${PIPESTATUS[0]}
+      cmake --build --preset "$preset" ${1+--target "$@"} 2>&1 8>&- | show_build "$log" || status=1
     fi
     if [[ $status -ne 0 ]]; then
       explain_build "$log" "$preset" "$command"

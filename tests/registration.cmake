@@ -9,7 +9,8 @@ option(KIO_TESTS_IN_ONE_PROCESS "Run all tests of a program in one process" OFF)
 # have a process of their own.
 function(kio_register_tests target)
   set(fresh ${ARGV1})
-  set(discovery NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
+  # By the prefix ./test knows whose tests they are.
+  set(discovery TEST_PREFIX ${target}. NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
   if(NOT KIO_TESTS_IN_ONE_PROCESS)
     gtest_discover_tests(${target} ${discovery})
     return()

@@ -8,6 +8,8 @@
 #include <strings.h>
 #include <unistd.h>
 
+#include "../support/temporary_root.h"
+
 enum { kNodes = 128, kSize = 256, kFiles = 16 };
 
 struct Node {
@@ -16,7 +18,7 @@ struct Node {
 };
 
 static struct Node g_nodes[kNodes];
-static char g_directory[] = "/tmp/kioapp_abi_XXXXXX";
+static char g_directory[40];
 static char g_files[kFiles][kSize];
 static int g_file_count = 0;
 
@@ -64,6 +66,7 @@ const char *Directory(void) {
   static int made = 0;
   if (!made) {
     made = 1;
+    snprintf(g_directory, sizeof(g_directory), "%s%s", TemporaryRoot(), KIO_TEMPORARY_NAME);
     if (mkdtemp(g_directory) == NULL || atexit(RemoveDirectory) != 0) {
       Stop("no temporary directory");
     }

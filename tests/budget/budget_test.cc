@@ -8,6 +8,7 @@
 #include <sstream>
 #include <string>
 
+#include "../support/temporary_root.h"
 #include "flat_host.h"
 #include "kioapp/kioapp.h"
 #include "libc_calls.h"
@@ -62,10 +63,9 @@ std::size_t StackOfExchange() {
 class BudgetTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    char name[] = "/tmp/kio_budget.XXXXXX";
-    ASSERT_NE(mkdtemp(name), nullptr);
-    directory_ = name;
-    std::snprintf(daemon_log_path, sizeof(daemon_log_path), "%s", name);
+    directory_ = std::string(TemporaryRoot()) + KIO_TEMPORARY_NAME;
+    ASSERT_NE(mkdtemp(directory_.data()), nullptr);
+    std::snprintf(daemon_log_path, sizeof(daemon_log_path), "%s", directory_.c_str());
     daemon_log_file_size_k = 100000;
     daemon_log_level = 5;
     UseLibcFormatting(true);

@@ -19,6 +19,10 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 using Clock = std::chrono::steady_clock;
 
+// Ends when the file `go` is there.
+constexpr char kHeldScript[] =
+    "#!/bin/sh\nwhile [ ! -e \"$KIOHOST_STATE_DIR/go\" ]; do sleep 0.05; done\n"
+    "echo done >>\"$KIOHOST_STATE_DIR/slow\"\n";
 constexpr char kSlowScript[] = "#!/bin/sh\nsleep 1\necho done >>\"$KIOHOST_STATE_DIR/slow\"\n";
 
 std::string NewUplink(const std::string& address) {
@@ -27,14 +31,13 @@ std::string NewUplink(const std::string& address) {
 
 TEST(CommitTest, RunsOnlyAfterTheAnswerWasSent) {
   HostProcess host;
-  host.UseScript("uplink.sh", kSlowScript);
+  host.UseScript("uplink.sh", kHeldScript);
   ASSERT_TRUE(host.Start());
-  const auto begin = Clock::now();
+  // The script does not end before the answer is here.
   const HttpResponse answer = Post(host.port(), "/settings", NewUplink("192.0.2.77"));
   EXPECT_EQ(answer.body, ResultDocument(0, "", 20));
-  // The script takes a second; an answer that waited for it would come later than that.
-  EXPECT_LT(Clock::now() - begin, std::chrono::milliseconds(900));
   EXPECT_EQ(ReadFile(host.dir().File("slow")), "");
+  WriteFile(host.dir().File("go"), "");
   EXPECT_TRUE(host.WaitForOutput("action WanResync"));
   EXPECT_EQ(ReadFile(host.dir().File("slow")), "done\n");
 }
@@ -99,7 +102,6 @@ TEST(CommitTest, ManyExchangesAtOnceAllGetTheirAnswerAndCommit) {
   for (size_t i = 0; i < kClients; ++i) {
     clients.push_back(Accepted(host.port()));
   }
-  const auto begin = Clock::now();
   for (size_t i = 0; i < kClients; ++i) {
     const std::string name = "Name " + std::to_string(i);
     ASSERT_TRUE(
@@ -108,8 +110,11 @@ TEST(CommitTest, ManyExchangesAtOnceAllGetTheirAnswerAndCommit) {
   for (const auto& client : clients) {
     EXPECT_EQ(client->Read().body, ResultDocument(0, "", 5));
   }
-  // None waited for another connection to become idle.
-  EXPECT_LT(Clock::now() - begin, std::chrono::seconds(9));
+  // None waited for another connection to become idle, which would be closed now.
+  for (const auto& client : clients) {
+    EXPECT_TRUE(client->Send("GET /device HTTP/1.1\r\nHost: router\r\n\r\n"));
+    EXPECT_EQ(client->Read().status, 200);
+  }
   EXPECT_EQ(host.End(SIGTERM), 0);
   EXPECT_EQ(Count(host.Output(), "action DeviceResync"), kClients);
 }
@@ -261,7 +266,7 @@ TEST(CommitTest, WithRealWaitsTheHostGoesAwayAsLongAsItSaid) {
   ASSERT_TRUE(host.WaitForOutput("away for 3 s"));
   EXPECT_FALSE(Connection(host.port()).connected());
   while (!Connection(host.port()).connected()) {
-    ASSERT_LT(Clock::now() - begin, std::chrono::seconds(10));
+    ASSERT_LT(Clock::now() - begin, std::chrono::minutes(2));
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
   }
   EXPECT_GE(Clock::now() - begin, std::chrono::milliseconds(2900));
@@ -272,12 +277,12 @@ TEST(CommitTest, WithRealWaitsTheHostGoesAwayAsLongAsItSaid) {
 TEST(CommitTest, AStopEndsARealWait) {
   HostProcess host;
   ASSERT_TRUE(host.Start({"--real-waits"}));
-  EXPECT_EQ(Post(host.port(), "/settings", NewUplink("192.0.2.77")).body,
-            ResultDocument(0, "", 20));
-  ASSERT_TRUE(host.WaitForOutput("action CfgSaveToFlash"));
-  const auto begin = Clock::now();
+  const std::string name = With(NewUplink("192.0.2.77"), "DeviceName", "Renamed");
+  EXPECT_EQ(Post(host.port(), "/settings", WithIn(name, "Wireless5", "Channel", "40")).body,
+            ResultDocument(0, "", 35));
+  ASSERT_TRUE(host.WaitForOutput("away for 35 s"));
+  // The test waits for 20 seconds.
   EXPECT_EQ(host.End(SIGTERM), 0);
-  EXPECT_LT(Clock::now() - begin, std::chrono::seconds(5));
 }
 
 }  // namespace

@@ -5,7 +5,7 @@ set -euo pipefail
 
 kiohost=$1
 source_dir=$2
-work=$(mktemp -d /tmp/kio.XXXXXX)
+work=$(mktemp -d "${TMPDIR:-/tmp}/k.XXXXXX")
 host_pid=
 cleanup() {
   if [[ -n $host_pid ]]; then

@@ -6,7 +6,7 @@ set -euo pipefail
 kiohost=$1
 source_dir=$2
 fake_uptime=$3
-work=$(mktemp -d /tmp/kio.XXXXXX)
+work=$(mktemp -d "${TMPDIR:-/tmp}/k.XXXXXX")
 host_pid=
 cleanup() {
   if [[ -n $host_pid ]]; then

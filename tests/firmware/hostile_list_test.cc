@@ -1,7 +1,7 @@
 // Firmware lists that mean harm: of any length and shape.
 #include <gtest/gtest.h>
 
-#include <chrono>
+#include <ctime>
 #include <random>
 #include <string>
 #include <vector>
@@ -237,8 +237,10 @@ TEST_F(HostileListTest, LongTextsAreCut) {
             2);
 }
 
-// Shapes that make a naive search pass over the text again and again. None takes seconds.
+// Shapes that make a naive search pass over the text again and again, which takes hours. None takes
+// seconds of the processor, on whatever machine.
 TEST_F(HostileListTest, MegabytesOfAnyShapeAreReadInTime) {
+  constexpr double kMostSeconds = 30;
   // An emulated machine is slow.
   constexpr int kMany = KIO_TEST_EMULATED ? 10000 : 200000;
   const std::string filler(KIO_TEST_EMULATED ? 20000 : 400000, 'f');
@@ -261,10 +263,11 @@ TEST_F(HostileListTest, MegabytesOfAnyShapeAreReadInTime) {
       filler,
   };
   for (std::size_t i = 0; i < lists.size(); ++i) {
-    const auto begin = std::chrono::steady_clock::now();
+    // Processor time: the machine may be busy with something else.
+    const std::clock_t begin = std::clock();
     EXPECT_NE(Parse(lists[i]), 2) << i;
-    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
-    EXPECT_LT(seconds.count(), 5.0) << i << ": " << lists[i].size() << " characters";
+    const double seconds = static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
+    EXPECT_LT(seconds, kMostSeconds) << i << ": " << lists[i].size() << " characters";
   }
 }
 

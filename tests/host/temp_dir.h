@@ -7,12 +7,14 @@
 #include <string>
 #include <system_error>
 
+#include "../support/temporary_root.h"
+
 class TempDir {
  public:
-  // Short, since the library's shell commands hold the directory's path.
-  TempDir() {
-    char name[] = "/tmp/kio.XXXXXX";
-    path_ = mkdtemp(name) == nullptr ? "" : name;
+  TempDir() : path_(std::string(TemporaryRoot()) + KIO_TEMPORARY_NAME) {
+    if (mkdtemp(path_.data()) == nullptr) {
+      path_.clear();
+    }
   }
   ~TempDir() {
     if (!path_.empty()) {

@@ -17,6 +17,7 @@
 #include <sstream>
 
 #include "kioapp/kioapp.h"
+#include "support/temporary_root.h"
 
 namespace kio::test {
 namespace {
@@ -145,18 +146,47 @@ int FakeHost::RunCommand(const char* command) {
   return status;
 }
 
-TemporaryDirectory::TemporaryDirectory() : owner_(getpid()) {
-  std::string name = (std::filesystem::temp_directory_path() / "kio.XXXXXX").string();
-  path_ = mkdtemp(name.data());
+namespace {
+
+// The directories of this process and of those that it is a copy of. A process that ends within a
+// test leaves the scopes of the directories' owners by no way of theirs.
+class LiveDirectories {
+ public:
+  ~LiveDirectories() {
+    while (!owners_.empty()) {
+      Remove(owners_.begin()->first);
+    }
+  }
+  void Add(const std::string& path) { owners_[path] = getpid(); }
+  void Remove(const std::string& path) {
+    std::error_code ignored;
+    if (owners_[path] == getpid()) {
+      std::filesystem::remove_all(path, ignored);
+    }
+    owners_.erase(path);
+  }
+
+ private:
+  std::map<std::string, pid_t> owners_;
+};
+
+LiveDirectories& Live() {
+  static LiveDirectories directories;
+  return directories;
 }
 
-TemporaryDirectory::~TemporaryDirectory() {
-  if (getpid() != owner_) {
-    return;
+}  // namespace
+
+TemporaryDirectory::TemporaryDirectory()
+    : path_(std::string(TemporaryRoot()) + KIO_TEMPORARY_NAME) {
+  if (mkdtemp(path_.data()) == nullptr) {
+    std::perror(path_.c_str());
+    std::abort();
   }
-  std::error_code ignored;
-  std::filesystem::remove_all(path_, ignored);
+  Live().Add(path_);
 }
+
+TemporaryDirectory::~TemporaryDirectory() { Live().Remove(path_); }
 
 std::string ReadFile(const std::string& path) {
   const std::ifstream file(path, std::ios::binary);

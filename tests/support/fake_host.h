@@ -3,8 +3,6 @@
 #ifndef KIO_TESTS_SUPPORT_FAKE_HOST_H
 #define KIO_TESTS_SUPPORT_FAKE_HOST_H
 
-#include <sys/types.h>
-
 #include <functional>
 #include <map>
 #include <optional>
@@ -78,8 +76,8 @@ class FakeHost {
   std::vector<std::string> commands_;
 };
 
-// A directory below the system's temporary directory, removed with its contents at the end of the
-// process that made it, and not of its copies.
+// A temporary directory, removed with its contents with its owner or at the exit of the process
+// that made it, and by no copy of that.
 class TemporaryDirectory {
  public:
   TemporaryDirectory();
@@ -92,7 +90,6 @@ class TemporaryDirectory {
 
  private:
   std::string path_;
-  pid_t owner_;
 };
 
 // Contents of a file; empty when it cannot be read.

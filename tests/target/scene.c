@@ -5,7 +5,9 @@
 #include <stdlib.h>
 #include <unistd.h>
 
-static char g_directory[] = "/tmp/kio_target_XXXXXX";
+#include "../support/temporary_root.h"
+
+static char g_directory[40];
 
 __attribute__((noreturn)) static void Stop(const char *what) {
   perror(what);
@@ -26,6 +28,7 @@ const char *SceneDirectory(void) {
   static int made = 0;
   if (!made) {
     made = 1;
+    snprintf(g_directory, sizeof(g_directory), "%s%s", TemporaryRoot(), KIO_TEMPORARY_NAME);
     if (mkdtemp(g_directory) == NULL) {
       Stop(g_directory);
     }

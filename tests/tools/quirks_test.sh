@@ -8,7 +8,7 @@ check=$(dirname "$0")/quirks.sh
 
 bash "$check" "$source_dir" || exit 1
 
-work=$(mktemp -d /tmp/kio.XXXXXX)
+work=$(mktemp -d "${TMPDIR:-/tmp}/k.XXXXXX")
 trap 'rm -rf "$work"' EXIT
 cp -r "$source_dir"/{docs,src,host,include,tests} "$work"
 
