@@ -1,0 +1,35 @@
+// The files of the machine, as libc's functions would serve them: each sets `errno`.
+#ifndef KIO_DIFFERENTIAL_FILES_H
+#define KIO_DIFFERENTIAL_FILES_H
+
+#include <sys/stat.h>
+#include <sys/types.h>
+
+#include <cstddef>
+#include <string>
+
+namespace kio::differential {
+
+// The descriptor of every socket.
+inline constexpr int kSocket = 900;
+
+// Sets `errno` and returns -1.
+int Fail(int error);
+
+int OpenFileAt(const char* path, int flags, unsigned mode);
+int CloseFile(int descriptor);
+ssize_t ReadFile(int descriptor, void* data, std::size_t size);
+ssize_t ReadFileAt(int descriptor, void* data, std::size_t size, off_t offset);
+ssize_t WriteFile(int descriptor, const void* data, std::size_t size);
+int FileStatus(const char* path, struct stat* status);
+int OpenFileStatus(int descriptor, struct stat* status);
+int FileAccess(const char* path);
+// What memory holds into which `size` bytes of a file are mapped.
+bool CopyForMapping(int descriptor, std::size_t size, std::string& content);
+
+// Makes events of files that the library has not closed.
+void TellOpenFiles();
+
+}  // namespace kio::differential
+
+#endif
