@@ -1,8 +1,6 @@
 #include "buffers.h"
 
 #include <sys/mman.h>
-#include <sys/syscall.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <cstring>
@@ -23,9 +21,8 @@ class Pool {
   // The end of a stretch.
   char* Take() {
     if (next_ == ends_.size()) {
-      auto* const memory =
-          reinterpret_cast<char*>(syscall(SYS_mmap, nullptr, room_ + kPage, PROT_READ | PROT_WRITE,
-                                          MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
+      auto* const memory = static_cast<char*>(
+          mmap(nullptr, room_ + kPage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
       if (memory == MAP_FAILED || mprotect(memory + room_, kPage, PROT_NONE) != 0) {
         std::abort();
       }

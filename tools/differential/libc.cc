@@ -26,6 +26,16 @@ using kio::differential::Event;
 using kio::differential::Fail;
 using kio::differential::Machine;
 
+namespace {
+
+// What mmap of libc does.
+void* Map(void* address, std::size_t size, int protection, int flags, int file, off_t offset) {
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): the result of a system call is a number.
+  return reinterpret_cast<void*>(syscall(SYS_mmap, address, size, protection, flags, file, offset));
+}
+
+}  // namespace
+
 // NOLINTBEGIN(readability-identifier-naming)
 extern "C" {
 
@@ -137,14 +147,16 @@ void* mmap(void* address, std::size_t size, int protection, int flags, int descr
            off_t offset) noexcept {
   std::string content;
   if (!Machine::Get().is_on || (flags & MAP_ANONYMOUS) != 0) {
-    return reinterpret_cast<void*>(
-        syscall(SYS_mmap, address, size, protection, flags, descriptor, offset));
+    return Map(address, size, protection, flags, descriptor, offset);
   }
   if (!kio::differential::CopyForMapping(descriptor, size, content)) {
     return MAP_FAILED;
   }
-  auto* const memory = reinterpret_cast<void*>(
-      syscall(SYS_mmap, nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
+  void* const memory =
+      Map(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (memory == MAP_FAILED) {
+    return memory;
+  }
   std::memcpy(memory, content.data(), size);
   return memory;
 }

@@ -2,7 +2,6 @@
 
 #include <sys/mman.h>
 #include <sys/resource.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -213,8 +212,11 @@ int TellEnd(const Plan& plan, const Progress& progress, int end, int status, FIL
 
 int Run(const Plan& plan, FILE* output) {
   auto* const progress = static_cast<Progress*>(
-      reinterpret_cast<void*>(syscall(SYS_mmap, nullptr, sizeof(Progress), PROT_READ | PROT_WRITE,
-                                      MAP_SHARED | MAP_ANONYMOUS, -1, 0)));
+      mmap(nullptr, sizeof(Progress), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
+  if (progress == MAP_FAILED) {
+    std::fprintf(stderr, "no memory: %s\n", std::strerror(errno));
+    std::exit(2);
+  }
   int ended = 0;
   for (int begin = 0; begin < plan.scenarios; begin += kGroupSize) {
     const int end = std::min(begin + kGroupSize, plan.scenarios);
