@@ -12,9 +12,10 @@ namespace kio::differential {
 namespace {
 
 void RunCoders(Random& random) {
-  const std::string text = random.OneIn(3)
-                               ? CharactersOf(random, "%+abF0 &;lt\x7f\xe4-._", Length(random))
-                               : Odd(random);
+  const std::string text =
+      random.OneIn(3)
+          ? CharactersOf(random, "%%%%%+abfgzABFGZ0123456789:/@`{ &;lt\x7f\xe4-._", Length(random))
+          : Odd(random);
   const Buffer source(text);
   const int limit = random.OneIn(8) ? random.Between(-2, 1) : Length(random);
   Note("text", {text, limit});

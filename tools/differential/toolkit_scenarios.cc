@@ -98,9 +98,9 @@ void RunFinders(Random& random) {
   Answer("FindXmlKeyContain", {contain, length});
   length = -7;
   const int header_only = random.Between(-1, 1);
-  const long contain_ =
+  const long found =
       place(FindXmlKeyContain_(text.get(), asked.length, key.get(), out, header_only));
-  Answer("FindXmlKeyContain_", {contain_, length});
+  Answer("FindXmlKeyContain_", {found, length});
   Answer("SearchXmlKeyHeader", {place(SearchXmlKeyHeader(text.get(), asked.length, key.get()))});
   Answer("strstri", {place(strstri(text.get(), key.get()))});
   if (random.OneIn(30)) {

@@ -22,7 +22,7 @@ std::string Processes(Random& random) {
     }
   }
   const std::string tag = command.substr(0, 15);
-  const std::string download = "root 17 " + command + " ";
+  std::string download = "root 17 " + command + " ";
   const std::string search = "root 18 sh -c echo ps aux | grep " + tag + " root 19 grep " + tag;
   switch (random.Below(7)) {
     case 0:

@@ -162,7 +162,7 @@ void RunValidateInPlace(Random& random) {
     const Named variable = PickVariable(random);
     std::string pair = variable.name + (random.OneIn(15) ? "" : "=") + ValueOf(random, variable);
     if (random.OneIn(5)) {
-      pair = Letters(random, random.Between(29, 33)) + "=" + pair;
+      pair.insert(0, Letters(random, random.Between(29, 33)) + "=");
     }
     const Buffer text(pair);
     Note("pair", {pair});
