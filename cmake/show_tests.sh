@@ -2,6 +2,8 @@
 # What ctest says, in fewer words: a line for each test program, failures in full; `source` it after
 # progress.sh.
 
+shopt -s extglob
+
 # The program of a test is what stands before the first dot of its name, or all of it.
 declare -A program_tests=() program_left=() program_failed=() program_hundredths=()
 tests_done=0 tests_all=0 tests_failed=()
@@ -67,7 +69,8 @@ show_tests() {
       else
         failed=$name
         end_progress
-        printf '\n%s\n' "$line"
+        verdict=${verdict##+([ .])}
+        printf '\n%s: %s\n' "$name" "${verdict%%+( )}"
       fi
     elif [[ -n $failed ]]; then
       printf '%s\n' "$line"

@@ -77,4 +77,16 @@ expect 'exit code of a failure' 1 "$code"
 expect_in 'a failure' 'demo failed: ' "$work/said"
 expect_in 'a failure' 'The last lines of what the host said' "$work/said"
 expect_in 'a failure' $'type:\n\n    ./demo --serve' "$work/said"
+
+# So does a command that fails in the midst. None of the programs goes on.
+cp "$source_dir/host/demo/firmware-list.xml" "$work/tree/host/demo"
+rm "$work/tree/host/demo/bad-channel.xml"
+mkdir "$work/programs"
+cp -r "$KIO_DEMO_PROGRAMS"/{kiohost,firmware_server,profiles,variables.json} "$work/programs"
+KIO_DEMO_PROGRAMS=$work/programs run "$work/tree/demo"
+expect 'exit code of a command that fails' 22 "$code"
+expect_in 'a command that fails' 'demo failed: a command failed' "$work/said"
+expect_in 'a command that fails' $'type:\n\n    ./demo --serve' "$work/said"
+expect 'the programs that go on' '' \
+  "$(readlink /proc/[0-9]*/exe 2> /dev/null | grep "^$work/programs/" || true)"
 ((failures == 0))

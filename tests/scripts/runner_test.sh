@@ -78,7 +78,7 @@ expect 'the closing line of a failure' '50% tests passed, 2 tests failed out of 
 expect_in 'the failing test' $'first line\n1/2 of a second line\n' "$work/said"
 expect_not_in 'the failing test' 'good is silent' "$work/said"
 expect_in 'its program' $'second line\n\n  FAILED a_test                         1 of 2 tests' "$work/said"
-expect_in 'the crash' '***Exception: SegFault' "$work/said"
+expect_in 'the crash' $'\ncrash: ***Exception: SegFault\n' "$work/said"
 expect_in 'the names' $'failed in dev:\n  ' "$work/said"
 expect_in 'the names' $'\n  a_test.Suite.Bad/1\n' "$work/said"
 expect_in 'the next command' "    ctest --preset dev -R '^" "$work/said"
@@ -99,7 +99,8 @@ expect 'exit code with something left' 1 "$code"
 expect 'the closing line with something left' '66% tests passed, 1 tests failed out of 3' "$(closing)"
 expect_in 'what was left' '/left.over' "$work/said"
 expect_in 'what was left' ': bash -c sleep 60; true ' "$work/said"
-kill "$(sed -n 's/^process \([0-9]*\): bash -c sleep.*/\1/p' "$work/said")"
+expect 'what was left, after it was told' ended \
+  "$(state "$(sed -n 's/^process \([0-9]*\): bash -c sleep.*/\1/p' "$work/said")")"
 
 # Parts that fail without a test do not end in a line of success.
 suite dev <<< 'clean true'
