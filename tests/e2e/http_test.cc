@@ -231,7 +231,7 @@ TEST_F(HttpTest, ALineThatIsNoRequestLineIsAnswered) {
 TEST_F(HttpTest, AQueryHas64ParametersAtMost) {
   const HttpResponse most = Get(host_.port(), "/device?" + std::string(64, '&'));
   EXPECT_EQ(most.status, 200);
-  for (const size_t count : {65, 600, 20000}) {
+  for (const size_t count : {size_t{65}, size_t{600}, size_t{20000}}) {
     Connection client(host_.port());
     ASSERT_TRUE(
         client.Send("GET /?" + std::string(count, '&') + " HTTP/1.1\r\nHost: router\r\n\r\n"));

@@ -104,8 +104,8 @@ TEST_F(LimitsTest, AnAddressThatTakesAllItGetsLocksNobodyElseOut) {
   EXPECT_EQ(refusal.Header("X-Content-Type-Options"), "nosniff");
   EXPECT_EQ(refusal.body, "there are too many connections, of this address or in all\n");
   EXPECT_TRUE(beyond.WaitForClose(5));
-  // What a client sends after it was refused is read: answered by a reset, the client could lose the
-  // refusal.
+  // What a client sends after it was refused is read: answered by a reset, the client could lose
+  // the refusal.
   Connection eager(host_.port());
   EXPECT_FALSE(eager.StaysSilent(5));
   for (int i = 0; i < 5; ++i) {

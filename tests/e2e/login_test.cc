@@ -149,7 +149,8 @@ TEST_F(LoginTest, HeadIsOpenWhereGetIs) {
     return connection.ReadHead().status;
   };
   EXPECT_EQ(head("/device"), 200);
-  for (const char* const path : {"/vars", "/vars/rss_DeviceName", "/result", "/login", "/nothing"}) {
+  for (const char* const path :
+       {"/vars", "/vars/rss_DeviceName", "/result", "/login", "/nothing"}) {
     EXPECT_EQ(head(path), 401) << path;
   }
   // A target in absolute form is the same resource.

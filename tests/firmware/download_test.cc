@@ -90,7 +90,9 @@ class HostileDownloadTest : public ::testing::TestWithParam<const char*> {
       run += command;
       host_.RunCommand(run.c_str());
       ASSERT_FALSE(FileExists(directory_.File("X"))) << command;
-      ASSERT_EQ(ReadFile(directory_.File("got")), file + "|" + address) << command;
+      std::string wanted = file;
+      wanted += "|" + address;
+      ASSERT_EQ(ReadFile(directory_.File("got")), wanted) << command;
     }
   }
 

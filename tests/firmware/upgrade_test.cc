@@ -283,7 +283,8 @@ TEST_F(UpgradeTest, TagRunsNothing) {
         ("cd " + directory_.path() + "; grep() { printf %s \"$1\" > pattern; }; " + progress[0])
             .c_str());
     EXPECT_FALSE(FileExists(Path("X"))) << progress[0];
-    EXPECT_EQ(ReadFile(Path("pattern")), ("w k/" + std::string(tool) + " http://firmware").substr(0, 15))
+    EXPECT_EQ(ReadFile(Path("pattern")),
+              ("w k/" + std::string(tool) + " http://firmware").substr(0, 15))
         << progress[0];
     host_.on_command = nullptr;
     host_.run_commands = false;

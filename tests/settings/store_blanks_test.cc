@@ -20,6 +20,8 @@ struct StoredText {
   Ends ends = Ends::kKept;
 };
 
+// A member has no type of its own that could be an argument.
+// NOLINTNEXTLINE(cppcoreguidelines-macro-usage)
 #define KIO_STORED(node, member, ...) \
   StoredText { node, rssXmlData.member, sizeof(rssXmlData.member), __VA_ARGS__ }
 
@@ -117,7 +119,9 @@ TEST_F(StoreBlanksTest, BlanksAtTheEndsStay) {
   for (const StoredText& text : kTexts) {
     for (const std::string& first : before) {
       for (const std::string& last : behind) {
-        const std::string stored = first + "a b" + last;
+        std::string stored = first;
+        stored += "a b";
+        stored += last;
         const std::string expected = text.ends == Ends::kTrimmed ? "a b" : stored;
         EXPECT_EQ(Loaded(text, stored, 1), expected) << text.node;
         EXPECT_EQ(Loaded(text, stored, 0), text.in_every_snapshot ? expected : "") << text.node;
