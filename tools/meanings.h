@@ -167,18 +167,20 @@ constexpr platform::TextView NameOf(const Field& field) {
 }
 constexpr platform::TextView NameOf(const LiveNode& live) { return live.name; }
 
-constexpr const Meaning* FindMeaning(SectionId section, platform::TextView name) {
-  for (const Meaning& meaning : kMeanings) {
-    if (meaning.section == ExplainedSection(section) && meaning.name == name) {
-      return &meaning;
-    }
+// The place of the meaning in the list; behind its end when there is none. (A pointer cannot be
+// compared at compile time under every sanitizer.)
+constexpr std::size_t FindMeaning(SectionId section, platform::TextView name) {
+  std::size_t place = 0;
+  while (place < std::size(kMeanings) &&
+         (kMeanings[place].section != ExplainedSection(section) || kMeanings[place].name != name)) {
+    ++place;
   }
-  return nullptr;
+  return place;
 }
 
 template <typename Row>
 std::string MeaningOf(SectionId section, const Row& row) {
-  return FindMeaning(section, NameOf(row))->text;
+  return kMeanings[FindMeaning(section, NameOf(row))].text;
 }
 
 // Whether each row of the tables is explained by the meaning that it finds.
@@ -186,11 +188,11 @@ template <typename Tables>
 consteval bool AreExplained(const Tables& tables, bool (&used)[std::size(kMeanings)]) {
   for (const auto& table : tables) {
     for (const auto& row : table) {
-      const Meaning* const meaning = FindMeaning(table.section, NameOf(row));
-      if (meaning == nullptr || meaning->text[0] == '\0') {
+      const std::size_t place = FindMeaning(table.section, NameOf(row));
+      if (place == std::size(kMeanings) || kMeanings[place].text[0] == '\0') {
         return false;
       }
-      used[meaning - kMeanings] = true;
+      used[place] = true;
     }
   }
   return true;

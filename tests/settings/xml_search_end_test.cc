@@ -165,27 +165,30 @@ TEST_P(EndTest, OpeningTagAtTheEnd) {
   }
 }
 
+// Reads the items of a list that ends with one, or with an item that has lost its last characters.
+void ExpectItem(const std::string& text, std::size_t lost, bool bounded) {
+  const std::string searched = text.substr(0, text.size() - lost);
+  const TextAtTheEnd guarded(bounded ? text + ">" : searched);
+  const char* const text_end = guarded.get() + (bounded ? text.size() + 1 : searched.size());
+  settings::ItemReader items(
+      {guarded.get(), bounded ? static_cast<int>(searched.size()) : 0, text_end}, "qz");
+  const Block item = items.Next();
+  ASSERT_EQ(item.text == nullptr, lost == 1) << text << " " << bounded;
+  if (lost == 0) {
+    ASSERT_EQ(item.text - guarded.get(), static_cast<long>(text.size()) - 6) << text;
+    ASSERT_EQ(item.length, 1) << text;
+    ASSERT_EQ(items.Next().text, nullptr) << text;
+  }
+}
+
 // The items of a list, of which the last one ends it. `before` makes the reader search for them.
 TEST_P(EndTest, ItemAtTheEndOfAList) {
   for (const std::string before : {"", "<x>"}) {
     for (const std::size_t size : Sizes()) {
       const std::string text = before + std::string(size, Filler()) + "<qZ>v</qZ>";
       for (const std::size_t lost : {0U, 1U}) {
-        for (const bool bounded : {false, true}) {
-          const std::string searched = text.substr(0, text.size() - lost);
-          const TextAtTheEnd guarded(bounded ? text + ">" : searched);
-          const char* const text_end =
-              guarded.get() + (bounded ? text.size() + 1 : searched.size());
-          settings::ItemReader items(
-              {guarded.get(), bounded ? static_cast<int>(searched.size()) : 0, text_end}, "qz");
-          const Block item = items.Next();
-          ASSERT_EQ(item.text == nullptr, lost == 1) << size << " " << bounded << " " << before;
-          if (lost == 0) {
-            ASSERT_EQ(item.text - guarded.get(), static_cast<long>(text.size()) - 6) << size;
-            ASSERT_EQ(item.length, 1) << size;
-            ASSERT_EQ(items.Next().text, nullptr) << size;
-          }
-        }
+        ASSERT_NO_FATAL_FAILURE(ExpectItem(text, lost, false));
+        ASSERT_NO_FATAL_FAILURE(ExpectItem(text, lost, true));
       }
     }
   }
