@@ -113,7 +113,14 @@ TEST_P(LongTagTest, TagBeforeOthers) {
   const std::vector<std::string> forms = {">", "/>", " />", " a>", "x>", "/x>", " /x"};
   for (const std::string& first : forms) {
     for (const std::string& second : forms) {
-      std::string text = ".<" + key_ + first + "one</" + key_ + "!two<" + other_case_ + second;
+      std::string text = ".<";
+      text += key_;
+      text += first;
+      text += "one</";
+      text += key_;
+      text += "!two<";
+      text += other_case_;
+      text += second;
       ASSERT_NO_FATAL_FAILURE(ExpectFoundEitherWay(text, key_));
       text += "three</" + other_case_ + ">";
       ASSERT_NO_FATAL_FAILURE(ExpectFoundEitherWay(text, key_));
@@ -126,7 +133,12 @@ TEST_P(LongTagTest, KeysThatShareTheirBeginning) {
   for (const std::string& other :
        {key_ + "y", key_ + key_, key_.substr(0, key_.size() - 1), key_.substr(0, 123)}) {
     for (const char* const behind : {">", "/>", " />"}) {
-      const std::string text = "<" + other + behind + "v</" + other + ">";
+      std::string text = "<";
+      text += other;
+      text += behind;
+      text += "v</";
+      text += other;
+      text += ">";
       ASSERT_NO_FATAL_FAILURE(ExpectFoundEitherWay(text, key_));
       ASSERT_NO_FATAL_FAILURE(
           ExpectFoundEitherWay("<" + key_ + behind + "v</" + key_ + ">", other));
