@@ -44,6 +44,7 @@ void DumpVersion10() {
 // Whole lines, without the uptime before them.
 void ExpectLines(void (*dump)(), const std::vector<std::string>& lines) {
   std::vector<LoggedMessage> messages;
+  messages.reserve(lines.size());
   for (const std::string& line : lines) {
     messages.push_back({line.c_str(), dump, kActionLevel, "1000: " + line + "\n"});
   }

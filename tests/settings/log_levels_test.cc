@@ -133,7 +133,7 @@ TEST_F(SettingsLevelsTest, FailureOfACommitIsItsResult) {
 }  // namespace kio::test
 
 // The linker chooses these names.
-// NOLINTBEGIN(bugprone-reserved-identifier)
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming)
 extern "C" {
 unsigned int __real_exe_ExternalCall(unsigned int mask);
 
@@ -142,4 +142,4 @@ unsigned int __wrap_exe_ExternalCall(unsigned int mask) {
                                           : __real_exe_ExternalCall(mask);
 }
 }
-// NOLINTEND(bugprone-reserved-identifier)
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
