@@ -9,6 +9,8 @@ option(KIO_TESTS_TOGETHER "Compile several files of a test program at once" ON)
 function(kio_compile_together target)
   if(ARGV1 STREQUAL UNSANITIZED AND KIO_SANITIZE)
     target_compile_options(${target} PRIVATE -fno-sanitize=all)
+    # What is tested is sanitized all the same.
+    target_compile_definitions(${target} PRIVATE KIO_HOST_IS_SANITIZED=1)
   elseif(NOT CMAKE_CROSSCOMPILING)
     kio_precompiled_by(${target} kio_test_headers)
   endif()
