@@ -33,9 +33,9 @@ std::optional<std::string> ReadFile(const std::string& file) {
 }
 
 // The file name at the end of an address, without the query.
-std::string FileName(std::string_view address) {
-  const std::string_view path = address.substr(0, address.find('?'));
-  return std::string(path.substr(path.rfind('/') + 1));
+std::string FileName(const std::string& address) {
+  const std::string path(address.begin(), std::ranges::find(address, '?'));
+  return std::filesystem::path(path).filename();
 }
 
 // What a download command made from the template begins with: what stands there as it is.
