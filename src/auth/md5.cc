@@ -1,6 +1,7 @@
 #include "auth/md5.h"
 
 #include "kioapp/auth.h"
+#include "platform/inline.h"
 #include "platform/wipe.h"
 
 namespace kio::auth {
@@ -34,12 +35,12 @@ constexpr int Md5WordIndex(int step) {
 
 // Makes the compiler work out `word` here. Each step waits for the one before: what does not depend
 // on that one is added up first, and the compiler may not put the sum into another order.
-[[gnu::always_inline]] inline void WorkOut(std::uint32_t& word) { __asm__("" : "+r"(word)); }
+KIO_INLINE inline void WorkOut(std::uint32_t& word) { __asm__("" : "+r"(word)); }
 
 // One step in round `kRound` (0 to 3), the `kPlace`-th of four (0 to 3): the four words change
 // their parts with the place. `added` is the sum of the step's message word and its sine.
 template <int kRound, int kPlace>
-[[gnu::always_inline]] inline void Md5Step(State& state, std::uint32_t added) {
+KIO_INLINE inline void Md5Step(State& state, std::uint32_t added) {
   std::uint32_t& a = state[(4 - kPlace) % 4];
   const std::uint32_t b = state[(5 - kPlace) % 4];  // from the step before
   const std::uint32_t c = state[(6 - kPlace) % 4];
@@ -67,7 +68,7 @@ template <int kRound, int kPlace>
 }
 
 template <int kRound>
-[[gnu::always_inline]] inline void Md5Round(State& state, const std::uint8_t* block) {
+KIO_INLINE inline void Md5Round(State& state, const std::uint8_t* block) {
   for (int step = 16 * kRound; step < 16 * (kRound + 1); step += 4) {
     const auto added = [&](int next) {
       const auto place = static_cast<std::size_t>(Md5WordIndex<kRound>(next));

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "kioapp/firmware.h"
+#include "platform/inline.h"
 
 namespace kio::firmware {
 namespace {
@@ -136,13 +137,13 @@ class Folder {
   // Two words at once.
   using Pair = std::uint64_t;
 
-  [[gnu::always_inline]] static Pair Load(const void* bytes) {
+  KIO_INLINE static Pair Load(const void* bytes) {
     Pair pair = 0;
     std::memcpy(&pair, bytes, sizeof(pair));
     return pair;
   }
 
-  [[gnu::always_inline]] void FoldPair(std::size_t i, Pair pair) {
+  KIO_INLINE void FoldPair(std::size_t i, Pair pair) {
     Crc* const word = words_ + kReach + i;
     // Written out: a loop over the offsets takes twice the time.
     pair ^= Load(word - kOffsets[0]) ^ Load(word - kOffsets[1]) ^ Load(word - kOffsets[2]) ^

@@ -5,16 +5,18 @@
 #include <cstddef>
 #include <cstring>
 
+#include "platform/inline.h"
+
 namespace kio::platform {
 
 // Overwrites memory that is not read any more. The compiler has to take it for read, so it cannot
 // leave the clearing out as it may leave out a plain memset.
-[[gnu::always_inline]] inline void Wipe(void* data, std::size_t size) {
+KIO_INLINE inline void Wipe(void* data, std::size_t size) {
   std::memset(data, 0, size);
   __asm__ volatile("" : : "r"(data) : "memory");
 }
 template <typename Object>
-[[gnu::always_inline]] inline void Wipe(Object& object) {
+KIO_INLINE inline void Wipe(Object& object) {
   Wipe(&object, sizeof(object));
 }
 

@@ -1,0 +1,13 @@
+// Functions that are inlined for speed whatever the compiler thinks of it.
+#ifndef KIO_PLATFORM_INLINE_H
+#define KIO_PLATFORM_INLINE_H
+
+// Stands before a function, or behind the parameters of a lambda. A build for size leaves the
+// choice to the compiler.
+#ifdef KIO_FOR_SIZE
+#define KIO_INLINE
+#else
+#define KIO_INLINE __attribute__((always_inline))
+#endif
+
+#endif
