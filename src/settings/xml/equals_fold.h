@@ -6,13 +6,15 @@
 #include <cstdint>
 #include <cstring>
 
+#include "platform/inline.h"
+
 namespace kio::settings {
 
 // What two texts of the same size differ in, as their first and last words tell. That is nearly
 // always enough.
 class Difference {
  public:
-  [[gnu::always_inline]] Difference(const char* a, const char* b, std::size_t size)
+  KIO_INLINE Difference(const char* a, const char* b, std::size_t size)
       : bits_(size >= 8   ? InEnds<std::uint64_t>(a, b, size)
               : size >= 4 ? InEnds<std::uint32_t>(a, b, size)
               : size >= 2 ? InEnds<std::uint16_t>(a, b, size)
@@ -21,22 +23,22 @@ class Difference {
         covers_all_(size <= 2 * sizeof(bits_)) {}
 
   // Whether the texts are equal in every character.
-  [[nodiscard, gnu::always_inline]] bool IsNone() const { return bits_ == 0 && covers_all_; }
+  [[nodiscard]] KIO_INLINE bool IsNone() const { return bits_ == 0 && covers_all_; }
   // Whether they differ in more than the cases of letters.
-  [[nodiscard, gnu::always_inline]] bool IsMoreThanCase() const {
+  [[nodiscard]] KIO_INLINE bool IsMoreThanCase() const {
     constexpr std::uint64_t kCaseBits = 0x2020'2020'2020'2020;
     return (bits_ & ~kCaseBits) != 0;
   }
 
  private:
   template <typename Word>
-  [[gnu::always_inline]] static Word InEnds(const char* a, const char* b, std::size_t size) {
+  KIO_INLINE static Word InEnds(const char* a, const char* b, std::size_t size) {
     const std::size_t last = size - sizeof(Word);
     return static_cast<Word>((Load<Word>(a) ^ Load<Word>(b)) |
                              (Load<Word>(a + last) ^ Load<Word>(b + last)));
   }
   template <typename Word>
-  [[gnu::always_inline]] static Word Load(const char* text) {
+  KIO_INLINE static Word Load(const char* text) {
     Word word = 0;
     std::memcpy(&word, text, sizeof(word));
     return word;
@@ -49,14 +51,14 @@ class Difference {
 // The comparison of texts whose difference does not tell.
 bool EqualsFoldInside(const char* a, const char* b, std::size_t size);
 
-[[gnu::always_inline]] inline bool EqualsFold(const Difference& difference, const char* a,
-                                              const char* b, std::size_t size) {
+KIO_INLINE inline bool EqualsFold(const Difference& difference, const char* a, const char* b,
+                                  std::size_t size) {
   return difference.IsNone() || (!difference.IsMoreThanCase() && EqualsFoldInside(a, b, size));
 }
 
 // Whether the `size` characters at `a` and `b` are equal, ignoring ASCII case. All of them are
 // there.
-[[gnu::always_inline]] inline bool EqualsFold(const char* a, const char* b, std::size_t size) {
+KIO_INLINE inline bool EqualsFold(const char* a, const char* b, std::size_t size) {
   return EqualsFold(Difference(a, b, size), a, b, size);
 }
 

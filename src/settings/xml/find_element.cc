@@ -47,7 +47,7 @@ struct OpeningTag {
 };
 
 // Whether the opening tag of `key` stands at the '<' at `tag`, in a text that ends at `end`.
-[[gnu::always_inline]] inline bool IsOpeningTag(const char* tag, const char* end, TextView key) {
+KIO_INLINE inline bool IsOpeningTag(const char* tag, const char* end, TextView key) {
   const std::size_t size = key.size() + 2;
   return static_cast<std::size_t>(end - tag) >= size && tag[size - 1] == '>' &&
          EqualsFold(tag + 1, key.data(), key.size());
@@ -69,7 +69,7 @@ struct EmptyTags {
 
 // A key's first and last character, which few other texts have at this distance. What stands around
 // them, and between them, is looked at afterwards.
-[[gnu::always_inline]] inline Pair PairOf(TextView key, char without_key) {
+KIO_INLINE inline Pair PairOf(TextView key, char without_key) {
   return key.empty() ? Pair(without_key, without_key, 0)
                      : Pair(key.front(), key.back(), key.size() - 1);
 }
@@ -117,7 +117,7 @@ struct EmptyTags {
 }
 
 // Whether the closing tag of `key` stands at the '<' at `tag`, in a text that ends at `end`.
-[[gnu::always_inline]] inline bool IsClosingTag(const char* tag, const char* end, TextView key) {
+KIO_INLINE inline bool IsClosingTag(const char* tag, const char* end, TextView key) {
   const std::size_t size = key.size() + 3;
   return static_cast<std::size_t>(end - tag) >= size && tag[1] == '/' && tag[size - 1] == '>' &&
          EqualsFold(tag + 2, key.data(), key.size());
@@ -170,8 +170,8 @@ Element MakeElement(const Block& block, const char* tag, const char* content, co
 
 // Where `before` stands in [from, end) with the key's name and a '>' behind it; null when it does
 // not, and also when only a longer search can tell.
-[[gnu::always_inline]] inline const char* FindNearName(const char* from, const char* end,
-                                                       char before, TextView key) {
+KIO_INLINE inline const char* FindNearName(const char* from, const char* end, char before,
+                                           TextView key) {
   const std::size_t size = key.size();
   const Pair pair(before, key[0], 1);
   bool is_same = true;

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstring>
 
+#include "platform/inline.h"
 #include "platform/text.h"
 #include "settings/xml/scan.h"
 
@@ -23,7 +24,7 @@ struct Block {
   static constexpr int kNear = 192;
 
   // Where these characters end.
-  [[nodiscard, gnu::always_inline]] const char* NearEnd() const {
+  [[nodiscard]] KIO_INLINE const char* NearEnd() const {
     const int limit = length > 0 && length < kNear ? length : kNear;
     if (text_end == nullptr) {
       return text + strnlen(text, static_cast<std::size_t>(limit));

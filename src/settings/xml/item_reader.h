@@ -2,6 +2,7 @@
 #ifndef KIO_SETTINGS_XML_ITEM_READER_H
 #define KIO_SETTINGS_XML_ITEM_READER_H
 
+#include "platform/inline.h"
 #include "platform/text.h"
 #include "settings/xml/equals_fold.h"
 #include "settings/xml/find_element.h"
@@ -41,7 +42,7 @@ class ItemReader {
   };
 
   // The element that comes next, if it has no tags inside.
-  [[gnu::always_inline]] Block TakeNext() {
+  KIO_INLINE Block TakeNext() {
     const char* const tag = FindTagStart(position_, end_, text_end_);
     if (tag == nullptr || !IsTag(tag + 1)) {
       at_end_ = tag == nullptr;
@@ -61,7 +62,7 @@ class ItemReader {
   }
 
   // Whether the key and a '>' stand at `name`.
-  [[nodiscard, gnu::always_inline]] bool IsTag(const char* name) const {
+  [[nodiscard]] KIO_INLINE bool IsTag(const char* name) const {
     return static_cast<std::size_t>(end_ - name) > key_.size() && name[key_.size()] == '>' &&
            EqualsFold(name, key_.data(), key_.size());
   }

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstring>
 
+#include "platform/inline.h"
 #include "settings/xml/stride.h"
 
 namespace kio::settings {
@@ -15,7 +16,7 @@ namespace kio::settings {
 // differ in the bit that tells the cases of a letter apart, or in the one that no ASCII has.
 class Pair {
  public:
-  [[gnu::always_inline]] Pair(char first, char second, std::size_t distance)
+  KIO_INLINE Pair(char first, char second, std::size_t distance)
       : first_(Repeat(first)),
         second_(Repeat(second)),
         first_character_(first),
@@ -27,8 +28,8 @@ class Pair {
   // The first position of [from, end) that `accept` takes, or null. It may be asked twice about a
   // position. Nothing is read but these positions and the ones at the distance from them.
   template <typename Accept>
-  [[nodiscard, gnu::always_inline]] const char* FindNear(const char* from, const char* end,
-                                                         const Accept& accept) const {
+  [[nodiscard]] KIO_INLINE const char* FindNear(const char* from, const char* end,
+                                                const Accept& accept) const {
     if (end - from < kStrideLength) {
       return FindInFew(from, end, accept);
     }
@@ -50,8 +51,8 @@ class Pair {
 
   // The same for long ways: looks at four strides at a time.
   template <typename Accept>
-  [[nodiscard, gnu::always_inline]] const char* FindFar(const char* from, const char* end,
-                                                        const Accept& accept) const {
+  [[nodiscard]] KIO_INLINE const char* FindFar(const char* from, const char* end,
+                                               const Accept& accept) const {
     for (;;) {
       while (end - from >= 4 * kStrideLength &&
              !HasZero(Compare(from), Compare(from + kStride), Compare(from + 2 * kStride),
@@ -70,14 +71,14 @@ class Pair {
  private:
   static constexpr char kCompared = 0x5F;
 
-  [[nodiscard, gnu::always_inline]] Stride Compare(const char* position) const {
+  [[nodiscard]] KIO_INLINE Stride Compare(const char* position) const {
     return ((LoadStride(position) ^ first_) | (LoadStride(position + distance_) ^ second_)) &
            Repeat(kCompared);
   }
 
   template <typename Accept>
-  [[nodiscard, gnu::always_inline]] const char* FindInFew(const char* from, const char* end,
-                                                          const Accept& accept) const {
+  [[nodiscard]] KIO_INLINE const char* FindInFew(const char* from, const char* end,
+                                                 const Accept& accept) const {
     for (; from < end; ++from) {
       if (((from[0] ^ first_character_) & kCompared) == 0 &&
           ((from[distance_] ^ second_character_) & kCompared) == 0 && accept(from)) {
@@ -96,8 +97,8 @@ class Pair {
 
 // First position of [from, end) where a tag may begin, or null. Nothing at or behind `readable` is
 // read.
-[[gnu::always_inline]] inline const char* FindTagStart(const char* from, const char* end,
-                                                       const char* readable) {
+KIO_INLINE inline const char* FindTagStart(const char* from, const char* end,
+                                           const char* readable) {
   for (; from < end && readable - from >= kStrideLength; from += kStride) {
     const Marks marks = MarkEqual(LoadStride(from), '<');
     if (HasMark(marks)) {
@@ -119,13 +120,13 @@ class SearchText {
   static constexpr std::size_t kNoLimit = static_cast<std::size_t>(-1);
 
   // `first_step` characters are looked at before the search begins: as many as it takes at least.
-  [[gnu::always_inline]] SearchText(const char* begin, std::size_t limit, std::size_t first_step)
+  KIO_INLINE SearchText(const char* begin, std::size_t limit, std::size_t first_step)
       : known_(begin), left_(limit), step_(first_step) {
     Extend();
   }
 
   // A text known to reach to `end`.
-  [[gnu::always_inline]] explicit SearchText(const char* end) : known_(end), is_whole_(true) {}
+  KIO_INLINE explicit SearchText(const char* end) : known_(end), is_whole_(true) {}
 
   // The text is known to reach here.
   [[nodiscard]] const char* known() const { return known_; }
@@ -134,7 +135,7 @@ class SearchText {
 
   // Where to look, from `from` on, for what takes `size` characters: while the end is not known,
   // not so far that it would reach beyond what is known.
-  [[nodiscard, gnu::always_inline]] const char* HitsEnd(const char* from, std::size_t size) const {
+  [[nodiscard]] KIO_INLINE const char* HitsEnd(const char* from, std::size_t size) const {
     if (is_whole_) {
       return known_;
     }
@@ -142,8 +143,8 @@ class SearchText {
   }
 
   // The end of the positions of [from, end) that have `reach` known characters behind them.
-  [[nodiscard, gnu::always_inline]] const char* EndWithin(const char* from, const char* end,
-                                                          std::size_t reach) const {
+  [[nodiscard]] KIO_INLINE const char* EndWithin(const char* from, const char* end,
+                                                 std::size_t reach) const {
     return static_cast<std::size_t>(known_ - from) > reach ? std::min(end, known_ - reach) : from;
   }
 

@@ -11,8 +11,7 @@
 #include <emmintrin.h>
 #endif
 
-// For the lambdas that a search calls in its inner loop.
-#define KIO_INLINE __attribute__((always_inline))
+#include "platform/inline.h"
 
 namespace kio::settings {
 
@@ -24,25 +23,25 @@ using Stride = __m128i;
 // A bit for each position, that of the first one lowest.
 using Marks = std::uint32_t;
 
-[[gnu::always_inline]] inline Stride Repeat(char character) { return _mm_set1_epi8(character); }
+KIO_INLINE inline Stride Repeat(char character) { return _mm_set1_epi8(character); }
 
 // `position` and what follows it may lie at any address.
-[[gnu::always_inline]] inline Stride LoadStride(const char* position) {
+KIO_INLINE inline Stride LoadStride(const char* position) {
   return _mm_loadu_si128(reinterpret_cast<const __m128i*>(position));
 }
 
 // The positions whose character is `character`.
-[[gnu::always_inline]] inline Marks MarkEqual(Stride stride, char character) {
+KIO_INLINE inline Marks MarkEqual(Stride stride, char character) {
   return static_cast<Marks>(_mm_movemask_epi8(_mm_cmpeq_epi8(stride, Repeat(character))));
 }
 
 // The positions whose character is 0, all of them being ASCII.
-[[gnu::always_inline]] inline Marks MarkZeros(Stride stride) {
+KIO_INLINE inline Marks MarkZeros(Stride stride) {
   return static_cast<Marks>(_mm_movemask_epi8(_mm_cmpeq_epi8(stride, _mm_setzero_si128())));
 }
 
 // The smaller character of each position.
-[[gnu::always_inline]] inline Stride Smaller(Stride a, Stride b) {
+KIO_INLINE inline Stride Smaller(Stride a, Stride b) {
   using Characters = unsigned char __attribute__((vector_size(sizeof(Stride))));
   const auto x = reinterpret_cast<Characters>(a);
   const auto y = reinterpret_cast<Characters>(b);
@@ -50,19 +49,19 @@ using Marks = std::uint32_t;
 }
 
 // Whether any of the characters is 0, all of them being ASCII.
-[[gnu::always_inline]] inline bool HasZero(Stride a, Stride b, Stride c, Stride d) {
+KIO_INLINE inline bool HasZero(Stride a, Stride b, Stride c, Stride d) {
   return MarkZeros(Smaller(Smaller(a, b), Smaller(c, d))) != 0;
 }
 
-[[gnu::always_inline]] inline bool HasMark(Marks marks) { return marks != 0; }
+KIO_INLINE inline bool HasMark(Marks marks) { return marks != 0; }
 
 // Index of the first marked position; there is one.
-[[gnu::always_inline]] inline std::size_t FirstOf(Marks marks) {
+KIO_INLINE inline std::size_t FirstOf(Marks marks) {
   return static_cast<std::size_t>(std::countr_zero(marks));
 }
 
 // Without the first marked position; there is one.
-[[gnu::always_inline]] inline Marks WithoutFirst(Marks marks) { return marks & (marks - 1); }
+KIO_INLINE inline Marks WithoutFirst(Marks marks) { return marks & (marks - 1); }
 
 #else
 
@@ -73,13 +72,13 @@ struct Stride {
   Word low;
   Word high;
 };
-[[gnu::always_inline]] constexpr Stride operator^(Stride a, Stride b) {
+KIO_INLINE constexpr Stride operator^(Stride a, Stride b) {
   return {a.low ^ b.low, a.high ^ b.high};
 }
-[[gnu::always_inline]] constexpr Stride operator|(Stride a, Stride b) {
+KIO_INLINE constexpr Stride operator|(Stride a, Stride b) {
   return {a.low | b.low, a.high | b.high};
 }
-[[gnu::always_inline]] constexpr Stride operator&(Stride a, Stride b) {
+KIO_INLINE constexpr Stride operator&(Stride a, Stride b) {
   return {a.low & b.low, a.high & b.high};
 }
 
@@ -87,19 +86,19 @@ struct Stride {
 inline constexpr Word kLowestBits = static_cast<Word>(-1) / 0xFF;
 inline constexpr Word kLowBits = kLowestBits * 0x7F;
 
-[[gnu::always_inline]] constexpr Stride Repeat(char character) {
+KIO_INLINE constexpr Stride Repeat(char character) {
   const Word word = kLowestBits * static_cast<unsigned char>(character);
   return {word, word};
 }
 
-[[gnu::always_inline]] inline Word LoadWord(const char* position) {
+KIO_INLINE inline Word LoadWord(const char* position) {
   Word word = 0;
   std::memcpy(&word, position, sizeof(word));
   return word;
 }
 
 // `position` and what follows it may lie at any address.
-[[gnu::always_inline]] inline Stride LoadStride(const char* position) {
+KIO_INLINE inline Stride LoadStride(const char* position) {
   return {LoadWord(position), LoadWord(position + sizeof(Word))};
 }
 
@@ -107,7 +106,7 @@ inline constexpr Word kLowBits = kLowestBits * 0x7F;
 using Marks = Stride;
 
 // The positions whose character is `character`.
-[[gnu::always_inline]] constexpr Marks MarkEqual(Stride stride, char character) {
+KIO_INLINE constexpr Marks MarkEqual(Stride stride, char character) {
   const auto mark = [](Word differences) {
     return ~(((differences & kLowBits) + kLowBits) | differences) & ~kLowBits;
   };
@@ -116,36 +115,36 @@ using Marks = Stride;
 }
 
 // The positions whose character is 0, all of them being ASCII.
-[[gnu::always_inline]] constexpr Marks MarkZeros(Stride stride) {
+KIO_INLINE constexpr Marks MarkZeros(Stride stride) {
   return {~(stride.low + kLowBits) & ~kLowBits, ~(stride.high + kLowBits) & ~kLowBits};
 }
 
 // Whether any of the characters is 0, all of them being ASCII.
-[[gnu::always_inline]] constexpr bool HasZero(Stride a, Stride b, Stride c, Stride d) {
+KIO_INLINE constexpr bool HasZero(Stride a, Stride b, Stride c, Stride d) {
   const Word tops = (a.low + kLowBits) & (a.high + kLowBits) & (b.low + kLowBits) &
                     (b.high + kLowBits) & (c.low + kLowBits) & (c.high + kLowBits) &
                     (d.low + kLowBits) & (d.high + kLowBits);
   return (~tops & ~kLowBits) != 0;
 }
 
-[[gnu::always_inline]] constexpr bool HasMark(Marks marks) { return (marks.low | marks.high) != 0; }
+KIO_INLINE constexpr bool HasMark(Marks marks) { return (marks.low | marks.high) != 0; }
 
 inline constexpr bool kIsLowestFirst = std::endian::native == std::endian::little;
 
 // Index of the first marked position; there is one.
-[[gnu::always_inline]] constexpr std::size_t FirstOf(Marks marks) {
+KIO_INLINE constexpr std::size_t FirstOf(Marks marks) {
   const Word word = marks.low != 0 ? marks.low : marks.high;
   const int bits = kIsLowestFirst ? std::countr_zero(word) : std::countl_zero(word);
   return static_cast<std::size_t>(bits) / 8 + (marks.low != 0 ? 0 : sizeof(Word));
 }
 
-[[gnu::always_inline]] constexpr Word WithoutFirst(Word word) {
+KIO_INLINE constexpr Word WithoutFirst(Word word) {
   constexpr Word kTop = ~(static_cast<Word>(-1) >> 1);
   return word & (kIsLowestFirst ? word - 1 : ~(kTop >> std::countl_zero(word)));
 }
 
 // Without the first marked position; there is one.
-[[gnu::always_inline]] constexpr Marks WithoutFirst(Marks marks) {
+KIO_INLINE constexpr Marks WithoutFirst(Marks marks) {
   return marks.low != 0 ? Marks{WithoutFirst(marks.low), marks.high}
                         : Marks{0, WithoutFirst(marks.high)};
 }

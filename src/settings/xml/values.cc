@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/inline.h"
 #include "platform/xml_coding.h"
 
 namespace kio::settings {
@@ -12,7 +13,7 @@ using platform::TextView;
 namespace {
 
 // The number of a content of a few digits, as nearly all are. Any other is left to be read as text.
-[[gnu::always_inline]] inline bool ReadDigits(const Block& content, int& out) {
+KIO_INLINE inline bool ReadDigits(const Block& content, int& out) {
   constexpr int kMostDigits = 9;  // of any number that an int holds
   if (content.length < 1 || content.length > kMostDigits) {
     return false;
@@ -39,11 +40,11 @@ namespace {
   return true;
 }
 
-[[gnu::always_inline]] inline bool ReadIntOf(const Element& element, int& out) {
+KIO_INLINE inline bool ReadIntOf(const Element& element, int& out) {
   return (element.is_complete() && ReadDigits(element.content, out)) || ReadIntOfText(element, out);
 }
 
-[[gnu::always_inline]] inline bool ReadTextOf(const Element& element, char* dst, std::size_t size) {
+KIO_INLINE inline bool ReadTextOf(const Element& element, char* dst, std::size_t size) {
   if (!element.is_complete()) {
     dst[0] = '\0';
     return false;
