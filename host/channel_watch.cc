@@ -13,7 +13,7 @@ long ChannelWatch::MillisecondsToWait() const {
   return std::max(0L, static_cast<long>(left.count()));
 }
 
-void ChannelWatch::LookWhenDue() {
+void ChannelWatch::CheckWhenDue() {
   const auto now = std::chrono::steady_clock::now();
   if (now < next_) {
     return;

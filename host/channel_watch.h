@@ -19,7 +19,7 @@ class ChannelWatch {
   long MillisecondsToWait() const;
 
   // Looks, when it is time, and notes the moves.
-  void LookWhenDue();
+  void CheckWhenDue();
 
  private:
   void NoteMoves();

@@ -38,7 +38,7 @@ void Say(const std::string& what, const std::string& address) {
 Clients::Outcome Clients::Login(const std::string& address, const std::string& text,
                                 long* blocked_seconds) {
   const long now = sys_uptime_seconds();
-  *blocked_seconds = guesses_.SecondsBlocked(address, now);
+  *blocked_seconds = throttle_.SecondsBlocked(address, now);
   if (*blocked_seconds > 0) {
     return Outcome::kBlocked;
   }
@@ -49,11 +49,11 @@ Clients::Outcome Clients::Login(const std::string& address, const std::string& t
     }
   }
   if (starter_auth_check(text.c_str(), address.c_str(), text.c_str()) != 0) {
-    guesses_.AddWrong(address, now);
+    throttle_.AddWrongKey(address, now);
     Say("wrong key from", address);
     return Outcome::kWrongKey;
   }
-  guesses_.Forget(address);
+  throttle_.Forget(address);
   Say("login", address);
   return Outcome::kLoggedIn;
 }

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <string>
 
-#include "guesses.h"
+#include "login_throttle.h"
 
 namespace kiohost {
 
@@ -36,7 +36,7 @@ class Clients {
  private:
   static void RemoveLapsed();
 
-  Guesses guesses_;
+  LoginThrottle throttle_;
   long next_sweep_ = 0;
 };
 

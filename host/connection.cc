@@ -25,11 +25,11 @@ std::string AddressOf(MHD_Connection* handle) {
 
 }  // namespace
 
-Connection::Connection(MHD_Connection* handle, Pace::Clock::time_point now)
+Connection::Connection(MHD_Connection* handle, ClientTimeout::Clock::time_point now)
     : handle_(handle),
       socket_(SocketOf(handle)),
       address_(AddressOf(handle)),
-      pace_(now),
+      timeout_(now),
       sent_before_(BytesSent()) {}
 
 Connection* Connection::Of(MHD_Connection* handle) {
@@ -37,27 +37,27 @@ Connection* Connection::Of(MHD_Connection* handle) {
       MHD_get_connection_info(handle, MHD_CONNECTION_INFO_SOCKET_CONTEXT)->socket_context);
 }
 
-void Connection::Begin(const char* target, Pace::Clock::time_point now) {
+void Connection::Begin(const char* target, ClientTimeout::Clock::time_point now) {
   // The line may have come together with the request before it.
-  if (pace_.phase() == Pace::Phase::kIdle) {
-    pace_.Enter(Pace::Phase::kHead, now);
+  if (timeout_.phase() == ClientTimeout::Phase::kIdle) {
+    timeout_.Enter(ClientTimeout::Phase::kHead, now);
   }
   request_ = std::make_unique<HttpRequest>(handle_, target);
 }
 
-void Connection::BeginAnswer(Pace::Clock::time_point now) {
-  pace_.Enter(Pace::Phase::kAnswer, now);
+void Connection::BeginAnswer(ClientTimeout::Clock::time_point now) {
+  timeout_.Enter(ClientTimeout::Phase::kAnswer, now);
   read_ = BytesRead();
 }
 
-void Connection::EndAnswer(Pace::Clock::time_point now) {
-  pace_.Enter(Pace::Phase::kIdle, now);
+void Connection::EndAnswer(ClientTimeout::Clock::time_point now) {
+  timeout_.Enter(ClientTimeout::Phase::kIdle, now);
   sent_before_ = BytesSent();
 }
 
-void Connection::NoteProgress(Pace::Clock::time_point now) {
+void Connection::NoteProgress(ClientTimeout::Clock::time_point now) {
   const int64_t read = BytesRead();
-  pace_.Add(read - std::exchange(read_, read), now);
+  timeout_.Add(read - std::exchange(read_, read), now);
 }
 
 bool Connection::IsClientGone() const {
@@ -66,19 +66,19 @@ bool Connection::IsClientGone() const {
 }
 
 bool Connection::IsUseless() const {
-  if (pace_.phase() == Pace::Phase::kIdle) {
+  if (timeout_.phase() == ClientTimeout::Phase::kIdle) {
     char byte = 0;
     return recv(socket_, &byte, 1, MSG_PEEK | MSG_DONTWAIT) <= 0;
   }
   return request_ != nullptr && request_->IsDroppedWithoutClient() && IsClientGone();
 }
 
-std::optional<Reply> Connection::Parting() const {
-  if (parting_) {
-    return parting_;
+std::optional<Reply> Connection::ClosingReply() const {
+  if (closing_reply_) {
+    return closing_reply_;
   }
-  const bool is_unanswered =
-      pace_.phase() == Pace::Phase::kHead || pace_.phase() == Pace::Phase::kBody;
+  const bool is_unanswered = timeout_.phase() == ClientTimeout::Phase::kHead ||
+                             timeout_.phase() == ClientTimeout::Phase::kBody;
   // The HTTP server may have said itself what is wrong.
   if (!is_unanswered || BytesSent() != sent_before_) {
     return std::nullopt;

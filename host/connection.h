@@ -10,8 +10,8 @@
 #include <string>
 #include <utility>
 
+#include "client_timeout.h"
 #include "http_request.h"
-#include "pace.h"
 #include "reply.h"
 
 namespace kiohost {
@@ -20,7 +20,7 @@ namespace kiohost {
 // each request that it has told the beginning of.
 class Connection {
  public:
-  Connection(MHD_Connection* handle, Pace::Clock::time_point now);
+  Connection(MHD_Connection* handle, ClientTimeout::Clock::time_point now);
 
   // The connection of a handle that the HTTP server knows.
   static Connection* Of(MHD_Connection* handle);
@@ -28,20 +28,20 @@ class Connection {
   MHD_Connection* handle() const { return handle_; }
   int socket() const { return socket_; }
   const std::string& address() const { return address_; }
-  Pace& pace() { return pace_; }
-  const Pace& pace() const { return pace_; }
+  ClientTimeout& timeout() { return timeout_; }
+  const ClientTimeout& timeout() const { return timeout_; }
 
   // Begins a request whose line has the given target.
-  void Begin(const char* target, Pace::Clock::time_point now);
+  void Begin(const char* target, ClientTimeout::Clock::time_point now);
   HttpRequest* request() const { return request_.get(); }
   std::unique_ptr<HttpRequest> TakeRequest() { return std::move(request_); }
 
   // The answer to the request begins, and has been sent to its end.
-  void BeginAnswer(Pace::Clock::time_point now);
-  void EndAnswer(Pace::Clock::time_point now);
+  void BeginAnswer(ClientTimeout::Clock::time_point now);
+  void EndAnswer(ClientTimeout::Clock::time_point now);
 
   // Notes what the client has read of the answer.
-  void NoteProgress(Pace::Clock::time_point now);
+  void NoteProgress(ClientTimeout::Clock::time_point now);
 
   // Whether the client has closed its side, or the connection is broken.
   bool IsClientGone() const;
@@ -56,8 +56,8 @@ class Connection {
 
   // What the client is told past the HTTP server when the connection is closed; nothing when it was
   // answered, or has sent nothing.
-  std::optional<Reply> Parting() const;
-  void set_parting(Reply reply) { parting_ = std::move(reply); }
+  std::optional<Reply> ClosingReply() const;
+  void set_closing_reply(Reply reply) { closing_reply_ = std::move(reply); }
 
  private:
   // Since the connection began: those that have reached the client, and those beside them that are
@@ -68,9 +68,9 @@ class Connection {
   MHD_Connection* handle_;
   int socket_;
   std::string address_;
-  Pace pace_;
+  ClientTimeout timeout_;
   std::unique_ptr<HttpRequest> request_;
-  std::optional<Reply> parting_;
+  std::optional<Reply> closing_reply_;
   bool is_abandoned_ = false;
   int64_t sent_before_;  // the request
   int64_t read_ = 0;     // when last noted

@@ -3,7 +3,6 @@
 #include <kioapp/platform.h>
 
 #include <string>
-#include <utility>
 
 #include "json.h"
 
@@ -23,13 +22,11 @@ Reply DescribeDevice(Store* store, const Events& events) {
 }  // namespace
 
 void AddDeviceRoutes(Store* store, const Events* events, Router* router) {
-  Route device;
-  device.pattern = "/device";
-  device.method = MHD_HTTP_METHOD_GET;
-  device.handle = [store, events](const RequestView& /*request*/) {
-    return DescribeDevice(store, *events);
-  };
-  router->Add(std::move(device));
+  router->Add({.pattern = "/device",
+               .method = MHD_HTTP_METHOD_GET,
+               .handle = [store, events](const RequestView& /*request*/) {
+                 return DescribeDevice(store, *events);
+               }});
 }
 
 }  // namespace kiohost

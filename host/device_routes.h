@@ -8,7 +8,7 @@
 
 namespace kiohost {
 
-// The routes use the store and the events for as long as they are.
+// The store and the events must outlive the router.
 void AddDeviceRoutes(Store* store, const Events* events, Router* router);
 
 }  // namespace kiohost

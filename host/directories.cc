@@ -16,14 +16,14 @@ namespace {
 // A shell command of the library holds this many characters, the rest is cut.
 constexpr size_t kCommandLength = 127;
 
-// The commands that write the result document, with numbers of two digits (no code and no waiting
-// time is longer) and without the path that ends each.
+// The commands that write the result document, without the path that ends each. They leave room for
+// codes of up to five digits and waiting times of up to three.
 constexpr std::string_view kCommands[] = {
     "echo '<?xml version=\"1.0\" ?>' > ",
     "echo '<root>' >> ",
-    "echo ' <RssSetResult>21</RssSetResult>' >> ",
+    "echo ' <RssSetResult>99999</RssSetResult>' >> ",
     "echo ' <RssSetMsg></RssSetMsg>' >> ",
-    "echo ' <RssGetWaitSec>48</RssGetWaitSec>' >> ",
+    "echo ' <RssGetWaitSec>999</RssGetWaitSec>' >> ",
     "echo '</root>' >> ",
 };
 constexpr size_t kMessageCommand = 3;

@@ -21,42 +21,39 @@ std::optional<Reply> CheckAction(const RequestView& request) {
   return ErrorReply(MHD_HTTP_BAD_REQUEST, "an action is one character");
 }
 
-}  // namespace
-
-void FirmwareRoutes::AddTo(Router* router) {
-  Route action;
-  action.pattern = "/firmware/*";
-  action.method = MHD_HTTP_METHOD_POST;
-  action.takes_turn = true;
-  action.check = CheckAction;
-  action.handle = [this](const RequestView& request) { return Act(request); };
-  router->Add(std::move(action));
-
-  Route status;
-  status.pattern = "/firmware";
-  status.method = MHD_HTTP_METHOD_GET;
-  status.handle = [this](const RequestView& /*request*/) { return LastStatus(); };
-  router->Add(std::move(status));
-}
-
-Reply FirmwareRoutes::Act(const RequestView& request) {
-  Firmware::Outcome outcome = firmware_->Act(static_cast<unsigned char>(request.name()[0]));
+Reply TakeStep(Firmware* firmware, const RequestView& request) {
+  Firmware::Outcome outcome = firmware->Act(static_cast<unsigned char>(request.name()[0]));
   if (!outcome.document) {
     return ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR,
                       "the library could not write the status document");
   }
   Reply reply = StatusDocument(std::move(*outcome.document));
   if (outcome.announced) {
-    reply.follow_up.wait_seconds = outcome.wait_seconds;
-    reply.follow_up.run = [this] { firmware_->WriteImage(); };
+    reply.after_reply.wait_seconds = outcome.wait_seconds;
+    reply.after_reply.run = [firmware] { firmware->WriteImage(); };
   }
   return reply;
 }
 
-Reply FirmwareRoutes::LastStatus() {
-  const std::optional<std::string>& status = firmware_->last_status();
+Reply LastStatus(const Firmware& firmware) {
+  const std::optional<std::string>& status = firmware.last_status();
   return status ? StatusDocument(*status)
                 : ErrorReply(MHD_HTTP_NOT_FOUND, "there is no status document");
+}
+
+}  // namespace
+
+void AddFirmwareRoutes(Firmware* firmware, Router* router) {
+  router->Add(
+      {.pattern = "/firmware/*",
+       .method = MHD_HTTP_METHOD_POST,
+       .takes_turn = true,
+       .check = CheckAction,
+       .handle = [firmware](const RequestView& request) { return TakeStep(firmware, request); }});
+  router->Add(
+      {.pattern = "/firmware",
+       .method = MHD_HTTP_METHOD_GET,
+       .handle = [firmware](const RequestView& /*request*/) { return LastStatus(*firmware); }});
 }
 
 }  // namespace kiohost

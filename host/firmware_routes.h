@@ -3,25 +3,12 @@
 #define HOST_FIRMWARE_ROUTES_H
 
 #include "firmware.h"
-#include "reply.h"
-#include "request_view.h"
 #include "router.h"
 
 namespace kiohost {
 
-class FirmwareRoutes {
- public:
-  explicit FirmwareRoutes(Firmware* firmware) : firmware_(firmware) {}
-
-  // The routes use this object for as long as they are.
-  void AddTo(Router* router);
-
- private:
-  Reply Act(const RequestView& request);
-  Reply LastStatus();
-
-  Firmware* firmware_;
-};
+// The firmware must outlive the router.
+void AddFirmwareRoutes(Firmware* firmware, Router* router);
 
 }  // namespace kiohost
 

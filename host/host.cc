@@ -10,11 +10,14 @@
 #include "actions.h"
 #include "command.h"
 #include "device_routes.h"
+#include "firmware_routes.h"
 #include "listener.h"
 #include "login_routes.h"
 #include "printable_text.h"
+#include "settings_routes.h"
 #include "signals.h"
-#include "web_gates.h"
+#include "variable_routes.h"
+#include "web_filters.h"
 
 namespace kiohost {
 namespace {
@@ -58,25 +61,22 @@ Host::Host(Store* store, const Settings& settings)
     : store_(store),
       settings_(settings),
       exchange_(store, settings.temp_dir),
-      settings_routes_(&exchange_, &events_),
       variables_(store, &exchange_, &events_),
-      variable_routes_(&variables_, settings.catalogue),
       firmware_(store, &events_, settings.temp_dir, settings.state_dir + "/firmware.partition"),
-      firmware_routes_(&firmware_),
       channel_watch_(store, &events_),
       server_(&router_) {
-  AddWebGates(store, settings.names, &router_);
+  AddWebFilters(store, settings.names, &router_);
   if (!settings.open) {
-    AddLoginGate(&clients_, &router_);
+    AddLoginFilter(&clients_, &router_);
   }
-  settings_routes_.AddTo(&router_);
+  AddSettingsRoutes(&exchange_, &events_, &router_);
   AddDeviceRoutes(store, &events_, &router_);
-  variable_routes_.AddTo(&router_);
+  AddVariableRoutes(&variables_, settings.catalogue, &router_);
   AddLoginRoutes(&clients_, &router_);
-  firmware_routes_.AddTo(&router_);
+  AddFirmwareRoutes(&firmware_, &router_);
 }
 
-void Host::MakeUpForDueActions() {
+void Host::RunOverdueActions() {
   const unsigned int mask = exchange_.RunDueActions();
   if (mask != 0) {
     PrintLine(stdout, "making up for what was applied before this start and is not in force:");
@@ -100,14 +100,14 @@ Status Host::Run() {
   Status status;
   while (status.ok() && !StopRequested()) {
     WaitAndServe();
-    status = FollowUpWhenReady();
+    status = RunAfterReplyWhenReady();
   }
   server_.Stop();
-  if (!follow_up_) {
-    follow_up_ = server_.TakeFollowUp();
+  if (!after_reply_) {
+    after_reply_ = server_.TakeAfterReply();
   }
-  if (follow_up_) {
-    follow_up_->run();
+  if (after_reply_) {
+    after_reply_->run();
   }
   return status;
 }
@@ -118,10 +118,10 @@ void Host::WaitAndServe() {
   server_.AddDescriptors(&sets.read, &sets.write, &sets.except, &max_fd);
   WaitForEvents(max_fd, &sets.read, &sets.write, &sets.except, MillisecondsToWait());
   clients_.SweepIfDue();
-  channel_watch_.LookWhenDue();
+  channel_watch_.CheckWhenDue();
   NoteEndedProcesses();
   server_.Run(sets.read, sets.write, sets.except);
-  if (!store_->CheckpointWhenDue(sets.IsEmpty(max_fd) && !follow_up_)) {
+  if (!store_->CheckpointWhenDue(sets.IsEmpty(max_fd) && !after_reply_)) {
     PrintError("the store's log could not be brought into its file; it is tried again");
   }
 }
@@ -132,30 +132,30 @@ long Host::MillisecondsToWait() const {
   return std::min(look, server_.MillisecondsToWait().value_or(look));
 }
 
-Status Host::FollowUpWhenReady() {
-  if (!follow_up_) {
-    follow_up_ = server_.TakeFollowUp();
+Status Host::RunAfterReplyWhenReady() {
+  if (!after_reply_) {
+    after_reply_ = server_.TakeAfterReply();
   }
-  if (!follow_up_ || (follow_up_->ready && !follow_up_->ready())) {
+  if (!after_reply_ || (after_reply_->ready && !after_reply_->ready())) {
     return {};
   }
-  if (settings_.real_waits && follow_up_->wait_seconds > 0) {
-    return FollowUpAway();
+  if (settings_.real_waits && after_reply_->wait_seconds > 0) {
+    return RunAfterReplyWhileAway();
   }
-  follow_up_->run();
-  follow_up_.reset();
+  after_reply_->run();
+  after_reply_.reset();
   server_.EndTurn();
   return {};
 }
 
 // Commits as a router does that goes away for it, and is back when the app was told it would be.
-Status Host::FollowUpAway() {
-  const int seconds = follow_up_->wait_seconds;
+Status Host::RunAfterReplyWhileAway() {
+  const int seconds = after_reply_->wait_seconds;
   const auto back = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
   server_.Stop();
   PrintLine(stdout, "away for " + std::to_string(seconds) + " s");
-  follow_up_->run();
-  follow_up_.reset();
+  after_reply_->run();
+  after_reply_.reset();
   server_.EndTurn();
   WaitUntil(back);
   return StopRequested() ? Status() : Start();

@@ -11,14 +11,11 @@
 #include "events.h"
 #include "exchange.h"
 #include "firmware.h"
-#include "firmware_routes.h"
 #include "http_server.h"
 #include "reply.h"
 #include "router.h"
-#include "settings_routes.h"
 #include "status.h"
 #include "store.h"
-#include "variable_routes.h"
 #include "variables.h"
 
 namespace kiohost {
@@ -43,7 +40,7 @@ class Host {
 
   // Runs the actions that an earlier run of the host owes, and says so. To be called before
   // `Start`.
-  void MakeUpForDueActions();
+  void RunOverdueActions();
 
   // Listens, and says on standard output where.
   Status Start();
@@ -54,8 +51,8 @@ class Host {
  private:
   void WaitAndServe();
   long MillisecondsToWait() const;
-  Status FollowUpWhenReady();
-  Status FollowUpAway();
+  Status RunAfterReplyWhenReady();
+  Status RunAfterReplyWhileAway();
 
   Store* store_;
   Settings settings_;
@@ -63,15 +60,12 @@ class Host {
   Clients clients_;
   Events events_;
   Exchange exchange_;
-  SettingsRoutes settings_routes_;
   Variables variables_;
-  VariableRoutes variable_routes_;
   Firmware firmware_;
-  FirmwareRoutes firmware_routes_;
   ChannelWatch channel_watch_;
   HttpServer server_;
   // What the request whose turn it is has left behind.
-  std::optional<FollowUp> follow_up_;
+  std::optional<AfterReply> after_reply_;
 };
 
 }  // namespace kiohost

@@ -38,7 +38,7 @@ void HttpRequest::Judge(const Router& router, const char* method, const char* ve
     Refuse(std::move(*malformed));
     return;
   }
-  if (std::optional<Reply> refusal = router.JudgeAtGates(*view_)) {
+  if (std::optional<Reply> refusal = router.ApplyFilters(*view_)) {
     Refuse(std::move(*refusal));
     return;
   }
@@ -63,8 +63,8 @@ void HttpRequest::Judge(const Router& router, const char* method, const char* ve
   }
 }
 
-// What the HTTP server lets pass although it is not well-formed. To be asked before the gates: what
-// they look at may be ambiguous.
+// What the HTTP server lets pass although it is not well-formed. To be asked before the filters:
+// what they look at may be ambiguous.
 std::optional<Reply> HttpRequest::JudgeForm(const char* version) const {
   // The version stands behind the target and a blank, or else the target has a NUL byte in it.
   if (target_end_ + 1 != version) {

@@ -51,8 +51,8 @@ class HttpRequest {
   // Whether it is not run when its client has gone before its turn.
   bool IsDroppedWithoutClient() const { return route_ != nullptr && route_->takes_turn; }
 
-  void set_follow_up(FollowUp follow_up) { follow_up_ = std::move(follow_up); }
-  FollowUp TakeFollowUp() { return std::exchange(follow_up_, {}); }
+  void set_after_reply(AfterReply after_reply) { after_reply_ = std::move(after_reply); }
+  AfterReply TakeAfterReply() { return std::exchange(after_reply_, {}); }
 
  private:
   void Refuse(Reply reply);
@@ -72,7 +72,7 @@ class HttpRequest {
   std::string body_;
   size_t received_ = 0;
   bool ended_ = false;
-  FollowUp follow_up_;
+  AfterReply after_reply_;
 };
 
 }  // namespace kiohost

@@ -21,7 +21,7 @@ Reply TooSlow(const char* what) {
 
 // Says the last word on a socket; what the client does not take at once is lost.
 void Say(int socket, const Reply& reply) {
-  const std::string text = LastWord(reply);
+  const std::string text = RawResponse(reply);
   [[maybe_unused]] const ssize_t sent =
       send(socket, text.data(), text.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
 }
@@ -49,22 +49,22 @@ void HttpServer::Stop() {
   stopping_ = true;
   acceptor_.Listen(FileDescriptor());
   // A daemon must not be stopped while connections of its are suspended.
-  for (HttpRequest* request : turns_.waiting()) {
+  for (HttpRequest* request : turn_queue_.waiting()) {
     MHD_resume_connection(request->connection());
   }
   daemon_.reset();
-  farewells_.Clear();
+  lingering_.Clear();
   busy_since_.reset();
 }
 
 void HttpServer::AddDescriptors(fd_set* read_set, fd_set* write_set, fd_set* except_set,
                                 int* max_fd) {
   if (busy_since_) {
-    ForgiveWait(Clock::now() - *std::exchange(busy_since_, std::nullopt));
+    ExtendTimeouts(Clock::now() - *std::exchange(busy_since_, std::nullopt));
   }
   MHD_get_fdset2(daemon_.get(), read_set, write_set, except_set, max_fd, FD_SETSIZE);
   acceptor_.AddDescriptor(read_set, max_fd);
-  farewells_.AddDescriptors(read_set, max_fd);
+  lingering_.AddDescriptors(read_set, max_fd);
 }
 
 std::optional<long> HttpServer::MillisecondsToWait() const {
@@ -74,9 +74,9 @@ std::optional<long> HttpServer::MillisecondsToWait() const {
   }
   constexpr auto kNever = Clock::time_point::max();
   Clock::time_point next = std::min(acceptor_.Deadline().value_or(kNever),  //
-                                    farewells_.Deadline().value_or(kNever));
+                                    lingering_.Deadline().value_or(kNever));
   for (const auto& connection : connections_) {
-    next = std::min(next, connection->pace().Deadline());
+    next = std::min(next, connection->timeout().Deadline());
   }
   if (next == kNever) {
     return std::nullopt;
@@ -89,23 +89,23 @@ void HttpServer::Run(const fd_set& read_set, const fd_set& write_set, const fd_s
   busy_since_ = now;
   resumed_ = false;
   for (const auto& connection : connections_) {
-    if (connection->pace().phase() == Pace::Phase::kIdle &&
+    if (connection->timeout().phase() == ClientTimeout::Phase::kIdle &&
         FD_ISSET(connection->socket(), &read_set)) {
-      connection->pace().Enter(Pace::Phase::kHead, now);
+      connection->timeout().Enter(ClientTimeout::Phase::kHead, now);
     }
   }
   // The server closes a connection whose socket has an exceptional condition.
   fd_set cut = except_set;
-  CutSlowOnes(&cut, now);
+  CutSlowConnections(&cut, now);
   MHD_run_from_select(daemon_.get(), &read_set, &write_set, &cut);
   if (acceptor_.IsReady(read_set, now)) {
     Accept(now);
   }
-  farewells_.Run(read_set, now);
+  lingering_.Run(read_set, now);
 }
 
-std::optional<FollowUp> HttpServer::TakeFollowUp() {
-  return std::exchange(follow_up_, std::nullopt);
+std::optional<AfterReply> HttpServer::TakeAfterReply() {
+  return std::exchange(after_reply_, std::nullopt);
 }
 
 void HttpServer::EndTurn() {
@@ -145,16 +145,16 @@ MHD_Result HttpServer::OnRequest(void* self, MHD_Connection* handle, const char*
   Connection* connection = Connection::Of(handle);
   HttpRequest* request = connection->request();
   if (!request->judged()) {
-    connection->pace().Enter(Pace::Phase::kBody, Clock::now());
+    connection->timeout().Enter(ClientTimeout::Phase::kBody, Clock::now());
     request->Judge(*server->router_, method, version);
     return request->RefusedAtOnce() ? server->Send(connection, *request->refusal()) : MHD_YES;
   }
   if (*upload_data_size > 0) {
     const std::string_view piece(upload_data, *upload_data_size);
-    connection->pace().Add(static_cast<int64_t>(*upload_data_size), Clock::now());
+    connection->timeout().Add(static_cast<int64_t>(*upload_data_size), Clock::now());
     *upload_data_size = 0;
     if (!request->AddBody(piece)) {
-      connection->set_parting(*request->refusal());
+      connection->set_closing_reply(*request->refusal());
       return MHD_NO;
     }
     return MHD_YES;
@@ -184,12 +184,12 @@ MHD_Result HttpServer::Answer(Connection* connection) {
     return MHD_NO;
   }
   if (!HasItsTurn(request)) {
-    connection->pace().Enter(Pace::Phase::kWaits, Clock::now());
+    connection->timeout().Enter(ClientTimeout::Phase::kWaits, Clock::now());
     MHD_suspend_connection(connection->handle());
     return MHD_YES;
   }
   Reply reply = request->route()->handle(request->view());
-  request->set_follow_up(std::move(reply.follow_up));
+  request->set_after_reply(std::move(reply.after_reply));
   return Send(connection, reply);
 }
 
@@ -214,51 +214,52 @@ MHD_Result HttpServer::Send(Connection* connection, const Reply& reply) {
 
 bool HttpServer::HasItsTurn(HttpRequest* request) {
   const Route& route = *request->route();
-  const bool joins = route.may_join && turns_.waiting().empty() && route.may_join(request->view());
-  return !route.takes_turn || joins || turns_.Take(request);
+  const bool joins =
+      route.may_join && turn_queue_.waiting().empty() && route.may_join(request->view());
+  return !route.takes_turn || joins || turn_queue_.Take(request);
 }
 
 void HttpServer::Finish(std::unique_ptr<HttpRequest> request) {
-  FollowUp follow_up = request->TakeFollowUp();
-  if (!follow_up.run) {
+  AfterReply after_reply = request->TakeAfterReply();
+  if (!after_reply.run) {
     Leave(request.get());
     return;
   }
-  follow_up_ = std::move(follow_up);
+  after_reply_ = std::move(after_reply);
   finished_ = std::move(request);
 }
 
 void HttpServer::Leave(HttpRequest* request) {
-  HttpRequest* next = turns_.Leave(request);
+  HttpRequest* next = turn_queue_.Leave(request);
   if (next != nullptr && !stopping_) {
     MHD_resume_connection(next->connection());
     resumed_ = true;
   }
 }
 
-// While the host ran a slow command, it looked at nothing that came. What it takes to serve many
-// clients is forgiven nobody: some of them may be there to keep it busy.
-void HttpServer::ForgiveWait(Clock::duration busy) {
+// While the host ran a slow command, it read nothing that came: that time is not the clients'. The
+// time that it takes to serve many clients is: some of them may be there to keep the host busy.
+void HttpServer::ExtendTimeouts(Clock::duration busy) {
   if (busy < std::chrono::seconds(1)) {
     return;
   }
   for (const auto& connection : connections_) {
-    connection->pace().Forgive(busy);
+    connection->timeout().Extend(busy);
   }
 }
 
-void HttpServer::CutSlowOnes(fd_set* cut, Clock::time_point now) {
+void HttpServer::CutSlowConnections(fd_set* cut, Clock::time_point now) {
   for (const auto& connection : connections_) {
-    if (connection->pace().phase() == Pace::Phase::kAnswer) {
+    if (connection->timeout().phase() == ClientTimeout::Phase::kAnswer) {
       connection->NoteProgress(now);
     }
-    if (connection->pace().Deadline() > now) {
+    if (connection->timeout().Deadline() > now) {
       continue;
     }
-    if (connection->pace().phase() == Pace::Phase::kHead) {
-      connection->set_parting(TooSlow("head of the request"));
-    } else if (connection->pace().phase() == Pace::Phase::kBody) {
-      connection->set_parting(TooSlow("body of the request"));
+    if (connection->timeout().phase() == ClientTimeout::Phase::kHead) {
+      connection->set_closing_reply(TooSlow("head of the request"));
+    } else if (connection->timeout().phase() == ClientTimeout::Phase::kBody) {
+      connection->set_closing_reply(TooSlow("body of the request"));
     }
     connection->Abandon();
     FD_SET(connection->socket(), cut);
@@ -276,7 +277,7 @@ void HttpServer::Accept(Clock::time_point now) {
       Admit(std::move(*incoming), now);
       continue;
     }
-    if (error != 0 && !farewells_.CloseOldest() && !CloseUselessOne(nullptr)) {
+    if (error != 0 && !lingering_.CloseOldest() && !CloseUselessConnection(nullptr)) {
       acceptor_.Pause(error, now);
     }
     return;
@@ -288,9 +289,9 @@ void HttpServer::Admit(Acceptor::Incoming incoming, Clock::time_point now) {
     Reply reply = ErrorReply(MHD_HTTP_SERVICE_UNAVAILABLE,
                              "there are too many connections, of this address or in all");
     reply.headers.emplace_back(MHD_HTTP_HEADER_RETRY_AFTER,
-                               std::to_string(Pace::kHeadTime.count()));
+                               std::to_string(ClientTimeout::kHeadTime.count()));
     Say(incoming.socket.get(), reply);
-    farewells_.Take(std::move(incoming.socket), now);
+    lingering_.Take(std::move(incoming.socket), now);
     return;
   }
   MHD_add_connection(daemon_.get(), incoming.socket.Release(), incoming.generic(), incoming.length);
@@ -298,12 +299,12 @@ void HttpServer::Admit(Acceptor::Incoming incoming, Clock::time_point now) {
 
 bool HttpServer::MakeRoom(const std::string& address) {
   while (CountOf(address) >= kMostOfAnAddress) {
-    if (!CloseUselessOne(&address)) {
+    if (!CloseUselessConnection(&address)) {
       return false;
     }
   }
   while (connections_.size() >= kMostConnections) {
-    if (!CloseUselessOne(nullptr)) {
+    if (!CloseUselessConnection(nullptr)) {
       return false;
     }
   }
@@ -317,10 +318,10 @@ size_t HttpServer::CountOf(const std::string& address) const {
 }
 
 // Closes the one, of an address when that is given, that has been useless for the longest time.
-bool HttpServer::CloseUselessOne(const std::string* address) {
+bool HttpServer::CloseUselessConnection(const std::string* address) {
   Connection* found = nullptr;
   for (const auto& owned : connections_) {
-    const bool is_older = found == nullptr || owned->pace().since() < found->pace().since();
+    const bool is_older = found == nullptr || owned->timeout().since() < found->timeout().since();
     if ((address == nullptr || owned->address() == *address) && is_older && owned->IsUseless()) {
       found = owned.get();
     }
@@ -353,12 +354,12 @@ void HttpServer::Part(Connection* connection) {
   if (stopping_ || connection->IsClientGone()) {
     return;
   }
-  const std::optional<Reply> parting = connection->Parting();
-  if (parting) {
-    Say(connection->socket(), *parting);
+  const std::optional<Reply> closing_reply = connection->ClosingReply();
+  if (closing_reply) {
+    Say(connection->socket(), *closing_reply);
   }
-  if (parting || !connection->is_abandoned()) {
-    farewells_.Take(FileDescriptor(fcntl(connection->socket(), F_DUPFD_CLOEXEC, 0)), Clock::now());
+  if (closing_reply || !connection->is_abandoned()) {
+    lingering_.Take(FileDescriptor(fcntl(connection->socket(), F_DUPFD_CLOEXEC, 0)), Clock::now());
   }
 }
 

@@ -11,15 +11,15 @@
 #include <vector>
 
 #include "acceptor.h"
+#include "client_timeout.h"
 #include "connection.h"
-#include "farewells.h"
 #include "http_request.h"
+#include "lingering_sockets.h"
 #include "listener.h"
-#include "pace.h"
 #include "reply.h"
 #include "router.h"
 #include "status.h"
-#include "turns.h"
+#include "turn_queue.h"
 
 namespace kiohost {
 
@@ -37,7 +37,8 @@ class HttpServer {
   Status Start(FileDescriptor listener);
 
   // Closes the listening socket and all connections. A request that ends by it is delivered as
-  // far as its client goes: its follow-up is due. Requests that waited for their turn are dropped.
+  // far as its client goes: its work after the reply is due. Requests that waited for their turn
+  // are dropped.
   void Stop();
 
   // The descriptors to wait for; the time until the server wants to run in any case.
@@ -47,15 +48,15 @@ class HttpServer {
   // Serves what is ready.
   void Run(const fd_set& read_set, const fd_set& write_set, const fd_set& except_set);
 
-  // The follow-up of a request whose answer has left, or whose client has; once, and nothing when
-  // there is none.
-  std::optional<FollowUp> TakeFollowUp();
+  // The work that a request left behind, when its answer was sent or its client has gone; once, and
+  // nothing when there is none.
+  std::optional<AfterReply> TakeAfterReply();
 
-  // Lets the next request have its turn. To be called after the follow-up.
+  // Lets the next request have its turn. To be called when that work is done.
   void EndTurn();
 
  private:
-  using Clock = Pace::Clock;
+  using Clock = ClientTimeout::Clock;
 
   static void OnConnection(void* self, MHD_Connection* handle, void** context,
                            MHD_ConnectionNotificationCode code);
@@ -73,8 +74,8 @@ class HttpServer {
   void Finish(std::unique_ptr<HttpRequest> request);
   void Leave(HttpRequest* request);
 
-  void ForgiveWait(Clock::duration busy);
-  void CutSlowOnes(fd_set* cut, Clock::time_point now);
+  void ExtendTimeouts(Clock::duration busy);
+  void CutSlowConnections(fd_set* cut, Clock::time_point now);
 
   // Takes new connections. Beyond a limit one that nobody needs is closed for a new one, or else
   // the new one is refused.
@@ -82,7 +83,7 @@ class HttpServer {
   void Admit(Acceptor::Incoming incoming, Clock::time_point now);
   bool MakeRoom(const std::string& address);
   size_t CountOf(const std::string& address) const;
-  bool CloseUselessOne(const std::string* address);
+  bool CloseUselessConnection(const std::string* address);
   void Close(Connection* connection);
   void Part(Connection* connection);
 
@@ -94,16 +95,16 @@ class HttpServer {
   Acceptor acceptor_;
   std::unique_ptr<MHD_Daemon, DaemonStopper> daemon_;
   std::vector<std::unique_ptr<Connection>> connections_;  // in the order of their coming
-  Farewells farewells_;
-  Turns<HttpRequest*> turns_;
+  LingeringSockets lingering_;
+  TurnQueue<HttpRequest*> turn_queue_;
   bool stopping_ = false;
   // A connection was resumed, which shows neither in the descriptors nor in the time to wait.
   bool resumed_ = false;
   // Since when the host has served, and not waited for its clients.
   std::optional<Clock::time_point> busy_since_;
-  // The request that was delivered and keeps its turn until its follow-up has run.
+  // The request that was delivered and keeps its turn until the work after its reply is done.
   std::unique_ptr<HttpRequest> finished_;
-  std::optional<FollowUp> follow_up_;
+  std::optional<AfterReply> after_reply_;
 };
 
 }  // namespace kiohost

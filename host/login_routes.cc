@@ -2,7 +2,6 @@
 
 #include <optional>
 #include <string>
-#include <utility>
 
 namespace kiohost {
 namespace {
@@ -42,10 +41,14 @@ Reply LogIn(Clients* clients, const RequestView& request) {
   return ErrorReply(MHD_HTTP_SERVICE_UNAVAILABLE, "too many clients are logged in");
 }
 
+Reply LogOut(Clients* clients, const RequestView& request) {
+  return Done(clients->Logout(request.peer_address()) ? "logged out" : "was not logged in");
+}
+
 }  // namespace
 
-void AddLoginGate(Clients* clients, Router* router) {
-  router->AddGate([clients](const RequestView& request) -> std::optional<Reply> {
+void AddLoginFilter(Clients* clients, Router* router) {
+  router->AddFilter([clients](const RequestView& request) -> std::optional<Reply> {
     if (IsOpenToAll(request) || clients->Passes(request.peer_address())) {
       return std::nullopt;
     }
@@ -55,20 +58,15 @@ void AddLoginGate(Clients* clients, Router* router) {
 
 void AddLoginRoutes(Clients* clients, Router* router) {
   constexpr size_t kMaxKeyText = 1024;
-  Route login;
-  login.pattern = "/login";
-  login.method = MHD_HTTP_METHOD_POST;
-  login.body = {.need = BodyRule::Need::kAnything, .noun = "key", .limit = kMaxKeyText};
-  login.handle = [clients](const RequestView& request) { return LogIn(clients, request); };
-  router->Add(std::move(login));
-
-  Route logout;
-  logout.pattern = "/logout";
-  logout.method = MHD_HTTP_METHOD_POST;
-  logout.handle = [clients](const RequestView& request) {
-    return Done(clients->Logout(request.peer_address()) ? "logged out" : "was not logged in");
-  };
-  router->Add(std::move(logout));
+  router->Add(
+      {.pattern = "/login",
+       .method = MHD_HTTP_METHOD_POST,
+       .body = {.need = BodyRule::Need::kAnything, .noun = "key", .limit = kMaxKeyText},
+       .handle = [clients](const RequestView& request) { return LogIn(clients, request); }});
+  router->Add(
+      {.pattern = "/logout",
+       .method = MHD_HTTP_METHOD_POST,
+       .handle = [clients](const RequestView& request) { return LogOut(clients, request); }});
 }
 
 }  // namespace kiohost

@@ -7,11 +7,11 @@
 
 namespace kiohost {
 
-// Lets nobody pass who is not logged in, but for GET /device and POST /login. The gate knows no
+// Lets nobody pass who is not logged in, but for GET /device and POST /login. The filter knows no
 // other routes: one that is added later is guarded like the others.
-void AddLoginGate(Clients* clients, Router* router);
+void AddLoginFilter(Clients* clients, Router* router);
 
-// The gate and the routes use the clients for as long as they are.
+// The clients must outlive the router, here and above.
 void AddLoginRoutes(Clients* clients, Router* router);
 
 }  // namespace kiohost

@@ -131,7 +131,7 @@ Status TakeTempDir(const Options& options, const std::string& temp_dir, FileLock
 }
 
 // Settles the directories that the library finds through the store and writes them there.
-Status SettleDirectories(const Options& options, Store* store, FileLock* lock,
+Status ChooseDirectories(const Options& options, Store* store, FileLock* lock,
                          std::string* temp_dir) {
   std::string script_dir = options.script_dir.empty() ? store->Get(kScriptDirNode).value_or("")
                                                       : AbsoluteDirectory(options.script_dir);
@@ -151,7 +151,7 @@ Status SettleDirectories(const Options& options, Store* store, FileLock* lock,
   return status.ok() ? WriteNode(store, kScriptDirNode, script_dir) : status;
 }
 
-Status SettlePort(const Options& options, Store* store, int* port) {
+Status ChoosePort(const Options& options, Store* store, int* port) {
   constexpr int kMaxPort = 65535;
   if (options.port) {
     *port = *options.port;
@@ -191,9 +191,9 @@ Status Serve(const Options& options, Store* store) {
   settings.names = options.names;
   settings.catalogue = Program().parent_path() / "variables.json";
   FileLock lock;
-  Status status = SettlePort(options, store, &settings.port);
+  Status status = ChoosePort(options, store, &settings.port);
   if (status.ok()) {
-    status = SettleDirectories(options, store, &lock, &settings.temp_dir);
+    status = ChooseDirectories(options, store, &lock, &settings.temp_dir);
   }
   if (status.ok()) {
     status = ExportEnvironment(options, settings.temp_dir);
@@ -214,7 +214,7 @@ Status Serve(const Options& options, Store* store) {
         "settings.");
   }
   Host host(store, settings);
-  host.MakeUpForDueActions();
+  host.RunOverdueActions();
   status = host.Start();
   if (status.ok()) {
     status = host.Run();

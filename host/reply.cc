@@ -19,7 +19,7 @@ std::vector<std::pair<std::string, std::string>> AllHeaders(const Reply& reply) 
   return headers;
 }
 
-std::string LastWord(const Reply& reply) {
+std::string RawResponse(const Reply& reply) {
   std::string text = "HTTP/1.1 " + std::to_string(reply.status) + " ";
   text += MHD_get_reason_phrase_for(reply.status);
   for (const auto& [name, value] : AllHeaders(reply)) {

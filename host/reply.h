@@ -12,7 +12,7 @@
 namespace kiohost {
 
 // Work that a request leaves behind. Its request keeps its turn until the work is done.
-struct FollowUp {
+struct AfterReply {
   // Does the work. Called once: when the answer was delivered, or its client has gone, and `ready`
   // says so; or when the host stops.
   std::function<void()> run;
@@ -27,7 +27,7 @@ struct Reply {
   std::string content_type = "text/plain; charset=utf-8";
   std::string body;
   std::vector<std::pair<std::string, std::string>> headers;  // further ones
-  FollowUp follow_up;                                        // none without `run`
+  AfterReply after_reply;                                    // none without `run`
 };
 
 // A reply of one line that says what is wrong.
@@ -37,7 +37,7 @@ Reply ErrorReply(unsigned int status, const std::string& reason);
 std::vector<std::pair<std::string, std::string>> AllHeaders(const Reply& reply);
 
 // The bytes of a reply with which the host itself ends a connection, past the HTTP server.
-std::string LastWord(const Reply& reply);
+std::string RawResponse(const Reply& reply);
 
 }  // namespace kiohost
 

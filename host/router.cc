@@ -37,9 +37,9 @@ void AddOnce(std::vector<std::string>* words, std::string word) {
 
 }  // namespace
 
-std::optional<Reply> Router::JudgeAtGates(const RequestView& request) const {
-  for (const Gate& gate : gates_) {
-    if (std::optional<Reply> refusal = gate(request)) {
+std::optional<Reply> Router::ApplyFilters(const RequestView& request) const {
+  for (const Filter& filter : filters_) {
+    if (std::optional<Reply> refusal = filter(request)) {
       return refusal;
     }
   }

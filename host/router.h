@@ -34,7 +34,8 @@ struct Route {
   std::string pattern = {};
   std::string method = {};
   BodyRule body = {};
-  // Whether the request waits until the exchange before it is over, with its follow-up.
+  // Whether the request waits until the exchange before it is over, and the work
+  // after its reply.
   bool takes_turn = false;
   // A request that takes its turn runs beside the one whose turn it is when this says so and none
   // waits already. May be empty.
@@ -50,13 +51,13 @@ class Router {
   // Judges the head of every request before anything else is looked at, its path included: the
   // refusal, or nothing. Knows method, path, headers and the peer's address; nothing was read of
   // the body.
-  using Gate = std::function<std::optional<Reply>(const RequestView&)>;
+  using Filter = std::function<std::optional<Reply>(const RequestView&)>;
 
-  void AddGate(Gate gate) { gates_.push_back(std::move(gate)); }
+  void AddFilter(Filter filter) { filters_.push_back(std::move(filter)); }
   void Add(Route route) { routes_.push_back(std::move(route)); }
 
-  // The first refusal of the gates in the order in which they were added.
-  std::optional<Reply> JudgeAtGates(const RequestView& request) const;
+  // The first refusal of the filters in the order in which they were added.
+  std::optional<Reply> ApplyFilters(const RequestView& request) const;
 
   // The route of a request, whose name it sets; or null and why there is none.
   const Route* Find(RequestView* request, Reply* refusal) const;
@@ -72,7 +73,7 @@ class Router {
   Reply NoSuchResource() const;
   Reply MethodNotAllowed(const std::string& pattern) const;
 
-  std::vector<Gate> gates_;
+  std::vector<Filter> filters_;
   std::vector<Route> routes_;
 };
 

@@ -43,32 +43,13 @@ Reply ResultDocument(std::string document) {
   return reply;
 }
 
-}  // namespace
-
-void SettingsRoutes::AddTo(Router* router) {
-  Route settings;
-  settings.pattern = "/settings";
-  settings.method = MHD_HTTP_METHOD_POST;
-  settings.body = {.need = BodyRule::Need::kFilled, .noun = "settings document"};
-  settings.takes_turn = true;
-  settings.check = CheckMode;
-  settings.handle = [this](const RequestView& request) { return RunExchange(request); };
-  router->Add(std::move(settings));
-
-  Route result;
-  result.pattern = "/result";
-  result.method = MHD_HTTP_METHOD_GET;
-  result.handle = [this](const RequestView& /*request*/) { return LastResult(); };
-  router->Add(std::move(result));
-}
-
-Reply SettingsRoutes::RunExchange(const RequestView& request) {
+Reply RunExchange(Exchange* exchange, Events* events, const RequestView& request) {
   std::string reason;
   const std::optional<CommitKind> kind = ReadMode(request, &reason);
   if (!kind) {
     return ErrorReply(MHD_HTTP_BAD_REQUEST, reason);
   }
-  Exchange::Outcome outcome = exchange_->Run(request.body(), *kind);
+  Exchange::Outcome outcome = exchange->Run(request.body(), *kind);
   switch (outcome.kind) {
     case Exchange::Outcome::Kind::kNoRoot:
       return ErrorReply(MHD_HTTP_BAD_REQUEST, "the settings document has no root element");
@@ -79,19 +60,36 @@ Reply SettingsRoutes::RunExchange(const RequestView& request) {
   }
   Reply reply = ResultDocument(std::move(outcome.text));
   if (outcome.commit != CommitKind::kNone) {
-    reply.follow_up.wait_seconds = outcome.wait_seconds;
-    reply.follow_up.run = [this, commit = outcome.commit] {
-      const unsigned int mask = exchange_->Commit(commit);
-      exchange_->FinishCommit(mask & ~ReportActions(mask, events_));
+    reply.after_reply.wait_seconds = outcome.wait_seconds;
+    reply.after_reply.run = [exchange, events, commit = outcome.commit] {
+      const unsigned int mask = exchange->Commit(commit);
+      exchange->FinishCommit(mask & ~ReportActions(mask, events));
     };
   }
   return reply;
 }
 
-Reply SettingsRoutes::LastResult() {
-  const std::optional<std::string>& result = exchange_->last_result();
+Reply LastResult(const Exchange& exchange) {
+  const std::optional<std::string>& result = exchange.last_result();
   return result ? ResultDocument(*result)
                 : ErrorReply(MHD_HTTP_NOT_FOUND, "there is no result document");
+}
+
+}  // namespace
+
+void AddSettingsRoutes(Exchange* exchange, Events* events, Router* router) {
+  router->Add({.pattern = "/settings",
+               .method = MHD_HTTP_METHOD_POST,
+               .body = {.need = BodyRule::Need::kFilled, .noun = "settings document"},
+               .takes_turn = true,
+               .check = CheckMode,
+               .handle = [exchange, events](const RequestView& request) {
+                 return RunExchange(exchange, events, request);
+               }});
+  router->Add(
+      {.pattern = "/result",
+       .method = MHD_HTTP_METHOD_GET,
+       .handle = [exchange](const RequestView& /*request*/) { return LastResult(*exchange); }});
 }
 
 }  // namespace kiohost

@@ -4,26 +4,12 @@
 
 #include "events.h"
 #include "exchange.h"
-#include "reply.h"
-#include "request_view.h"
 #include "router.h"
 
 namespace kiohost {
 
-class SettingsRoutes {
- public:
-  SettingsRoutes(Exchange* exchange, Events* events) : exchange_(exchange), events_(events) {}
-
-  // The routes use this object for as long as they are.
-  void AddTo(Router* router);
-
- private:
-  Reply RunExchange(const RequestView& request);
-  Reply LastResult();
-
-  Exchange* exchange_;
-  Events* events_;
-};
+// The exchange and the events must outlive the router.
+void AddSettingsRoutes(Exchange* exchange, Events* events, Router* router);
 
 }  // namespace kiohost
 

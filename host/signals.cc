@@ -81,9 +81,9 @@ Alarm AlarmState() {
   itimerval timer = {};
   getitimer(ITIMER_REAL, &timer);
   if (timer.it_value.tv_sec != 0 || timer.it_value.tv_usec != 0) {
-    return Alarm::kTicking;
+    return Alarm::kSet;
   }
-  return IsPending(SIGALRM) ? Alarm::kRung : Alarm::kNone;
+  return IsPending(SIGALRM) ? Alarm::kFired : Alarm::kNone;
 }
 
 bool StopRequested() { return g_stop_requested != 0; }

@@ -20,9 +20,9 @@ bool StopRequested();
 
 // The alarm of the process (alarm(2)), of which there is one.
 enum class Alarm {
-  kNone,     // not set, or served
-  kTicking,  // set
-  kRung,     // to be served by the next wait
+  kNone,   // not set, or served
+  kSet,    // set
+  kFired,  // to be served by the next wait
 };
 Alarm AlarmState();
 

@@ -16,13 +16,25 @@ namespace {
 
 constexpr std::string_view kVariablePrefix = "rss_";
 constexpr std::string_view kActionGroup = "Act";
-constexpr const char* kActionNames[] = {"SiteSurvey", "VerifyAllRssVars", "ApplyAllRssVars",
-                                        "CommitRssVars", "SetRssVars"};
-constexpr std::string_view kCommitAction = "CommitRssVars";
-constexpr std::string_view kSurveyAction = "SiteSurvey";
-constexpr std::string_view kVerifyAction = "VerifyAllRssVars";
-constexpr std::string_view kApplyAction = "ApplyAllRssVars";
-constexpr std::string_view kBatchAction = "SetRssVars";
+constexpr std::string_view kActionPrefix = "rss_Act_";
+using Action = Variables::Action;
+
+struct ActionName {
+  Action action;
+  std::string_view name;
+};
+
+constexpr ActionName kActionNames[] = {{Action::kSurveySites, "SiteSurvey"},
+                                       {Action::kVerifyAll, "VerifyAllRssVars"},
+                                       {Action::kApplyAll, "ApplyAllRssVars"},
+                                       {Action::kCommit, "CommitRssVars"},
+                                       {Action::kSetBatch, "SetRssVars"}};
+
+constexpr std::string_view NameOf(Action action) {
+  return std::find_if(std::begin(kActionNames), std::end(kActionNames),
+                      [action](const ActionName& row) { return row.action == action; })
+      ->name;
+}
 
 // All actions that applying can call for.
 constexpr unsigned int kAppliedActions = KIOAPP_SYNC_WAN | KIOAPP_SYNC_WLAN | KIOAPP_SYNC_WLAN_5G |
@@ -109,41 +121,45 @@ Variables::Answer Variables::SetBatch(const std::string& batch, char separator) 
     const int code = do_RssVar_Parser(ValueBuffer(batch).data(), separator, fault.data(), 0);
     return {static_cast<unsigned int>(code), fault.data(), {}};
   };
-  return InTransaction({run, true, CountOf(batch, kApplyAction)});
+  return InTransaction({run, true, CountOf(batch, NameOf(Action::kApplyAll))});
 }
 
-std::string Variables::FindAction(const std::string& name) {
-  std::string action = name;
+std::optional<Action> Variables::FindAction(const std::string& name) {
+  std::string bare = name;
   if (IsAction(name)) {
     const std::string plain = PlainName(name);
-    action = plain.substr(plain.find('_') + 1);
+    bare = plain.substr(plain.find('_') + 1);
   }
-  const auto* found = std::find(std::begin(kActionNames), std::end(kActionNames), action);
-  return found == std::end(kActionNames) ? "" : action;
+  for (const ActionName& row : kActionNames) {
+    if (row.name == bare) {
+      return row.action;
+    }
+  }
+  return std::nullopt;
 }
 
-Variables::Answer Variables::RunAction(const std::string& action, const std::string& text) {
-  if (action != kCommitAction) {
+Variables::Answer Variables::RunAction(Action action, const std::string& text) {
+  if (action != Action::kCommit) {
     BeginSeries();
   }
-  const auto run = [&action, &text]() -> Answer {
+  const auto run = [action, &text]() -> Answer {
     ValueBuffer value(text);
-    const std::string name = std::string(kVariablePrefix) + "Act_" + action;
+    const std::string name = std::string(kActionPrefix).append(NameOf(action));
     const unsigned int code = setget_RssVar(name.c_str(), value.data(), KIOAPP_VAR_READ);
     return {code, value.text(), {}};
   };
-  const bool writes_result = action == kVerifyAction || action == kBatchAction;
-  const size_t applies = action == kApplyAction   ? 1
-                         : action == kBatchAction ? CountOf(text, kApplyAction)
-                                                  : 0;
+  const bool writes_result = action == Action::kVerifyAll || action == Action::kSetBatch;
+  const size_t applies = action == Action::kApplyAll   ? 1
+                         : action == Action::kSetBatch ? CountOf(text, NameOf(Action::kApplyAll))
+                                                       : 0;
   Answer answer = InTransaction({run, writes_result, applies});
-  if (action == kSurveyAction && answer.code == KIOAPP_VAR_DONE) {
+  if (action == Action::kSurveySites && answer.code == KIOAPP_VAR_DONE) {
     ReportActions(KIOAPP_SYNC_SITE_SURVEY, events_);
   }
   return answer;
 }
 
-FollowUp Variables::TakeFollowUp() {
+AfterReply Variables::TakeAfterReply() {
   if (AlarmState() == Alarm::kNone) {
     return {};
   }
@@ -153,16 +169,14 @@ FollowUp Variables::TakeFollowUp() {
   }
   commit_is_due_ = true;
   const unsigned int mask = PendingActions(CommitKind::kSettings);
-  FollowUp follow_up;
-  follow_up.ready = [] { return AlarmState() == Alarm::kNone; };
-  follow_up.run = [this, mask] { FinishCommit(mask); };
-  follow_up.wait_seconds = mask == 0 ? 0 : rssXmlData.exeWaitSec;
-  return follow_up;
+  AfterReply after_reply;
+  after_reply.ready = [] { return AlarmState() == Alarm::kNone; };
+  after_reply.run = [this, mask] { FinishCommit(mask); };
+  after_reply.wait_seconds = mask == 0 ? 0 : rssXmlData.exeWaitSec;
+  return after_reply;
 }
 
-bool Variables::CommitIsTicking() const {
-  return commit_is_due_ && AlarmState() == Alarm::kTicking;
-}
+bool Variables::CommitIsScheduled() const { return commit_is_due_ && AlarmState() == Alarm::kSet; }
 
 void Variables::BeginSeries() {
   if (!in_series_ || exchanges_seen_ != exchange_->count()) {

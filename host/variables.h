@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "events.h"
@@ -26,6 +27,9 @@ class Variables {
     Status store;
   };
 
+  // What the library runs by way of a variable.
+  enum class Action { kSurveySites, kVerifyAll, kApplyAll, kCommit, kSetBatch };
+
   // Longest value of a variable.
   static constexpr size_t kMaxValue = 127;
 
@@ -45,12 +49,12 @@ class Variables {
   // Sets a batch, in one transaction: it may hold actions.
   Answer SetBatch(const std::string& batch, char separator);
 
-  // The action that a name stands for ("CommitRssVars"), with or without what stands before it in a
-  // variable name, or as a document path; empty when there is no such action.
-  static std::string FindAction(const std::string& name);
+  // The action that a name stands for: the action's own ("CommitRssVars"), a variable's
+  // ("rss_Act_CommitRssVars") or a document path; nothing when there is no such action.
+  static std::optional<Action> FindAction(const std::string& name);
 
   // Runs an action, in one transaction.
-  Answer RunAction(const std::string& action, const std::string& text);
+  Answer RunAction(Action action, const std::string& text);
 
   // Forgets what was set and not applied: the next request begins a series.
   void Discard() { in_series_ = false; }
@@ -58,10 +62,10 @@ class Variables {
   // What is left to do after `SetBatch` or `RunAction`: the commit, when it was asked for. The
   // library runs it by an alarm; until then the request keeps its turn, so that no exchange can
   // move the pending actions out of the way.
-  FollowUp TakeFollowUp();
+  AfterReply TakeAfterReply();
 
   // Whether another request for the commit is served by the one that is due.
-  bool CommitIsTicking() const;
+  bool CommitIsScheduled() const;
 
  private:
   // A call into the library that may change the store.

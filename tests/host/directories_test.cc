@@ -48,6 +48,12 @@ TEST(DirectoriesTest, ATemporaryDirectoryMustFitTheCommands) {
   EXPECT_THAT(status.reason(), HasSubstr("longer than 63"));
 }
 
+TEST(DirectoriesTest, TheLongestDirectoryLeavesRoomForLongNumbers) {
+  const std::string file = std::string(MaxTempDirLength(), 'd') + "/rssset_result.xml";
+  EXPECT_LE(("echo ' <RssSetResult>99999</RssSetResult>' >> " + file).size(), 127U);
+  EXPECT_LE(("echo ' <RssGetWaitSec>999</RssGetWaitSec>' >> " + file).size(), 127U);
+}
+
 TEST(DirectoriesTest, AScriptDirectoryMustFitTheLibrarysBuffer) {
   const TempDir dir;
   EXPECT_TRUE(CheckScriptDir(MakeDirectory(dir.path(), 63)).ok());

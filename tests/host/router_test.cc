@@ -128,16 +128,16 @@ TEST_F(RouterTest, TheResourcesAreNamedOnce) {
 }
 
 TEST_F(RouterTest, TheFirstGateThatRefusesDecides) {
-  EXPECT_FALSE(router_.JudgeAtGates(Request("GET", "/a")));
-  router_.AddGate([](const RequestView& request) -> std::optional<Reply> {
+  EXPECT_FALSE(router_.ApplyFilters(Request("GET", "/a")));
+  router_.AddFilter([](const RequestView& request) -> std::optional<Reply> {
     return request.path() == "/a" ? std::optional(ErrorReply(403, "not a")) : std::nullopt;
   });
-  router_.AddGate([](const RequestView& request) -> std::optional<Reply> {
+  router_.AddFilter([](const RequestView& request) -> std::optional<Reply> {
     return request.method() == "GET" ? std::optional(ErrorReply(401, "no GET")) : std::nullopt;
   });
-  EXPECT_EQ(router_.JudgeAtGates(Request("GET", "/a"))->body, "not a\n");
-  EXPECT_EQ(router_.JudgeAtGates(Request("GET", "/b"))->status, 401U);
-  EXPECT_FALSE(router_.JudgeAtGates(Request("POST", "/b")));
+  EXPECT_EQ(router_.ApplyFilters(Request("GET", "/a"))->body, "not a\n");
+  EXPECT_EQ(router_.ApplyFilters(Request("GET", "/b"))->status, 401U);
+  EXPECT_FALSE(router_.ApplyFilters(Request("POST", "/b")));
 }
 
 }  // namespace

@@ -54,7 +54,7 @@ TEST(SignalsTest, AnAlarmBeforeTheLibrarySetOneIsServed) {
       {
         bool right = kiohost::InstallSignals();
         raise(SIGALRM);
-        right = right && kiohost::AlarmState() == kiohost::Alarm::kRung;
+        right = right && kiohost::AlarmState() == kiohost::Alarm::kFired;
         ServeSignals();
         right = right && kiohost::AlarmState() == kiohost::Alarm::kNone;
         _exit(right && !kiohost::StopRequested() ? 0 : 1);
@@ -93,7 +93,7 @@ TEST(SignalsTest, AWaitForChildrenServesStopsAndNoAlarm) {
           wait.Wait(kPatience);
           right = right && kiohost::StopRequested();
         }
-        _exit(right && kiohost::AlarmState() == kiohost::Alarm::kRung ? 0 : 1);
+        _exit(right && kiohost::AlarmState() == kiohost::Alarm::kFired ? 0 : 1);
       },
       testing::ExitedWithCode(0), "");
 }

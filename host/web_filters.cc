@@ -1,4 +1,4 @@
-#include "web_gates.h"
+#include "web_filters.h"
 
 #include <strings.h>
 
@@ -86,13 +86,13 @@ bool IsContentTypeTaken(std::string_view content_type) {
                      [type](std::string_view taken) { return IsSameText(type, taken); });
 }
 
-void AddWebGates(Store* store, std::vector<std::string> names, Router* router) {
+void AddWebFilters(Store* store, std::vector<std::string> names, Router* router) {
   names.emplace_back("localhost");
-  router->AddGate([store, names = std::move(names)](const RequestView& request) {
+  router->AddFilter([store, names = std::move(names)](const RequestView& request) {
     return JudgeHost(request, store, names);
   });
-  router->AddGate(JudgeOrigin);
-  router->AddGate(JudgeContentType);
+  router->AddFilter(JudgeOrigin);
+  router->AddFilter(JudgeContentType);
 }
 
 }  // namespace kiohost

@@ -1,6 +1,6 @@
 // Wrong keys, and who has shown too many of them.
-#ifndef HOST_GUESSES_H
-#define HOST_GUESSES_H
+#ifndef HOST_LOGIN_THROTTLE_H
+#define HOST_LOGIN_THROTTLE_H
 
 #include <array>
 #include <cstddef>
@@ -10,7 +10,7 @@
 namespace kiohost {
 
 // Takes the same room however many addresses guess.
-class Guesses {
+class LoginThrottle {
  public:
   static constexpr size_t kMostWrong = 5;
   static constexpr long kWindowSeconds = 60;
@@ -24,7 +24,7 @@ class Guesses {
   long SecondsBlocked(std::string_view address, long now) const;
 
   // Notes a wrong key. kMostWrong of them within kWindowSeconds block the address.
-  void AddWrong(std::string_view address, long now);
+  void AddWrongKey(std::string_view address, long now);
 
   // Forgets an address that has shown a good key.
   void Forget(std::string_view address);
@@ -47,4 +47,4 @@ class Guesses {
 
 }  // namespace kiohost
 
-#endif  // HOST_GUESSES_H
+#endif  // HOST_LOGIN_THROTTLE_H

@@ -1,7 +1,7 @@
-// Guards against what a web page in a browser of the LAN can bring about. The gates know no routes:
-// one that is added later is guarded like the others.
-#ifndef HOST_WEB_GATES_H
-#define HOST_WEB_GATES_H
+// Guards against what a web page in a browser of the LAN can bring about. The filters know no
+// routes: one that is added later is guarded like the others.
+#ifndef HOST_WEB_FILTERS_H
+#define HOST_WEB_FILTERS_H
 
 #include <string>
 #include <string_view>
@@ -23,8 +23,8 @@ bool IsContentTypeTaken(std::string_view content_type);
 // Refuses requests for another name than the router's, requests from pages of others that change
 // something, and types of content that no route takes. `names` are the router's, beside its
 // addresses and "localhost".
-void AddWebGates(Store* store, std::vector<std::string> names, Router* router);
+void AddWebFilters(Store* store, std::vector<std::string> names, Router* router);
 
 }  // namespace kiohost
 
-#endif  // HOST_WEB_GATES_H
+#endif  // HOST_WEB_FILTERS_H

@@ -1,4 +1,4 @@
-#include "web_gates.h"
+#include "web_filters.h"
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@ bool Names(const std::string& host) {
   return NamesRouter(host, {"192.168.1.1", "fe80::1", ""}, {"router", "localhost"});
 }
 
-TEST(WebGatesTest, RouterIsNamedByItsAddressesAndNames) {
+TEST(WebFiltersTest, RouterIsNamedByItsAddressesAndNames) {
   for (const char* const host :
        {"192.168.1.1", "192.168.1.1:80", "192.168.1.1:", "[fe80::1]", "[fe80::1]:8080",
         "[FE80:0:0::1]:8080", "router", "router:", "Router:8080", "localhost", "LOCALHOST:1"}) {
@@ -21,7 +21,7 @@ TEST(WebGatesTest, RouterIsNamedByItsAddressesAndNames) {
   }
 }
 
-TEST(WebGatesTest, NothingElseNamesTheRouter) {
+TEST(WebFiltersTest, NothingElseNamesTheRouter) {
   for (const char* const host :
        {"", ":80", "evil.example", "192.168.1.2", "192.168.1.1.evil.example", "192.168.1.1:80x",
         "192.168.1.1:80:80", "router.evil.example", "evilrouter", "router@evil:80", "[fe80::2]",
@@ -31,7 +31,7 @@ TEST(WebGatesTest, NothingElseNamesTheRouter) {
   }
 }
 
-TEST(WebGatesTest, ContentTypesOfTheInterfaceAreTaken) {
+TEST(WebFiltersTest, ContentTypesOfTheInterfaceAreTaken) {
   for (const char* const type :
        {"application/xml", "text/xml; charset=utf-8", "text/plain", "TEXT/PLAIN ;x",
         "application/x-www-form-urlencoded", "application/octet-stream"}) {

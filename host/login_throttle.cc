@@ -1,4 +1,4 @@
-#include "guesses.h"
+#include "login_throttle.h"
 
 #include <algorithm>
 #include <limits>
@@ -6,18 +6,18 @@
 namespace kiohost {
 
 // Until then a place is not given to another address: its wrong keys would be forgotten.
-long Guesses::Entry::taken_until() const {
+long LoginThrottle::Entry::taken_until() const {
   return count == 0 ? blocked_until : std::max(blocked_until, times[count - 1] + kWindowSeconds);
 }
 
-const Guesses::Entry* Guesses::Find(std::string_view address) const {
+const LoginThrottle::Entry* LoginThrottle::Find(std::string_view address) const {
   const auto* entry =
       std::find_if(entries_.begin(), entries_.end(),
                    [address](const Entry& candidate) { return candidate.address == address; });
   return entry == entries_.end() ? nullptr : entry;
 }
 
-long Guesses::SecondsBlocked(std::string_view address, long now) const {
+long LoginThrottle::SecondsBlocked(std::string_view address, long now) const {
   if (const Entry* entry = Find(address)) {
     return std::max(0L, entry->blocked_until - now);
   }
@@ -29,7 +29,7 @@ long Guesses::SecondsBlocked(std::string_view address, long now) const {
 }
 
 // The place of the address, or else a free one; null when there is none.
-Guesses::Entry* Guesses::PlaceFor(std::string_view address, long now) {
+LoginThrottle::Entry* LoginThrottle::PlaceFor(std::string_view address, long now) {
   Entry* free = nullptr;
   for (Entry& entry : entries_) {
     if (entry.address == address) {
@@ -46,7 +46,7 @@ Guesses::Entry* Guesses::PlaceFor(std::string_view address, long now) {
   return free;
 }
 
-void Guesses::AddWrong(std::string_view address, long now) {
+void LoginThrottle::AddWrongKey(std::string_view address, long now) {
   Entry* entry = PlaceFor(address, now);
   if (entry == nullptr) {
     return;
@@ -62,7 +62,7 @@ void Guesses::AddWrong(std::string_view address, long now) {
   }
 }
 
-void Guesses::Forget(std::string_view address) {
+void LoginThrottle::Forget(std::string_view address) {
   for (Entry& entry : entries_) {
     if (entry.address == address) {
       entry = Entry();

@@ -1,8 +1,8 @@
 // Connections that the host has ended, until the client has had the time to read the last answer.
 // A connection that is closed while bytes of the client lie unread, or come in, is reset, and the
 // client may lose the answer to that.
-#ifndef HOST_FAREWELLS_H
-#define HOST_FAREWELLS_H
+#ifndef HOST_LINGERING_SOCKETS_H
+#define HOST_LINGERING_SOCKETS_H
 
 #include <sys/select.h>
 
@@ -15,7 +15,7 @@
 
 namespace kiohost {
 
-class Farewells {
+class LingeringSockets {
  public:
   using Clock = std::chrono::steady_clock;
 
@@ -35,20 +35,20 @@ class Farewells {
   // Closes the oldest; returns whether there was one.
   bool CloseOldest();
 
-  void Clear() { farewells_.clear(); }
+  void Clear() { lingering_.clear(); }
 
  private:
-  struct Farewell {
+  struct LingeringSocket {
     FileDescriptor socket;
     Clock::time_point end;
     size_t bytes = 0;
   };
 
-  static bool IsOver(Farewell* farewell);
+  static bool IsOver(LingeringSocket* lingering);
 
-  std::deque<Farewell> farewells_;  // the oldest first
+  std::deque<LingeringSocket> lingering_;  // the oldest first
 };
 
 }  // namespace kiohost
 
-#endif  // HOST_FAREWELLS_H
+#endif  // HOST_LINGERING_SOCKETS_H

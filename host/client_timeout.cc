@@ -1,24 +1,24 @@
-#include "pace.h"
+#include "client_timeout.h"
 
 #include <algorithm>
 
 namespace kiohost {
 
-void Pace::Enter(Phase phase, Clock::time_point now) {
+void ClientTimeout::Enter(Phase phase, Clock::time_point now) {
   phase_ = phase;
   since_ = now;
   last_ = now;
   bytes_ = 0;
 }
 
-void Pace::Add(int64_t bytes, Clock::time_point now) {
+void ClientTimeout::Add(int64_t bytes, Clock::time_point now) {
   if (bytes > 0) {
     bytes_ += bytes;
     last_ = now;
   }
 }
 
-Pace::Clock::time_point Pace::Deadline() const {
+ClientTimeout::Clock::time_point ClientTimeout::Deadline() const {
   switch (phase_) {
     case Phase::kIdle:
       return since_ + kIdleTime;
@@ -34,7 +34,7 @@ Pace::Clock::time_point Pace::Deadline() const {
   return std::min<Clock::time_point>(since_ + allowed, last_ + kSilence);
 }
 
-void Pace::Forgive(Clock::duration time) {
+void ClientTimeout::Extend(Clock::duration time) {
   since_ += time;
   last_ += time;
 }

@@ -1,14 +1,14 @@
 // How long a client may take. Without limits a client that sends or reads a byte now and then keeps
 // a connection for as long as it likes.
-#ifndef HOST_PACE_H
-#define HOST_PACE_H
+#ifndef HOST_CLIENT_TIMEOUT_H
+#define HOST_CLIENT_TIMEOUT_H
 
 #include <chrono>
 #include <cstdint>
 
 namespace kiohost {
 
-class Pace {
+class ClientTimeout {
  public:
   using Clock = std::chrono::steady_clock;
 
@@ -26,7 +26,7 @@ class Pace {
     kAnswer,  // the answer is being sent
   };
 
-  explicit Pace(Clock::time_point now) { Enter(Phase::kIdle, now); }
+  explicit ClientTimeout(Clock::time_point now) { Enter(Phase::kIdle, now); }
 
   void Enter(Phase phase, Clock::time_point now);
   Phase phase() const { return phase_; }
@@ -38,8 +38,8 @@ class Pace {
   // The moment at which the client has taken too long; never for one that waits.
   Clock::time_point Deadline() const;
 
-  // Takes off the time in which the host had no eye for the client.
-  void Forgive(Clock::duration time);
+  // Puts the deadline off by the time in which the host did not look at the client.
+  void Extend(Clock::duration time);
 
  private:
   Phase phase_ = Phase::kIdle;
@@ -50,4 +50,4 @@ class Pace {
 
 }  // namespace kiohost
 
-#endif  // HOST_PACE_H
+#endif  // HOST_CLIENT_TIMEOUT_H

@@ -1,0 +1,56 @@
+// Whose turn it is to run an exchange.
+//
+// An exchange ends when its answer was sent and its commit has run; only then may the next one
+// begin. Otherwise the library would move the first one's pending actions out of the way of the
+// second one's, and the first commit would not run them.
+#ifndef HOST_TURN_QUEUE_H
+#define HOST_TURN_QUEUE_H
+
+#include <algorithm>
+#include <deque>
+
+namespace kiohost {
+
+// First come, first served. `Request` is a pointer type.
+template <typename Request>
+class TurnQueue {
+ public:
+  // True when it is the request's turn; otherwise the request now waits for it.
+  bool Take(Request request) {
+    if (current_ == nullptr && waiting_.empty()) {
+      current_ = request;
+    }
+    if (current_ != request && !IsWaiting(request)) {
+      waiting_.push_back(request);
+    }
+    return current_ == request;
+  }
+
+  // Ends the request's turn or its waiting. Returns the request whose turn begins by that, or null.
+  Request Leave(Request request) {
+    waiting_.erase(std::remove(waiting_.begin(), waiting_.end(), request), waiting_.end());
+    if (current_ != request) {
+      return nullptr;
+    }
+    current_ = nullptr;
+    if (!waiting_.empty()) {
+      current_ = waiting_.front();
+      waiting_.pop_front();
+    }
+    return current_;
+  }
+
+  const std::deque<Request>& waiting() const { return waiting_; }
+
+ private:
+  bool IsWaiting(Request request) const {
+    return std::find(waiting_.begin(), waiting_.end(), request) != waiting_.end();
+  }
+
+  Request current_ = nullptr;
+  std::deque<Request> waiting_;
+};
+
+}  // namespace kiohost
+
+#endif  // HOST_TURN_QUEUE_H

@@ -1,0 +1,18 @@
+// What the codes mean that the library gives for a variable, a batch or an action.
+#ifndef HOST_VARIABLE_CODES_H
+#define HOST_VARIABLE_CODES_H
+
+namespace kiohost {
+
+struct VariableCode {
+  unsigned int code;
+  unsigned int http_status;
+  const char* reason;
+};
+
+// The row of a code; null for a code that the host does not know.
+const VariableCode* FindVariableCode(unsigned int code);
+
+}  // namespace kiohost
+
+#endif  // HOST_VARIABLE_CODES_H
