@@ -7,47 +7,47 @@
 namespace kio::tools {
 namespace {
 
-using settings::Offer;
+using settings::VariableKind;
 using variables::Variable;
 
 constexpr std::size_t kValueCapacity = KIOAPP_VAR_SIZE - 1;
 constexpr int kLastTwoDigits = 99;
 
-// The name of the variable that holds a rule, next to `place`.
-std::string RuleName(const settings::Member& rule, const Place& place) {
-  const bool in_record = place.section != SectionId::kRadio;
+// The name of the variable that holds a rule, next to `instance`.
+std::string RuleName(const settings::Member& rule, const SectionInstance& instance) {
+  const bool in_record = instance.section != SectionId::kRadio;
   for (const Variable& variable : variables::kVariables) {
     if (variable.field != nullptr && variable.in_record == in_record &&
-        (in_record || variable.section == place.section) &&
+        (in_record || variable.section == instance.section) &&
         variable.field->member.offset == rule.offset) {
-      return NamePrefix(variable.section, place.radio) + Text(variable.name);
+      return NamePrefix(variable.section, instance.radio) + Text(variable.name);
     }
   }
   return {};
 }
 
-std::string CheckOf(const Field& field, const Place& place) {
-  switch (field.offer) {
-    case Offer::kNone:
-    case Offer::kReadOnly:
+std::string CheckOf(const Field& field, const SectionInstance& instance) {
+  switch (field.variable_kind) {
+    case VariableKind::kNone:
+    case VariableKind::kReadOnly:
       return {};
-    case Offer::kAnything:
+    case VariableKind::kAnything:
       return "none";
-    case Offer::kFlag:
+    case VariableKind::kFlag:
       return "0 or 1";
-    case Offer::kSwitch:
+    case VariableKind::kSwitch:
       return "any number; no other one than now when that is 2 or more";
-    case Offer::kKeyword:
+    case VariableKind::kKeyword:
       return "one of the words; a good word that is only checked gives code 2";
-    case Offer::kRule:
-      return "the rule in " + RuleName(field.rule, place);
-    case Offer::kHostAddress:
+    case VariableKind::kRule:
+      return "the rule in " + RuleName(field.rule, instance);
+    case VariableKind::kHostAddress:
       return "an IPv4 address of a host";
-    case Offer::kNetmask:
+    case VariableKind::kNetmask:
       return "an IPv4 netmask";
-    case Offer::kChannel:
-      return "a channel of " + NamePrefix(SectionId::kRadio, place.radio) + "ChannelList";
-    case Offer::kRoaming:
+    case VariableKind::kChannel:
+      return "a channel of " + NamePrefix(SectionId::kRadio, instance.radio) + "ChannelList";
+    case VariableKind::kRoaming:
       return "four numbers: below 0, not below 0, above 0, above 0";
   }
   return {};
@@ -59,10 +59,11 @@ bool HasSwitch(SectionId section) {
   return row.configurable.size != 0 || (!settings::IsTopmost(row) && HasSwitch(row.parent));
 }
 
-void DescribeField(const Variable& variable, const Place& place, CatalogueEntry* entry) {
+void DescribeField(const Variable& variable, const SectionInstance& instance,
+                   CatalogueEntry* entry) {
   const Field& field = *variable.field;
   if (!field.node.empty()) {
-    entry->store_node = NodePrefix(place) + Text(field.node);
+    entry->store_node = NodePrefix(instance) + Text(field.node);
   }
   if (field.hides_path) {
     entry->path_answer.clear();
@@ -74,9 +75,9 @@ void DescribeField(const Variable& variable, const Place& place, CatalogueEntry*
     entry->kind = CatalogueEntry::Kind::kInteger;
   }
   entry->capacity = field.member.size - std::size_t{1};
-  entry->is_writable = field.offer != Offer::kReadOnly;
-  entry->needs_configurable = entry->is_writable && HasSwitch(place.section);
-  entry->check = CheckOf(field, place);
+  entry->is_writable = field.variable_kind != VariableKind::kReadOnly;
+  entry->needs_configurable = entry->is_writable && HasSwitch(instance.section);
+  entry->check = CheckOf(field, instance);
 }
 
 void DescribeLive(const LiveNode& live, CatalogueEntry* entry) {
@@ -87,23 +88,23 @@ void DescribeLive(const LiveNode& live, CatalogueEntry* entry) {
   }
 }
 
-CatalogueEntry Describe(const Variable& variable, const Place& place) {
+CatalogueEntry Describe(const Variable& variable, const SectionInstance& instance) {
   CatalogueEntry entry;
-  entry.name = NamePrefix(place.section, place.radio) + Text(variable.name);
+  entry.name = NamePrefix(instance.section, instance.radio) + Text(variable.name);
   const char* path = cvtRss_XmlPathVsVarName(entry.name.c_str(), 1);
   entry.document_path = path == nullptr ? "" : path;
-  if (place.section == SectionId::kRule) {
+  if (instance.section == SectionId::kRule) {
     entry.is_indexed = true;
     entry.last_index = settings::kRuleCapacity - 1;
-    entry.index_count = NamePrefix(SectionId::kAccess, place.radio) + "AcRuleNo";
-  } else if (place.section == SectionId::kSurveySite) {
+    entry.index_count = NamePrefix(SectionId::kAccess, instance.radio) + "AcRuleNo";
+  } else if (instance.section == SectionId::kSurveySite) {
     entry.is_indexed = true;
     entry.last_index = kLastTwoDigits;
     entry.index_count = NamePrefix(SectionId::kSurvey, 0) + "SiteNo";
   }
-  entry.path_answer = VariablePath(variable, place, entry.is_indexed);
+  entry.path_answer = VariablePath(variable, instance, entry.is_indexed);
   if (variable.field != nullptr) {
-    DescribeField(variable, place, &entry);
+    DescribeField(variable, instance, &entry);
   } else {
     DescribeLive(*variable.live, &entry);
   }

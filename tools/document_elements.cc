@@ -118,9 +118,9 @@ constexpr Step kSettings[] = {
 };
 
 DocumentElement FieldElement(const Step& step, const Field& field) {
-  const Place place{.section = step.section};
+  const SectionInstance instance{.section = step.section};
   DocumentElement element;
-  const std::string prefix = step.prefix != nullptr ? step.prefix : ElementPrefix(place);
+  const std::string prefix = step.prefix != nullptr ? step.prefix : ElementPrefix(instance);
   element.path = ForAll(prefix + Text(field.element));
   element.when = step.when;
   element.is_required = field.optional != settings::Optional::kAlways;
@@ -129,14 +129,14 @@ DocumentElement FieldElement(const Step& step, const Field& field) {
   }
   const bool is_text = field.member.type == settings::Member::Type::kText;
   element.type = is_text ? "text" : "integer";
-  element.range = RangeOf(field, place);
+  element.range = RangeOf(field, instance);
   element.words = WordList(field);
   if (is_text) {
     element.limit =
         field.document_limit != 0 ? field.document_limit : field.member.size - std::size_t{1};
   }
   if (!field.node.empty()) {
-    element.node = ForAll(NodePrefix(place) + Text(field.node));
+    element.node = ForAll(NodePrefix(instance) + Text(field.node));
   }
   const variables::Variable* const variable = VariableOf(step.section, field);
   if (variable != nullptr) {

@@ -20,12 +20,12 @@ bool IsOfRadio(SectionId section) {
 }
 
 // The node of a rule, which is a member of a radio or of the record.
-std::string RuleNode(const Field& field, const Place& place) {
+std::string RuleNode(const Field& field, const SectionInstance& instance) {
   for (const Table<Field>& table : kFieldTables) {
     for (const Field& row : table) {
       if (row.load == Load::kRule && row.member.offset == field.rule.offset &&
-          (table.section == SectionId::kRadio) == IsOfRadio(place.section)) {
-        return ForAll(NodePrefix({.section = table.section, .radio = place.radio}) +
+          (table.section == SectionId::kRadio) == IsOfRadio(instance.section)) {
+        return ForAll(NodePrefix({.section = table.section, .radio = instance.radio}) +
                       Text(row.node));
       }
     }
@@ -33,8 +33,8 @@ std::string RuleNode(const Field& field, const Place& place) {
   return {};
 }
 
-std::string Ruled(const Field& field, const Place& place) {
-  return "the rule in " + Code(RuleNode(field, place));
+std::string Ruled(const Field& field, const SectionInstance& instance) {
+  return "the rule in " + Code(RuleNode(field, instance));
 }
 
 }  // namespace
@@ -76,7 +76,7 @@ std::string WordList(const Field& field) {
   return Joined(words, ", ");
 }
 
-std::string RangeOf(const Field& field, const Place& place) {
+std::string RangeOf(const Field& field, const SectionInstance& instance) {
   switch (field.check) {
     case Check::kNothing:
       return field.write == Write::kSwitch ? "at most 1, or what is stored" : "";
@@ -85,7 +85,7 @@ std::string RangeOf(const Field& field, const Place& place) {
     case Check::kFilled:
       return "not empty";
     case Check::kRule:
-      return Ruled(field, place);
+      return Ruled(field, instance);
     case Check::kKeyword:
       return "a word";
     case Check::kHostAddress:
@@ -97,11 +97,11 @@ std::string RangeOf(const Field& field, const Place& place) {
     case Check::kEncryptionType:
       return "a word that the mode allows";
     case Check::kRadioKey:
-      return "a key for the mode, and " + Ruled(field, place);
+      return "a key for the mode, and " + Ruled(field, instance);
     case Check::kSiteKey:
-      return "a key of some kind or empty, and " + Ruled(field, place);
+      return "a key of some kind or empty, and " + Ruled(field, instance);
     case Check::kChannel:
-      return "a channel of " + Code(ForAll(NodePrefix(place)) + "/channellist");
+      return "a channel of " + Code(ForAll(NodePrefix(instance)) + "/channellist");
   }
   return {};
 }

@@ -23,7 +23,7 @@ std::string TypeOf(const Field& field);
 std::string WordList(const Field& field);
 
 // What a document may hold there; empty for anything.
-std::string RangeOf(const Field& field, const Place& place);
+std::string RangeOf(const Field& field, const SectionInstance& instance);
 
 }  // namespace kio::tools
 

@@ -33,21 +33,22 @@ std::string NamePrefix(SectionId section, int radio) {
          WithWord(row.name, std::string(1, settings::kRadioWords[radio][0]));
 }
 
-std::string NodePrefix(const Place& place) {
-  std::string path = settings::SectionPath(place.section, place.radio).c_str();
+std::string NodePrefix(const SectionInstance& instance) {
+  std::string path = settings::SectionPath(instance.section, instance.radio).c_str();
   return path.ends_with(':') ? path + "?\?" : path;
 }
 
-std::string ElementPrefix(const Place& place) {
-  const settings::Section& row = settings::RowOf(place.section);
-  return (row.parent == row.id ? "" : ElementPrefix({row.parent, place.radio})) +
-         WithWord(row.element, settings::kRadioWords[place.radio]) + "/";
+std::string ElementPrefix(const SectionInstance& instance) {
+  const settings::Section& row = settings::RowOf(instance.section);
+  return (row.parent == row.id ? "" : ElementPrefix({row.parent, instance.radio})) +
+         WithWord(row.element, settings::kRadioWords[instance.radio]) + "/";
 }
 
-std::string VariablePath(const Variable& variable, const Place& place, bool is_indexed) {
+std::string VariablePath(const Variable& variable, const SectionInstance& instance,
+                         bool is_indexed) {
   char buffer[KIOAPP_VAR_SIZE];
   platform::TextBuffer text(buffer);
-  variables::AppendPath(text, variable, place);
+  variables::AppendPath(text, variable, instance);
   std::string path = text.c_str();
   if (is_indexed) {
     const std::size_t begin = path.find(':') + 1;

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "settings/sections.h"
-#include "variables/place.h"
+#include "variables/request.h"
 #include "variables/table.h"
 
 namespace kio::tools {
@@ -18,7 +18,7 @@ using settings::Field;
 using settings::SectionId;
 using variables::kLiveTables;
 using variables::LiveNode;
-using variables::Place;
+using variables::SectionInstance;
 
 // A table of the library's, and the section that it belongs to.
 template <typename Row>
@@ -65,14 +65,15 @@ std::vector<std::string> WordsOf(const char* const* words);
 std::string NamePrefix(SectionId section, int radio);
 
 // What the snapshot puts before the node of a field: "/lan/wireless2.4:1".
-std::string NodePrefix(const Place& place);
+std::string NodePrefix(const SectionInstance& instance);
 
 // The path of a block in a settings document, a slash behind it: "Device/Wireless2.4/".
-std::string ElementPrefix(const Place& place);
+std::string ElementPrefix(const SectionInstance& instance);
 
 // The path that a variable is read from or answers with. Of an index, "(??+N)" stands for the
 // instance, N being that of index 0.
-std::string VariablePath(const variables::Variable& variable, const Place& place, bool is_indexed);
+std::string VariablePath(const variables::Variable& variable, const SectionInstance& instance,
+                         bool is_indexed);
 
 // The variable that is made of a row of a section; null when there is none.
 const variables::Variable* VariableOf(SectionId section, const Field& field);

@@ -50,7 +50,7 @@ std::string AbsentValue(const Field& field) {
   return {};
 }
 
-std::string ValueOf(const Field& field, const Place& place) {
+std::string ValueOf(const Field& field, const SectionInstance& instance) {
   switch (field.load) {
     case Load::kIsOne:
       return "1, or anything else for 0";
@@ -65,16 +65,17 @@ std::string ValueOf(const Field& field, const Place& place) {
   }
   const std::string words = WordList(field);
   return TypeOf(field) + (words.empty() ? "" : "; " + words) +
-         (words.empty() && !RangeOf(field, place).empty() ? "; " + RangeOf(field, place) : "");
+         (words.empty() && !RangeOf(field, instance).empty() ? "; " + RangeOf(field, instance)
+                                                             : "");
 }
 
 class NodeList {
  public:
   void AddField(SectionId section, const Field& field) {
-    const Place place{.section = section};
-    StoreNode& node = Node(NodePrefix(place) + Text(field.node));
+    const SectionInstance instance{.section = section};
+    StoreNode& node = Node(NodePrefix(instance) + Text(field.node));
     node.meaning = MeaningOf(section, field);
-    node.value = ValueOf(field, place);
+    node.value = ValueOf(field, instance);
     node.absent = AbsentValue(field);
     if (field.load != Load::kNever) {
       AddOnce(node.reads, field.snapshot == Snapshot::kEvery ? "snapshot" : "full snapshot");

@@ -38,7 +38,7 @@ class Password {
   char text_[64];
 };
 
-// What the key of a slot is the digest of, gone from memory with the object.
+// What the key of a time slot is the digest of, gone from memory with the object.
 class KeySource {
  public:
   KeySource(const char* ip, const Password& password) {
@@ -50,13 +50,13 @@ class KeySource {
 
   using Text = char[128];
 
-  // Writes the source of a slot, cut to the room that `text` has, and returns it.
-  TextView Write(long slot, Text& text) const {
-    return TextBuffer(text).AppendNumber(static_cast<int>(slot)).Append(rest_).view();
+  // Writes the source of a time slot, cut to the room that `text` has, and returns it.
+  TextView Write(long time_slot, Text& text) const {
+    return TextBuffer(text).AppendNumber(static_cast<int>(time_slot)).Append(rest_).view();
   }
 
  private:
-  Text rest_;  // what is the same for all slots
+  Text rest_;  // what is the same for all time slots
 };
 
 // Writes the first `bytes` bytes of the present key to `string`.
@@ -103,7 +103,7 @@ int DigitValue(char digit) {
 }
 
 // Reads the digits of a key. Returns false when it ends early or holds anything else: it is then
-// the key of no slot.
+// the key of no time slot.
 bool ReadKey(const ShownKey& key, Digest& digest) {
   const char* next = key.text;
   for (int i = 0; i < key.bytes; ++i) {
@@ -128,7 +128,7 @@ bool IsSame(const Digest& first, const Digest& second, int bytes) {
   return difference == 0;
 }
 
-// Whether the key is that of one of the slots around `now`. All are looked at in any case.
+// Whether the key is that of one of the time slots around `now`. All are looked at in any case.
 bool IsGoodKey(const ShownKey& key, long now, const char* ip, const Password& password) {
   Digest shown;
   if (!ReadKey(key, shown)) {

@@ -50,7 +50,7 @@ constexpr int kListKinds = static_cast<int>(sizeof(kLists) / sizeof(kLists[0]));
 
 // Whether the beginning of an item, a pattern of at most `limit` characters, fits one of the
 // router's own texts.
-int TestPattern(const Block& item, std::size_t limit, const char* own_text) {
+int MatchPattern(const Block& item, std::size_t limit, const char* own_text) {
   const TextView pattern(item.text, std::min(static_cast<std::size_t>(item.length), limit));
   KIO_LOG(kLogDetail, "Match '%.*s' with '%s'\n", static_cast<int>(pattern.size()), pattern.data(),
           own_text);
@@ -99,8 +99,8 @@ bool ReadAddress(const Block& entry, TextView key, char (&address)[128]) {
 class ListSearch {
  public:
   // The items of one list or, of a "MacList", the addresses and then the ranges.
-  int TestList(const Block& text, int kind, bool ranges_too = false);
-  int TestEntry(const Block& entry);
+  int MatchList(const Block& text, int kind, bool ranges_too = false);
+  int MatchEntry(const Block& entry);
 
  private:
   static constexpr int kNoList = -1;
@@ -118,11 +118,11 @@ class ListSearch {
     }
   };
 
-  int TestRange(const Block& range);
-  int TestItem(const Block& item, int kind);
-  int TestItems(const Block& list, settings::ItemReader& items, int kind);
-  int TestListOf(const Block& entry, int kind, Known& known);
-  int TestLists(const Block& entry);
+  int MatchRange(const Block& range);
+  int MatchItem(const Block& item, int kind);
+  int MatchItems(const Block& list, settings::ItemReader& items, int kind);
+  int MatchListOf(const Block& entry, int kind, Known& known);
+  int MatchLists(const Block& entry);
 
   Known lists_[kListKinds];
   // The same of the entries that a list was looked for in.
@@ -132,7 +132,7 @@ class ListSearch {
   Bound end_;
 };
 
-int ListSearch::TestRange(const Block& range) {
+int ListSearch::MatchRange(const Block& range) {
   if (!start_.Read(range, "Start") || !end_.Read(range, "End")) {
     return KIOAPP_FW_LIST_ERROR;
   }
@@ -144,20 +144,20 @@ int ListSearch::TestRange(const Block& range) {
              : KIOAPP_FW_LIST_NO_MATCH;
 }
 
-int ListSearch::TestItem(const Block& item, int kind) {
+int ListSearch::MatchItem(const Block& item, int kind) {
   switch (kind) {
     case KIOAPP_FW_LIST_MAC:
-      return TestPattern(item, 17, fwXmlData.deviceMac);
+      return MatchPattern(item, 17, fwXmlData.deviceMac);
     case KIOAPP_FW_LIST_MACS:
-      return TestRange(item);
+      return MatchRange(item);
     case KIOAPP_FW_LIST_FILE_NAME:
-      return TestPattern(item, 127, fwXmlData.currFileName);
+      return MatchPattern(item, 127, fwXmlData.currFileName);
     default:
-      return TestEntry(item);
+      return MatchEntry(item);
   }
 }
 
-int ListSearch::TestItems(const Block& list, settings::ItemReader& items, int kind) {
+int ListSearch::MatchItems(const Block& list, settings::ItemReader& items, int kind) {
   Known& known = lists_[kind];
   if (known.Covers(list.text, items.end())) {
     return known.result;
@@ -169,7 +169,7 @@ int ListSearch::TestItems(const Block& list, settings::ItemReader& items, int ki
       known.before = items.position();
       break;
     }
-    const int result = TestItem(item, kind);
+    const int result = MatchItem(item, kind);
     // Quirk "half-a-range-ends-the-search": an error in one item is the end of all.
     if (result != KIOAPP_FW_LIST_NO_MATCH) {
       known.before = item.text;
@@ -184,7 +184,7 @@ int ListSearch::TestItems(const Block& list, settings::ItemReader& items, int ki
   return known.result;
 }
 
-int ListSearch::TestList(const Block& text, int kind, bool ranges_too) {
+int ListSearch::MatchList(const Block& text, int kind, bool ranges_too) {
   platform::LogEntry("do_FwEntryList_Parser");
   const Element container = settings::FindElement(text, kLists[kind].container);
   if (!container.is_complete()) {
@@ -192,7 +192,7 @@ int ListSearch::TestList(const Block& text, int kind, bool ranges_too) {
   }
   // An empty list has the items of the rest of the document.
   settings::ItemReader items(container.content, kLists[kind].item);
-  const int result = TestItems(container.content, items, kind);
+  const int result = MatchItems(container.content, items, kind);
   if (result != KIOAPP_FW_LIST_NO_MATCH || !ranges_too) {
     return result;
   }
@@ -201,37 +201,37 @@ int ListSearch::TestList(const Block& text, int kind, bool ranges_too) {
     return KIOAPP_FW_LIST_NO_MATCH;
   }
   settings::ItemReader ranges(container.content, kLists[KIOAPP_FW_LIST_MACS].item);
-  return TestItems(container.content, ranges, KIOAPP_FW_LIST_MACS);
+  return MatchItems(container.content, ranges, KIOAPP_FW_LIST_MACS);
 }
 
 // The result of the entry's list of a kind, kNoList when it has none.
-int ListSearch::TestListOf(const Block& entry, int kind, Known& known) {
+int ListSearch::MatchListOf(const Block& entry, int kind, Known& known) {
   const char* const end = entry.text + entry.length;
   if (!known.Covers(entry.text, end)) {
     char* const list = settings::FindTag(entry, kLists[kind].container);
     const int result =
-        list == nullptr ? kNoList : TestList(entry.From(list), kind, kind == KIOAPP_FW_LIST_MAC);
+        list == nullptr ? kNoList : MatchList(entry.From(list), kind, kind == KIOAPP_FW_LIST_MAC);
     known = {end, entry.text, list == nullptr ? end : list, result};
   }
   return known.result;
 }
 
 // Quirk "entry-without-lists-never-fits": one list at least must match.
-int ListSearch::TestLists(const Block& entry) {
-  const int macs = TestListOf(entry, KIOAPP_FW_LIST_MAC, mac_entries_);
+int ListSearch::MatchLists(const Block& entry) {
+  const int macs = MatchListOf(entry, KIOAPP_FW_LIST_MAC, mac_entries_);
   if (macs != kNoList && macs != KIOAPP_FW_LIST_MATCH) {
     return macs;
   }
-  const int names = TestListOf(entry, KIOAPP_FW_LIST_FILE_NAME, name_entries_);
+  const int names = MatchListOf(entry, KIOAPP_FW_LIST_FILE_NAME, name_entries_);
   if (names != kNoList) {
     return names;
   }
   return macs == kNoList ? int{KIOAPP_FW_LIST_NO_MATCH} : macs;
 }
 
-int ListSearch::TestEntry(const Block& entry) {
+int ListSearch::MatchEntry(const Block& entry) {
   platform::LogEntry("do_FwFirmware_Parser");
-  const int result = TestLists(entry);
+  const int result = MatchLists(entry);
   if (result == KIOAPP_FW_LIST_MATCH && (!ReadAddress(entry, "FwURL", fwXmlData.fileUrl) ||
                                          !ReadAddress(entry, "NotesURL", fwXmlData.notesUrl))) {
     return KIOAPP_FW_LIST_ERROR;
@@ -239,7 +239,7 @@ int ListSearch::TestEntry(const Block& entry) {
   return result;
 }
 
-int TestDocument(char* document) {
+int MatchDocument(char* document) {
   platform::LogEntry("do_FwRoot_Parser");
   if (document == nullptr) {
     return KIOAPP_FW_LIST_ERROR;
@@ -261,7 +261,7 @@ int TestDocument(char* document) {
     return KIOAPP_FW_LIST_ERROR;
   }
   const int result =
-      ListSearch().TestList({content.text, content.length, end}, KIOAPP_FW_LIST_FIRMWARE);
+      ListSearch().MatchList({content.text, content.length, end}, KIOAPP_FW_LIST_FIRMWARE);
   if (result == KIOAPP_FW_LIST_ERROR) {
     KIO_LOG(kLogAction, "check FirmwareList fail\n");
   } else {
@@ -281,7 +281,7 @@ bool IsRunning() {
   return std::strncmp(name, fwXmlData.currFileName, size) == 0;
 }
 
-Block WholeOf(char* text, int length) { return {text, length, text + std::strlen(text)}; }
+Block WholeText(char* text, int length) { return {text, length, text + std::strlen(text)}; }
 
 }  // namespace
 }  // namespace kio::firmware
@@ -297,14 +297,14 @@ int do_FwEntryList_Parser(char* text, int len, int kind) {
     kio::platform::LogEntry("do_FwEntryList_Parser");
     return KIOAPP_FW_LIST_ERROR;
   }
-  return kio::firmware::ListSearch().TestList(kio::firmware::WholeOf(text, len), kind);
+  return kio::firmware::ListSearch().MatchList(kio::firmware::WholeText(text, len), kind);
 }
 
 int do_FwFirmware_Parser(char* text, int len) {
   if (text == nullptr) {
     return KIOAPP_FW_LIST_ERROR;
   }
-  return kio::firmware::ListSearch().TestEntry(kio::firmware::WholeOf(text, len));
+  return kio::firmware::ListSearch().MatchEntry(kio::firmware::WholeText(text, len));
 }
 
 int do_FwXml_Parser(char* document, char* fileUrl, char* notesUrl) {
@@ -315,7 +315,7 @@ int do_FwXml_Parser(char* document, char* fileUrl, char* notesUrl) {
   XmlErrMsg_LostKey = nullptr;
   kio::platform::ReadStoreText(kio::firmware::kDeviceMacNode, fwXmlData.deviceMac);
   kio::platform::ReadStoreText(kio::firmware::kCurrentFileNode, fwXmlData.currFileName);
-  int result = kio::firmware::TestDocument(document);
+  int result = kio::firmware::MatchDocument(document);
   if (result == KIOAPP_FW_LIST_MATCH) {
     if (kio::firmware::IsRunning()) {
       result = KIOAPP_FW_LIST_NO_MATCH;

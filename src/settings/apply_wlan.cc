@@ -48,7 +48,7 @@ Step ApplyClonedEnable(const Radio& radio, const char* path) {
   }
   // Quirk "cloning-stops-at-a-locked-switch": no later radio is cloned either.
   if (stored == 2 || stored == 3 || wlan.wlEnbl == 2) {
-    return Step::kEnough;
+    return Step::kStageDone;
   }
   if (wlan.wlEnbl == 3) {
     wlan.wlEnbl = 1;
@@ -212,7 +212,7 @@ bool ApplyRadios() {
     SectionPath nodes(SectionId::kRadio, number);
     const Step step = ApplyRadio({number, wlan, nodes});
     if (step != Step::kGoOn) {
-      return step == Step::kEnough;
+      return step == Step::kStageDone;
     }
   }
   return true;

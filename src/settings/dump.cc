@@ -63,12 +63,12 @@ bool IsDumped(const Field& field) {
 }
 
 // Writes the fields of a section: those of one group, or of all with kNone.
-void DumpFields(const Place& place, Group group, const char* indent) {
-  const FieldTable table = RowOf(place.section).fields;
+void DumpFields(const SectionInstance& instance, Group group, const char* indent) {
+  const FieldTable table = RowOf(instance.section).fields;
   for (std::size_t i = 0; i < table.size(); ++i) {
     const Field& field = table[i];
     if ((group == Group::kNone || field.group == group) && IsDumped(field)) {
-      DumpField(field, StructureOf(place), indent);
+      DumpField(field, StructureOf(instance), indent);
     }
     if (IsPair(field.dump)) {
       ++i;

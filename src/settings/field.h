@@ -106,8 +106,8 @@ enum class Write : std::uint8_t {
   kSwitch,  // 0 or 1, unless the device has locked it: by name, for each has a lock of its own
 };
 
-// What the variable of a field takes.
-enum class Offer : std::uint8_t {
+// What kind of variable a field is: what it accepts.
+enum class VariableKind : std::uint8_t {
   kNone,  // there is no such variable
   kReadOnly,
   kAnything,
@@ -169,9 +169,9 @@ struct Field {
 
   Write write = Write::kNever;
 
-  Offer offer = Offer::kNone;
-  // The path of the variable below its section's, when it is not its name's.
-  platform::TextView located = {};
+  VariableKind variable_kind = VariableKind::kNone;
+  // The path that the variable tells, below its section's; empty for a slash and its name.
+  platform::TextView variable_path = {};
   // Quirk "value-for-a-path": asked for its path, the variable gives its value.
   bool hides_path = false;
 
@@ -212,7 +212,7 @@ struct Field {
     return With(&Field::absent, number);
   }
   [[nodiscard]] constexpr Field OneOf(const char* const* table, const Member& index) const {
-    Field field = Checked(Check::kKeyword).Offered(Offer::kKeyword);
+    Field field = Checked(Check::kKeyword).AsVariable(VariableKind::kKeyword);
     field.words = table;
     field.code = index;
     return field;
@@ -222,15 +222,17 @@ struct Field {
     return Checked(Check::kInRange).With(&Field::low, lowest).With(&Field::high, highest);
   }
   [[nodiscard]] constexpr Field Obeying(const Member& rule_text) const {
-    return Checked(Check::kRule).Offered(Offer::kRule).With(&Field::rule, rule_text);
+    return Checked(Check::kRule).AsVariable(VariableKind::kRule).With(&Field::rule, rule_text);
   }
   [[nodiscard]] constexpr Field CalledInFaults(platform::TextView name) const {
     return With(&Field::fault_name, name);
   }
   [[nodiscard]] constexpr Field Written(Write value) const { return With(&Field::write, value); }
-  [[nodiscard]] constexpr Field Offered(Offer value) const { return With(&Field::offer, value); }
-  [[nodiscard]] constexpr Field LocatedAt(platform::TextView path) const {
-    return With(&Field::located, path);
+  [[nodiscard]] constexpr Field AsVariable(VariableKind value) const {
+    return With(&Field::variable_kind, value);
+  }
+  [[nodiscard]] constexpr Field WithVariablePath(platform::TextView path) const {
+    return With(&Field::variable_path, path);
   }
   [[nodiscard]] constexpr Field HidingItsPath() const { return With(&Field::hides_path, true); }
   [[nodiscard]] constexpr Field Dumped(Dump value, platform::TextView name = {}) const {
@@ -249,7 +251,7 @@ constexpr Field Known(platform::TextView element, platform::TextView node, const
 // The same as a variable that is only read.
 constexpr Field Shown(platform::TextView element, platform::TextView node, const Member& member,
                       Load load) {
-  return Known(element, node, member, load).Offered(Offer::kReadOnly);
+  return Known(element, node, member, load).AsVariable(VariableKind::kReadOnly);
 }
 
 // A setting: documents hold it, full snapshots load it, it is written where it differs.
@@ -262,7 +264,7 @@ constexpr Field Setting(platform::TextView element, platform::TextView node, con
           .load = load,
           .snapshot = Snapshot::kFullOnly,
           .write = Write::kIfDifferent,
-          .offer = Offer::kAnything,
+          .variable_kind = VariableKind::kAnything,
           .dump = Dump::kPlain};
 }
 
@@ -273,7 +275,7 @@ constexpr Field Text(platform::TextView element, platform::TextView node, const 
 
 // 0 or 1.
 constexpr Field Flag(platform::TextView element, platform::TextView node, const Member& member) {
-  return Setting(element, node, member, Load::kIsOne).InRange(0, 1).Offered(Offer::kFlag);
+  return Setting(element, node, member, Load::kIsOne).InRange(0, 1).AsVariable(VariableKind::kFlag);
 }
 
 // 0 or 1, where a stored 2 or more says that the device has locked it; so does its absence.
@@ -281,7 +283,7 @@ constexpr Field Switch(platform::TextView element, platform::TextView node, cons
   return Setting(element, node, member, Load::kInteger)
       .WhenAbsent(2)
       .Written(Write::kSwitch)
-      .Offered(Offer::kSwitch);
+      .AsVariable(VariableKind::kSwitch);
 }
 
 // A number that the app sets and the snapshot does not load.
@@ -330,9 +332,9 @@ constexpr bool IsSound(const Field& field) {
          (field.check != Check::kInRange || field.low <= field.high) &&
          (field.check != Check::kRule || field.rule.size != 0) &&
          (field.write == Write::kNever || !field.node.empty()) &&
-         (field.offer == Offer::kNone || !field.element.empty()) &&
-         (field.offer != Offer::kKeyword || field.has_words()) &&
-         (field.offer != Offer::kRule || field.rule.size != 0) &&
+         (field.variable_kind == VariableKind::kNone || !field.element.empty()) &&
+         (field.variable_kind != VariableKind::kKeyword || field.has_words()) &&
+         (field.variable_kind != VariableKind::kRule || field.rule.size != 0) &&
          (field.dump == Dump::kNever || !field.element.empty()) &&
          // Without its element, the record must hold what the store does.
          (field.optional != Optional::kAlways ||

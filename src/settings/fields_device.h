@@ -42,12 +42,12 @@ inline constexpr Field kDeviceFields[] = {
         .Dumped(Dump::kQuoted),
     Switch("RouterEnbl", "/sys/routerenbl", KIO_MEMBER(RssXmlData, routerEnbl))
         .Logged()
-        .LocatedAt("/sys/RouterEnbl"),
+        .WithVariablePath("/sys/RouterEnbl"),
     Text("EasyRoaming", "/zentrolinks/easyroaminginfo", KIO_MEMBER(RssXmlData, easyRoaming))
         .In(Group::kRoaming)
         .For(Versions::kNot10)
         .NotNeeded(Optional::kWhileCloning)
-        .Offered(Offer::kRoaming)
+        .AsVariable(VariableKind::kRoaming)
         .Dumped(Dump::kPlain),
     Unloaded("ExtenderEnbl", KIO_MEMBER(RssXmlData, extenderEnbl), Group::kExtender)
         .For(Versions::kOnly10)

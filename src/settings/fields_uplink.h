@@ -39,21 +39,21 @@ inline constexpr Field kUplinkFields[] = {
     Text("IP", "/ip", KIO_MEMBER(RssUpLink, ip))
         .In(Group::kAddress)
         .Checked(Check::kHostAddress)
-        .Offered(Offer::kHostAddress)
+        .AsVariable(VariableKind::kHostAddress)
         .Dumped(Dump::kQuotedPair),
     Text("NetMask", "/netmask", KIO_MEMBER(RssUpLink, netMask))
         .In(Group::kAddress)
         .Checked(Check::kNetmask)
-        .Offered(Offer::kNetmask),
+        .AsVariable(VariableKind::kNetmask),
     // Quirk "gateway-may-be-elsewhere": nothing relates it to address and netmask.
     Text("Gateway", "/gateway", KIO_MEMBER(RssUpLink, gateway))
         .In(Group::kAddress)
         .Checked(Check::kHostAddress)
-        .Offered(Offer::kHostAddress),
+        .AsVariable(VariableKind::kHostAddress),
     Text("DNS", "/dns", KIO_MEMBER(RssUpLink, dns))
         .In(Group::kAddress)
         .Checked(Check::kNameServer)
-        .Offered(Offer::kHostAddress)
+        .AsVariable(VariableKind::kHostAddress)
         .HidingItsPath(),
 };
 
@@ -89,7 +89,7 @@ inline constexpr Field kDslFields[] = {
         .StoredAt("/encapsulationmode")
         .Logged()
         .OneOf(ADslEncapModeArray, KIO_MEMBER(RssIsp, encapModeCode))
-        .Offered(Offer::kNone)
+        .AsVariable(VariableKind::kNone)
         .CalledInFaults("EncryptionMode")
         .Dumped(Dump::kQuotedWithCode, "EncapMode"),
 };
@@ -119,14 +119,14 @@ inline constexpr Field kSiteFields[] = {
         .In(Group::kDetail)
         .CutTo(17)
         .Obeying(KIO_MEMBER(RssWlan, wirelessNameValidate))
-        .Offered(Offer::kAnything)
+        .AsVariable(VariableKind::kAnything)
         .Dumped(Dump::kPlain),
     Text("EncryptionKey", "/encryptionkey", KIO_MEMBER(RssExtenderSite, encryptionKey))
         .In(Group::kDetail)
         .CutTo(17)
         .Obeying(KIO_MEMBER(RssWlan, encryptionKeyValidate))
         .Checked(Check::kSiteKey)
-        .Offered(Offer::kAnything)
+        .AsVariable(VariableKind::kAnything)
         .Dumped(Dump::kPlain),
 };
 

@@ -23,7 +23,7 @@ inline constexpr Field kWlanFields[] = {
         .For(Versions::kNot10)
         .Checked(Check::kFilled)
         .Written(Write::kNever)
-        .Offered(Offer::kReadOnly),
+        .AsVariable(VariableKind::kReadOnly),
     Text("WirelessName", "/wirelessname", KIO_MEMBER(RssWlan, wirelessName))
         .Obeying(KIO_MEMBER(RssWlan, wirelessNameValidate)),
     Text("EncryptionMode", "/encryptionmode", KIO_MEMBER(RssWlan, encryptionMode))
@@ -46,7 +46,7 @@ inline constexpr Field kWlanFields[] = {
         .In(Group::kDetail)
         .For(Versions::kNot10)
         .Checked(Check::kChannel)
-        .Offered(Offer::kChannel),
+        .AsVariable(VariableKind::kChannel),
     Shown("Country", "/country", KIO_MEMBER(RssWlan, country), Load::kText).InFullSnapshots(),
 };
 
@@ -60,12 +60,12 @@ inline constexpr Field kAccessFields[] = {
     Setting("WlAcMode", "/wlacmode", KIO_MEMBER(RssWlan, wlAcMode), Load::kInteger)
         .In(Group::kDetail)
         .InRange(0, 1)
-        .Offered(Offer::kFlag),
+        .AsVariable(VariableKind::kFlag),
     // No document holds it: there it is the number of rules that are listed.
     // Quirk "any-number-of-rules": a variable takes more than there can be.
     Unloaded("AcRuleNo", KIO_MEMBER(RssWlan, wlAcRuleNo), Group::kDeviceOnly)
-        .Offered(Offer::kAnything)
-        .LocatedAt("/acrule#")
+        .AsVariable(VariableKind::kAnything)
+        .WithVariablePath("/acrule#")
         .Dumped(Dump::kNever),
 };
 
@@ -74,7 +74,7 @@ inline constexpr Field kAccessFields[] = {
 inline constexpr Field kRuleFields[] = {
     Setting("Active", "/active", KIO_MEMBER(RssAcRule, active), Load::kInteger)
         .InRange(0, 1)
-        .Offered(Offer::kFlag)
+        .AsVariable(VariableKind::kFlag)
         .Dumped(Dump::kPlainPair),
     // Quirk "any-mac-passes": its form is the app's affair.
     Text("MAC", "/mac", KIO_MEMBER(RssAcRule, mac)).Checked(Check::kFilled).Dumped(Dump::kPlain),

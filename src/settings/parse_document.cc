@@ -53,9 +53,9 @@ bool VersionMatches(const Block& root) {
 // What is left out when settings of another access point are read: the device itself and its
 // uplink.
 Step ParseOwnSettings(BlockReader& device, const char* path) {
-  if (IsLeftAlone(device)) {
+  if (IsNotConfigurable(device)) {
     rssXmlData.configurable = 0;
-    return Step::kEnough;
+    return Step::kStageDone;
   }
   if (!ParseFields(kDeviceFields, Group::kBasic, device, path, &rssXmlData)) {
     return Step::kRefused;
@@ -107,7 +107,7 @@ bool ParseDevice(const Block& root) {
     // sections have the name under which faulty values are reported.
     SetUplinkPaths();
     if (step != Step::kGoOn) {
-      return step == Step::kEnough;
+      return step == Step::kStageDone;
     }
   }
   return ParseRoaming(reader, path) && ParseRadiosAndSafety(device, path);

@@ -67,7 +67,7 @@ bool ParseFields(FieldTable table, Group group, BlockReader& block, const char* 
 }
 
 // Quirk "configurable-zero-leaves-out": the section is neither verified nor written.
-bool IsLeftAlone(BlockReader& block) {
+bool IsNotConfigurable(BlockReader& block) {
   int configurable = 1;
   return ReadInt(block.Find("Configurable"), configurable) && configurable == 0;
 }

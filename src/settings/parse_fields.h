@@ -20,7 +20,7 @@ bool ParseFields(FieldTable table, Group group, BlockReader& block, const char* 
                  void* section);
 
 // Whether an optional "Configurable" element is there and says 0.
-bool IsLeftAlone(BlockReader& block);
+bool IsNotConfigurable(BlockReader& block);
 
 // Notes that the parser of a section was entered.
 void LogSection(SectionId section, const char* parent_path);

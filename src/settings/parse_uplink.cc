@@ -31,7 +31,7 @@ bool ParseUplink(const char* parent_path, const Block& device) {
     return false;
   }
   BlockReader reader(block);
-  if (IsLeftAlone(reader)) {
+  if (IsNotConfigurable(reader)) {
     uplink.configurable = 0;
     return true;
   }

@@ -153,7 +153,7 @@ bool ParseRadio(const char* parent_path, const Block& device, int radio) {
     return false;
   }
   BlockReader reader(block);
-  if (IsLeftAlone(reader)) {
+  if (IsNotConfigurable(reader)) {
     wlan.configurable = 0;
     return true;
   }

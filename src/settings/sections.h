@@ -42,8 +42,8 @@ enum class SectionId : std::uint8_t {
   kCount,
 };
 
-// The place of a section: which radio's it is, and which rule or site.
-struct Place {
+// A section of which there may be several: which radio's it is, and which rule or site.
+struct SectionInstance {
   SectionId section = SectionId::kDevice;
   int radio = 0;
   int index = 0;  // from 0
@@ -65,8 +65,8 @@ struct Section {
   platform::TextView name = {};
   // Where its nodes stand in the store.
   platform::TextView node = {};
-  // Where its variables say that they stand, when it is not there.
-  const char* located = nullptr;
+  // The path that its variables tell instead; null when it is that one.
+  const char* variable_path = nullptr;
   // Number of the store instance that index 0 stands for; 0 where there are no instances.
   int first_instance = 0;
   // What stands before the element in the document paths of its variables.
@@ -94,7 +94,7 @@ inline constexpr std::array kSections = {
             .parent = SectionId::kVersion,
             .element = "specVersion",
             .name = "Ver_",
-            .located = "/specversion",
+            .variable_path = "/specversion",
             .fields = kVersionFields},
     // Quirk "uplink-has-two-names": missing elements are reported below "UpLinkConnection"; faulty
     // values below "Uplink".
@@ -123,7 +123,7 @@ inline constexpr std::array kSections = {
             .parser = "do_RssISP_Parser",
             .name = "Apn_",
             .node = "/uplink/apn",
-            .located = "/uplink/asp",
+            .variable_path = "/uplink/asp",
             .offset = offsetof(RssXmlData, upLink.apn),
             .fields = kApnFields},
     Section{.id = SectionId::kSite,
@@ -159,7 +159,7 @@ inline constexpr std::array kSections = {
             .parser = "do_RssAcRule_Parser",
             .name = "R??_",
             .node = "/lan/wireless*:1/accesscontrol/acrule:",
-            .located = "/acrule:",
+            .variable_path = "/acrule:",
             .first_instance = 1,
             .list = "WlAcLists/",
             .of_radio = true,
@@ -200,11 +200,11 @@ constexpr bool IsTopmost(const Section& row) {
 constexpr const Section& RowOf(SectionId id) { return kSections[static_cast<std::size_t>(id)]; }
 
 // The structure that holds the section's fields.
-inline void* StructureOf(const Place& place) {
-  const Section& row = RowOf(place.section);
-  const std::size_t radio = row.of_radio ? static_cast<std::size_t>(place.radio) : 0;
+inline void* StructureOf(const SectionInstance& instance) {
+  const Section& row = RowOf(instance.section);
+  const std::size_t radio = row.of_radio ? static_cast<std::size_t>(instance.radio) : 0;
   return reinterpret_cast<char*>(&rssXmlData) + row.offset + radio * sizeof(RssWlan) +
-         static_cast<std::size_t>(place.index) * row.stride;
+         static_cast<std::size_t>(instance.index) * row.stride;
 }
 
 // One of a row's texts, with the radio's word for '*'.

@@ -85,12 +85,12 @@ void LoadFields(FieldTable table, Snapshot snapshot, void* section, StorePath& n
 }
 
 // Fills the fields of a section.
-void LoadSection(const Place& place, Snapshot snapshot) {
-  SectionPath nodes(place.section, place.radio);
-  if (place.section == SectionId::kRule) {
-    nodes.SelectInstance(place.index);
+void LoadSection(const SectionInstance& instance, Snapshot snapshot) {
+  SectionPath nodes(instance.section, instance.radio);
+  if (instance.section == SectionId::kRule) {
+    nodes.SelectInstance(instance.index);
   }
-  LoadFields(RowOf(place.section).fields, snapshot, StructureOf(place), nodes);
+  LoadFields(RowOf(instance.section).fields, snapshot, StructureOf(instance), nodes);
 }
 
 // Fills the rules of a section's texts, which stand in the record itself.

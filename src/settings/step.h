@@ -7,7 +7,7 @@ namespace kio::settings {
 enum class Step {
   kRefused,  // reported; the exchange ends
   kGoOn,
-  kEnough,  // good, and what follows in this stage of the exchange is left out
+  kStageDone,  // good, and what follows in this stage of the exchange is left out
 };
 
 constexpr Step GoOnIf(bool good) { return good ? Step::kGoOn : Step::kRefused; }

@@ -49,7 +49,7 @@ Step VerifySite(RssExtenderSite& site) {
   }
   // Quirk "survey-skips-the-rest": neither radios nor SafetyVyr are looked at.
   if (site.survey == 1) {
-    return Step::kEnough;
+    return Step::kStageDone;
   }
   // A negative code is reported before its radio's rules come into play.
   RssWlan& radio = rssXmlData.wlan[site.wirelessTypeCode == 1 ? 1 : 0];
@@ -66,7 +66,7 @@ Step VerifyHardwareSection() {
 
 Step VerifyDeviceAndUplink() {
   if (rssXmlData.configurable == 0) {
-    return Step::kEnough;
+    return Step::kStageDone;
   }
   if (!VerifyFields(kDeviceFields, {&rssXmlData, &rssXmlData, rssXmlData.devicePath})) {
     return Step::kRefused;
@@ -99,7 +99,7 @@ int Verify_RssXml(void) {
   if (rssXmlData.apCloningOnly == 0) {
     const Step step = kio::settings::VerifyDeviceAndUplink();
     if (step != Step::kGoOn) {
-      return static_cast<int>(step == Step::kEnough);
+      return static_cast<int>(step == Step::kStageDone);
     }
   }
   if (!kio::settings::VerifyRadios() || !kio::settings::VerifySafety()) {

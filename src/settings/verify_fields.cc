@@ -12,7 +12,7 @@ namespace {
 
 constexpr const char* kDefaultNameServer = "8.8.8.8";
 
-constexpr int Judged(bool valid) {
+constexpr int CodeFor(bool valid) {
   return valid ? KIOAPP_RESULT_APPLIED : KIOAPP_RESULT_INVALID_VALUE;
 }
 
@@ -26,19 +26,19 @@ int CheckText(const Field& field, const Checked& checked) {
   char* const text = trim(TextOf(checked.section, field.member));
   switch (field.check) {
     case Check::kFilled:
-      return Judged(text[0] != '\0');
+      return CodeFor(text[0] != '\0');
     case Check::kRule:
       return CheckRule(text, TextOf(checked.rules, field.rule));
     case Check::kHostAddress:
-      return Judged(is_Valid_IP(text) != 0);
+      return CodeFor(is_Valid_IP(text) != 0);
     case Check::kNetmask:
-      return Judged(is_Valid_Netmask(text) != 0);
+      return CodeFor(is_Valid_Netmask(text) != 0);
     case Check::kNameServer:
       if (text[0] == '\0') {
         // Quirk "default-name-server": the default is written to the store like a value of the app.
         platform::CopyText(text, field.member.size, kDefaultNameServer);
       }
-      return Judged(is_Valid_IP(text) != 0);
+      return CodeFor(is_Valid_IP(text) != 0);
     case Check::kSiteKey:
       return IsSiteKey(text) ? CheckRule(text, TextOf(checked.rules, field.rule))
                              : KIOAPP_RESULT_INVALID_VALUE;
@@ -58,9 +58,9 @@ int CheckField(const Field& field, const Checked& checked) {
     case Check::kNothing:
       return KIOAPP_RESULT_APPLIED;
     case Check::kInRange:
-      return Judged(is_in_range(IntOf(checked.section, field.member), field.low, field.high) != 0);
+      return CodeFor(is_in_range(IntOf(checked.section, field.member), field.low, field.high) != 0);
     case Check::kKeyword:
-      return Judged(IntOf(checked.section, field.code) >= 0);
+      return CodeFor(IntOf(checked.section, field.code) >= 0);
     default:
       return CheckText(field, checked);
   }

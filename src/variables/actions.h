@@ -2,7 +2,7 @@
 #ifndef KIO_VARIABLES_ACTIONS_H
 #define KIO_VARIABLES_ACTIONS_H
 
-#include "variables/place.h"
+#include "variables/request.h"
 
 namespace kio::variables {
 

@@ -27,13 +27,13 @@ TextView Behind(TextView text, std::size_t count) {
 
 bool HasMoreParts(TextView text) { return text.find('_') != TextView::npos; }
 
-unsigned int Serve(const Place& place, TextView name, const Request& request) {
-  const Variable* const variable = FindVariable(place.section, name);
+unsigned int Serve(const SectionInstance& instance, TextView name, const Request& request) {
+  const Variable* const variable = FindVariable(instance.section, name);
   if (variable == nullptr) {
     return KIOAPP_VAR_REFUSED;
   }
-  return variable->field != nullptr ? ServeField(*variable, place, request)
-                                    : ServeLive(*variable, place, request);
+  return variable->field != nullptr ? ServeField(*variable, instance, request)
+                                    : ServeLive(*variable, instance, request);
 }
 
 constexpr bool IsDigit(char character) { return character >= '0' && character <= '9'; }
@@ -54,44 +54,44 @@ struct IndexedPart {
 };
 
 // How many rules or sites there are.
-int HeldInstances(const Place& place) {
+int HeldInstances(const SectionInstance& instance) {
   // The count is whatever was set; the record holds no more than its own number of rules.
-  return place.section == SectionId::kRule ? settings::HeldRules(rssXmlData.wlan[place.radio])
-                                           : platform::ReadStoreInt("/wirelesssitesurvey/site#");
+  return instance.section == SectionId::kRule ? settings::HeldRules(rssXmlData.wlan[instance.radio])
+                                              : platform::ReadStoreInt("/wirelesssitesurvey/site#");
 }
 
-bool MayBeChanged(const Place& place) {
-  const settings::Member& switch_member = settings::RowOf(place.section).configurable;
+bool MayBeChanged(const SectionInstance& instance) {
+  const settings::Member& switch_member = settings::RowOf(instance.section).configurable;
   return switch_member.size == 0 ||
-         settings::IntOf(settings::StructureOf(place), switch_member) != 0;
+         settings::IntOf(settings::StructureOf(instance), switch_member) != 0;
 }
 
 // Serves a name of a section or of one below it.
-unsigned int ServeSection(const Place& place, TextView name, const Request& request) {
+unsigned int ServeSection(const SectionInstance& instance, TextView name, const Request& request) {
   // Quirk "refused-before-it-is-known": the name may be no variable's.
-  if (request.writes() && !MayBeChanged(place)) {
+  if (request.writes() && !MayBeChanged(instance)) {
     return KIOAPP_VAR_NOT_CONFIGURABLE;
   }
   for (const settings::Section& row : settings::kSections) {
-    if (row.parent != place.section || row.id == place.section) {
+    if (row.parent != instance.section || row.id == instance.section) {
       continue;
     }
     if (row.first_instance == 0) {
       if (StartsWith(name, row.name)) {
-        return ServeSection({row.id, place.radio}, Behind(name, row.name.size()), request);
+        return ServeSection({row.id, instance.radio}, Behind(name, row.name.size()), request);
       }
       continue;
     }
     const IndexedPart part(name, row.name.front());
     if (part.index >= 0) {
-      const Place found{row.id, place.radio, part.index};
+      const SectionInstance found{row.id, instance.radio, part.index};
       if (part.index >= HeldInstances(found)) {
         return KIOAPP_VAR_REFUSED;
       }
       return Serve(found, part.rest, request);
     }
   }
-  return Serve(place, name, request);
+  return Serve(instance, name, request);
 }
 
 // The prefix of a radio's names has the first character of its word.

@@ -12,7 +12,7 @@ namespace {
 
 using platform::ParseInt;
 
-constexpr unsigned int Judged(bool valid) { return valid ? KIOAPP_VAR_DONE : KIOAPP_VAR_REFUSED; }
+constexpr unsigned int CodeFor(bool valid) { return valid ? KIOAPP_VAR_DONE : KIOAPP_VAR_REFUSED; }
 
 // Numbers that are missing count as bad.
 bool IsRoaming(const char* value) {
@@ -42,16 +42,16 @@ void LogWord(TextView name, const char* word, int code) {
 
 class FieldVariable {
  public:
-  FieldVariable(const Variable& variable, const Place& place, const Request& request)
+  FieldVariable(const Variable& variable, const SectionInstance& instance, const Request& request)
       : variable_(variable),
         field_(*variable.field),
-        place_(place),
+        instance_(instance),
         request_(request),
-        holder_(HolderOf(variable, place)) {}
+        structure_(StructureOfVariable(variable, instance)) {}
 
   unsigned int Serve() {
-    if (field_.offer == Offer::kReadOnly) {
-      return request_.reads() ? Read() : Judged(false);
+    if (field_.variable_kind == VariableKind::kReadOnly) {
+      return request_.reads() ? Read() : CodeFor(false);
     }
     if (request_.checks()) {
       const unsigned int code = Check();
@@ -65,7 +65,7 @@ class FieldVariable {
     }
     if (!request_.reads()) {
       // Quirk "valid-words-are-refused": a word that is only validated ends like this at best.
-      return Judged(field_.offer != Offer::kKeyword);
+      return CodeFor(field_.variable_kind != VariableKind::kKeyword);
     }
     return Read();
   }
@@ -73,24 +73,24 @@ class FieldVariable {
  private:
   unsigned int Check() {
     const char* const value = request_.value;
-    switch (field_.offer) {
-      case Offer::kFlag:
-        return Judged(ParseInt(value) == 0 || ParseInt(value) == 1);
-      case Offer::kSwitch:
-        return Judged(MaySwitch(settings::IntOf(holder_, field_.member), ParseInt(value)));
-      case Offer::kKeyword:
+    switch (field_.variable_kind) {
+      case VariableKind::kFlag:
+        return CodeFor(ParseInt(value) == 0 || ParseInt(value) == 1);
+      case VariableKind::kSwitch:
+        return CodeFor(MaySwitch(settings::IntOf(structure_, field_.member), ParseInt(value)));
+      case VariableKind::kKeyword:
         return CheckWord();
-      case Offer::kRule:
+      case VariableKind::kRule:
         return static_cast<unsigned int>(
-            validate_RssData(value, settings::TextOf(RuleHolder(), field_.rule)));
-      case Offer::kHostAddress:
-        return Judged(is_Valid_IP(value) != 0);
-      case Offer::kNetmask:
-        return Judged(is_Valid_Netmask(value) != 0);
-      case Offer::kChannel:
-        return Judged(IsChannel(value));
-      case Offer::kRoaming:
-        return Judged(IsRoaming(value));
+            validate_RssData(value, settings::TextOf(RuleStructure(), field_.rule)));
+      case VariableKind::kHostAddress:
+        return CodeFor(is_Valid_IP(value) != 0);
+      case VariableKind::kNetmask:
+        return CodeFor(is_Valid_Netmask(value) != 0);
+      case VariableKind::kChannel:
+        return CodeFor(IsChannel(value));
+      case VariableKind::kRoaming:
+        return CodeFor(IsRoaming(value));
       default:
         return KIOAPP_VAR_DONE;
     }
@@ -106,7 +106,7 @@ class FieldVariable {
   }
 
   bool IsChannel(const char* value) {
-    RssWlan& wlan = rssXmlData.wlan[place_.radio];
+    RssWlan& wlan = rssXmlData.wlan[instance_.radio];
     // Quirk "checking-trims-the-list": in the record, even when nothing is to be set.
     trim(wlan.channelList);
     // Quirk "channel-is-not-trimmed": blanks around it are looked for in the list as well.
@@ -114,8 +114,8 @@ class FieldVariable {
   }
 
   // The rules of a radio stand beside its fields, all others in the record itself.
-  [[nodiscard]] void* RuleHolder() const {
-    return variable_.section == SectionId::kRadio ? holder_ : &rssXmlData;
+  [[nodiscard]] void* RuleStructure() const {
+    return variable_.section == SectionId::kRadio ? structure_ : &rssXmlData;
   }
 
   void Store() {
@@ -123,10 +123,10 @@ class FieldVariable {
       settings::IntOf(Target(), field_.member) = ParseInt(request_.value);
       return;
     }
-    platform::CopyText(settings::TextOf(holder_, field_.member), field_.member.size,
+    platform::CopyText(settings::TextOf(structure_, field_.member), field_.member.size,
                        request_.value);
     if (field_.has_words()) {
-      settings::IntOf(holder_, field_.code) = word_code_;
+      settings::IntOf(structure_, field_.code) = word_code_;
     }
   }
 
@@ -134,35 +134,36 @@ class FieldVariable {
   // rule was named.
   [[nodiscard]] void* Target() const {
     if (&field_ != &settings::RowOf(settings::kRuleFields, "Active")) {
-      return holder_;
+      return structure_;
     }
-    return &rssXmlData.wlan[place_.radio].acRule[ParseInt(request_.value) == 0 ? 0 : 1];
+    return &rssXmlData.wlan[instance_.radio].acRule[ParseInt(request_.value) == 0 ? 0 : 1];
   }
 
   [[nodiscard]] unsigned int Read() const {
     if (request_.reads_path() && !field_.hides_path) {
       platform::TextBuffer path(request_.value, KIOAPP_VAR_SIZE);
-      AppendPath(path, variable_, place_);
+      AppendPath(path, variable_, instance_);
     } else if (field_.member.type == settings::Member::Type::kInt) {
-      request_.AnswerNumber(settings::IntOf(holder_, field_.member));
+      request_.AnswerNumber(settings::IntOf(structure_, field_.member));
     } else {
-      request_.Answer(settings::TextOf(holder_, field_.member));
+      request_.Answer(settings::TextOf(structure_, field_.member));
     }
     return KIOAPP_VAR_DONE;
   }
 
   const Variable& variable_;
   const Field& field_;
-  const Place& place_;
+  const SectionInstance& instance_;
   const Request& request_;
-  void* const holder_;
+  void* const structure_;
   int word_code_ = -1;
 };
 
 }  // namespace
 
-unsigned int ServeField(const Variable& variable, const Place& place, const Request& request) {
-  return FieldVariable(variable, place, request).Serve();
+unsigned int ServeField(const Variable& variable, const SectionInstance& instance,
+                        const Request& request) {
+  return FieldVariable(variable, instance, request).Serve();
 }
 
 }  // namespace kio::variables

@@ -2,12 +2,13 @@
 #ifndef KIO_VARIABLES_FIELD_VARIABLES_H
 #define KIO_VARIABLES_FIELD_VARIABLES_H
 
-#include "variables/place.h"
+#include "variables/request.h"
 
 namespace kio::variables {
 
 // Serves a variable of the record.
-unsigned int ServeField(const Variable& variable, const Place& place, const Request& request);
+unsigned int ServeField(const Variable& variable, const SectionInstance& instance,
+                        const Request& request);
 
 }  // namespace kio::variables
 

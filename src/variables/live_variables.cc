@@ -18,13 +18,14 @@ void AnswerAddress(const char* node, const Request& request) {
 
 }  // namespace
 
-unsigned int ServeLive(const Variable& variable, const Place& place, const Request& request) {
+unsigned int ServeLive(const Variable& variable, const SectionInstance& instance,
+                       const Request& request) {
   if (!request.reads()) {
     return KIOAPP_VAR_REFUSED;
   }
   char path[KIOAPP_VAR_SIZE];
   platform::TextBuffer buffer(path);
-  AppendPath(buffer, variable, place);
+  AppendPath(buffer, variable, instance);
   if (request.reads_path()) {
     request.Answer(buffer.view());
     return KIOAPP_VAR_DONE;

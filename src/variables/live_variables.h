@@ -2,12 +2,13 @@
 #ifndef KIO_VARIABLES_LIVE_VARIABLES_H
 #define KIO_VARIABLES_LIVE_VARIABLES_H
 
-#include "variables/place.h"
+#include "variables/request.h"
 
 namespace kio::variables {
 
 // Serves a variable that is read from the store.
-unsigned int ServeLive(const Variable& variable, const Place& place, const Request& request);
+unsigned int ServeLive(const Variable& variable, const SectionInstance& instance,
+                       const Request& request);
 
 }  // namespace kio::variables
 

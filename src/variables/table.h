@@ -1,5 +1,5 @@
-// All variables: the rows of the settings record that are offered as such, and what is read live
-// from the store. Sorted, so that a name is found in a few comparisons.
+// All variables: the rows of the settings record that are variables, and what is read live from the
+// store. Sorted, so that a name is found in a few comparisons.
 #ifndef KIO_VARIABLES_TABLE_H
 #define KIO_VARIABLES_TABLE_H
 
@@ -17,8 +17,8 @@ namespace kio::variables {
 using platform::TextView;
 using settings::Field;
 using settings::FieldTable;
-using settings::Offer;
 using settings::SectionId;
+using settings::VariableKind;
 
 // A variable that is read from the store each time and never written.
 struct LiveNode {
@@ -31,8 +31,8 @@ struct LiveNode {
 
   TextView name;
   Kind kind = Kind::kText;
-  // The path below the section's; empty for a slash and the name.
-  TextView located = {};
+  // The path that it tells, below the section's; empty for a slash and the name.
+  TextView variable_path = {};
   // The whole path of the node that is read, when it is another; terminated.
   TextView node = {};
 };
@@ -50,10 +50,10 @@ struct Variable {
 inline constexpr LiveNode kLiveDevice[] = {
     {.name = "FactoryDefault",
      .kind = LiveNode::Kind::kNumberOrOne,
-     .located = "/sys/FactoryDefault"},
-    {.name = "DeviceModel", .located = "/sys/modelnumber"},
-    {.name = "DeviceType", .located = "/sys/DeviceType"},
-    {.name = "WirelessConcurrent", .located = "/lan/WirelessConcurrent"},
+     .variable_path = "/sys/FactoryDefault"},
+    {.name = "DeviceModel", .variable_path = "/sys/modelnumber"},
+    {.name = "DeviceType", .variable_path = "/sys/DeviceType"},
+    {.name = "WirelessConcurrent", .variable_path = "/lan/WirelessConcurrent"},
 };
 
 inline constexpr LiveNode kLiveSite[] = {
@@ -77,7 +77,7 @@ inline constexpr LiveNode kLiveFirmware[] = {
 };
 
 inline constexpr LiveNode kLiveSurvey[] = {
-    {.name = "SiteNo", .kind = LiveNode::Kind::kNumber, .located = "/site#"},
+    {.name = "SiteNo", .kind = LiveNode::Kind::kNumber, .variable_path = "/site#"},
 };
 
 inline constexpr LiveNode kLiveSurveySite[] = {
@@ -108,7 +108,7 @@ class VariableList {
  public:
   constexpr VariableList& Add(SectionId section, bool in_record, FieldTable table) {
     for (const Field& field : table) {
-      if (field.offer != Offer::kNone) {
+      if (field.variable_kind != VariableKind::kNone) {
         rows_[size_++] = {section, in_record, field.element, &field, nullptr};
       }
     }

@@ -14,9 +14,9 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::StartsWith;
 
-class FrontEndTest : public VariableTest {};
+class EntryPointTest : public VariableTest {};
 
-TEST_F(FrontEndTest, GetReadsValueOrPath) {
+TEST_F(EntryPointTest, GetReadsValueOrPath) {
   const Guarded buffer(128);
   EXPECT_EQ(get_RssVar("rss_Upl_IP", buffer.data(), 0), 0);
   EXPECT_STREQ(buffer.data(), "10.0.0.2");
@@ -28,7 +28,7 @@ TEST_F(FrontEndTest, GetReadsValueOrPath) {
   EXPECT_STREQ(buffer.data(), "10.0.0.2");
 }
 
-TEST_F(FrontEndTest, FailedGetLeavesTheBufferEmpty) {
+TEST_F(EntryPointTest, FailedGetLeavesTheBufferEmpty) {
   for (const char* name : {"rss_Unknown", "rss_Upl_X", "rss_", "rss_Ext_Ssv_S00_BSSID"}) {
     for (const int want_path : {0, 1}) {
       const Guarded buffer(128);
@@ -42,7 +42,7 @@ TEST_F(FrontEndTest, FailedGetLeavesTheBufferEmpty) {
   EXPECT_EQ(get_RssVar(nullptr, buffer, 0), 2);
 }
 
-TEST_F(FrontEndTest, GetLogsItsAnswer) {
+TEST_F(EntryPointTest, GetLogsItsAnswer) {
   log_file::Start(7);
   char buffer[128] = "before";
   get_RssVar("rss_DeviceName", buffer, 0);
@@ -56,7 +56,7 @@ TEST_F(FrontEndTest, GetLogsItsAnswer) {
                           "1000:get_RssVar]'rss_Unknown'='', ret=2"));
 }
 
-TEST_F(FrontEndTest, GetTextReturnsTheValue) {
+TEST_F(EntryPointTest, GetTextReturnsTheValue) {
   EXPECT_STREQ(getRssVar("rss_DeviceName"), "Kitchen");
   EXPECT_STREQ(getRssVar("/Device/UpLinkConnection/IP"), "10.0.0.2");
   EXPECT_STREQ(getRssVar("rss_Ver_major"), "1");
@@ -65,7 +65,7 @@ TEST_F(FrontEndTest, GetTextReturnsTheValue) {
   EXPECT_EQ(getRssVar("rss_Upl_IP"), getRssVar("rss_DeviceName")) << "one buffer serves all";
 }
 
-TEST_F(FrontEndTest, GetTextSaysError) {
+TEST_F(EntryPointTest, GetTextSaysError) {
   for (const char* name : {"rss_Unknown", "", "rss_", "rss_Upl_X", "/Foo/X", "rss_Act_Unknown",
                            "rss_Wl2_Acl_R40_MAC"}) {
     const GuardedText guarded(name);
@@ -75,7 +75,7 @@ TEST_F(FrontEndTest, GetTextSaysError) {
   EXPECT_STREQ(getRssVar(nullptr), "**ERROR**");
 }
 
-TEST_F(FrontEndTest, GetTextHoldsTheLongestValue) {
+TEST_F(EntryPointTest, GetTextHoldsTheLongestValue) {
   Put(rssXmlData.deviceName, std::string(127, 'n'));
   EXPECT_STREQ(getRssVar("rss_DeviceName"), std::string(127, 'n').c_str());
   Host().Set("/sys/modelnumber", std::string(3000, 'm'));
@@ -83,7 +83,7 @@ TEST_F(FrontEndTest, GetTextHoldsTheLongestValue) {
   EXPECT_STREQ(getRssVar("rss_DeviceName"), std::string(127, 'n').c_str());
 }
 
-TEST_F(FrontEndTest, GetTextLogsItsAnswer) {
+TEST_F(EntryPointTest, GetTextLogsItsAnswer) {
   log_file::Start(7);
   getRssVar("rss_DeviceName");
   EXPECT_THAT(log_file::Lines(),
@@ -96,7 +96,7 @@ TEST_F(FrontEndTest, GetTextLogsItsAnswer) {
                           "1000:getRssVar]'rss_Upl_X'='**ERROR**', ret=2"));
 }
 
-TEST_F(FrontEndTest, SetWrites) {
+TEST_F(EntryPointTest, SetWrites) {
   const RecordWatch record;
   char value[128] = "Attic";
   EXPECT_EQ(set_RssVar("rss_DeviceName", value), 0U);
@@ -114,7 +114,7 @@ TEST_F(FrontEndTest, SetWrites) {
   EXPECT_TRUE(Host().calls().empty());
 }
 
-TEST_F(FrontEndTest, SetLogsTheCallAlone) {
+TEST_F(EntryPointTest, SetLogsTheCallAlone) {
   log_file::Start(7);
   char value[128] = "Attic";
   set_RssVar("rss_DeviceName", value);
@@ -122,7 +122,7 @@ TEST_F(FrontEndTest, SetLogsTheCallAlone) {
               ElementsAre("1000:setget_RssVar]Name='rss_DeviceName',Val='Attic', Act=512"));
 }
 
-TEST_F(FrontEndTest, ValidateChecksOnly) {
+TEST_F(EntryPointTest, ValidateChecksOnly) {
   const RecordWatch record;
   char good[128] = "192.168.7.1";
   char bad[128] = "192.168.7.0";
@@ -139,7 +139,7 @@ TEST_F(FrontEndTest, ValidateChecksOnly) {
   record.ExpectUnchanged("validate");
 }
 
-TEST_F(FrontEndTest, ValidateLogsBeforeAndAfter) {
+TEST_F(EntryPointTest, ValidateLogsBeforeAndAfter) {
   log_file::Start(7);
   char value[128] = "";
   validate_RssVar("rss_DeviceName", value);
@@ -155,7 +155,7 @@ int ValidatePair(const std::string& text) {
   return validate_RssVar2(guarded.data());
 }
 
-TEST_F(FrontEndTest, ValidatePairSplitsAtTheFirstEqualsSign) {
+TEST_F(EntryPointTest, ValidatePairSplitsAtTheFirstEqualsSign) {
   EXPECT_EQ(ValidatePair("rss_DeviceName=Attic"), 0);
   EXPECT_EQ(ValidatePair("rss_DeviceName="), 10);
   EXPECT_EQ(ValidatePair("rss_Upl_IP=1.2.3.4"), 0);
@@ -172,13 +172,13 @@ TEST_F(FrontEndTest, ValidatePairSplitsAtTheFirstEqualsSign) {
   EXPECT_EQ(ValidatePair("rss_DeviceName =a=b"), 2) << "blanks of the name stay";
 }
 
-TEST_F(FrontEndTest, ValidatePairWithoutTheSignIsMalformed) {
+TEST_F(EntryPointTest, ValidatePairWithoutTheSignIsMalformed) {
   for (const char* text : {"", "rss_DeviceName", "rss_DeviceName:Attic", "x"}) {
     EXPECT_EQ(ValidatePair(text), 3) << text;
   }
 }
 
-TEST_F(FrontEndTest, ValidatePairTakesNamesOfThirtyOneCharacters) {
+TEST_F(EntryPointTest, ValidatePairTakesNamesOfThirtyOneCharacters) {
   EXPECT_EQ(ValidatePair("rss_" + std::string(27, 'n') + "=1"), 2);
   EXPECT_EQ(ValidatePair("rss_" + std::string(28, 'n') + "=1"), 3);
   EXPECT_EQ(ValidatePair("rss_" + std::string(36, 'n') + "=1"), 3);
@@ -190,7 +190,7 @@ TEST_F(FrontEndTest, ValidatePairTakesNamesOfThirtyOneCharacters) {
   EXPECT_EQ(ValidatePair("/Device/UpLinkConnection/NetMask=255.0.0.0"), 3);
 }
 
-TEST_F(FrontEndTest, ValidatePairLogsOnlyWhatHasNoSign) {
+TEST_F(EntryPointTest, ValidatePairLogsOnlyWhatHasNoSign) {
   log_file::Start(7);
   ValidatePair("%s%n");
   EXPECT_THAT(log_file::Lines(), ElementsAre("1000:validate_RssVar2]Invalid data='%s%n'"));
@@ -204,7 +204,7 @@ TEST_F(FrontEndTest, ValidatePairLogsOnlyWhatHasNoSign) {
 }
 
 // A text that cannot be written is as good as any other where the check has nothing to write.
-TEST_F(FrontEndTest, ValidatePairWritesOnlyWhatTheCheckChanges) {
+TEST_F(EntryPointTest, ValidatePairWritesOnlyWhatTheCheckChanges) {
   const GuardedText good("rss_Upl_IP=1.2.3.4");
   const GuardedText bad("rss_Upl_IP=1.2.3");
   const GuardedText none("rss_DeviceName=");
@@ -216,7 +216,7 @@ TEST_F(FrontEndTest, ValidatePairWritesOnlyWhatTheCheckChanges) {
   EXPECT_STREQ(word, "rss_Upl_ConnType=Static");
 }
 
-TEST_F(FrontEndTest, ValidatePairBoundsNoValue) {
+TEST_F(EntryPointTest, ValidatePairBoundsNoValue) {
   Put(rssXmlData.friendlyNameValidate, "2");
   EXPECT_EQ(ValidatePair("rss_DeviceName=" + std::string(5000, 'v')), 0);
   Put(rssXmlData.friendlyNameValidate, "0,200,1");

@@ -1,6 +1,6 @@
-// Serving a variable at its place.
-#ifndef KIO_VARIABLES_PLACE_H
-#define KIO_VARIABLES_PLACE_H
+// A request for a variable, and where the variable stands in the store and in the record.
+#ifndef KIO_VARIABLES_REQUEST_H
+#define KIO_VARIABLES_REQUEST_H
 
 #include "kioapp/record.h"
 #include "kioapp/variables.h"
@@ -9,7 +9,7 @@
 
 namespace kio::variables {
 
-using settings::Place;
+using settings::SectionInstance;
 
 // A value buffer of the caller's, and what is to be done with it.
 struct Request {
@@ -30,10 +30,11 @@ struct Request {
 };
 
 // Appends the store path that a read with KIOAPP_VAR_PATH gives.
-void AppendPath(platform::TextBuffer& path, const Variable& variable, const Place& place);
+void AppendPath(platform::TextBuffer& path, const Variable& variable,
+                const SectionInstance& instance);
 
 // The structure that holds the variable's field.
-void* HolderOf(const Variable& variable, const Place& place);
+void* StructureOfVariable(const Variable& variable, const SectionInstance& instance);
 
 }  // namespace kio::variables
 

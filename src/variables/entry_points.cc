@@ -1,4 +1,5 @@
-// The front ends of setget_RssVar, each with its mode.
+// The exported functions that read, set and validate one variable: setget_RssVar, each with its
+// mode.
 
 #include "kioapp/settings.h"
 #include "kioapp/variables.h"
