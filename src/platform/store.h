@@ -65,8 +65,8 @@ void DeleteStoreNode(const char* path);
 
 // A node path of at most 127 characters, grown below a base that stays.
 //
-//     StorePath band("/lan/wireless", "2.4", ":1");
-//     ReadStoreInt(band.Node("/channel"));
+//     StorePath radio("/lan/wireless", "2.4", ":1");
+//     ReadStoreInt(radio.Node("/channel"));
 class StorePath {
  public:
   template <typename... Pieces>

@@ -128,12 +128,12 @@ TEST_F(StoreTest, AbsentIntegerTakesTheCallersValue) {
 }
 
 TEST_F(StoreTest, PathsGrowBelowABase) {
-  StorePath band("/lan/wireless", "2.4", ":1");
-  EXPECT_STREQ(band.c_str(), "/lan/wireless2.4:1");
-  EXPECT_STREQ(band.Node("/channel"), "/lan/wireless2.4:1/channel");
-  EXPECT_STREQ(band.Instance("/acrule", 3, "/mac"), "/lan/wireless2.4:1/acrule:3/mac");
-  EXPECT_STREQ(band.Instance("/acrule", 40), "/lan/wireless2.4:1/acrule:40");
-  EXPECT_STREQ(band.Node(""), "/lan/wireless2.4:1");
+  StorePath radio("/lan/wireless", "2.4", ":1");
+  EXPECT_STREQ(radio.c_str(), "/lan/wireless2.4:1");
+  EXPECT_STREQ(radio.Node("/channel"), "/lan/wireless2.4:1/channel");
+  EXPECT_STREQ(radio.Instance("/acrule", 3, "/mac"), "/lan/wireless2.4:1/acrule:3/mac");
+  EXPECT_STREQ(radio.Instance("/acrule", 40), "/lan/wireless2.4:1/acrule:40");
+  EXPECT_STREQ(radio.Node(""), "/lan/wireless2.4:1");
 }
 
 TEST_F(StoreTest, PathsAreCutAt127Characters) {

@@ -24,7 +24,7 @@ class ApplyCloningTest : public SettingsTest {
     rssXmlData.apCloningOnly = 1;
   }
 
-  static RssWlan& Band() { return rssXmlData.wlan[0]; }
+  static RssWlan& Radio() { return rssXmlData.wlan[0]; }
   static std::string Node(const std::string& name) { return "/lan/wireless2.4:1/" + name; }
 
   static Texts Apply() {
@@ -52,7 +52,7 @@ TEST_F(ApplyCloningTest, EasyRoamingIsApplied) {
 
 TEST_F(ApplyCloningTest, NotConfigurableWritesNothing) {
   rssXmlData.configurable = 0;
-  Put(Band().wirelessName, "New");
+  Put(Radio().wirelessName, "New");
   EXPECT_TRUE(Apply().empty());
 }
 
@@ -60,7 +60,7 @@ TEST_F(ApplyCloningTest, StoredLockedSwitchEndsTheRadios) {
   for (const int stored : {2, 3}) {
     Reset();
     Host().Set(Node("wlenbl"), stored);
-    Put(Band().wirelessName, "New");
+    Put(Radio().wirelessName, "New");
     Put(rssXmlData.wlan[1].wirelessName, "New-5");
     EXPECT_TRUE(Apply().empty()) << stored;
   }
@@ -76,44 +76,44 @@ TEST_F(ApplyCloningTest, OtherStoredSwitchesAreNotLocked) {
 
 TEST_F(ApplyCloningTest, LockedSwitchOfTheSecondRadioKeepsTheFirst) {
   Host().Set("/lan/wireless5:1/wlenbl", 2);
-  Put(Band().wirelessName, "New");
+  Put(Radio().wirelessName, "New");
   Put(rssXmlData.wlan[1].wirelessName, "New-5");
   EXPECT_EQ(Apply(), (Texts{Node("wirelessname=New"), kMode24, kNotFactory}));
 }
 
 TEST_F(ApplyCloningTest, RequestedSwitchTwoEndsTheRadios) {
-  Band().wlEnbl = 2;
-  Put(Band().wirelessName, "New");
+  Radio().wlEnbl = 2;
+  Put(Radio().wirelessName, "New");
   Put(rssXmlData.wlan[1].wirelessName, "New-5");
   EXPECT_TRUE(Apply().empty());
 }
 
 TEST_F(ApplyCloningTest, EqualLockedSwitchGoesOn) {
   Host().Set(Node("wlenbl"), 2);
-  Band().wlEnbl = 2;
-  Put(Band().wirelessName, "New");
+  Radio().wlEnbl = 2;
+  Put(Radio().wirelessName, "New");
   EXPECT_EQ(Apply(), (Texts{Node("wirelessname=New"), kMode24, kMode5, kNotFactory}));
 }
 
 TEST_F(ApplyCloningTest, RequestedSwitchThreeBecomesOne) {
-  Band().wlEnbl = 3;
+  Radio().wlEnbl = 3;
   EXPECT_EQ(Apply(), (Texts{kMode24, kMode5})) << "1 is stored already";
-  EXPECT_EQ(Band().wlEnbl, 1);
-  EXPECT_EQ(Band().restart, 0);
+  EXPECT_EQ(Radio().wlEnbl, 1);
+  EXPECT_EQ(Radio().restart, 0);
   Host().Set(Node("wlenbl"), 0);
-  Band().wlEnbl = 3;
+  Radio().wlEnbl = 3;
   EXPECT_EQ(Apply(), (Texts{Node("wlenbl=1"), kMode24, kMode5, kNotFactory}));
-  EXPECT_EQ(Band().restart, 1);
+  EXPECT_EQ(Radio().restart, 1);
 }
 
 TEST_F(ApplyCloningTest, SwitchIsWritten) {
-  Band().wlEnbl = 0;
+  Radio().wlEnbl = 0;
   EXPECT_EQ(Apply(), (Texts{Node("wlenbl=0"), kMode24, kMode5, kNotFactory}));
 }
 
 TEST_F(ApplyCloningTest, StoredScheduleTwoIsLeftAlone) {
   Host().Set(Node("wlschedule"), 2);
-  Band().wlSchedule = 1;
+  Radio().wlSchedule = 1;
   EXPECT_EQ(Apply(), (Texts{kMode24, kMode5}));
 }
 
@@ -121,22 +121,22 @@ TEST_F(ApplyCloningTest, OtherStoredSchedulesAreWritten) {
   for (const int stored : {-2, 0, 3, 4, 255}) {
     Reset();
     Host().Set(Node("wlschedule"), stored);
-    Band().wlSchedule = 1;
+    Radio().wlSchedule = 1;
     EXPECT_EQ(Apply(), (Texts{Node("wlschedule=1"), kMode24, kMode5, kNotFactory})) << stored;
   }
 }
 
 TEST_F(ApplyCloningTest, RequestedScheduleTwoBecomesZero) {
-  Band().wlSchedule = 2;
+  Radio().wlSchedule = 2;
   EXPECT_EQ(Apply(), (Texts{kMode24, kMode5})) << "0 is stored already";
-  EXPECT_EQ(Band().wlSchedule, 0);
+  EXPECT_EQ(Radio().wlSchedule, 0);
   Host().Set(Node("wlschedule"), 1);
-  Band().wlSchedule = 2;
+  Radio().wlSchedule = 2;
   EXPECT_EQ(Apply(), (Texts{Node("wlschedule=0"), kMode24, kMode5, kNotFactory}));
 }
 
 TEST_F(ApplyCloningTest, ScheduleIsWrittenWithoutAMaximum) {
-  Band().wlSchedule = 1;
+  Radio().wlSchedule = 1;
   EXPECT_EQ(Apply(), (Texts{Node("wlschedule=1"), kMode24, kMode5, kNotFactory}));
 }
 
@@ -147,25 +147,25 @@ TEST_F(ApplyCloningTest, StoredAccessSwitchTwoSkipsAccessControl) {
     if (absent) {
       Host().Delete(Node("accesscontrol/wlacenbl"));
     }
-    Put(Band().acRule[0].mac, "02:77");
-    Put(Band().channel, "11");
+    Put(Radio().acRule[0].mac, "02:77");
+    Put(Radio().channel, "11");
     EXPECT_EQ(Apply(), (Texts{Node("channel=11"), kMode5, kNotFactory}));
   }
 }
 
 TEST_F(ApplyCloningTest, RequestedAccessSwitchTwoBecomesZero) {
-  Band().wlAcEnbl = 2;
+  Radio().wlAcEnbl = 2;
   EXPECT_EQ(Apply(), (Texts{Node("accesscontrol/wlacenbl=0"), kMode5, kNotFactory}));
-  EXPECT_EQ(Band().wlAcEnbl, 0);
-  EXPECT_EQ(Band().restart, 1);
+  EXPECT_EQ(Radio().wlAcEnbl, 0);
+  EXPECT_EQ(Radio().restart, 1);
 }
 
 // The comparison comes before the replacement: 0 is written over 0.
 TEST_F(ApplyCloningTest, RequestedAccessSwitchTwoIsWrittenOverAnEqualZero) {
   Host().Set(Node("accesscontrol/wlacenbl"), 0);
-  Band().wlAcEnbl = 2;
+  Radio().wlAcEnbl = 2;
   EXPECT_EQ(Apply(), (Texts{Node("accesscontrol/wlacenbl=0"), kMode5, kNotFactory}));
-  EXPECT_EQ(Band().restart, 1);
+  EXPECT_EQ(Radio().restart, 1);
 }
 
 Texts CloningInfo(const Texts& values) {
@@ -230,7 +230,7 @@ TEST_F(CloningExtenderTest, SkippedAccessControlStillComesHere) {
   rssXmlData.upLink.hardwareTypeCode = 3;
   rssXmlData.wlan5Feature = 0;
   Host().Set(Node("accesscontrol/wlacenbl"), 0);
-  Band().wlAcEnbl = 0;
+  Radio().wlAcEnbl = 0;
   EXPECT_EQ(Apply(), Join({kSite24, kInfo24, {kNotFactory}}));
 }
 

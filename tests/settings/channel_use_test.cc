@@ -27,13 +27,13 @@ class ChannelUseTest : public ::testing::Test {
   }
 
   // Sets the channels of a radio, "2.4" or "5".
-  void Set(const std::string& band, int configured, int in_use) {
-    host_.Set("/lan/wireless" + band + ":1/channel", configured);
-    host_.Set("/lan/wireless" + band + ":1/channelusing", in_use);
+  void Set(const std::string& radio, int configured, int in_use) {
+    host_.Set("/lan/wireless" + radio + ":1/channel", configured);
+    host_.Set("/lan/wireless" + radio + ":1/channelusing", in_use);
   }
   // The result after the radio's channels were set.
-  int After(const std::string& band, int configured, int in_use) {
-    Set(band, configured, in_use);
+  int After(const std::string& radio, int configured, int in_use) {
+    Set(radio, configured, in_use);
     return checkWlanChannelUsing();
   }
 
@@ -41,12 +41,12 @@ class ChannelUseTest : public ::testing::Test {
 };
 
 TEST_F(ChannelUseTest, AutomaticChannelReportsEachMove) {
-  for (const char* band : {"2.4", "5"}) {
+  for (const char* radio : {"2.4", "5"}) {
     InNewProcess([&] {
-      EXPECT_EQ(After(band, 0, 6), 1);
-      EXPECT_EQ(After(band, 0, 6), 0);
-      EXPECT_EQ(After(band, 0, 11), 1);
-      EXPECT_EQ(After(band, 0, 11), 0);
+      EXPECT_EQ(After(radio, 0, 6), 1);
+      EXPECT_EQ(After(radio, 0, 6), 0);
+      EXPECT_EQ(After(radio, 0, 11), 1);
+      EXPECT_EQ(After(radio, 0, 11), 0);
     });
   }
 }

@@ -54,36 +54,36 @@ const Lines kUplinkLines = {" +- Device/Uplink",
                             "     +- Gateway='10.0.0.1'",
                             "     +- DNS='10.0.0.3'",
                             "     +- restart='0'"};
-const Lines kBand24Lines = {" +- Device/Wireless2.4",
+const Lines kRadio24Lines = {" +- Device/Wireless2.4",
+                             "     +- Configurable=1",
+                             "     +- WlEnbl,WlSchedule=1,0",
+                             "     +- WirelessBSSID='02:00:00:00:24:01'",
+                             "     +- WirelessName='Home'",
+                             "     +- EncryptionMode,Type='WPA2,AES'",
+                             "     +- EncryptionKey='home-key-24'"};
+const Lines kRadio24MoreLines = {"     +- Channel='6'",
+                                 "     +- restart=0",
+                                 "     +- Device/Wireless2.4/AccessControl",
+                                 "         +- WlAcEnbl=1",
+                                 "         +- WlAcMode=1",
+                                 "         +- Device/Wireless2.4/AccessControl/AcRule:1",
+                                 "             +- Active,MAC=1,02:00:00:00:00:01",
+                                 "         +- Device/Wireless2.4/AccessControl/AcRule:2",
+                                 "             +- Active,MAC=0,02:00:00:00:00:02"};
+const Lines kRadio5Lines = {" +- Device/Wireless5",
                             "     +- Configurable=1",
-                            "     +- WlEnbl,WlSchedule=1,0",
-                            "     +- WirelessBSSID='02:00:00:00:24:01'",
-                            "     +- WirelessName='Home'",
-                            "     +- EncryptionMode,Type='WPA2,AES'",
-                            "     +- EncryptionKey='home-key-24'"};
-const Lines kBand24MoreLines = {"     +- Channel='6'",
+                            "     +- WlEnbl,WlSchedule=1,1",
+                            "     +- WirelessBSSID='02:00:00:00:50:01'",
+                            "     +- WirelessName='Home-5'",
+                            "     +- EncryptionMode,Type='WPAWPA2,AUTO'",
+                            "     +- EncryptionKey='home-key-50'"};
+const Lines kRadio5MoreLines = {"     +- Channel='36'",
                                 "     +- restart=0",
-                                "     +- Device/Wireless2.4/AccessControl",
+                                "     +- Device/Wireless5/AccessControl",
                                 "         +- WlAcEnbl=1",
-                                "         +- WlAcMode=1",
-                                "         +- Device/Wireless2.4/AccessControl/AcRule:1",
-                                "             +- Active,MAC=1,02:00:00:00:00:01",
-                                "         +- Device/Wireless2.4/AccessControl/AcRule:2",
-                                "             +- Active,MAC=0,02:00:00:00:00:02"};
-const Lines kBand5Lines = {" +- Device/Wireless5",
-                           "     +- Configurable=1",
-                           "     +- WlEnbl,WlSchedule=1,1",
-                           "     +- WirelessBSSID='02:00:00:00:50:01'",
-                           "     +- WirelessName='Home-5'",
-                           "     +- EncryptionMode,Type='WPAWPA2,AUTO'",
-                           "     +- EncryptionKey='home-key-50'"};
-const Lines kBand5MoreLines = {"     +- Channel='36'",
-                               "     +- restart=0",
-                               "     +- Device/Wireless5/AccessControl",
-                               "         +- WlAcEnbl=1",
-                               "         +- WlAcMode=0",
-                               "         +- Device/Wireless5/AccessControl/AcRule:1",
-                               "             +- Active,MAC=1,02:00:00:00:00:05"};
+                                "         +- WlAcMode=0",
+                                "         +- Device/Wireless5/AccessControl/AcRule:1",
+                                "             +- Active,MAC=1,02:00:00:00:00:05"};
 const Lines kSafetyLines = {" +- Device/SafetyVyr",        "     +- SafetyVyrEnbl=1",
                             "     +- UrlDetectEnbl=0",     "     +- SafetyNotifyEnbl=1",
                             "     +- ToolRecommendEnbl=0", "     +- restart=0"};
@@ -95,8 +95,8 @@ const Lines kFlagsLines = {
 
 TEST_F(DumpTest, WholeRecord) {
   Lines expected = kHeadLines;
-  for (const Lines& part : {kDeviceLines, kUplinkLines, kBand24Lines, kBand24MoreLines, kBand5Lines,
-                            kBand5MoreLines, kSafetyLines, kFlagsLines}) {
+  for (const Lines& part : {kDeviceLines, kUplinkLines, kRadio24Lines, kRadio24MoreLines,
+                            kRadio5Lines, kRadio5MoreLines, kSafetyLines, kFlagsLines}) {
     Append(expected, part);
   }
   EXPECT_EQ(Dump(), expected);
@@ -112,9 +112,9 @@ TEST_F(DumpTest, Version10) {
   Append(expected, kDeviceLines);
   *std::find(expected.begin(), expected.end(), " +- EasyRoaming=roam-1") = " +- ExtenderEnbl=2";
   Append(expected, kUplinkLines);
-  Lines band = kBand24Lines;
-  band[1] = "     +- Configurable=0";
-  for (const Lines& part : {band, kBand5Lines, kSafetyLines, kFlagsLines}) {
+  Lines radio = kRadio24Lines;
+  radio[1] = "     +- Configurable=0";
+  for (const Lines& part : {radio, kRadio5Lines, kSafetyLines, kFlagsLines}) {
     Append(expected, part);
   }
   EXPECT_EQ(Dump(), expected);
@@ -124,8 +124,8 @@ TEST_F(DumpTest, CloningShowsNoDeviceAndNoUplink) {
   rssXmlData.apCloningOnly = 1;
   Lines expected = kHeadLines;
   expected.emplace_back(" +- EasyRoaming=roam-1");
-  for (const Lines& part :
-       {kBand24Lines, kBand24MoreLines, kBand5Lines, kBand5MoreLines, kSafetyLines, kFlagsLines}) {
+  for (const Lines& part : {kRadio24Lines, kRadio24MoreLines, kRadio5Lines, kRadio5MoreLines,
+                            kSafetyLines, kFlagsLines}) {
     Append(expected, part);
   }
   *std::find(expected.begin(), expected.end(), "+- apCloningOnly=0") = "+- apCloningOnly=1";

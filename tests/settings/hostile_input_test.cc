@@ -37,9 +37,9 @@ class HostileInputTest : public SettingsTest {
   static void ExpectSound(const std::string& what) {
     ASSERT_TRUE(UnterminatedMembers().empty()) << what;
     ASSERT_EQ(rssXmlData.specVer, rssXmlData.specMajor * 100 + rssXmlData.specMinor) << what;
-    for (const RssWlan& band : rssXmlData.wlan) {
-      ASSERT_GE(band.wlAcRuleNo, 0) << what;
-      ASSERT_LE(band.wlAcRuleNo, 40) << what;
+    for (const RssWlan& radio : rssXmlData.wlan) {
+      ASSERT_GE(radio.wlAcRuleNo, 0) << what;
+      ASSERT_LE(radio.wlAcRuleNo, 40) << what;
     }
   }
 };

@@ -175,20 +175,20 @@ TEST_F(FullSnapshotTest, ReadsExtenderSiteAndSafetyVyr) {
 
 TEST_F(FullSnapshotTest, ReadsARadio) {
   restore_XmlRssStatus(1);
-  const RssWlan& band = rssXmlData.wlan[1];
-  EXPECT_EQ(band.wlEnbl, 1);
-  EXPECT_EQ(band.wlSchedule, 1);
-  EXPECT_STREQ(band.wirelessBssid, "02:00:00:00:50:01");
-  EXPECT_STREQ(band.wirelessName, "Home-5");
-  EXPECT_STREQ(band.encryptionMode, "WPAWPA2");
-  EXPECT_EQ(band.encryptionModeCode, 3);
-  EXPECT_STREQ(band.encryptionType, "AUTO");
-  EXPECT_EQ(band.encryptionTypeCode, 0);
-  EXPECT_STREQ(band.encryptionKey, "home-key-50");
-  EXPECT_STREQ(band.channel, "36");
-  EXPECT_STREQ(band.country, "SE");
-  EXPECT_STREQ(band.accessControlPath, "Device/Wireless5/AccessControl");
-  EXPECT_EQ(band.wlAcEnbl, 1);
+  const RssWlan& radio = rssXmlData.wlan[1];
+  EXPECT_EQ(radio.wlEnbl, 1);
+  EXPECT_EQ(radio.wlSchedule, 1);
+  EXPECT_STREQ(radio.wirelessBssid, "02:00:00:00:50:01");
+  EXPECT_STREQ(radio.wirelessName, "Home-5");
+  EXPECT_STREQ(radio.encryptionMode, "WPAWPA2");
+  EXPECT_EQ(radio.encryptionModeCode, 3);
+  EXPECT_STREQ(radio.encryptionType, "AUTO");
+  EXPECT_EQ(radio.encryptionTypeCode, 0);
+  EXPECT_STREQ(radio.encryptionKey, "home-key-50");
+  EXPECT_STREQ(radio.channel, "36");
+  EXPECT_STREQ(radio.country, "SE");
+  EXPECT_STREQ(radio.accessControlPath, "Device/Wireless5/AccessControl");
+  EXPECT_EQ(radio.wlAcEnbl, 1);
   EXPECT_STREQ(rssXmlData.wlan[0].accessControlPath, "Device/Wireless2.4/AccessControl");
   EXPECT_EQ(rssXmlData.wlan[0].encryptionModeCode, 4);
   EXPECT_EQ(rssXmlData.wlan[0].encryptionTypeCode, 4);
@@ -225,12 +225,12 @@ TEST_F(FullSnapshotTest, SwitchesThatMustBeOne) {
 }
 
 TEST_F(FullSnapshotTest, AbsentRadioIsReadAllTheSame) {
-  const RssWlan& band = With("/lan/wireless5:1/wlenbl", "2").wlan[1];
+  const RssWlan& radio = With("/lan/wireless5:1/wlenbl", "2").wlan[1];
   EXPECT_EQ(rssXmlData.wlan5Feature, 0);
-  EXPECT_EQ(band.configurable, 0);
-  EXPECT_EQ(band.wlEnbl, 2);
-  EXPECT_STREQ(band.wirelessName, "Home-5");
-  EXPECT_STREQ(band.channelList, "0,36,40,44,48,100");
+  EXPECT_EQ(radio.configurable, 0);
+  EXPECT_EQ(radio.wlEnbl, 2);
+  EXPECT_STREQ(radio.wirelessName, "Home-5");
+  EXPECT_STREQ(radio.channelList, "0,36,40,44,48,100");
 }
 
 // The number of rules is read below the radio's configurable node, where it normally is not.
@@ -264,17 +264,17 @@ TEST_F(FullSnapshotTest, RulesFillEntriesFromOneOn) {
   rssXmlData.wlan[0].acRule[0].active = 9;
   Put(rssXmlData.wlan[0].acRule[0].mac, "entry 0");
   restore_XmlRssStatus(1);
-  const RssWlan& band = rssXmlData.wlan[0];
-  EXPECT_EQ(band.wlAcRuleNo, 3);
-  EXPECT_EQ(band.acRule[0].active, 9);
-  EXPECT_STREQ(band.acRule[0].mac, "entry 0");
-  EXPECT_STREQ(band.acRule[0].path, "");
-  EXPECT_EQ(band.acRule[1].active, 1);
-  EXPECT_STREQ(band.acRule[1].mac, "mac 1");
-  EXPECT_STREQ(band.acRule[1].path, "Device/Wireless2.4/AccessControl/AcRule");
-  EXPECT_EQ(band.acRule[2].active, 0) << "an absent node gives 0";
-  EXPECT_STREQ(band.acRule[3].mac, "mac 3");
-  EXPECT_STREQ(band.acRule[4].mac, "");
+  const RssWlan& radio = rssXmlData.wlan[0];
+  EXPECT_EQ(radio.wlAcRuleNo, 3);
+  EXPECT_EQ(radio.acRule[0].active, 9);
+  EXPECT_STREQ(radio.acRule[0].mac, "entry 0");
+  EXPECT_STREQ(radio.acRule[0].path, "");
+  EXPECT_EQ(radio.acRule[1].active, 1);
+  EXPECT_STREQ(radio.acRule[1].mac, "mac 1");
+  EXPECT_STREQ(radio.acRule[1].path, "Device/Wireless2.4/AccessControl/AcRule");
+  EXPECT_EQ(radio.acRule[2].active, 0) << "an absent node gives 0";
+  EXPECT_STREQ(radio.acRule[3].mac, "mac 3");
+  EXPECT_STREQ(radio.acRule[4].mac, "");
 }
 
 class RuleCountTest : public FullSnapshotTest, public ::testing::WithParamInterface<int> {};
@@ -283,14 +283,14 @@ TEST_P(RuleCountTest, NoEntryBehindThe40thIsWritten) {
   StoreRules(60);
   Host().Set(kCount24, GetParam());
   restore_XmlRssStatus(1);
-  const RssWlan& band = rssXmlData.wlan[0];
-  EXPECT_STREQ(band.acRule[39].mac, "mac 39");
-  EXPECT_STREQ(band.accessControlPath, "Device/Wireless2.4/AccessControl");
-  EXPECT_STREQ(band.path, "Device/Wireless2.4");
-  EXPECT_EQ(band.encryptionModeCode, 4);
-  EXPECT_EQ(band.encryptionTypeCode, 4);
-  EXPECT_EQ(band.restart, 0);
-  EXPECT_STREQ(band.wirelessNameValidate, "0,32,1");
+  const RssWlan& radio = rssXmlData.wlan[0];
+  EXPECT_STREQ(radio.acRule[39].mac, "mac 39");
+  EXPECT_STREQ(radio.accessControlPath, "Device/Wireless2.4/AccessControl");
+  EXPECT_STREQ(radio.path, "Device/Wireless2.4");
+  EXPECT_EQ(radio.encryptionModeCode, 4);
+  EXPECT_EQ(radio.encryptionTypeCode, 4);
+  EXPECT_EQ(radio.restart, 0);
+  EXPECT_STREQ(radio.wirelessNameValidate, "0,32,1");
   EXPECT_STREQ(rssXmlData.wlan[1].wirelessName, "Home-5");
   EXPECT_TRUE(UnterminatedMembers().empty());
   // What walks the entries afterwards stays inside them, too.

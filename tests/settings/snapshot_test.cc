@@ -60,16 +60,16 @@ TEST_F(SnapshotTest, ReadsCapabilitiesPathsAndRules) {
 
 TEST_F(SnapshotTest, ReadsTheRadios) {
   Restore();
-  const RssWlan& band = rssXmlData.wlan[1];
+  const RssWlan& radio = rssXmlData.wlan[1];
   EXPECT_EQ(rssXmlData.wlan24Feature, 1);
   EXPECT_EQ(rssXmlData.wlan5Feature, 1);
   EXPECT_EQ(rssXmlData.wlan[0].configurable, 1);
-  EXPECT_EQ(band.configurable, 1);
+  EXPECT_EQ(radio.configurable, 1);
   EXPECT_STREQ(rssXmlData.wlan[0].path, "Device/Wireless2.4");
-  EXPECT_STREQ(band.path, "Device/Wireless5");
-  EXPECT_STREQ(band.channelList, "0,36,40,44,48,100");
-  EXPECT_STREQ(band.wirelessNameValidate, "0,31,1");
-  EXPECT_STREQ(band.encryptionKeyValidate, "0,63,0");
+  EXPECT_STREQ(radio.path, "Device/Wireless5");
+  EXPECT_STREQ(radio.channelList, "0,36,40,44,48,100");
+  EXPECT_STREQ(radio.wirelessNameValidate, "0,31,1");
+  EXPECT_STREQ(radio.encryptionKeyValidate, "0,63,0");
   EXPECT_STREQ(rssXmlData.wlan[0].wirelessNameValidate, "0,32,1");
 }
 

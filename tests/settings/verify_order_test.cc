@@ -47,7 +47,7 @@ const Step kHardware = {"Device/Uplink/HardwareType",
                         [](RssXmlData& r) { r.upLink.hardwareTypeCode = -1; }};
 const Step kConnection = {"Device/Uplink/ConnType",
                           [](RssXmlData& r) { r.upLink.connTypeCode = -1; }};
-const Steps kBand24 = {
+const Steps kRadio24 = {
     {"Device/Wireless2.4/WlEnbl", [](RssXmlData& r) { r.wlan[0].wlEnbl = 4; }},
     {"Device/Wireless2.4/WlSchedule", [](RssXmlData& r) { r.wlan[0].wlSchedule = 3; }},
     {"Device/Wireless2.4/WirelessBSSID", [](RssXmlData& r) { Put(r.wlan[0].wirelessBssid, ""); }},
@@ -59,7 +59,7 @@ const Steps kBand24 = {
     {"Device/Wireless2.4/Channel", [](RssXmlData& r) { Put(r.wlan[0].channel, "99"); }},
     {"Device/Wireless2.4/AccessControl/WlEnbl", [](RssXmlData& r) { r.wlan[0].wlAcEnbl = 3; }},
 };
-const Steps kBand24Access = {
+const Steps kRadio24Access = {
     {"Device/Wireless2.4/Channel", [](RssXmlData& r) { Put(r.wlan[0].channel, "99"); }},
     {"Device/Wireless2.4/AccessControl/WlAcMode", [](RssXmlData& r) { r.wlan[0].wlAcMode = 2; }},
     {"Device/Wireless2.4/AccessControl/AcRule/Active",
@@ -89,12 +89,12 @@ void Nothing(RssXmlData& record) { (void)record; }
 
 TEST_F(VerifyOrderTest, DeviceThenUplinkThenRadio) {
   Steps steps = {kName, kPassword, kHardware, kConnection};
-  steps.insert(steps.end(), kBand24.begin(), kBand24.end());
+  steps.insert(steps.end(), kRadio24.begin(), kRadio24.end());
   ExpectOrder(Nothing, steps);
 }
 
 TEST_F(VerifyOrderTest, AccessControlThenNextRadioThenSafetyVyr) {
-  ExpectOrder(Nothing, kBand24Access);
+  ExpectOrder(Nothing, kRadio24Access);
 }
 
 TEST_F(VerifyOrderTest, PppoeWithDsl) {
@@ -109,7 +109,7 @@ TEST_F(VerifyOrderTest, PppoeWithDsl) {
        {"Device/Uplink/LoginPassword", [](RssXmlData& r) { Put(r.upLink.loginPassword, ""); }},
        {"Device/Uplink/DSL/CountryName", [](RssXmlData& r) { Put(r.upLink.dsl.countryName, ""); }},
        {"Device/Uplink/DSL/IspName", [](RssXmlData& r) { Put(r.upLink.dsl.ispName, ""); }},
-       kBand24[0]});
+       kRadio24[0]});
 }
 
 TEST_F(VerifyOrderTest, StaticWithDslOfVersion10) {
@@ -127,7 +127,7 @@ TEST_F(VerifyOrderTest, StaticWithDslOfVersion10) {
                      {"Device/Uplink/DSL/VCI", [](RssXmlData& r) { r.upLink.dsl.vci = 0; }},
                      {"Device/Uplink/DSL/EncryptionMode",
                       [](RssXmlData& r) { r.upLink.dsl.encapModeCode = -1; }},
-                     kBand24[0]});
+                     kRadio24[0]});
 }
 
 TEST_F(VerifyOrderTest, ExtenderSite) {
@@ -145,7 +145,7 @@ TEST_F(VerifyOrderTest, ExtenderSite) {
                       [](RssXmlData& r) { Put(r.upLink.extenderSite.wirelessName, ""); }},
                      {"Device/Uplink/ExtenderSite/EncryptionKey",
                       [](RssXmlData& r) { Put(r.upLink.extenderSite.encryptionKey, "x"); }},
-                     kBand24[0]});
+                     kRadio24[0]});
 }
 
 class VerifyTest : public SettingsTest {
@@ -169,12 +169,12 @@ TEST_F(VerifyTest, TextsAreTrimmedInPlace) {
   Put(up.hardwareType, "ADSL");
   Put(up.dsl.countryName, " Norway ");
   Put(up.dsl.ispName, " Fjord DSL ");
-  RssWlan& band = rssXmlData.wlan[1];
-  Put(band.wirelessBssid, " 02:00 ");
-  Put(band.wirelessName, " Home 5 ");
-  Put(band.encryptionKey, " home-key-50 ");
-  Put(band.channel, " 36\t");
-  Put(band.acRule[0].mac, "\t02:05 ");
+  RssWlan& radio = rssXmlData.wlan[1];
+  Put(radio.wirelessBssid, " 02:00 ");
+  Put(radio.wirelessName, " Home 5 ");
+  Put(radio.encryptionKey, " home-key-50 ");
+  Put(radio.channel, " 36\t");
+  Put(radio.acRule[0].mac, "\t02:05 ");
   ASSERT_EQ(Verify_RssXml(), 1) << rssXmlData.setMsg;
   EXPECT_STREQ(rssXmlData.deviceName, "Kitchen two");
   EXPECT_STREQ(rssXmlData.devicePwd, "secret12");
@@ -184,11 +184,11 @@ TEST_F(VerifyTest, TextsAreTrimmedInPlace) {
   EXPECT_STREQ(up.dns, "10.0.0.3");
   EXPECT_STREQ(up.dsl.countryName, "Norway");
   EXPECT_STREQ(up.dsl.ispName, "Fjord DSL");
-  EXPECT_STREQ(band.wirelessBssid, "02:00");
-  EXPECT_STREQ(band.wirelessName, "Home 5");
-  EXPECT_STREQ(band.encryptionKey, "home-key-50");
-  EXPECT_STREQ(band.channel, "36");
-  EXPECT_STREQ(band.acRule[0].mac, "02:05");
+  EXPECT_STREQ(radio.wirelessBssid, "02:00");
+  EXPECT_STREQ(radio.wirelessName, "Home 5");
+  EXPECT_STREQ(radio.encryptionKey, "home-key-50");
+  EXPECT_STREQ(radio.channel, "36");
+  EXPECT_STREQ(radio.acRule[0].mac, "02:05");
 }
 
 TEST_F(VerifyTest, LoginsApnAndSiteAreTrimmedInPlace) {
@@ -267,13 +267,13 @@ TEST_F(VerifyTest, CloningVerifiesRadiosOfADeviceThatIsNotConfigurable) {
 
 TEST_F(VerifyTest, Version10SkipsWhatItDoesNotHave) {
   rssXmlData.specVer = 100;
-  RssWlan& band = rssXmlData.wlan[0];
-  Put(band.wirelessBssid, "");
-  band.encryptionTypeCode = -1;
-  Put(band.channel, "");
-  band.wlAcEnbl = 9;
+  RssWlan& radio = rssXmlData.wlan[0];
+  Put(radio.wirelessBssid, "");
+  radio.encryptionTypeCode = -1;
+  Put(radio.channel, "");
+  radio.wlAcEnbl = 9;
   EXPECT_EQ(Verify_RssXml(), 1);
-  Put(band.encryptionKey, "short");
+  Put(radio.encryptionKey, "short");
   EXPECT_EQ(Verify_RssXml(), 0) << "the key is verified in every version";
   EXPECT_STREQ(rssXmlData.setMsg, "Device/Wireless2.4/EncryptionKey");
 }

@@ -96,59 +96,59 @@ constexpr std::pair<const char*, const char*> kNodes[] = {
     {"/lan/wireless5:1/accesscontrol/acrule:1/mac", "02:00:00:00:00:05"},
 };
 
-void FillRule(RssWlan& band, int index, int active, const std::string& mac) {
-  band.acRule[index].active = active;
-  Put(band.acRule[index].mac, mac);
-  Put(band.acRule[index].path, std::string(band.accessControlPath) + "/AcRule");
+void FillRule(RssWlan& radio, int index, int active, const std::string& mac) {
+  radio.acRule[index].active = active;
+  Put(radio.acRule[index].mac, mac);
+  Put(radio.acRule[index].path, std::string(radio.accessControlPath) + "/AcRule");
 }
 
-void FillCommon(RssWlan& band, const std::string& suffix) {
-  band.configurable = 1;
-  band.wlEnbl = 1;
-  Put(band.path, "Device/Wireless" + suffix);
-  Put(band.accessControlPath, "Device/Wireless" + suffix + "/AccessControl");
-  band.wlAcEnbl = 1;
+void FillCommon(RssWlan& radio, const std::string& suffix) {
+  radio.configurable = 1;
+  radio.wlEnbl = 1;
+  Put(radio.path, "Device/Wireless" + suffix);
+  Put(radio.accessControlPath, "Device/Wireless" + suffix + "/AccessControl");
+  radio.wlAcEnbl = 1;
 }
 
-void FillBand24(RssWlan& band) {
-  FillCommon(band, "2.4");
-  band.wlSchedule = 0;
-  Put(band.wirelessBssid, "02:00:00:00:24:01");
-  Put(band.wirelessName, "Home");
-  Put(band.wirelessNameValidate, "0,32,1");
-  Put(band.encryptionMode, "WPA2");
-  band.encryptionModeCode = 4;
-  Put(band.encryptionType, "AES");
-  band.encryptionTypeCode = 4;
-  Put(band.encryptionKey, "home-key-24");
-  Put(band.encryptionKeyValidate, "0,64,0");
-  Put(band.country, "NO");
-  Put(band.channelList, kChannels24);
-  Put(band.channel, "6");
-  band.wlAcMode = 1;
-  band.wlAcRuleNo = 2;
-  FillRule(band, 0, 1, "02:00:00:00:00:01");
-  FillRule(band, 1, 0, "02:00:00:00:00:02");
+void FillRadio24(RssWlan& radio) {
+  FillCommon(radio, "2.4");
+  radio.wlSchedule = 0;
+  Put(radio.wirelessBssid, "02:00:00:00:24:01");
+  Put(radio.wirelessName, "Home");
+  Put(radio.wirelessNameValidate, "0,32,1");
+  Put(radio.encryptionMode, "WPA2");
+  radio.encryptionModeCode = 4;
+  Put(radio.encryptionType, "AES");
+  radio.encryptionTypeCode = 4;
+  Put(radio.encryptionKey, "home-key-24");
+  Put(radio.encryptionKeyValidate, "0,64,0");
+  Put(radio.country, "NO");
+  Put(radio.channelList, kChannels24);
+  Put(radio.channel, "6");
+  radio.wlAcMode = 1;
+  radio.wlAcRuleNo = 2;
+  FillRule(radio, 0, 1, "02:00:00:00:00:01");
+  FillRule(radio, 1, 0, "02:00:00:00:00:02");
 }
 
-void FillBand5(RssWlan& band) {
-  FillCommon(band, "5");
-  band.wlSchedule = 1;
-  Put(band.wirelessBssid, "02:00:00:00:50:01");
-  Put(band.wirelessName, "Home-5");
-  Put(band.wirelessNameValidate, "0,31,1");
-  Put(band.encryptionMode, "WPAWPA2");
-  band.encryptionModeCode = 3;
-  Put(band.encryptionType, "AUTO");
-  band.encryptionTypeCode = 0;
-  Put(band.encryptionKey, "home-key-50");
-  Put(band.encryptionKeyValidate, "0,63,0");
-  Put(band.country, "SE");
-  Put(band.channelList, kChannels5);
-  Put(band.channel, "36");
-  band.wlAcMode = 0;
-  band.wlAcRuleNo = 1;
-  FillRule(band, 0, 1, "02:00:00:00:00:05");
+void FillRadio5(RssWlan& radio) {
+  FillCommon(radio, "5");
+  radio.wlSchedule = 1;
+  Put(radio.wirelessBssid, "02:00:00:00:50:01");
+  Put(radio.wirelessName, "Home-5");
+  Put(radio.wirelessNameValidate, "0,31,1");
+  Put(radio.encryptionMode, "WPAWPA2");
+  radio.encryptionModeCode = 3;
+  Put(radio.encryptionType, "AUTO");
+  radio.encryptionTypeCode = 0;
+  Put(radio.encryptionKey, "home-key-50");
+  Put(radio.encryptionKeyValidate, "0,63,0");
+  Put(radio.country, "SE");
+  Put(radio.channelList, kChannels5);
+  Put(radio.channel, "36");
+  radio.wlAcMode = 0;
+  radio.wlAcRuleNo = 1;
+  FillRule(radio, 0, 1, "02:00:00:00:00:05");
 }
 
 void FillUpLink(RssUpLink& up) {
@@ -240,23 +240,23 @@ void AddUpLink(Members& members, const RssUpLink& up) {
   Add(members, "upLink.path", up.path);
 }
 
-void AddWlan(Members& members, const RssWlan& band) {
-  Add(members, "wirelessBssid", band.wirelessBssid);
-  Add(members, "wirelessName", band.wirelessName);
-  Add(members, "encryptionMode", band.encryptionMode);
-  Add(members, "encryptionType", band.encryptionType);
-  Add(members, "encryptionKey", band.encryptionKey);
-  Add(members, "country", band.country);
-  Add(members, "channelList", band.channelList);
-  Add(members, "channel", band.channel);
-  for (const RssAcRule& rule : band.acRule) {
+void AddWlan(Members& members, const RssWlan& radio) {
+  Add(members, "wirelessBssid", radio.wirelessBssid);
+  Add(members, "wirelessName", radio.wirelessName);
+  Add(members, "encryptionMode", radio.encryptionMode);
+  Add(members, "encryptionType", radio.encryptionType);
+  Add(members, "encryptionKey", radio.encryptionKey);
+  Add(members, "country", radio.country);
+  Add(members, "channelList", radio.channelList);
+  Add(members, "channel", radio.channel);
+  for (const RssAcRule& rule : radio.acRule) {
     Add(members, "acRule.mac", rule.mac);
     Add(members, "acRule.path", rule.path);
   }
-  Add(members, "accessControlPath", band.accessControlPath);
-  Add(members, "wlan.path", band.path);
-  Add(members, "wirelessNameValidate", band.wirelessNameValidate);
-  Add(members, "encryptionKeyValidate", band.encryptionKeyValidate);
+  Add(members, "accessControlPath", radio.accessControlPath);
+  Add(members, "wlan.path", radio.path);
+  Add(members, "wirelessNameValidate", radio.wirelessNameValidate);
+  Add(members, "encryptionKeyValidate", radio.encryptionKeyValidate);
 }
 
 }  // namespace
@@ -278,8 +278,8 @@ void FillSampleRecord() {
   ClearRecord();
   FillDevice(rssXmlData);
   FillUpLink(rssXmlData.upLink);
-  FillBand24(rssXmlData.wlan[0]);
-  FillBand5(rssXmlData.wlan[1]);
+  FillRadio24(rssXmlData.wlan[0]);
+  FillRadio5(rssXmlData.wlan[1]);
   rssXmlData.safetyVyr.safetyVyrEnbl = 1;
   rssXmlData.safetyVyr.safetyNotifyEnbl = 1;
   Put(rssXmlData.safetyVyr.path, "Device/SafetyVyr");

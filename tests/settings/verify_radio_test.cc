@@ -21,23 +21,23 @@ struct RadioFault {
 void PrintTo(const RadioFault& fault, std::ostream* out) { *out << fault.name; }
 
 // Each fault in either radio.
-class VerifyBandTest : public SettingsTest,
-                       public ::testing::WithParamInterface<std::tuple<RadioFault, int>> {
+class VerifyRadioTest : public SettingsTest,
+                        public ::testing::WithParamInterface<std::tuple<RadioFault, int>> {
  protected:
   void SetUp() override {
     SettingsTest::SetUp();
     FillSampleRecord();
-    std::get<0>(GetParam()).change(band());
+    std::get<0>(GetParam()).change(radio());
   }
 
-  [[nodiscard]] static RssWlan& band() { return rssXmlData.wlan[std::get<1>(GetParam())]; }
+  [[nodiscard]] static RssWlan& radio() { return rssXmlData.wlan[std::get<1>(GetParam())]; }
   [[nodiscard]] static const RadioFault& fault() { return std::get<0>(GetParam()); }
   [[nodiscard]] static std::string Path() {
     return std::get<1>(GetParam()) == 0 ? "Device/Wireless2.4/" : "Device/Wireless5/";
   }
 };
 
-TEST_P(VerifyBandTest, IsJudged) {
+TEST_P(VerifyRadioTest, IsJudged) {
   const int result = Verify_RssXml();
   EXPECT_TRUE(Host().Writes().empty());
   if (fault().code == 0) {
@@ -49,15 +49,15 @@ TEST_P(VerifyBandTest, IsJudged) {
   }
 }
 
-TEST_P(VerifyBandTest, IsNotJudgedForARadioThatDoesNotExist) {
+TEST_P(VerifyRadioTest, IsNotJudgedForARadioThatDoesNotExist) {
   unsigned char& feature =
       std::get<1>(GetParam()) == 0 ? rssXmlData.wlan24Feature : rssXmlData.wlan5Feature;
   feature = 0;
   EXPECT_EQ(Verify_RssXml(), 1);
 }
 
-TEST_P(VerifyBandTest, IsNotJudgedForARadioThatIsNotConfigurable) {
-  band().configurable = 0;
+TEST_P(VerifyRadioTest, IsNotJudgedForARadioThatIsNotConfigurable) {
+  radio().configurable = 0;
   EXPECT_EQ(Verify_RssXml(), 1);
 }
 
@@ -96,7 +96,7 @@ const RadioFault kSwitchFaults[] = {
      },
      21, "EncryptionKey"},
 };
-INSTANTIATE_TEST_SUITE_P(Switches, VerifyBandTest,
+INSTANTIATE_TEST_SUITE_P(Switches, VerifyRadioTest,
                          ::testing::Combine(::testing::ValuesIn(kSwitchFaults),
                                             ::testing::Values(0, 1)));
 
@@ -178,7 +178,7 @@ const RadioFault kChannelFaults[] = {
      },
      3, "Channel"},
 };
-INSTANTIATE_TEST_SUITE_P(Channel, VerifyBandTest,
+INSTANTIATE_TEST_SUITE_P(Channel, VerifyRadioTest,
                          ::testing::Combine(::testing::ValuesIn(kChannelFaults),
                                             ::testing::Values(0, 1)));
 
@@ -186,14 +186,14 @@ const RadioFault kAccessFaults[] = {
     {"access control fault borrows the name of the radio's switch",
      [](RssWlan& b) { b.wlAcEnbl = 3; }, 3, "AccessControl/WlEnbl"},
     {"WlAcEnbl -1", [](RssWlan& b) { b.wlAcEnbl = -1; }, 3, "AccessControl/WlEnbl"},
-    {"WlAcEnbl 2 ends the band",
+    {"WlAcEnbl 2 ends the radio",
      [](RssWlan& b) {
        b.wlAcEnbl = 2;
        b.wlAcMode = 9;
        b.acRule[0].active = 9;
      },
      0, ""},
-    {"WlAcEnbl 0 ends the band",
+    {"WlAcEnbl 0 ends the radio",
      [](RssWlan& b) {
        b.wlAcEnbl = 0;
        b.wlAcMode = 9;
@@ -223,7 +223,7 @@ const RadioFault kAccessFaults[] = {
      },
      0, ""},
 };
-INSTANTIATE_TEST_SUITE_P(AccessControl, VerifyBandTest,
+INSTANTIATE_TEST_SUITE_P(AccessControl, VerifyRadioTest,
                          ::testing::Combine(::testing::ValuesIn(kAccessFaults),
                                             ::testing::Values(0, 1)));
 
@@ -249,13 +249,13 @@ class EncryptionPairTest : public SettingsTest,
 TEST_P(EncryptionPairTest, ModeAndTypeMustAgree) {
   const auto [index, mode, type] = GetParam();
   FillSampleRecord();
-  RssWlan& band = rssXmlData.wlan[index];
-  band.encryptionModeCode = mode;
-  band.encryptionTypeCode = type;
-  Put(band.encryptionKey, mode == 1 ? "abcde" : "abcdefgh");
+  RssWlan& radio = rssXmlData.wlan[index];
+  radio.encryptionModeCode = mode;
+  radio.encryptionTypeCode = type;
+  Put(radio.encryptionKey, mode == 1 ? "abcde" : "abcdefgh");
   EXPECT_EQ(Verify_RssXml(), Allowed(mode, type) ? 1 : 0);
   if (!Allowed(mode, type)) {
-    EXPECT_EQ(Host().commands(), ResultCommands(3, std::string(band.path) + "/EncryptionType", 0));
+    EXPECT_EQ(Host().commands(), ResultCommands(3, std::string(radio.path) + "/EncryptionType", 0));
   }
   // The pair is not looked at in version 1.0.
   rssXmlData.specVer = 100;

@@ -10,7 +10,7 @@
 namespace kio::test {
 namespace {
 
-class ApplyBandTest : public SettingsTest {
+class ApplyRadioTest : public SettingsTest {
  protected:
   void SetUp() override {
     SettingsTest::SetUp();
@@ -23,7 +23,7 @@ class ApplyBandTest : public SettingsTest {
     FillSampleRecord();
   }
 
-  static RssWlan& Band() { return rssXmlData.wlan[0]; }
+  static RssWlan& Radio() { return rssXmlData.wlan[0]; }
   static std::string Node(const std::string& name) { return "/lan/wireless2.4:1/" + name; }
 
   // Applies and expects exactly these changes of the 2.4 GHz radio before the 5 GHz radio's mode.
@@ -37,7 +37,7 @@ class ApplyBandTest : public SettingsTest {
     Host().ClearCalls();
     EXPECT_EQ(Apply_RssXmlToDevice(), 1);
     EXPECT_EQ(Changes(), expected);
-    EXPECT_EQ(Band().restart != 0, restart);
+    EXPECT_EQ(Radio().restart != 0, restart);
     EXPECT_EQ(rssXmlData.wlan[1].restart, 0);
     EXPECT_EQ(rssXmlData.upLink.restart, 0);
     EXPECT_EQ(rssXmlData.saveflag != 0, restart);
@@ -53,18 +53,18 @@ class ApplyBandTest : public SettingsTest {
   }
 };
 
-TEST_F(ApplyBandTest, EverySettingInOrder) {
-  Band().wlEnbl = 0;
-  Band().wlSchedule = 1;
-  Put(Band().wirelessName, "New");
-  Put(Band().encryptionMode, "WPA");
-  Put(Band().encryptionType, "TKIP");
-  Put(Band().encryptionKey, "new-key-24");
-  Put(Band().channel, "11");
-  Band().wlAcMode = 0;
-  Band().acRule[0].active = 0;
-  Put(Band().acRule[0].mac, "02:11");
-  Put(Band().acRule[1].mac, "02:22");
+TEST_F(ApplyRadioTest, EverySettingInOrder) {
+  Radio().wlEnbl = 0;
+  Radio().wlSchedule = 1;
+  Put(Radio().wirelessName, "New");
+  Put(Radio().encryptionMode, "WPA");
+  Put(Radio().encryptionType, "TKIP");
+  Put(Radio().encryptionKey, "new-key-24");
+  Put(Radio().channel, "11");
+  Radio().wlAcMode = 0;
+  Radio().acRule[0].active = 0;
+  Put(Radio().acRule[0].mac, "02:11");
+  Put(Radio().acRule[1].mac, "02:22");
   ExpectChanges(
       {Node("wlenbl=0"), Node("wlschedule=1"), Node("wirelessname=New"), Node("encryptionmode=WPA"),
        Node("encryptiontype=TKIP"), Node("encryptionkey=new-key-24"), Node("channel=11"),
@@ -73,7 +73,7 @@ TEST_F(ApplyBandTest, EverySettingInOrder) {
   EXPECT_EQ(Host().Text("/lan/wireless2.4:1/wirelessbssid"), "02:00:00:00:24:01");
 }
 
-TEST_F(ApplyBandTest, SecondRadioHasItsOwnNodesAndFlag) {
+TEST_F(ApplyRadioTest, SecondRadioHasItsOwnNodesAndFlag) {
   Put(rssXmlData.wlan[1].wirelessName, "New-5");
   EXPECT_EQ(Apply_RssXmlToDevice(), 1);
   EXPECT_EQ(Changes(),
@@ -82,26 +82,26 @@ TEST_F(ApplyBandTest, SecondRadioHasItsOwnNodesAndFlag) {
   EXPECT_EQ(rssXmlData.wlan[1].restart, 1);
 }
 
-TEST_F(ApplyBandTest, AbsentOrFixedRadiosAreSkipped) {
-  Put(Band().wirelessName, "New");
+TEST_F(ApplyRadioTest, AbsentOrFixedRadiosAreSkipped) {
+  Put(Radio().wirelessName, "New");
   rssXmlData.wlan24Feature = 0;
   ExpectChanges({});
   rssXmlData.wlan24Feature = 1;
-  Band().configurable = 0;
+  Radio().configurable = 0;
   ExpectChanges({});
 }
 
-TEST_F(ApplyBandTest, LockedRadioSwitchIsRefused) {
+TEST_F(ApplyRadioTest, LockedRadioSwitchIsRefused) {
   for (const int stored : {2, 3}) {
     Reset();
     Host().Set(Node("wlenbl"), stored);
     ExpectRefusal("Device/Wireless2.4/WlEnbl", {});
-    Band().wlEnbl = stored;
+    Radio().wlEnbl = stored;
     ExpectChanges({kMode24});
   }
 }
 
-TEST_F(ApplyBandTest, OtherStoredRadioSwitchesAreNotLocked) {
+TEST_F(ApplyRadioTest, OtherStoredRadioSwitchesAreNotLocked) {
   for (const int stored : {-2, 0, 4, 5, 255}) {
     Reset();
     Host().Set(Node("wlenbl"), stored);
@@ -112,65 +112,65 @@ TEST_F(ApplyBandTest, OtherStoredRadioSwitchesAreNotLocked) {
   ExpectChanges({Node("wlenbl=1"), kMode24});
 }
 
-TEST_F(ApplyBandTest, RadioSwitchAboveOneIsRefused) {
+TEST_F(ApplyRadioTest, RadioSwitchAboveOneIsRefused) {
   for (const int value : {2, 3}) {
-    Band().wlEnbl = value;
+    Radio().wlEnbl = value;
     ExpectRefusal("Device/Wireless2.4/WlEnbl", {});
   }
 }
 
-TEST_F(ApplyBandTest, LockedScheduleIsRefused) {
+TEST_F(ApplyRadioTest, LockedScheduleIsRefused) {
   Host().Set(Node("wlschedule"), 2);
-  Band().wlEnbl = 0;
+  Radio().wlEnbl = 0;
   ExpectRefusal("Device/Wireless2.4/WlSchedule", {Node("wlenbl=0")});
-  EXPECT_EQ(Band().restart, 1) << "the flags stay as far as they got";
+  EXPECT_EQ(Radio().restart, 1) << "the flags stay as far as they got";
 }
 
-TEST_F(ApplyBandTest, ScheduleAboveOneIsRefused) {
-  Band().wlSchedule = 2;
+TEST_F(ApplyRadioTest, ScheduleAboveOneIsRefused) {
+  Radio().wlSchedule = 2;
   ExpectRefusal("Device/Wireless2.4/WlSchedule", {});
   Host().Set(Node("wlschedule"), 2);
   ExpectChanges({kMode24});
 }
 
-TEST_F(ApplyBandTest, StoredScheduleThreeIsNotLocked) {
+TEST_F(ApplyRadioTest, StoredScheduleThreeIsNotLocked) {
   Host().Set(Node("wlschedule"), 3);
   ExpectChanges({Node("wlschedule=0"), kMode24});
 }
 
-TEST_F(ApplyBandTest, OtherStoredSchedulesAreNotLocked) {
+TEST_F(ApplyRadioTest, OtherStoredSchedulesAreNotLocked) {
   for (const int stored : {-2, 1, 4, 255}) {
     Host().Set(Node("wlschedule"), stored);
     ExpectChanges({Node("wlschedule=0"), kMode24});
   }
 }
 
-TEST_F(ApplyBandTest, RefusalInTheSecondRadioKeepsTheFirstRadiosChanges) {
-  Put(Band().wirelessName, "New");
+TEST_F(ApplyRadioTest, RefusalInTheSecondRadioKeepsTheFirstRadiosChanges) {
+  Put(Radio().wirelessName, "New");
   rssXmlData.wlan[1].wlSchedule = 2;
   ExpectRefusal("Device/Wireless5/WlSchedule", {Node("wirelessname=New"), kMode24});
 }
 
-TEST_F(ApplyBandTest, Version10WritesAutoAndNoChannelOrAccessControl) {
+TEST_F(ApplyRadioTest, Version10WritesAutoAndNoChannelOrAccessControl) {
   rssXmlData.specVer = 100;
-  Put(Band().encryptionType, "TKIP");
-  Put(Band().channel, "11");
-  Band().wlAcMode = 0;
+  Put(Radio().encryptionType, "TKIP");
+  Put(Radio().channel, "11");
+  Radio().wlAcMode = 0;
   Put(rssXmlData.wlan[1].channel, "44");
   EXPECT_EQ(Apply_RssXmlToDevice(), 1);
   EXPECT_EQ(Changes(), (Texts{Node("encryptiontype=AUTO"), kNotFactory}));
 }
 
-TEST_F(ApplyBandTest, AccessSwitchOff) {
-  Band().wlAcEnbl = 0;
-  Band().wlAcMode = 0;
-  Band().wlAcRuleNo = 0;
+TEST_F(ApplyRadioTest, AccessSwitchOff) {
+  Radio().wlAcEnbl = 0;
+  Radio().wlAcMode = 0;
+  Radio().wlAcRuleNo = 0;
   ExpectChanges({Node("accesscontrol/wlacenbl=0")});
   EXPECT_EQ(Host().Text(Node("accesscontrol/acrule:2/mac")), "02:00:00:00:00:02")
       << "the rules stay";
 }
 
-TEST_F(ApplyBandTest, AccessSwitchOn) {
+TEST_F(ApplyRadioTest, AccessSwitchOn) {
   Host().Set(Node("accesscontrol/wlacenbl"), 0);
   ExpectChanges({Node("accesscontrol/wlacenbl=1"), kMode24});
   const std::vector<StoreCall> writes = Host().Writes();
@@ -178,23 +178,23 @@ TEST_F(ApplyBandTest, AccessSwitchOn) {
   EXPECT_EQ(writes[0].kind, StoreCall::Kind::kSetInt);
 }
 
-TEST_F(ApplyBandTest, RequestedAccessSwitchTwoIsWritten) {
-  Band().wlAcEnbl = 2;
+TEST_F(ApplyRadioTest, RequestedAccessSwitchTwoIsWritten) {
+  Radio().wlAcEnbl = 2;
   ExpectChanges({Node("accesscontrol/wlacenbl=2")});
-  EXPECT_EQ(Band().wlAcEnbl, 2);
+  EXPECT_EQ(Radio().wlAcEnbl, 2);
 }
 
-TEST_F(ApplyBandTest, LockedOrAbsentAccessSwitchIsRefused) {
+TEST_F(ApplyRadioTest, LockedOrAbsentAccessSwitchIsRefused) {
   Host().Set(Node("accesscontrol/wlacenbl"), 2);
-  Put(Band().channel, "11");
+  Put(Radio().channel, "11");
   ExpectRefusal("Device/Wireless2.4/AccessControl/WlAcEnbl", {Node("channel=11")});
   Reset();
   Host().Delete(Node("accesscontrol/wlacenbl"));
   ExpectRefusal("Device/Wireless2.4/AccessControl/WlAcEnbl", {});
 }
 
-TEST_F(ApplyBandTest, LockedAccessSwitchMayBeSentAsItIs) {
-  Band().wlAcEnbl = 2;
+TEST_F(ApplyRadioTest, LockedAccessSwitchMayBeSentAsItIs) {
+  Radio().wlAcEnbl = 2;
   for (const bool absent : {false, true}) {
     Host().Set(Node("accesscontrol/wlacenbl"), 2);
     if (absent) {
@@ -204,13 +204,13 @@ TEST_F(ApplyBandTest, LockedAccessSwitchMayBeSentAsItIs) {
   }
 }
 
-TEST_F(ApplyBandTest, AccessModeIsAlwaysWrittenButFlagsOnlyAChange) {
+TEST_F(ApplyRadioTest, AccessModeIsAlwaysWrittenButFlagsOnlyAChange) {
   ExpectChanges({kMode24});
-  Band().wlAcMode = 0;
+  Radio().wlAcMode = 0;
   ExpectChanges({Node("accesscontrol/wlacmode=0")});
 }
 
-TEST_F(ApplyBandTest, AbsentAccessModeCountsAsZero) {
+TEST_F(ApplyRadioTest, AbsentAccessModeCountsAsZero) {
   Host().Delete("/lan/wireless5:1/accesscontrol/wlacmode");
   Host().ClearCalls();
   EXPECT_EQ(Apply_RssXmlToDevice(), 1);
@@ -218,44 +218,44 @@ TEST_F(ApplyBandTest, AbsentAccessModeCountsAsZero) {
   EXPECT_EQ(rssXmlData.wlan[1].restart, 0);
   Host().Delete("/lan/wireless2.4:1/accesscontrol/wlacmode");
   EXPECT_EQ(Apply_RssXmlToDevice(), 1);
-  EXPECT_EQ(Band().restart, 1);
+  EXPECT_EQ(Radio().restart, 1);
 }
 
-TEST_F(ApplyBandTest, RulesAreDeletedFromTheHighestDown) {
+TEST_F(ApplyRadioTest, RulesAreDeletedFromTheHighestDown) {
   Host().Set(Node("accesscontrol/acrule:3/active"), 1);
   Host().Set(Node("accesscontrol/acrule:3/mac"), "02:33");
-  Band().wlAcRuleNo = 1;
+  Radio().wlAcRuleNo = 1;
   ExpectChanges({kMode24, "delete " + Node("accesscontrol/acrule:3"),
                  "delete " + Node("accesscontrol/acrule:2")});
   EXPECT_EQ(Host().Text(Node("accesscontrol/acrule:2/mac")), std::nullopt);
 }
 
-TEST_F(ApplyBandTest, NoRulesDeleteAll) {
-  Band().wlAcRuleNo = 0;
+TEST_F(ApplyRadioTest, NoRulesDeleteAll) {
+  Radio().wlAcRuleNo = 0;
   ExpectChanges({kMode24, "delete " + Node("accesscontrol/acrule:2"),
                  "delete " + Node("accesscontrol/acrule:1")});
 }
 
-TEST_F(ApplyBandTest, NewRulesAreAdded) {
-  Band().wlAcRuleNo = 3;
-  Band().acRule[2].active = 1;
-  Put(Band().acRule[2].mac, "02:33");
+TEST_F(ApplyRadioTest, NewRulesAreAdded) {
+  Radio().wlAcRuleNo = 3;
+  Radio().acRule[2].active = 1;
+  Put(Radio().acRule[2].mac, "02:33");
   ExpectChanges(
       {kMode24, Node("accesscontrol/acrule:3/active=1"), Node("accesscontrol/acrule:3/mac=02:33")});
 }
 
-TEST_F(ApplyBandTest, AbsentActiveCountsAsZero) {
-  Band().wlAcRuleNo = 3;
-  Band().acRule[2].active = 0;
-  Put(Band().acRule[2].mac, "02:33");
+TEST_F(ApplyRadioTest, AbsentActiveCountsAsZero) {
+  Radio().wlAcRuleNo = 3;
+  Radio().acRule[2].active = 0;
+  Put(Radio().acRule[2].mac, "02:33");
   ExpectChanges({kMode24, Node("accesscontrol/acrule:3/mac=02:33")});
 }
 
-TEST_F(ApplyBandTest, FortyRules) {
-  Band().wlAcRuleNo = 40;
+TEST_F(ApplyRadioTest, FortyRules) {
+  Radio().wlAcRuleNo = 40;
   for (int i = 0; i < 40; ++i) {
-    Band().acRule[i].active = 1;
-    Put(Band().acRule[i].mac, "02:" + std::to_string(i));
+    Radio().acRule[i].active = 1;
+    Put(Radio().acRule[i].mac, "02:" + std::to_string(i));
   }
   EXPECT_EQ(Apply_RssXmlToDevice(), 1);
   EXPECT_EQ(Host().Text(Node("accesscontrol/acrule:40/mac")), "02:39");

@@ -10,14 +10,14 @@
 namespace kio::test {
 namespace {
 
-class ParserBandTest : public SettingsTest {
+class ParserRadioTest : public SettingsTest {
  protected:
   void SetUp() override {
     SettingsTest::SetUp();
     StoreSampleDevice();
   }
 
-  static RssWlan& Band() { return rssXmlData.wlan[0]; }
+  static RssWlan& Radio() { return rssXmlData.wlan[0]; }
   static std::string At(const std::string& name) { return "Device/Wireless2.4/" + name; }
   static std::string Node(const std::string& name) { return "/lan/wireless2.4:1/" + name; }
 
@@ -28,7 +28,7 @@ class ParserBandTest : public SettingsTest {
   }
 };
 
-TEST_F(ParserBandTest, ReadsARadio) {
+TEST_F(ParserRadioTest, ReadsARadio) {
   Document document = SampleDocument();
   document.Set(At("WlEnbl"), "0").Set(At("WlSchedule"), " 1 ");
   document.Set(At("WirelessBSSID"), "02:AA").Set(At("WirelessName"), "N&amp;N");
@@ -36,35 +36,35 @@ TEST_F(ParserBandTest, ReadsARadio) {
   document.Set(At("EncryptionKey"), "key&lt;key&gt;").Set(At("Channel"), " 11 ");
   document.Set(At("AccessControl/WlAcMode"), "0");
   EXPECT_EQ(Parse(document), 1) << rssXmlData.setMsg;
-  EXPECT_EQ(Band().wlEnbl, 0);
-  EXPECT_EQ(Band().wlSchedule, 1);
-  EXPECT_STREQ(Band().wirelessBssid, "02:AA");
-  EXPECT_STREQ(Band().wirelessName, "N&N");
-  EXPECT_STREQ(Band().encryptionMode, "WPA");
-  EXPECT_EQ(Band().encryptionModeCode, 2);
-  EXPECT_STREQ(Band().encryptionType, "TKIP");
-  EXPECT_EQ(Band().encryptionTypeCode, 3);
-  EXPECT_STREQ(Band().encryptionKey, "key<key>");
-  EXPECT_STREQ(Band().channel, "11");
-  EXPECT_EQ(Band().wlAcEnbl, 1);
-  EXPECT_EQ(Band().wlAcMode, 0);
-  EXPECT_STREQ(Band().accessControlPath, "Device/Wireless2.4/AccessControl");
+  EXPECT_EQ(Radio().wlEnbl, 0);
+  EXPECT_EQ(Radio().wlSchedule, 1);
+  EXPECT_STREQ(Radio().wirelessBssid, "02:AA");
+  EXPECT_STREQ(Radio().wirelessName, "N&N");
+  EXPECT_STREQ(Radio().encryptionMode, "WPA");
+  EXPECT_EQ(Radio().encryptionModeCode, 2);
+  EXPECT_STREQ(Radio().encryptionType, "TKIP");
+  EXPECT_EQ(Radio().encryptionTypeCode, 3);
+  EXPECT_STREQ(Radio().encryptionKey, "key<key>");
+  EXPECT_STREQ(Radio().channel, "11");
+  EXPECT_EQ(Radio().wlAcEnbl, 1);
+  EXPECT_EQ(Radio().wlAcMode, 0);
+  EXPECT_STREQ(Radio().accessControlPath, "Device/Wireless2.4/AccessControl");
   EXPECT_STREQ(rssXmlData.wlan[1].wirelessName, "Home-5");
 }
 
-TEST_F(ParserBandTest, ReadsTheRulesInOrder) {
+TEST_F(ParserRadioTest, ReadsTheRulesInOrder) {
   EXPECT_EQ(Parse(SampleDocument()), 1);
-  EXPECT_EQ(Band().wlAcRuleNo, 2);
-  EXPECT_EQ(Band().acRule[0].active, 1);
-  EXPECT_STREQ(Band().acRule[0].mac, "02:00:00:00:00:01");
-  EXPECT_STREQ(Band().acRule[0].path, "Device/Wireless2.4/AccessControl/AcRule");
-  EXPECT_EQ(Band().acRule[1].active, 0);
-  EXPECT_STREQ(Band().acRule[1].mac, "02:00:00:00:00:02");
+  EXPECT_EQ(Radio().wlAcRuleNo, 2);
+  EXPECT_EQ(Radio().acRule[0].active, 1);
+  EXPECT_STREQ(Radio().acRule[0].mac, "02:00:00:00:00:01");
+  EXPECT_STREQ(Radio().acRule[0].path, "Device/Wireless2.4/AccessControl/AcRule");
+  EXPECT_EQ(Radio().acRule[1].active, 0);
+  EXPECT_STREQ(Radio().acRule[1].mac, "02:00:00:00:00:02");
   EXPECT_EQ(rssXmlData.wlan[1].wlAcRuleNo, 1);
   EXPECT_STREQ(rssXmlData.wlan[1].acRule[0].mac, "02:00:00:00:00:05");
 }
 
-TEST_F(ParserBandTest, TextsAreCut) {
+TEST_F(ParserRadioTest, TextsAreCut) {
   Host().Set(Node("wirelessname_validate"), "2");
   Document document = SampleDocument();
   document.Set(At("WirelessName"), std::string(200, 'w'));
@@ -73,39 +73,39 @@ TEST_F(ParserBandTest, TextsAreCut) {
   document.Set(At("AccessControl/AcRule/MAC"), std::string(40, 'm'));
   document.Set(At("Channel"), "6" + std::string(60, ' '));
   EXPECT_EQ(Parse(document), 1) << rssXmlData.setMsg;
-  EXPECT_EQ(Band().wirelessName, std::string(127, 'w'));
-  EXPECT_EQ(Band().encryptionKey, std::string(31, 'k'));
-  EXPECT_EQ(Band().wirelessBssid, std::string(17, 'b'));
-  EXPECT_EQ(Band().acRule[0].mac, std::string(17, 'm'));
+  EXPECT_EQ(Radio().wirelessName, std::string(127, 'w'));
+  EXPECT_EQ(Radio().encryptionKey, std::string(31, 'k'));
+  EXPECT_EQ(Radio().wirelessBssid, std::string(17, 'b'));
+  EXPECT_EQ(Radio().acRule[0].mac, std::string(17, 'm'));
   EXPECT_EQ(Host().Text(Node("encryptionkey")), std::string(31, 'k'));
 }
 
-TEST_F(ParserBandTest, EmptyEncryptionTypeIsAWord) {
+TEST_F(ParserRadioTest, EmptyEncryptionTypeIsAWord) {
   Document document = SampleDocument();
   document.Set(At("EncryptionMode"), "none").SetMarkup(At("EncryptionType"), "<EncryptionType/>");
   EXPECT_EQ(Parse(document), 1) << rssXmlData.setMsg;
-  EXPECT_EQ(Band().encryptionTypeCode, 5);
+  EXPECT_EQ(Radio().encryptionTypeCode, 5);
   EXPECT_EQ(Host().Text(Node("encryptiontype")), "");
   EXPECT_EQ(Host().Text(Node("encryptionmode")), "None");
 }
 
-TEST_F(ParserBandTest, AccessControlOffReadsNothingMore) {
-  Band().wlAcRuleNo = 2;
+TEST_F(ParserRadioTest, AccessControlOffReadsNothingMore) {
+  Radio().wlAcRuleNo = 2;
   Document document = WithoutRules();
   document.Set(At("AccessControl/WlAcEnbl"), "0").Remove(At("AccessControl/WlAcMode"));
   EXPECT_EQ(Parse(document), 1) << rssXmlData.setMsg;
-  EXPECT_EQ(Band().wlAcRuleNo, 0);
+  EXPECT_EQ(Radio().wlAcRuleNo, 0);
   EXPECT_EQ(Host().Text(Node("accesscontrol/wlacenbl")), "0");
   EXPECT_EQ(Host().Text(Node("accesscontrol/acrule:2/mac")), "02:00:00:00:00:02");
 }
 
-TEST_F(ParserBandTest, NoRulesDeleteTheStoredOnes) {
+TEST_F(ParserRadioTest, NoRulesDeleteTheStoredOnes) {
   EXPECT_EQ(Parse(WithoutRules()), 1);
-  EXPECT_EQ(Band().wlAcRuleNo, 0);
+  EXPECT_EQ(Radio().wlAcRuleNo, 0);
   EXPECT_EQ(Host().Text(Node("accesscontrol/acrule:1/mac")), std::nullopt);
 }
 
-class RuleNumberTest : public ParserBandTest, public ::testing::WithParamInterface<int> {};
+class RuleNumberTest : public ParserRadioTest, public ::testing::WithParamInterface<int> {};
 
 TEST_P(RuleNumberTest, FortyRulesAtMost) {
   Document document = WithoutRules();
@@ -114,15 +114,15 @@ TEST_P(RuleNumberTest, FortyRulesAtMost) {
   }
   EXPECT_EQ(Parse(document), 1) << rssXmlData.setMsg;
   const int used = std::min(GetParam(), 40);
-  EXPECT_EQ(Band().wlAcRuleNo, used);
-  EXPECT_EQ(Band().acRule[used - 1].mac, "mac " + std::to_string(used - 1));
+  EXPECT_EQ(Radio().wlAcRuleNo, used);
+  EXPECT_EQ(Radio().acRule[used - 1].mac, "mac " + std::to_string(used - 1));
   EXPECT_EQ(Host().Text(Node("accesscontrol/acrule#")), std::to_string(used));
-  EXPECT_STREQ(Band().accessControlPath, "Device/Wireless2.4/AccessControl");
+  EXPECT_STREQ(Radio().accessControlPath, "Device/Wireless2.4/AccessControl");
 }
 
 INSTANTIATE_TEST_SUITE_P(Numbers, RuleNumberTest, ::testing::Values(1, 39, 40, 41, 45, 1000));
 
-TEST_F(ParserBandTest, RulesBeyondTheFortiethAreNotEvenRead) {
+TEST_F(ParserRadioTest, RulesBeyondTheFortiethAreNotEvenRead) {
   Document document = WithoutRules();
   for (int i = 0; i < 40; ++i) {
     document.AddRule("Wireless2.4", "1", "mac " + std::to_string(i));
@@ -130,18 +130,18 @@ TEST_F(ParserBandTest, RulesBeyondTheFortiethAreNotEvenRead) {
   std::string text = document.Text();
   text.insert(text.find("</AccessControl>"), "<AcRule><Active>1</Active></AcRule><AcRule>");
   EXPECT_EQ(Parse(text), 1) << rssXmlData.setMsg;
-  EXPECT_EQ(Band().wlAcRuleNo, 40);
+  EXPECT_EQ(Radio().wlAcRuleNo, 40);
 }
 
-TEST_F(ParserBandTest, RulesMayBeWrapped) {
+TEST_F(ParserRadioTest, RulesMayBeWrapped) {
   std::string text = SampleDocument().Text();
   text.insert(text.find("<AcRule>"), "<AcRules>");
   text.insert(text.find("</AccessControl>"), "</AcRules>");
   EXPECT_EQ(Parse(text), 1);
-  EXPECT_EQ(Band().wlAcRuleNo, 2);
+  EXPECT_EQ(Radio().wlAcRuleNo, 2);
 }
 
-TEST_F(ParserBandTest, UnclosedRuleIsMissing) {
+TEST_F(ParserRadioTest, UnclosedRuleIsMissing) {
   std::string text = SampleDocument().Text();
   text.insert(text.find("</AccessControl>"), "<AcRule><Active>1</Active><MAC>x</MAC>");
   EXPECT_EQ(Parse(text), 0);
@@ -149,37 +149,37 @@ TEST_F(ParserBandTest, UnclosedRuleIsMissing) {
 }
 
 // A rule ends at the first closing tag; an unclosed one before it shares its end.
-TEST_F(ParserBandTest, UnclosedRuleBeforeAnotherSharesItsEnd) {
+TEST_F(ParserRadioTest, UnclosedRuleBeforeAnotherSharesItsEnd) {
   std::string text = SampleDocument().Text();
   text.insert(text.find("<AcRule>"), "<AcRule>");
   EXPECT_EQ(Parse(text), 1) << rssXmlData.setMsg;
-  EXPECT_EQ(Band().wlAcRuleNo, 3);
-  EXPECT_STREQ(Band().acRule[0].mac, Band().acRule[1].mac);
+  EXPECT_EQ(Radio().wlAcRuleNo, 3);
+  EXPECT_STREQ(Radio().acRule[0].mac, Radio().acRule[1].mac);
 }
 
 // An empty block has length 0, and a search in it covers the rest of the document.
-TEST_F(ParserBandTest, EmptyAccessControlReadsTheNextRadios) {
+TEST_F(ParserRadioTest, EmptyAccessControlReadsTheNextRadios) {
   Document document = SampleDocument();
   document.SetMarkup(At("AccessControl"), "<AccessControl/>");
   document.Set("Device/Wireless5/AccessControl/WlAcMode", "1");
   EXPECT_EQ(Parse(document), 1) << rssXmlData.setMsg;
-  EXPECT_EQ(Band().wlAcEnbl, 1);
-  EXPECT_EQ(Band().wlAcMode, 1);
-  EXPECT_EQ(Band().wlAcRuleNo, 1);
-  EXPECT_STREQ(Band().acRule[0].mac, "02:00:00:00:00:05");
+  EXPECT_EQ(Radio().wlAcEnbl, 1);
+  EXPECT_EQ(Radio().wlAcMode, 1);
+  EXPECT_EQ(Radio().wlAcRuleNo, 1);
+  EXPECT_STREQ(Radio().acRule[0].mac, "02:00:00:00:00:05");
 }
 
-TEST_F(ParserBandTest, EmptyRuleReadsTheNextRule) {
+TEST_F(ParserRadioTest, EmptyRuleReadsTheNextRule) {
   for (const char* markup : {"<AcRule></AcRule>", "<AcRule/><AcRule></AcRule>"}) {
     Document document = SampleDocument();
     EXPECT_EQ(Parse(document.SetMarkup(At("AccessControl/AcRule"), markup)), 1);
-    EXPECT_EQ(Band().wlAcRuleNo, 2);
-    EXPECT_STREQ(Band().acRule[0].mac, "02:00:00:00:00:02");
-    EXPECT_STREQ(Band().acRule[1].mac, "02:00:00:00:00:02");
+    EXPECT_EQ(Radio().wlAcRuleNo, 2);
+    EXPECT_STREQ(Radio().acRule[0].mac, "02:00:00:00:00:02");
+    EXPECT_STREQ(Radio().acRule[1].mac, "02:00:00:00:00:02");
   }
 }
 
-TEST_F(ParserBandTest, RadioConfigurableZeroLeavesTheRadioAlone) {
+TEST_F(ParserRadioTest, RadioConfigurableZeroLeavesTheRadioAlone) {
   Document document = SampleDocument();
   document.SetFirst("Device/Configurable", "1");
   document.Remove("Device/Wireless2.4").Set(At("Configurable"), "0");
@@ -191,18 +191,18 @@ TEST_F(ParserBandTest, RadioConfigurableZeroLeavesTheRadioAlone) {
   EXPECT_EQ(Host().Text("/lan/wireless5:1/channel"), "44");
 }
 
-TEST_F(ParserBandTest, RadioThatTheDeviceFixesNeedsNoBlock) {
+TEST_F(ParserRadioTest, RadioThatTheDeviceFixesNeedsNoBlock) {
   Host().Set(Node("configurable"), 0);
   Document document = SampleDocument();
   document.Set(At("Channel"), "99");
   EXPECT_EQ(Parse(document), 1) << rssXmlData.setMsg;
   ClearRecord();
   EXPECT_EQ(Parse(document.Remove("Device/Wireless2.4")), 1) << rssXmlData.setMsg;
-  EXPECT_STREQ(Band().accessControlPath, "Device/Wireless2.4/AccessControl");
+  EXPECT_STREQ(Radio().accessControlPath, "Device/Wireless2.4/AccessControl");
   EXPECT_EQ(Host().Text(Node("channel")), "6");
 }
 
-TEST_F(ParserBandTest, AbsentRadiosNeedNoBlock) {
+TEST_F(ParserRadioTest, AbsentRadiosNeedNoBlock) {
   Host().Set(Node("wlenbl"), 2);
   Host().Set("/lan/wireless5:1/wlenbl", 4);
   Document document = SampleDocument();
@@ -210,7 +210,7 @@ TEST_F(ParserBandTest, AbsentRadiosNeedNoBlock) {
   EXPECT_TRUE(Changes().empty());
 }
 
-TEST_F(ParserBandTest, FaultsAreToldWithTheirSection) {
+TEST_F(ParserRadioTest, FaultsAreToldWithTheirSection) {
   Document document = SampleDocument();
   EXPECT_EQ(Parse(document.Set("Device/Wireless5/AccessControl/AcRule/Active", "2")), 0);
   EXPECT_EQ(Host().commands(),
