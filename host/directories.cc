@@ -10,6 +10,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "result_document.h"
+
 namespace kiohost {
 namespace {
 
@@ -27,7 +29,6 @@ constexpr std::string_view kCommands[] = {
     "echo '</root>' >> ",
 };
 constexpr size_t kMessageCommand = 3;
-constexpr std::string_view kResultFile = "/rssset_result.xml";
 constexpr std::string_view kLongestMessage =
     "Device/UpLinkConnection/ExtenderSite/ConnRefSiteBSSID";
 
@@ -36,7 +37,7 @@ constexpr std::string_view kLongestMessage =
 constexpr size_t kMaxShortPath = 63;
 
 size_t RoomForDirectory(std::string_view command) {
-  return kCommandLength - command.size() - kResultFile.size();
+  return kCommandLength - command.size() - std::string_view(kResultFile).size();
 }
 
 bool IsPlain(char c) {

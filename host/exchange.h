@@ -41,7 +41,7 @@ class Exchange {
   // The store must be bound to the library. `temp_dir` is the directory that the store names for
   // the result document.
   Exchange(Store* store, const std::string& temp_dir)
-      : store_(store), result_file_(temp_dir + "/rssset_result.xml") {}
+      : store_(store), result_file_(temp_dir + kResultFile) {}
 
   // Runs an exchange in one transaction, which is undone unless the document was accepted.
   Outcome Run(std::string document, CommitKind kind);

@@ -8,6 +8,9 @@
 
 namespace kiohost {
 
+// Its path in the temporary directory.
+inline constexpr char kResultFile[] = "/rssset_result.xml";
+
 struct ExchangeResult {
   int code = 0;
   std::string message;

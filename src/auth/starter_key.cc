@@ -6,6 +6,7 @@
 #include "kioapp/auth.h"
 #include "kioapp/platform.h"
 #include "platform/log.h"
+#include "platform/nodes.h"
 #include "platform/store.h"
 #include "platform/text.h"
 #include "platform/wipe.h"
@@ -27,7 +28,7 @@ constexpr int kShortKeyBytes = 4;
 // The administrator password, gone from memory with the object.
 class Password {
  public:
-  Password() { platform::ReadStoreSecret("/sys/user:1/password", text_); }
+  Password() { platform::ReadStoreSecret(platform::kPasswordNode, text_); }
   ~Password() { platform::Wipe(text_); }
   Password(const Password&) = delete;
   Password& operator=(const Password&) = delete;

@@ -14,6 +14,7 @@
 #include "platform/command.h"
 #include "platform/file.h"
 #include "platform/log.h"
+#include "platform/nodes.h"
 #include "platform/shell_text.h"
 #include "platform/store.h"
 #include "platform/text.h"
@@ -31,8 +32,6 @@ constexpr const char* kName = "do_FwUpgradeAction";
 constexpr const char* kStatusFile = "rsscheckfw.xml";
 constexpr const char* kNotesFile = "rssfwnotes.xml";
 constexpr const char* kProcessFile = "rssfwtmp.txt";
-// The node is spelled so (docs/quirks.md).
-constexpr const char* kDirectoryNode = "/zentrolinks/tempdirecory";
 
 constexpr std::size_t kPathSize = 128;
 constexpr std::size_t kNodeSize = 256;  // what getXNode fills
@@ -141,7 +140,7 @@ void FetchList(char (&path)[kPathSize]) {
   char model[sizeof(fwXmlData.currFileName)];
   platform::ReadStoreText(kCurrentFileNode, model);
   model[std::strcspn(model, "_")] = '\0';
-  platform::ReadStoreText(kDirectoryNode, rssXmlData.tmpPath);
+  platform::ReadStoreText(kio::platform::kTempDirectoryNode, rssXmlData.tmpPath);
   TextBuffer(path).Append(rssXmlData.tmpPath).Append('/').Append(model).Append(".xml");
   char address[kPathSize];
   TextBuffer(address)
@@ -324,7 +323,7 @@ void do_FwUpgradeAction(int action) {
   using namespace kio::firmware;  // NOLINT(google-build-using-namespace)
   kio::platform::LogEntry(kName);
   if (rssXmlData.tmpPath[0] == '\0') {
-    kio::platform::ReadStoreText(kDirectoryNode, rssXmlData.tmpPath);
+    kio::platform::ReadStoreText(kio::platform::kTempDirectoryNode, rssXmlData.tmpPath);
   }
   TakeStep(action);
   if (g_status >= KIOAPP_FW_FOUND) {

@@ -2,6 +2,7 @@
 #include "kioapp/platform.h"
 #include "platform/command.h"
 #include "platform/log.h"
+#include "platform/nodes.h"
 #include "platform/stations.h"
 #include "platform/store.h"
 #include "platform/text.h"
@@ -68,8 +69,7 @@ int get_ExternalCall_UseSec(int syncId) {
 
 unsigned int exe_ExternalCall(unsigned int mask) {
   char script_directory[64];
-  // Quirk "scriptdirecory": the node is spelled so.
-  kio::platform::ReadStoreText("/zentrolinks/scriptdirecory", script_directory);
+  kio::platform::ReadStoreText(kio::platform::kScriptDirectoryNode, script_directory);
   for (const kio::platform::Action& action : kio::platform::kActions) {
     if ((mask & action.bit) != 0 && !kio::platform::RunAction(action, script_directory)) {
       break;

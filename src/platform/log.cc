@@ -13,6 +13,7 @@
 #include "platform/command.h"
 #include "platform/file.h"
 #include "platform/log.h"
+#include "platform/nodes.h"
 #include "platform/store.h"
 #include "platform/text.h"
 
@@ -36,8 +37,7 @@ bool g_at_line_start = true;
 // Apart from its caller, so that the store's scratch text takes stack at the first message only.
 [[gnu::noinline]] void ChooseLogFile() {
   if (daemon_log_path[0] == '\0') {
-    // Quirk "tempdirecory": the node is spelled so.
-    ReadStoreText("/zentrolinks/tempdirecory", daemon_log_path);
+    ReadStoreText(kTempDirectoryNode, daemon_log_path);
   }
   if (daemon_log_path[0] == '\0') {
     CopyText(daemon_log_path, "/tmp");

@@ -105,7 +105,7 @@ void ApplyNetwork(const Radio& radio) {
 
 void ApplyRules(const Radio& radio, StorePath& access) {
   RssWlan& wlan = radio.wlan;
-  const int stored = ReadStoreInt(access.Node("/acrule#"));
+  const int stored = ReadStoreInt(access.Node(kRuleCountNode));
   SectionPath rules(SectionId::kRule, radio.number);
   for (int i = 0; i < HeldRules(wlan); ++i) {
     rules.SelectInstance(i + RowOf(SectionId::kRule).first_instance);
@@ -175,7 +175,7 @@ void ApplyClonedSite(const Radio& radio) {
       StrCmpWithXStr(wlan.encryptionKey, site.Node(RowOf(kSiteFields, "EncryptionKey").node), 0);
   StorePath cloned(kClonedSiteNode);
   // Quirk "cloning-information-always-written": whether or not it differs.
-  platform::WriteStoreText(cloned.Node("/wirelesstype"), word);
+  platform::WriteStoreText(cloned.Node(RowOf(kSiteFields, "WirelessType").node), word);
   for (const Field& field : kWlanFields) {
     if (field.group != Group::kDeviceOnly && field.member.type == Member::Type::kText) {
       platform::WriteStoreText(cloned.Node(field.node), TextOf(&wlan, field.member));

@@ -15,7 +15,7 @@ int g_last_channels[kRadioCount] = {kNoneSeen, kNoneSeen};
 // Whether the channel of a radio differs from the last one seen, which is then remembered.
 bool HasMoved(int radio) {
   SectionPath nodes(SectionId::kRadio, radio);
-  const int configured = platform::ReadStoreInt(nodes.Node("/channel"));
+  const int configured = platform::ReadStoreInt(nodes.Node(RowOf(kWlanFields, "Channel").node));
   const int in_use = platform::ReadStoreInt(nodes.Node("/channelusing"));
   if (configured < 0 || in_use < 1) {
     return false;

@@ -3,6 +3,7 @@
 #define KIO_SETTINGS_FIELDS_DEVICE_H
 
 #include "kioapp/record.h"
+#include "platform/nodes.h"
 #include "settings/field.h"
 
 namespace kio::settings {
@@ -31,12 +32,12 @@ inline constexpr Field kFeatureFields[] = {
 };
 
 inline constexpr Field kDeviceFields[] = {
-    Known("", "/zentrolinks/tempdirecory", KIO_MEMBER(RssXmlData, tmpPath), Load::kText),
-    Known("", "/zentrolinks/scriptdirecory", KIO_MEMBER(RssXmlData, scriptPath), Load::kText),
+    Known("", platform::kTempDirectoryNode, KIO_MEMBER(RssXmlData, tmpPath), Load::kText),
+    Known("", platform::kScriptDirectoryNode, KIO_MEMBER(RssXmlData, scriptPath), Load::kText),
     Known("", "/zentrolinks/configurable", KIO_MEMBER(RssXmlData, configurable), Load::kIsNotZero),
     Text("DeviceName", "/sys/friendlyname", KIO_MEMBER(RssXmlData, deviceName))
         .Obeying(KIO_MEMBER(RssXmlData, friendlyNameValidate)),
-    Text("DevicePwd", "/sys/user:1/password", KIO_MEMBER(RssXmlData, devicePwd))
+    Text("DevicePwd", platform::kPasswordNode, KIO_MEMBER(RssXmlData, devicePwd))
         .Obeying(KIO_MEMBER(RssXmlData, passwordValidate)),
     Known("DeviceType", "/sys/devicetype", KIO_MEMBER(RssXmlData, deviceType), Load::kText)
         .Dumped(Dump::kQuoted),

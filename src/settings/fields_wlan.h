@@ -52,6 +52,8 @@ inline constexpr Field kWlanFields[] = {
 
 // Below the radio's "/accesscontrol".
 
+inline constexpr const char* kRuleCountNode = "/acrule#";
+
 inline constexpr Field kAccessFields[] = {
     // Quirk "access-switch-fault-borrows-a-name": verification calls it by the radio's switch.
     Switch("WlAcEnbl", "/wlacenbl", KIO_MEMBER(RssWlan, wlAcEnbl))
@@ -65,7 +67,7 @@ inline constexpr Field kAccessFields[] = {
     // Quirk "any-number-of-rules": a variable takes more than there can be.
     Unloaded("AcRuleNo", KIO_MEMBER(RssWlan, wlAcRuleNo), Group::kDeviceOnly)
         .AsVariable(VariableKind::kAnything)
-        .WithVariablePath("/acrule#")
+        .WithVariablePath(kRuleCountNode)
         .Dumped(Dump::kNever),
 };
 

@@ -13,7 +13,7 @@ bool RequestSiteSurvey() {
   }
   platform::WriteStoreInt(survey, 1);
   platform::StorePath cloned(kClonedSiteNode);
-  if (!platform::StoreText(cloned.Node("/wirelesstype")).empty()) {
+  if (!platform::StoreText(cloned.Node(RowOf(kSiteFields, "WirelessType").node)).empty()) {
     platform::DeleteStoreNode(kClonedSiteNode);
   }
   return true;

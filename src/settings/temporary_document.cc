@@ -2,6 +2,7 @@
 #include "kioapp/settings.h"
 #include "platform/command.h"
 #include "platform/log.h"
+#include "platform/nodes.h"
 #include "platform/store.h"
 #include "platform/text.h"
 #include "settings/echo.h"
@@ -26,8 +27,7 @@ int write_TmpXmlFile(const char* fileName, const char* tag, const char* value, i
   using kio::settings::TextBuffer;
   using kio::settings::TextView;
   if (rssXmlData.tmpPath[0] == '\0') {
-    // The node is spelled so (docs/quirks.md).
-    kio::platform::ReadStoreText("/zentrolinks/tempdirecory", rssXmlData.tmpPath);
+    kio::platform::ReadStoreText(kio::platform::kTempDirectoryNode, rssXmlData.tmpPath);
   }
   kio::settings::EchoCommand<kio::settings::kCommandSize> echo;
   TextBuffer& text = echo.text();

@@ -53,11 +53,17 @@ struct IndexedPart {
   }
 };
 
+// Apart from its caller, so that the path takes stack here alone.
+[[gnu::noinline]] int FoundSites() {
+  return platform::ReadStoreInt(
+      settings::SectionPath(SectionId::kSurvey, 0, kSiteCountNode).c_str());
+}
+
 // How many rules or sites there are.
 int HeldInstances(const SectionInstance& instance) {
   // The count is whatever was set; the record holds no more than its own number of rules.
   return instance.section == SectionId::kRule ? settings::HeldRules(rssXmlData.wlan[instance.radio])
-                                              : platform::ReadStoreInt("/wirelesssitesurvey/site#");
+                                              : FoundSites();
 }
 
 bool MayBeChanged(const SectionInstance& instance) {

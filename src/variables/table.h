@@ -47,11 +47,14 @@ struct Variable {
   const LiveNode* live = nullptr;  // or else live
 };
 
+inline constexpr TextView kModelNode = "/sys/modelnumber";
+inline constexpr const char* kSiteCountNode = "/site#";
+
 inline constexpr LiveNode kLiveDevice[] = {
     {.name = "FactoryDefault",
      .kind = LiveNode::Kind::kNumberOrOne,
      .variable_path = "/sys/FactoryDefault"},
-    {.name = "DeviceModel", .variable_path = "/sys/modelnumber"},
+    {.name = "DeviceModel", .variable_path = kModelNode},
     {.name = "DeviceType", .variable_path = "/sys/DeviceType"},
     {.name = "WirelessConcurrent", .variable_path = "/lan/WirelessConcurrent"},
 };
@@ -72,12 +75,12 @@ inline constexpr LiveNode kLiveFirmware[] = {
     {.name = "CurrFwFileName"},
     {.name = "AccessKey"},
     // Quirk "model-name-lives-elsewhere": its path names a node of the firmware.
-    {.name = "ModelName", .node = "/sys/modelnumber"},
+    {.name = "ModelName", .node = kModelNode},
     {.name = "FwUpgradeURL", .kind = LiveNode::Kind::kAddress},
 };
 
 inline constexpr LiveNode kLiveSurvey[] = {
-    {.name = "SiteNo", .kind = LiveNode::Kind::kNumber, .variable_path = "/site#"},
+    {.name = "SiteNo", .kind = LiveNode::Kind::kNumber, .variable_path = kSiteCountNode},
 };
 
 inline constexpr LiveNode kLiveSurveySite[] = {
