@@ -39,8 +39,8 @@ TEST(Crc32, EverySizeAndPlace) {
   }
 }
 
-// Long texts are folded in strides of 2048 bytes that reach 1200 bytes on.
-TEST(Crc32, SizesAroundTheStrides) {
+// Long texts are folded in pieces of 2048 bytes, each of which changes the 1200 bytes behind it.
+TEST(Crc32, SizesAroundThePieces) {
   const std::string bytes = SomeBytes(20000, 2);
   for (const std::size_t middle : {1200U, 2048U, 3248U, 4096U, 5296U, 7344U, 9392U, 16384U}) {
     for (std::size_t size = middle - 20; size <= middle + 20; ++size) {
