@@ -47,6 +47,50 @@ consteval bool SectionsAreTold() {
 }
 static_assert(SectionsAreTold());
 
+// Whether two tables are the same one. Their rows tell: pointers cannot be compared at compile time
+// under every sanitizer.
+constexpr bool IsSameTable(FieldTable a, FieldTable b) {
+  if (a.size() != b.size()) {
+    return false;
+  }
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    if (a[i].element != b[i].element || a[i].node != b[i].node ||
+        a[i].member.offset != b[i].member.offset) {
+      return false;
+    }
+  }
+  return true;
+}
+
+// How many sections have a table, as their fields or as their rules.
+consteval int SectionsWith(FieldTable table) {
+  int count = 0;
+  for (const Section& row : kSections) {
+    count += static_cast<int>(IsSameTable(row.fields, table)) +
+             static_cast<int>(IsSameTable(row.rules, table));
+  }
+  return count;
+}
+
+// Each table belongs to one section. The features are the device's, and loaded on their own.
+consteval bool EachTableHasOneSection() {
+  constexpr FieldTable kTables[] = {kVersionFields, kDeviceFields, kDeviceRules, kUplinkFields,
+                                    kUplinkRules,   kDslFields,    kApnFields,   kSiteFields,
+                                    kWlanFields,    kAccessFields, kRuleFields,  kSafetyFields};
+  std::size_t used = 0;
+  for (const Section& row : kSections) {
+    used += static_cast<std::size_t>(!row.fields.empty()) +
+            static_cast<std::size_t>(!row.rules.empty());
+  }
+  for (const FieldTable& table : kTables) {
+    if (SectionsWith(table) != 1) {
+      return false;
+    }
+  }
+  return used == std::size(kTables) && SectionsWith(kFeatureFields) == 0;
+}
+static_assert(EachTableHasOneSection());
+
 // A member of a section's structure that is no field: a path text or the bookkeeping of an
 // exchange.
 struct Bookkeeping {
