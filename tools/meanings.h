@@ -1,5 +1,5 @@
-// What each row of the library's tables means to a host or an app, in words. A row without a
-// meaning, and a meaning without a row, does not compile.
+// What each row of the library's tables means to a host or an app, in words. A test looks whether
+// each row has a meaning, and each meaning a row (tests/tools/meanings_test.cc).
 #ifndef TOOLS_MEANINGS_H
 #define TOOLS_MEANINGS_H
 
@@ -167,50 +167,21 @@ constexpr platform::TextView NameOf(const Field& field) {
 }
 constexpr platform::TextView NameOf(const LiveNode& live) { return live.name; }
 
-// The place of the meaning in the list; behind its end when there is none. (A pointer cannot be
-// compared at compile time under every sanitizer.)
-constexpr std::size_t FindMeaning(SectionId section, platform::TextView name) {
-  std::size_t place = 0;
-  while (place < std::size(kMeanings) &&
-         (kMeanings[place].section != ExplainedSection(section) || kMeanings[place].name != name)) {
-    ++place;
+// The meaning of a row; null without one.
+inline const Meaning* FindMeaning(SectionId section, platform::TextView name) {
+  for (const Meaning& meaning : kMeanings) {
+    if (meaning.section == ExplainedSection(section) && meaning.name == name) {
+      return &meaning;
+    }
   }
-  return place;
+  return nullptr;
 }
 
 template <typename Row>
 std::string MeaningOf(SectionId section, const Row& row) {
-  return kMeanings[FindMeaning(section, NameOf(row))].text;
+  const Meaning* const meaning = FindMeaning(section, NameOf(row));
+  return meaning == nullptr ? "" : meaning->text;
 }
-
-// Whether each row of the tables is explained by the meaning that it finds.
-template <typename Tables>
-consteval bool AreExplained(const Tables& tables, bool (&used)[std::size(kMeanings)]) {
-  for (const auto& table : tables) {
-    for (const auto& row : table) {
-      const std::size_t place = FindMeaning(table.section, NameOf(row));
-      if (place == std::size(kMeanings) || kMeanings[place].text[0] == '\0') {
-        return false;
-      }
-      used[place] = true;
-    }
-  }
-  return true;
-}
-
-consteval bool MeaningsFitRows() {
-  bool used[std::size(kMeanings)] = {};
-  if (!AreExplained(kFieldTables, used) || !AreExplained(kLiveTables, used)) {
-    return false;
-  }
-  for (const bool is_used : used) {
-    if (!is_used) {
-      return false;
-    }
-  }
-  return true;
-}
-static_assert(MeaningsFitRows(), "each row has one meaning, and each meaning a row");
 
 }  // namespace kio::tools
 

@@ -27,10 +27,6 @@ class DumpTest : public SettingsTest {
     return log_file::Lines();
   }
 
-  static void Append(Lines& lines, const Lines& more) {
-    lines.insert(lines.end(), more.begin(), more.end());
-  }
-
   // The lines of the uplink after its "restart" line, up to the first radio.
   static Lines HardwareLines() {
     const Lines lines = Dump();
@@ -39,98 +35,6 @@ class DumpTest : public SettingsTest {
     return begin < end ? Lines(begin + 1, end) : Lines{"no uplink"};
   }
 };
-
-const Lines kHeadLines = {"----RSSXML_BGN----", "specVersion", " +- Ver=1.1", "Device",
-                          " +- Configurable=1"};
-const Lines kDeviceLines = {" +- DeviceName='Kitchen'", " +- DevicePwd='secret12'",
-                            " +- DeviceType='Router'",  " +- RouterEnbl=1",
-                            " +- EasyRoaming=roam-1",   " +- wlanSurveyRestart=0"};
-const Lines kUplinkLines = {" +- Device/Uplink",
-                            "     +- Configurable=1",
-                            "     +- HardwareType='Ethernet',0",
-                            "     +- LoginUserName='line-user'",
-                            "     +- LoginPassword='line-pass'",
-                            "     +- IP,NetMask='10.0.0.2,255.255.255.0'",
-                            "     +- Gateway='10.0.0.1'",
-                            "     +- DNS='10.0.0.3'",
-                            "     +- restart='0'"};
-const Lines kRadio24Lines = {" +- Device/Wireless2.4",
-                             "     +- Configurable=1",
-                             "     +- WlEnbl,WlSchedule=1,0",
-                             "     +- WirelessBSSID='02:00:00:00:24:01'",
-                             "     +- WirelessName='Home'",
-                             "     +- EncryptionMode,Type='WPA2,AES'",
-                             "     +- EncryptionKey='home-key-24'"};
-const Lines kRadio24MoreLines = {"     +- Channel='6'",
-                                 "     +- restart=0",
-                                 "     +- Device/Wireless2.4/AccessControl",
-                                 "         +- WlAcEnbl=1",
-                                 "         +- WlAcMode=1",
-                                 "         +- Device/Wireless2.4/AccessControl/AcRule:1",
-                                 "             +- Active,MAC=1,02:00:00:00:00:01",
-                                 "         +- Device/Wireless2.4/AccessControl/AcRule:2",
-                                 "             +- Active,MAC=0,02:00:00:00:00:02"};
-const Lines kRadio5Lines = {" +- Device/Wireless5",
-                            "     +- Configurable=1",
-                            "     +- WlEnbl,WlSchedule=1,1",
-                            "     +- WirelessBSSID='02:00:00:00:50:01'",
-                            "     +- WirelessName='Home-5'",
-                            "     +- EncryptionMode,Type='WPAWPA2,AUTO'",
-                            "     +- EncryptionKey='home-key-50'"};
-const Lines kRadio5MoreLines = {"     +- Channel='36'",
-                                "     +- restart=0",
-                                "     +- Device/Wireless5/AccessControl",
-                                "         +- WlAcEnbl=1",
-                                "         +- WlAcMode=0",
-                                "         +- Device/Wireless5/AccessControl/AcRule:1",
-                                "             +- Active,MAC=1,02:00:00:00:00:05"};
-const Lines kSafetyLines = {" +- Device/SafetyVyr",        "     +- SafetyVyrEnbl=1",
-                            "     +- UrlDetectEnbl=0",     "     +- SafetyNotifyEnbl=1",
-                            "     +- ToolRecommendEnbl=0", "     +- restart=0"};
-const Lines kFlagsLines = {
-    "+- apCloningOnly=0",      "+- apCloningFeature=1", "+- fwUpgradeFeature=1",
-    "+- easyRoamingFeature=1", "+- safetyVyrFeature=1", "+- wlan24Feature=1",
-    "+- wlan5Feature=1",       "+- tmpPath=/var/tmp",   "+- scriptPath=/etc/scripts",
-    "+- saveflag=0",           "----RSSXML_END----"};
-
-TEST_F(DumpTest, WholeRecord) {
-  Lines expected = kHeadLines;
-  for (const Lines& part : {kDeviceLines, kUplinkLines, kRadio24Lines, kRadio24MoreLines,
-                            kRadio5Lines, kRadio5MoreLines, kSafetyLines, kFlagsLines}) {
-    Append(expected, part);
-  }
-  EXPECT_EQ(Dump(), expected);
-}
-
-TEST_F(DumpTest, Version10) {
-  rssXmlData.specMinor = 0;
-  rssXmlData.specVer = 100;
-  rssXmlData.extenderEnbl = 2;
-  rssXmlData.wlan[0].configurable = 0;
-  Lines expected = kHeadLines;
-  expected[2] = " +- Ver=1.0";
-  Append(expected, kDeviceLines);
-  *std::find(expected.begin(), expected.end(), " +- EasyRoaming=roam-1") = " +- ExtenderEnbl=2";
-  Append(expected, kUplinkLines);
-  Lines radio = kRadio24Lines;
-  radio[1] = "     +- Configurable=0";
-  for (const Lines& part : {radio, kRadio5Lines, kSafetyLines, kFlagsLines}) {
-    Append(expected, part);
-  }
-  EXPECT_EQ(Dump(), expected);
-}
-
-TEST_F(DumpTest, CloningShowsNoDeviceAndNoUplink) {
-  rssXmlData.apCloningOnly = 1;
-  Lines expected = kHeadLines;
-  expected.emplace_back(" +- EasyRoaming=roam-1");
-  for (const Lines& part : {kRadio24Lines, kRadio24MoreLines, kRadio5Lines, kRadio5MoreLines,
-                            kSafetyLines, kFlagsLines}) {
-    Append(expected, part);
-  }
-  *std::find(expected.begin(), expected.end(), "+- apCloningOnly=0") = "+- apCloningOnly=1";
-  EXPECT_EQ(Dump(), expected);
-}
 
 TEST_F(DumpTest, RoamingLineNeedsTheFeature) {
   const std::string line = " +- EasyRoaming=roam-1";

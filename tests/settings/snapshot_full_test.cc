@@ -1,7 +1,5 @@
 // The full snapshot, which mirrors every current setting of the device.
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "kioapp/kioapp.h"
 #include "support/exchange.h"
@@ -9,8 +7,6 @@
 
 namespace kio::test {
 namespace {
-
-using Kind = StoreCall::Kind;
 
 constexpr const char* kCount24 = "/lan/wireless2.4:1/configurable/acrule#";
 constexpr const char* kRules24 = "/lan/wireless2.4:1/accesscontrol/acrule:";
@@ -63,97 +59,6 @@ TEST_F(FullSnapshotTest, ReadsDeviceAndUplink) {
   EXPECT_STREQ(up.apn.path, "Device/Uplink/APN");
   EXPECT_STREQ(up.apn.countryName, "Sweden");
   EXPECT_STREQ(up.apn.ispName, "Berg Mobile");
-}
-
-TEST_F(FullSnapshotTest, ReadsInOrder) {
-  Host().Set(kCount24, 2);
-  const std::vector<std::pair<Kind, std::string>> expected = {
-      {Kind::kGetInt, "/zentrolinks/specversion/major"},
-      {Kind::kGetInt, "/zentrolinks/specversion/minor"},
-      {Kind::kGetInt, "/zentrolinks/apcloning"},
-      {Kind::kGetText, "/zentrolinks/easyroaming"},
-      {Kind::kGetText, "/zentrolinks/fwupgrade"},
-      {Kind::kGetText, "/zentrolinks/safetyvyr"},
-      {Kind::kGetInt, "/lan/wireless2.4:1/wlenbl"},
-      {Kind::kGetText, "/lan/wireless2.4:1/configurable"},
-      {Kind::kGetText, "/lan/wireless2.4:1/channellist"},
-      {Kind::kGetText, "/lan/wireless2.4:1/wirelessname_validate"},
-      {Kind::kGetText, "/lan/wireless2.4:1/encryptionkey_validate"},
-      {Kind::kGetInt, "/lan/wireless2.4:1/wlenbl"},
-      {Kind::kGetInt, "/lan/wireless2.4:1/wlschedule"},
-      {Kind::kGetText, "/lan/wireless2.4:1/wirelessbssid"},
-      {Kind::kGetText, "/lan/wireless2.4:1/wirelessname"},
-      {Kind::kGetText, "/lan/wireless2.4:1/encryptionmode"},
-      {Kind::kGetText, "/lan/wireless2.4:1/encryptiontype"},
-      {Kind::kGetText, "/lan/wireless2.4:1/encryptionkey"},
-      {Kind::kGetText, "/lan/wireless2.4:1/channel"},
-      {Kind::kGetText, "/lan/wireless2.4:1/country"},
-      {Kind::kGetInt, "/lan/wireless2.4:1/accesscontrol/wlacenbl"},
-      {Kind::kGetInt, "/lan/wireless2.4:1/accesscontrol/wlacmode"},
-      {Kind::kGetInt, "/lan/wireless2.4:1/configurable/acrule#"},
-      {Kind::kGetInt, "/lan/wireless2.4:1/accesscontrol/acrule:1/active"},
-      {Kind::kGetText, "/lan/wireless2.4:1/accesscontrol/acrule:1/mac"},
-      {Kind::kGetInt, "/lan/wireless2.4:1/accesscontrol/acrule:2/active"},
-      {Kind::kGetText, "/lan/wireless2.4:1/accesscontrol/acrule:2/mac"},
-      {Kind::kGetInt, "/lan/wireless5:1/wlenbl"},
-      {Kind::kGetText, "/lan/wireless5:1/configurable"},
-      {Kind::kGetText, "/lan/wireless5:1/channellist"},
-      {Kind::kGetText, "/lan/wireless5:1/wirelessname_validate"},
-      {Kind::kGetText, "/lan/wireless5:1/encryptionkey_validate"},
-      {Kind::kGetInt, "/lan/wireless5:1/wlenbl"},
-      {Kind::kGetInt, "/lan/wireless5:1/wlschedule"},
-      {Kind::kGetText, "/lan/wireless5:1/wirelessbssid"},
-      {Kind::kGetText, "/lan/wireless5:1/wirelessname"},
-      {Kind::kGetText, "/lan/wireless5:1/encryptionmode"},
-      {Kind::kGetText, "/lan/wireless5:1/encryptiontype"},
-      {Kind::kGetText, "/lan/wireless5:1/encryptionkey"},
-      {Kind::kGetText, "/lan/wireless5:1/channel"},
-      {Kind::kGetText, "/lan/wireless5:1/country"},
-      {Kind::kGetInt, "/lan/wireless5:1/accesscontrol/wlacenbl"},
-      {Kind::kGetInt, "/lan/wireless5:1/accesscontrol/wlacmode"},
-      {Kind::kGetInt, "/lan/wireless5:1/configurable/acrule#"},
-      {Kind::kGetText, "/zentrolinks/tempdirecory"},
-      {Kind::kGetText, "/zentrolinks/scriptdirecory"},
-      {Kind::kGetText, "/zentrolinks/configurable"},
-      {Kind::kGetText, "/sys/devicetype"},
-      {Kind::kGetText, "/sys/friendlyname"},
-      {Kind::kGetText, "/sys/user:1/password"},
-      {Kind::kGetInt, "/sys/routerenbl"},
-      {Kind::kGetText, "/zentrolinks/easyroaminginfo"},
-      {Kind::kGetText, "/sys/friendlyname_validate"},
-      {Kind::kGetText, "/sys/user:1/password_validate"},
-      {Kind::kGetText, "/uplink/configurable"},
-      {Kind::kGetText, "/uplink/hardwaretype"},
-      {Kind::kGetText, "/uplink/hardwaresupport"},
-      {Kind::kGetText, "/uplink/loginusername_validate"},
-      {Kind::kGetText, "/uplink/loginpassword_validate"},
-      {Kind::kGetText, "/uplink/conntype"},
-      {Kind::kGetText, "/uplink/loginusername"},
-      {Kind::kGetText, "/uplink/loginpassword"},
-      {Kind::kGetText, "/uplink/ip"},
-      {Kind::kGetText, "/uplink/netmask"},
-      {Kind::kGetText, "/uplink/gateway"},
-      {Kind::kGetText, "/uplink/dns"},
-      {Kind::kGetText, "/uplink/dsl/countryname"},
-      {Kind::kGetText, "/uplink/dsl/ispname"},
-      {Kind::kGetText, "/uplink/apn/countryname"},
-      {Kind::kGetText, "/uplink/apn/ispname"},
-      {Kind::kGetText, "/uplink/extendersite/survey"},
-      {Kind::kGetText, "/uplink/extendersite/connrefsitebssid"},
-      {Kind::kGetText, "/uplink/extendersite/wirelesstype"},
-      {Kind::kGetText, "/uplink/extendersite/wirelessname"},
-      {Kind::kGetText, "/uplink/extendersite/encryptionkey"},
-      {Kind::kGetText, "/safetyvyr/safetyvyrenbl"},
-      {Kind::kGetText, "/safetyvyr/urldetectenbl"},
-      {Kind::kGetText, "/safetyvyr/safetynotifyenbl"},
-      {Kind::kGetText, "/safetyvyr/toolrecommendenbl"},
-  };
-  restore_XmlRssStatus(1);
-  std::vector<std::pair<Kind, std::string>> reads;
-  for (const StoreCall& call : Host().calls()) {
-    reads.emplace_back(call.kind, call.path);
-  }
-  EXPECT_EQ(reads, expected);
 }
 
 TEST_F(FullSnapshotTest, ReadsExtenderSiteAndSafetyVyr) {

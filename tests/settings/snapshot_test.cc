@@ -10,8 +10,6 @@
 namespace kio::test {
 namespace {
 
-using Kind = StoreCall::Kind;
-
 class SnapshotTest : public SettingsTest {
  protected:
   void SetUp() override {
@@ -97,44 +95,6 @@ TEST_F(SnapshotTest, LeavesCurrentSettingsAlone) {
   EXPECT_EQ(rssXmlData.pre_exeflag, 34);
   EXPECT_STREQ(rssXmlData.devicePwd, before.devicePwd);
   EXPECT_STREQ(rssXmlData.wlan[0].acRule[1].mac, before.wlan[0].acRule[1].mac);
-}
-
-TEST_F(SnapshotTest, ReadsInOrder) {
-  Restore();
-  const std::vector<std::pair<Kind, std::string>> expected = {
-      {Kind::kGetInt, "/zentrolinks/specversion/major"},
-      {Kind::kGetInt, "/zentrolinks/specversion/minor"},
-      {Kind::kGetInt, "/zentrolinks/apcloning"},
-      {Kind::kGetText, "/zentrolinks/easyroaming"},
-      {Kind::kGetText, "/zentrolinks/fwupgrade"},
-      {Kind::kGetText, "/zentrolinks/safetyvyr"},
-      {Kind::kGetInt, "/lan/wireless2.4:1/wlenbl"},
-      {Kind::kGetText, "/lan/wireless2.4:1/configurable"},
-      {Kind::kGetText, "/lan/wireless2.4:1/channellist"},
-      {Kind::kGetText, "/lan/wireless2.4:1/wirelessname_validate"},
-      {Kind::kGetText, "/lan/wireless2.4:1/encryptionkey_validate"},
-      {Kind::kGetInt, "/lan/wireless5:1/wlenbl"},
-      {Kind::kGetText, "/lan/wireless5:1/configurable"},
-      {Kind::kGetText, "/lan/wireless5:1/channellist"},
-      {Kind::kGetText, "/lan/wireless5:1/wirelessname_validate"},
-      {Kind::kGetText, "/lan/wireless5:1/encryptionkey_validate"},
-      {Kind::kGetText, "/zentrolinks/tempdirecory"},
-      {Kind::kGetText, "/zentrolinks/scriptdirecory"},
-      {Kind::kGetText, "/zentrolinks/configurable"},
-      {Kind::kGetText, "/sys/devicetype"},
-      {Kind::kGetText, "/sys/friendlyname_validate"},
-      {Kind::kGetText, "/sys/user:1/password_validate"},
-      {Kind::kGetText, "/uplink/configurable"},
-      {Kind::kGetText, "/uplink/hardwaretype"},
-      {Kind::kGetText, "/uplink/hardwaresupport"},
-      {Kind::kGetText, "/uplink/loginusername_validate"},
-      {Kind::kGetText, "/uplink/loginpassword_validate"},
-  };
-  std::vector<std::pair<Kind, std::string>> reads;
-  for (const StoreCall& call : Host().calls()) {
-    reads.emplace_back(call.kind, call.path);
-  }
-  EXPECT_EQ(reads, expected);
 }
 
 TEST_F(SnapshotTest, MissingVersionPartsBecomeOne) {

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "catalogue.h"
+#include "fields/row.h"
 #include "kioapp/kioapp.h"
 #include "platform/sandbox.h"
 #include "store_nodes.h"
@@ -107,6 +108,14 @@ class StorePageTest : public test::SettingsTest {
     for (const char* element :
          {"SafetyVyrEnbl", "UrlDetectEnbl", "SafetyNotifyEnbl", "ToolRecommendEnbl"}) {
       document.Set(std::string("Device/SafetyVyr/") + element, "1");
+    }
+    // What a document need not hold.
+    for (const test::FieldRow& row : test::AllRows()) {
+      for (const test::InDocuments& held : row.documents) {
+        if (held.without == test::Without::kKept) {
+          document.Set(held.element, held.value);
+        }
+      }
     }
     ASSERT_EQ(Parse(document), 1) << rssXmlData.setMsg;
     do_RssXml_Commit();

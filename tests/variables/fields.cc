@@ -1,5 +1,7 @@
 #include "variables/fields.h"
 
+#include <ostream>
+
 namespace kio::test {
 
 void SetConfigurable(Section section, int configurable) {
@@ -11,12 +13,8 @@ void SetConfigurable(Section section, int configurable) {
   record.wlan[1].configurable = section == Section::kWireless5 ? configurable : others;
 }
 
-std::vector<StoredField> Joined(std::initializer_list<std::vector<StoredField>> parts) {
-  std::vector<StoredField> all;
-  for (const std::vector<StoredField>& part : parts) {
-    all.insert(all.end(), part.begin(), part.end());
-  }
-  return all;
-}
+void PrintTo(const StoredField& field, std::ostream* out) { *out << field.name; }
+
+void PrintTo(const ReadOnlyField& field, std::ostream* out) { *out << field.name; }
 
 }  // namespace kio::test

@@ -1,8 +1,9 @@
-// Tables of variables: what each of them answers over the record of the sample device.
+// What the tests expect of variables over the record of the sample device. The variables of the
+// record's fields stand in the rows of tests/fields.
 #ifndef KIO_TESTS_VARIABLES_FIELDS_H
 #define KIO_TESTS_VARIABLES_FIELDS_H
 
-#include <initializer_list>
+#include <iosfwd>
 #include <string>
 #include <vector>
 
@@ -21,54 +22,42 @@ struct Refusal {
   unsigned code;
 };
 
+// In place of a change: there is none.
+inline void Nothing(RssXmlData& /*record*/) {}
+
 // A variable that can be read, checked and written.
 struct StoredField {
-  std::string name;
-  std::string path;   // what a read of the path gives
-  std::string text;   // what a read of the value gives
-  std::string value;  // a value that is accepted
-  Change stored;      // what writing it changes
-  std::string read_back;
-  std::vector<Refusal> refused;
-  unsigned empty_code;  // what the check says to an empty value
-  Change stored_empty;  // what writing the empty value changes, when the code is 0
+  std::string name = {};
+  std::string path = {};   // what a read of the path gives
+  std::string text = {};   // what a read of the value gives
+  std::string value = {};  // a value that is accepted
+  Change stored = {};      // what writing it changes
+  std::string read_back = {};
+  std::vector<Refusal> refused = {};
+  unsigned empty_code = 0;        // what the check says to an empty value
+  Change stored_empty = Nothing;  // what writing the empty value changes, when the code is 0
   bool is_keyword = false;
   Section section = Section::kNone;
 };
 
-// The rows of all parts.
-std::vector<StoredField> Joined(std::initializer_list<std::vector<StoredField>> parts);
-
-std::vector<StoredField> DeviceFields();
-std::vector<StoredField> UplinkFields();
-std::vector<StoredField> ExtenderFields();
-std::vector<StoredField> ServiceFields();
-std::vector<StoredField> Wireless24Fields();
-std::vector<StoredField> Wireless5Fields();
-std::vector<StoredField> AccessControlFields();
-
 // A variable that can only be read.
 struct ReadOnlyField {
-  std::string name;
-  std::string path;
-  std::string text;
+  std::string name = {};
+  std::string path = {};
+  std::string text = {};
   // The store calls of a read, in order; none for what stands in the record.
-  std::vector<StoreCall> calls;
+  std::vector<StoreCall> calls = {};
   Section section = Section::kNone;
 };
 
-std::vector<ReadOnlyField> DeviceTexts();
-std::vector<ReadOnlyField> UplinkTexts();
-std::vector<ReadOnlyField> WirelessTexts();
-std::vector<ReadOnlyField> ExtraTexts();
+void PrintTo(const StoredField& field, std::ostream* out);
+void PrintTo(const ReadOnlyField& field, std::ostream* out);
+
+// The variables that are no field of the record: read from the store each time.
+std::vector<ReadOnlyField> LiveFields();
 
 // The name of a variable as the name of its test.
 inline constexpr auto kTestName = [](const auto& info) { return info.param.name.substr(4); };
-
-// For the tables.
-inline Change Nothing() {
-  return [](RssXmlData&) {};
-}
 
 }  // namespace kio::test
 

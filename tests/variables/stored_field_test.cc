@@ -1,6 +1,8 @@
 // Every variable that is stored in the record, in every mode.
 #include <string>
+#include <vector>
 
+#include "fields/row.h"
 #include "variables/fields.h"
 
 namespace kio::test {
@@ -117,17 +119,15 @@ TEST_P(StoredFieldTest, IsWrittenOnlyWhereItsSectionIsConfigurable) {
   EXPECT_EQ(ReadPath(field_.name), (Answer{0, field_.path}));
 }
 
-INSTANTIATE_TEST_SUITE_P(Device, StoredFieldTest, ::testing::ValuesIn(DeviceFields()), kTestName);
-INSTANTIATE_TEST_SUITE_P(Uplink, StoredFieldTest, ::testing::ValuesIn(UplinkFields()), kTestName);
-INSTANTIATE_TEST_SUITE_P(Extender, StoredFieldTest, ::testing::ValuesIn(ExtenderFields()),
-                         kTestName);
-INSTANTIATE_TEST_SUITE_P(Service, StoredFieldTest, ::testing::ValuesIn(ServiceFields()), kTestName);
-INSTANTIATE_TEST_SUITE_P(Radio24, StoredFieldTest, ::testing::ValuesIn(Wireless24Fields()),
-                         kTestName);
-INSTANTIATE_TEST_SUITE_P(Radio5, StoredFieldTest, ::testing::ValuesIn(Wireless5Fields()),
-                         kTestName);
-INSTANTIATE_TEST_SUITE_P(Access, StoredFieldTest, ::testing::ValuesIn(AccessControlFields()),
-                         kTestName);
+std::vector<StoredField> Fields() {
+  std::vector<StoredField> fields;
+  for (const FieldRow& row : AllRows()) {
+    fields.insert(fields.end(), row.variables.begin(), row.variables.end());
+  }
+  return fields;
+}
+
+INSTANTIATE_TEST_SUITE_P(Fields, StoredFieldTest, ::testing::ValuesIn(Fields()), kTestName);
 
 }  // namespace
 }  // namespace kio::test
