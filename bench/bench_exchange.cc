@@ -60,7 +60,7 @@ void Unchanged(benchmark::State& state, const char* name, const char* document, 
 
 // With the real commands: the share of the time that is not theirs.
 void RealCommands(benchmark::State& state) {
-  Exchange exchange(KIO_BENCH_DATA "/full.xml");
+  Exchange exchange(KIO_SAMPLE_DOCUMENTS "/full.xml");
   SetCommands(Commands::kTimed);
   TakeCommandTime();
   std::vector<double> shares;
@@ -88,11 +88,11 @@ void RealCommands(benchmark::State& state) {
 
 void RegisterExchange() {
   RegisterPaired("exchange/small again", [](benchmark::State& state) {
-    Unchanged(state, "small document", KIO_BENCH_DATA "/small.xml", 0);
+    Unchanged(state, "small document", KIO_SAMPLE_DOCUMENTS "/small.xml", 0);
   });
   // With access control on, the mode of each radio is written in any case.
   RegisterPaired("exchange/full again", [](benchmark::State& state) {
-    Unchanged(state, "full document", KIO_BENCH_DATA "/full.xml", 2);
+    Unchanged(state, "full document", KIO_SAMPLE_DOCUMENTS "/full.xml", 2);
   });
   RegisterPaired("exchange/real commands", RealCommands);
 }

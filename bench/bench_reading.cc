@@ -16,7 +16,7 @@ namespace {
 using TreeReader = bool (*)(const char* document, std::size_t size, Settings& out);
 
 const std::string& FullDocument() {
-  static const std::string document = ReadFile(KIO_BENCH_DATA "/full.xml");
+  static const std::string document = ReadFile(KIO_SAMPLE_DOCUMENTS "/full.xml");
   return document;
 }
 

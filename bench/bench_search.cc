@@ -19,7 +19,7 @@ double g_worst_run = 0;
 
 // A stretch of the full document, repeated to fill the size.
 std::string Haystack(std::size_t size) {
-  static const std::string document = ReadFile(KIO_BENCH_DATA "/full.xml");
+  static const std::string document = ReadFile(KIO_SAMPLE_DOCUMENTS "/full.xml");
   std::string text;
   while (text.size() < size) {
     text += document;

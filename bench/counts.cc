@@ -143,7 +143,7 @@ void CountGrowth(const Growth& growth, std::size_t size) {
 // The exchange of the full document, or its store calls.
 void CountExchange(const std::string& scenario) {
   const bool again = scenario.ends_with("-again");
-  const std::string document = kio::bench::ReadFile(KIO_BENCH_DATA "/full.xml");
+  const std::string document = kio::bench::ReadFile(KIO_SAMPLE_DOCUMENTS "/full.xml");
 
   // The first run notes the calls, and brings everything to where it is in a process that has run
   // for a while: symbols bound, log file chosen.

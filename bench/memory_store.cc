@@ -11,7 +11,7 @@
 #include <string_view>
 
 #include "kioapp/store.h"
-#include "sample_device.h"
+#include "testing/sample_device.h"
 
 namespace kio::bench {
 namespace {
@@ -99,8 +99,10 @@ MemoryStore& MemoryStore::Get() {
 void StoreFactoryDevice() {
   MemoryStore& store = MemoryStore::Get();
   store.nodes.clear();
-  for (const DeviceNode& node : FactoryNodes()) {
-    store.nodes[node.path] = node.value;
+  for (int i = 0; i < kSampleNodeCount; ++i) {
+    if (kSampleNodes[i].factory != nullptr) {
+      store.nodes[kSampleNodes[i].path] = kSampleNodes[i].factory;
+    }
   }
 }
 

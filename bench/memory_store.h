@@ -1,5 +1,6 @@
 // The host of the benchmarks: an ordinary configuration store in memory, and `system` in three
-// manners.
+// manners. It is not the store of testing/: what an exchange takes is compared with the calls of a
+// store that keeps its nodes on the heap, as a router's does, and the other is a third cheaper.
 #ifndef KIO_BENCH_MEMORY_STORE_H
 #define KIO_BENCH_MEMORY_STORE_H
 
@@ -41,7 +42,8 @@ class MemoryStore {
   std::vector<StoreCall> calls;
 };
 
-// Puts the sample device's nodes into the store, in place of all that it holds.
+// Puts the nodes of the sample device, as from the factory, into the store, in place of all that it
+// holds.
 void StoreFactoryDevice();
 
 // Makes the same calls again through the five functions.

@@ -4,7 +4,7 @@
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit 1
 
-folders=(bench cmake examples fuzz host include src tests tools)
+folders=(bench cmake examples fuzz host include src testing tests tools)
 build=${1:-build/lint}
 failed=()
 

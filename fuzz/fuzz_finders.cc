@@ -5,11 +5,11 @@
 
 #include "input.h"
 #include "kioapp/kioapp.h"
-#include "toolkit_reader.h"
+#include "testing/plain_toolkit.h"
 
 namespace {
 
-using kio::bench::kPlainToolkit;
+using kio::test::kPlainToolkit;
 
 void CheckFind(const kio::fuzz::EndText& text, const kio::fuzz::EndText& copy, int length,
                const char* key) {

@@ -4,7 +4,7 @@
 #include "input.h"
 #include "kioapp/kioapp.h"
 #include "support/fake_host.h"
-#include "support/firmware_list_model.h"
+#include "testing/firmware_list_model.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   kio::fuzz::Input input(data, size);

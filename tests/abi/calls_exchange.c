@@ -7,8 +7,10 @@
 #include <string.h>
 
 #include "calls.h"
+#include "device.h"
 #include "expect.h"
-#include "memory_store.h"
+#include "testing/memory_store.h"
+#include "testing/scratch.h"
 
 /* The document that the last exchange wrote. */
 static void ExpectResult(int code, const char *message, int wait) {
@@ -17,7 +19,7 @@ static void ExpectResult(int code, const char *message, int wait) {
            "<?xml version=\"1.0\" ?>\n<root>\n <RssSetResult>%d</RssSetResult>\n"
            " <RssSetMsg>%s</RssSetMsg>\n <RssGetWaitSec>%d</RssGetWaitSec>\n</root>\n",
            code, message, wait);
-  EXPECT_TEXT(FileText("rssset_result.xml"), expected);
+  EXPECT_TEXT(ScratchText("rssset_result.xml"), expected);
 }
 
 /* A settings document for the device of StoreDevice. */
@@ -81,8 +83,8 @@ static void CheckSteps(void) {
   memset(&rssXmlData, 0, sizeof(rssXmlData));
   restore_XmlRssStatus(1);
   EXPECT_INT(rssXmlData.specVer, 101);
-  EXPECT_TEXT(rssXmlData.deviceName, "Factory name");
-  EXPECT_TEXT(rssXmlData.tmpPath, Directory());
+  EXPECT_TEXT(rssXmlData.deviceName, "Home router");
+  EXPECT_TEXT(rssXmlData.tmpPath, ScratchDirectory());
 
   EXPECT_INT(Verify_RssXml(), 1);
   strcpy(rssXmlData.deviceName, "");
@@ -100,7 +102,7 @@ static void CheckSteps(void) {
   daemon_log_level = 6;
   dump_RssXmlData();
   daemon_log_level = 5;
-  const char *const log = FileText("abi_log.txt");
+  const char *const log = ScratchText("abi_log.txt");
   EXPECT_INT(log != NULL && strstr(log, " +- DeviceName='Attic'\n") != NULL, 1);
 }
 
@@ -118,21 +120,20 @@ static void CheckResults(void) {
 
 /* The script is the one that calls_platform.c wrote: a line in the file "events" a run. */
 static void CheckCommits(void) {
-  remove(FilePath("events"));
+  remove(ScratchPath("events"));
   rssXmlData.exeflag = KIOAPP_SYNC_DEVICE;
   EXPECT_INT(do_RssXml_Commit(), 0);
-  EXPECT_TEXT(FileText("events"), "ran\n");
+  EXPECT_TEXT(ScratchText("events"), "ran\n");
 
   rssXmlData.exeflag = 0;
   rssXmlData.pre_exeflag = 0;
   EXPECT_INT(do_RssXml_Commit_for_ApCloning(0), 0);
-  EXPECT_TEXT(FileText("events"), "ran\n");
+  EXPECT_TEXT(ScratchText("events"), "ran\n");
   EXPECT_INT(do_RssXml_Commit_for_ApCloning(1), 0);
-  EXPECT_TEXT(FileText("events"), "ran\nran\n");
+  EXPECT_TEXT(ScratchText("events"), "ran\nran\n");
 }
 
 void CheckExchangeCalls(void) {
-  FilePath("rssset_result.xml");
   CheckParsers();
   CheckSectionParsers();
   CheckSteps();

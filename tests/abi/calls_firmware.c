@@ -6,16 +6,17 @@
 
 #include "calls.h"
 #include "expect.h"
-#include "memory_store.h"
+#include "testing/memory_store.h"
+#include "testing/scratch.h"
 
 static void CheckDocuments(void) {
-  snprintf(rssXmlData.tmpPath, sizeof(rssXmlData.tmpPath), "%s", Directory());
+  snprintf(rssXmlData.tmpPath, sizeof(rssXmlData.tmpPath), "%s", ScratchDirectory());
   EXPECT_INT(write_TmpXmlFile("small.xml", "width", "3", 0), 0);
   EXPECT_INT(write_TmpXmlFile("small.xml", "height", "4", 1), 0);
-  EXPECT_TEXT(FileText("small.xml"),
+  EXPECT_TEXT(ScratchText("small.xml"),
               "<?xml version=\"1.0\" ?><root><width>3</width>\n<height>4</height></root>\n");
   EXPECT_INT(write_ResultXmlFile("small.xml", "result", "it's"), 0);
-  EXPECT_TEXT(FileText("small.xml"),
+  EXPECT_TEXT(ScratchText("small.xml"),
               "<?xml version=\"1.0\" ?><root><result>it's</result></root>\n");
 }
 
@@ -56,15 +57,14 @@ static void CheckList(void) {
 
 /* The download finds no server: the template is replaced by one that only begins. */
 static void CheckActions(void) {
-  SetNode("/zentrolinks/tempdirecory", Directory());
+  SetNode("/zentrolinks/tempdirecory", ScratchDirectory());
   SetNode("/fwupgradeinfo/urlgetcmd", ": \"$savefn\" \"$url\"");
-  FilePath("rsscheckfw.xml");
   do_FwUpgradeAction(KIOAPP_FW_INIT);
-  EXPECT_TEXT(FileText("rsscheckfw.xml"),
+  EXPECT_TEXT(ScratchText("rsscheckfw.xml"),
               "<?xml version=\"1.0\" ?><root><result>0</result></root>\n");
   EXPECT_TEXT(NodeText("/fwupgradeinfo/newfw/fileurl"), NULL);
   do_FwUpgradeAction(KIOAPP_FW_SEARCH);
-  EXPECT_TEXT(FileText("rsscheckfw.xml"),
+  EXPECT_TEXT(ScratchText("rsscheckfw.xml"),
               "<?xml version=\"1.0\" ?><root><result>-1</result></root>\n");
 }
 
@@ -84,13 +84,13 @@ static void CheckImage(void) {
   PutNumber(image, 0x27051956);
   PutNumber(image + 24, 0xCBF43926U);
   PutNumber(image + 4, crc32(0, image, 64));
-  FILE *const file = fopen(FilePath("image"), "wb");
+  FILE *const file = fopen(ScratchPath("image"), "wb");
   EXPECT_INT(file != NULL && fwrite(image, 1, sizeof(image), file) == sizeof(image), 1);
   if (file != NULL) {
     fclose(file);
   }
-  EXPECT_INT(check(FilePath("image"), 0, sizeof(image), message), 1);
-  EXPECT_INT(check(FilePath("image"), 0, sizeof(image) - 1, message), 0);
+  EXPECT_INT(check(ScratchPath("image"), 0, sizeof(image), message), 1);
+  EXPECT_INT(check(ScratchPath("image"), 0, sizeof(image) - 1, message), 0);
   EXPECT_INT(strstr(message, " has corrupted data!\n") != NULL, 1);
 }
 

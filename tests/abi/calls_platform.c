@@ -10,7 +10,8 @@
 
 #include "calls.h"
 #include "expect.h"
-#include "memory_store.h"
+#include "testing/memory_store.h"
+#include "testing/scratch.h"
 
 static uintptr_t g_called_with = 0;
 
@@ -22,13 +23,13 @@ static void CheckLog(void) {
   EXPECT_INT(daemon_log_file_size_k, 250);
   EXPECT_TEXT(daemon_log_header, "");
   EXPECT_TEXT(daemon_log_path, "");
-  snprintf(daemon_log_path, sizeof(daemon_log_path), "%s", Directory());
+  snprintf(daemon_log_path, sizeof(daemon_log_path), "%s", ScratchDirectory());
   snprintf(daemon_log_header, sizeof(daemon_log_header), "abi");
 
   logPrintf(6, "not kept\n");
-  EXPECT_TEXT(FileText("abi_log.txt"), NULL);
+  EXPECT_TEXT(ScratchText("abi_log.txt"), NULL);
   logPrintf(5, "channel %d\n", 6);
-  const char *const log = FileText("abi_log.txt");
+  const char *const log = ScratchText("abi_log.txt");
   EXPECT_TEXT(log != NULL ? strchr(log, ':') : NULL, ": channel 6\n");
 
   EXPECT_INT(msgPrintf("%s\n", "told"), 5);
@@ -59,18 +60,18 @@ static void CheckTimers(void) {
 
 static void CheckActions(void) {
   ClearStore();
-  SetNode("/zentrolinks/scriptdirecory", Directory());
-  FILE *const script = fopen(FilePath("device_resync.sh"), "w");
+  SetNode("/zentrolinks/scriptdirecory", ScratchDirectory());
+  FILE *const script = fopen(ScratchPath("device_resync.sh"), "w");
   EXPECT_INT(script != NULL, 1);
   if (script != NULL) {
-    fprintf(script, "#!/bin/sh\necho ran >> %s\n", FilePath("events"));
+    fprintf(script, "#!/bin/sh\necho ran >> %s\n", ScratchPath("events"));
     fclose(script);
   }
-  EXPECT_INT(chmod(FilePath("device_resync.sh"), S_IRWXU), 0);
+  EXPECT_INT(chmod(ScratchPath("device_resync.sh"), S_IRWXU), 0);
   EXPECT_INT(get_ExternalCall_UseSec(KIOAPP_SYNC_DEVICE), 5);
   EXPECT_INT(get_ExternalCall_UseSec(2), 0);
   EXPECT_INT(exe_ExternalCall(KIOAPP_SYNC_DEVICE), 0);
-  EXPECT_TEXT(FileText("events"), "ran\n");
+  EXPECT_TEXT(ScratchText("events"), "ran\n");
 }
 
 void CheckPlatformCalls(void) {
@@ -84,6 +85,6 @@ void CheckPlatformCalls(void) {
   EXPECT_INT(before <= told && told <= sys_uptime_seconds(), 1);
   EXPECT_TEXT(starterLibVersion(), "b1.2.3a");
   EXPECT_TEXT(rssSpecVersion(), "1.1");
-  EXPECT_INT(getFileSize(FilePath("events")), 4);
+  EXPECT_INT(getFileSize(ScratchPath("events")), 4);
   EXPECT_INT(getFileSize("/absent"), 0xFFFFFFFFU);
 }

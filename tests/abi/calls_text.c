@@ -4,7 +4,7 @@
 
 #include "calls.h"
 #include "expect.h"
-#include "memory_store.h"
+#include "testing/memory_store.h"
 
 void CheckTextCalls(void) {
   char buffer[256] = "";

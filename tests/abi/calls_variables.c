@@ -9,8 +9,10 @@
 #include <unistd.h>
 
 #include "calls.h"
+#include "device.h"
 #include "expect.h"
-#include "memory_store.h"
+#include "testing/memory_store.h"
+#include "testing/scratch.h"
 
 static void CheckNames(void) {
   EXPECT_TEXT(cvtRss_XmlPathVsVarName("rss_DeviceName", 1), "/Device/DeviceName");
@@ -54,16 +56,16 @@ static void CheckBatch(void) {
 /* The script is the one that calls_platform.c wrote: a line in the file "events" a run. */
 static void CheckCommits(void) {
   char value[KIOAPP_VAR_SIZE] = "";
-  remove(FilePath("events"));
+  remove(ScratchPath("events"));
   rssXmlData.exeflag = KIOAPP_SYNC_DEVICE;
   EXPECT_INT(do_RssVar_Commit(), 0);
-  EXPECT_TEXT(FileText("events"), "ran\n");
+  EXPECT_TEXT(ScratchText("events"), "ran\n");
 
   EXPECT_INT(setget_RssVar("rss_Act_CommitRssVars", value, KIOAPP_VAR_READ), KIOAPP_VAR_DONE);
-  EXPECT_TEXT(FileText("events"), "ran\n");
+  EXPECT_TEXT(ScratchText("events"), "ran\n");
   EXPECT_INT(alarm(0) > 0, 1);
   raise(SIGALRM);
-  EXPECT_TEXT(FileText("events"), "ran\nran\n");
+  EXPECT_TEXT(ScratchText("events"), "ran\nran\n");
   signal(SIGALRM, SIG_DFL);
 }
 

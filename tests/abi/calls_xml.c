@@ -6,7 +6,7 @@
 
 #include "calls.h"
 #include "expect.h"
-#include "memory_store.h"
+#include "testing/memory_store.h"
 
 static char g_lost[256];
 

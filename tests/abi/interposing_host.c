@@ -3,8 +3,9 @@
 #include <kioapp/settings.h>
 #include <string.h>
 
+#include "device.h"
 #include "expect.h"
-#include "memory_store.h"
+#include "testing/memory_store.h"
 
 /* Exported by the program, so that the dynamic linker would prefer them for any name that the
  * library left to it. */
@@ -41,8 +42,6 @@ int main(void) {
   SetNode("/uplink/hardwaresupport", "Ethernet");
   SetNode("/uplink/hardwaretype", "Ethernet");
   SetNode("/uplink/conntype", "PPPoE");
-  FilePath("rssset_result.xml");
-  FilePath("DL_log.txt");
 
   EXPECT_INT(do_RssXml_Parser(document), 1);
   EXPECT_TEXT(NodeText("/sys/friendlyname"), "Kitchen");

@@ -8,11 +8,11 @@
 #include <sstream>
 #include <string>
 
-#include "../support/temporary_root.h"
-#include "flat_host.h"
 #include "kioapp/kioapp.h"
 #include "libc_calls.h"
 #include "painted_stack.h"
+#include "testing/memory_store.h"
+#include "testing/temporary_root.h"
 
 namespace kio::test {
 namespace {
@@ -24,11 +24,11 @@ constexpr int kCommands = 6;
 class Exchange {
  public:
   Exchange() {
-    const std::ifstream file(KIO_FULL_DOCUMENT, std::ios::binary);
+    const std::ifstream file(KIO_SAMPLE_DOCUMENTS "/full.xml", std::ios::binary);
     std::ostringstream text;
     text << file.rdbuf();
     text_ = text.str();
-    ResetFlatHost();
+    StoreFactoryDevice();
     commands_before_ = CommandCount();
   }
 
@@ -38,7 +38,7 @@ class Exchange {
   void ExpectAccepted() const {
     EXPECT_EQ(result_, 1) << rssXmlData.setResult << " " << rssXmlData.setMsg;
     EXPECT_EQ(rssXmlData.wlan[1].wlAcRuleNo, 40);
-    EXPECT_GT(FlatHostWrites(), 160);
+    EXPECT_GT(StoreWrites(), 160);
     EXPECT_EQ(CommandCount() - commands_before_, kCommands);
   }
 

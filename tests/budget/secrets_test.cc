@@ -5,9 +5,9 @@
 #include <cstring>
 #include <string>
 
-#include "flat_host.h"
 #include "kioapp/kioapp.h"
 #include "painted_stack.h"
+#include "testing/memory_store.h"
 
 namespace kio::test {
 namespace {
@@ -26,7 +26,7 @@ class SecretsTest : public ::testing::Test {
   void SetUp() override {
     daemon_log_file_size_k = 0;
     daemon_log_level = 7;
-    ResetFlatHost();
+    StoreFactoryDevice();
     xset_str(kPassword, "%s", "/sys/user:1/password");
     MakeKey();
     // The first call of this program's vsnprintf looks up libc's, which saves all registers.

@@ -14,10 +14,10 @@
 #include <filesystem>
 #include <string>
 
-#include "../support/temporary_root.h"
-#include "flat_host.h"
 #include "kioapp/kioapp.h"
 #include "libc_calls.h"
+#include "testing/memory_store.h"
+#include "testing/temporary_root.h"
 
 namespace kio::test {
 namespace {
@@ -74,7 +74,7 @@ class VariableBudgetTest : public ::testing::TestWithParam<int> {
     daemon_log_file_size_k = 100000;
     daemon_log_level = GetParam();
     UseLibcFormatting(true);
-    ResetFlatHost();
+    StoreFactoryDevice();
     init_RssVar();
   }
   void TearDown() override { std::filesystem::remove_all(directory_); }

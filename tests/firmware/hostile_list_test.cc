@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "list_text.h"
-#include "support/firmware_list_model.h"
+#include "testing/firmware_list_model.h"
 #include "support/guarded_text.h"
 
 namespace kio::test {

@@ -7,7 +7,7 @@
 #include <string>
 #include <system_error>
 
-#include "../support/temporary_root.h"
+#include "../../testing/temporary_root.h"
 
 class TempDir {
  public:

@@ -17,35 +17,30 @@
 #include <sstream>
 
 #include "kioapp/kioapp.h"
-#include "support/temporary_root.h"
+#include "testing/memory_store.h"
+#include "testing/temporary_root.h"
 
 namespace kio::test {
 namespace {
 
-std::string Folded(std::string path) {
-  std::transform(path.begin(), path.end(), path.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return path;
+// Tells the host of a call, and the store how it is to behave.
+void Watch(StoreFunction function, const char* path, const char* text) {
+  FakeHost& host = FakeHost::Get();
+  g_store_manner.text_for_every_node =
+      host.text_for_every_node.has_value() ? host.text_for_every_node->c_str() : nullptr;
+  g_store_manner.leaves_out_terminator = host.leaves_out_terminator ? 1 : 0;
+  g_store_manner.absent_leaves_buffer = host.absent_leaves_buffer ? 1 : 0;
+  g_store_manner.absent_result = -1;
+  host.NoteCall(static_cast<StoreCall::Kind>(function), path, text);
 }
 
 int ToInt(const char* text) { return static_cast<int>(std::strtol(text, nullptr, 10)); }
 
-// Number of instances of the node named by a path that ends in '#'; -1 when there is none.
-int CountInstances(const std::map<std::string, std::string>& nodes, const std::string& path) {
-  const std::string stem = path.substr(0, path.size() - 1) + ":";
-  int highest = -1;
-  for (auto node = nodes.lower_bound(stem);
-       node != nodes.end() && node->first.compare(0, stem.size(), stem) == 0; ++node) {
-    highest = std::max(highest, ToInt(node->first.c_str() + stem.size()));
-  }
-  return highest;
-}
-
-KIOAPP_PRINTF(1, 0) std::string Format(const char* format, va_list arguments) {
-  char text[1024];
-  std::vsnprintf(text, sizeof(text), format, arguments);
-  return text;
-}
+// From the start of the program on.
+[[maybe_unused]] const bool kIsWatching = [] {
+  g_store_manner.watch = Watch;
+  return true;
+}();
 
 }  // namespace
 
@@ -54,32 +49,30 @@ FakeHost& FakeHost::Get() {
   return host;
 }
 
-void FakeHost::Reset() { *this = FakeHost(); }
+void FakeHost::Reset() {
+  *this = FakeHost();
+  ClearStore();
+}
 
 void FakeHost::Set(const std::string& path, const std::string& value) {
-  nodes_[Folded(path)] = value;
+  SetNode(path.c_str(), value.c_str());
 }
 
 std::optional<std::string> FakeHost::Text(const std::string& path) const {
-  const std::string folded = Folded(path);
-  const auto node = nodes_.find(folded);
-  if (node != nodes_.end()) {
-    return node->second;
-  }
-  if (!folded.empty() && folded.back() == '#') {
-    const int count = CountInstances(nodes_, folded);
-    if (count > 0) {
-      return std::to_string(count);
-    }
-  }
-  return std::nullopt;
+  const char* const text = NodeText(path.c_str());
+  return text != nullptr ? std::optional<std::string>(text) : std::nullopt;
 }
 
-void FakeHost::Delete(const std::string& path) {
-  const std::string folded = Folded(path);
-  std::erase_if(nodes_, [&folded](const auto& node) {
-    return node.first == folded || node.first.compare(0, folded.size() + 1, folded + "/") == 0;
-  });
+void FakeHost::Delete(const std::string& path) { DeleteNode(path.c_str()); }
+
+std::map<std::string, std::string> FakeHost::nodes() const {
+  std::map<std::string, std::string> nodes;
+  VisitNodes(
+      [](void* context, const char* path, const char* text) {
+        (*static_cast<std::map<std::string, std::string>*>(context))[path] = text;
+      },
+      &nodes);
+  return nodes;
 }
 
 std::vector<StoreCall> FakeHost::Writes() const {
@@ -90,41 +83,15 @@ std::vector<StoreCall> FakeHost::Writes() const {
   return writes;
 }
 
-int FakeHost::ReadText(char* dst, const std::string& path) {
-  const std::optional<std::string> text =
-      text_for_every_node.has_value() ? text_for_every_node : Text(path);
-  calls_.push_back({StoreCall::Kind::kGetText, path, text.value_or("")});
-  if (text.has_value()) {
-    std::memcpy(dst, text->c_str(), text->size() + (leaves_out_terminator ? 0 : 1));
-  } else if (!absent_leaves_buffer) {
-    dst[0] = '\0';
+void FakeHost::NoteCall(StoreCall::Kind kind, const char* path, const char* text) {
+  std::string value = text;
+  if (kind == StoreCall::Kind::kGetText) {
+    value = text_for_every_node.has_value() ? *text_for_every_node : Text(path).value_or("");
+  } else if (kind == StoreCall::Kind::kGetInt) {
+    const std::optional<std::string> stored = Text(path);
+    value = std::to_string(stored.has_value() ? ToInt(stored->c_str()) : -1);
   }
-  return text.has_value() ? 0 : -1;
-}
-
-int FakeHost::WriteText(const std::string& value, const std::string& path) {
-  calls_.push_back({StoreCall::Kind::kSetText, path, value});
-  Set(path, value);
-  return 0;
-}
-
-int FakeHost::ReadInt(const std::string& path) {
-  const std::optional<std::string> text = Text(path);
-  const int value = text.has_value() ? ToInt(text->c_str()) : -1;
-  calls_.push_back({StoreCall::Kind::kGetInt, path, std::to_string(value)});
-  return value;
-}
-
-int FakeHost::WriteInt(int value, const std::string& path) {
-  calls_.push_back({StoreCall::Kind::kSetInt, path, std::to_string(value)});
-  Set(path, value);
-  return 0;
-}
-
-int FakeHost::DeleteNode(const std::string& path) {
-  calls_.push_back({StoreCall::Kind::kDelete, path, ""});
-  Delete(path);
-  return 0;
+  calls_.push_back({kind, path, value});
 }
 
 int FakeHost::RunCommand(const char* command) {
@@ -236,46 +203,6 @@ std::vector<std::string> Lines() {
 using kio::test::FakeHost;
 
 extern "C" {
-
-int xget_str(char* dst, const char* format, ...) {
-  va_list arguments;
-  va_start(arguments, format);
-  const std::string path = kio::test::Format(format, arguments);
-  va_end(arguments);
-  return FakeHost::Get().ReadText(dst, path);
-}
-
-int xset_str(const char* value, const char* format, ...) {
-  va_list arguments;
-  va_start(arguments, format);
-  const std::string path = kio::test::Format(format, arguments);
-  va_end(arguments);
-  return FakeHost::Get().WriteText(value, path);
-}
-
-int xget_int(const char* format, ...) {
-  va_list arguments;
-  va_start(arguments, format);
-  const std::string path = kio::test::Format(format, arguments);
-  va_end(arguments);
-  return FakeHost::Get().ReadInt(path);
-}
-
-int xset_int(int value, const char* format, ...) {
-  va_list arguments;
-  va_start(arguments, format);
-  const std::string path = kio::test::Format(format, arguments);
-  va_end(arguments);
-  return FakeHost::Get().WriteInt(value, path);
-}
-
-int xdel(const char* format, ...) {
-  va_list arguments;
-  va_start(arguments, format);
-  const std::string path = kio::test::Format(format, arguments);
-  va_end(arguments);
-  return FakeHost::Get().DeleteNode(path);
-}
 
 // Replace libc's in the test program.
 int system(const char* command) { return FakeHost::Get().RunCommand(command); }

@@ -1,5 +1,6 @@
-// A host for the tests: a configuration store in memory, and the system calls through which the
-// library acts on the machine, recorded and replaced.
+// A host for the tests: the configuration store in memory (testing/memory_store.h) with a record of
+// its calls, and the system calls through which the library acts on the machine, recorded and
+// replaced.
 #ifndef KIO_TESTS_SUPPORT_FAKE_HOST_H
 #define KIO_TESTS_SUPPORT_FAKE_HOST_H
 
@@ -36,7 +37,7 @@ class FakeHost {
   [[nodiscard]] std::optional<std::string> Text(const std::string& path) const;
   void Delete(const std::string& path);  // with its subtree
   // Every node, by lower-case path.
-  [[nodiscard]] const std::map<std::string, std::string>& nodes() const { return nodes_; }
+  [[nodiscard]] std::map<std::string, std::string> nodes() const;
 
   // Store calls in order, since Reset or ClearCalls.
   [[nodiscard]] const std::vector<StoreCall>& calls() const { return calls_; }
@@ -63,15 +64,10 @@ class FakeHost {
   bool absent_leaves_buffer = true;
 
   // For the functions that the library calls.
-  int ReadText(char* dst, const std::string& path);
-  int WriteText(const std::string& value, const std::string& path);
-  int ReadInt(const std::string& path);
-  int WriteInt(int value, const std::string& path);
-  int DeleteNode(const std::string& path);
+  void NoteCall(StoreCall::Kind kind, const char* path, const char* text);
   int RunCommand(const char* command);
 
  private:
-  std::map<std::string, std::string> nodes_;
   std::vector<StoreCall> calls_;
   std::vector<std::string> commands_;
 };

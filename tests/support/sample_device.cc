@@ -1,9 +1,9 @@
 #include "support/sample_device.h"
 
 #include <cstring>
-#include <utility>
 
 #include "support/fake_host.h"
+#include "testing/memory_store.h"
 
 namespace kio::test {
 namespace {
@@ -11,90 +11,6 @@ namespace {
 constexpr const char* kChannels24 = "0,1,2,3,4,5,6,7,8,9,10,11,12,13";
 constexpr const char* kChannels5 = "0,36,40,44,48,100";
 constexpr const char* kHardware = "Ethernet,ADSL,VDSL,WWan802.11,WWanAPN,DSL";
-
-constexpr std::pair<const char*, const char*> kNodes[] = {
-    {"/zentrolinks/specversion/major", "1"},
-    {"/zentrolinks/specversion/minor", "1"},
-    {"/zentrolinks/configurable", "1"},
-    {"/zentrolinks/apcloning", "1"},
-    {"/zentrolinks/easyroaming", "1"},
-    {"/zentrolinks/fwupgrade", "1"},
-    {"/zentrolinks/safetyvyr", "1"},
-    {"/zentrolinks/easyroaminginfo", "roam-1"},
-    {"/zentrolinks/tempdirecory", "/var/tmp"},
-    {"/zentrolinks/scriptdirecory", "/etc/scripts"},
-    {"/sys/devicetype", "Router"},
-    {"/sys/factorydefault", "1"},
-    {"/sys/friendlyname", "Kitchen"},
-    {"/sys/friendlyname_validate", "0,32,1"},
-    {"/sys/routerenbl", "1"},
-    {"/sys/user:1/password", "secret12"},
-    {"/sys/user:1/password_validate", "0,32,4"},
-    {"/uplink/configurable", "1"},
-    {"/uplink/hardwaresupport", kHardware},
-    {"/uplink/hardwaretype", "Ethernet"},
-    {"/uplink/conntype", "DHCP"},
-    {"/uplink/loginusername", "line-user"},
-    {"/uplink/loginusername_validate", "0,64,1"},
-    {"/uplink/loginpassword", "line-pass"},
-    {"/uplink/loginpassword_validate", "0,64,1"},
-    {"/uplink/ip", "10.0.0.2"},
-    {"/uplink/netmask", "255.255.255.0"},
-    {"/uplink/gateway", "10.0.0.1"},
-    {"/uplink/dns", "10.0.0.3"},
-    {"/uplink/dsl/countryname", "Norway"},
-    {"/uplink/dsl/ispname", "Fjord DSL"},
-    {"/uplink/dsl/vpi", "8"},
-    {"/uplink/dsl/vci", "35"},
-    {"/uplink/dsl/encapsulationmode", "LLC"},
-    {"/uplink/apn/countryname", "Sweden"},
-    {"/uplink/apn/ispname", "Berg Mobile"},
-    {"/uplink/extendersite/survey", "0"},
-    {"/uplink/extendersite/connrefsitebssid", "02:00:00:00:99:01"},
-    {"/uplink/extendersite/wirelesstype", "2.4"},
-    {"/uplink/extendersite/wirelessname", "Upstream"},
-    {"/uplink/extendersite/encryptionkey", "upstream-key"},
-    {"/safetyvyr/safetyvyrenbl", "1"},
-    {"/safetyvyr/urldetectenbl", "0"},
-    {"/safetyvyr/safetynotifyenbl", "1"},
-    {"/safetyvyr/toolrecommendenbl", "0"},
-    {"/lan/wireless2.4:1/configurable", "1"},
-    {"/lan/wireless2.4:1/wlenbl", "1"},
-    {"/lan/wireless2.4:1/wlschedule", "0"},
-    {"/lan/wireless2.4:1/wirelessbssid", "02:00:00:00:24:01"},
-    {"/lan/wireless2.4:1/wirelessname", "Home"},
-    {"/lan/wireless2.4:1/wirelessname_validate", "0,32,1"},
-    {"/lan/wireless2.4:1/encryptionmode", "WPA2"},
-    {"/lan/wireless2.4:1/encryptiontype", "AES"},
-    {"/lan/wireless2.4:1/encryptionkey", "home-key-24"},
-    {"/lan/wireless2.4:1/encryptionkey_validate", "0,64,0"},
-    {"/lan/wireless2.4:1/country", "NO"},
-    {"/lan/wireless2.4:1/channellist", kChannels24},
-    {"/lan/wireless2.4:1/channel", "6"},
-    {"/lan/wireless2.4:1/accesscontrol/wlacenbl", "1"},
-    {"/lan/wireless2.4:1/accesscontrol/wlacmode", "1"},
-    {"/lan/wireless2.4:1/accesscontrol/acrule:1/active", "1"},
-    {"/lan/wireless2.4:1/accesscontrol/acrule:1/mac", "02:00:00:00:00:01"},
-    {"/lan/wireless2.4:1/accesscontrol/acrule:2/active", "0"},
-    {"/lan/wireless2.4:1/accesscontrol/acrule:2/mac", "02:00:00:00:00:02"},
-    {"/lan/wireless5:1/configurable", "1"},
-    {"/lan/wireless5:1/wlenbl", "1"},
-    {"/lan/wireless5:1/wlschedule", "1"},
-    {"/lan/wireless5:1/wirelessbssid", "02:00:00:00:50:01"},
-    {"/lan/wireless5:1/wirelessname", "Home-5"},
-    {"/lan/wireless5:1/wirelessname_validate", "0,31,1"},
-    {"/lan/wireless5:1/encryptionmode", "WPAWPA2"},
-    {"/lan/wireless5:1/encryptiontype", "AUTO"},
-    {"/lan/wireless5:1/encryptionkey", "home-key-50"},
-    {"/lan/wireless5:1/encryptionkey_validate", "0,63,0"},
-    {"/lan/wireless5:1/country", "SE"},
-    {"/lan/wireless5:1/channellist", kChannels5},
-    {"/lan/wireless5:1/channel", "36"},
-    {"/lan/wireless5:1/accesscontrol/wlacenbl", "1"},
-    {"/lan/wireless5:1/accesscontrol/wlacmode", "0"},
-    {"/lan/wireless5:1/accesscontrol/acrule:1/active", "1"},
-    {"/lan/wireless5:1/accesscontrol/acrule:1/mac", "02:00:00:00:00:05"},
-};
 
 void FillRule(RssWlan& radio, int index, int active, const std::string& mac) {
   radio.acRule[index].active = active;
@@ -261,11 +177,7 @@ void AddWlan(Members& members, const RssWlan& radio) {
 
 }  // namespace
 
-void StoreSampleDevice() {
-  for (const auto& [path, value] : kNodes) {
-    FakeHost::Get().Set(path, value);
-  }
-}
+void StoreSampleDevice() { StoreDeviceInUse(); }
 
 void StoreVersion10Device() {
   StoreSampleDevice();

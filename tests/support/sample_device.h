@@ -10,8 +10,8 @@
 
 namespace kio::test {
 
-// Fills the fake host's store with a dual-band router of format version 1.1: uplink by Ethernet and
-// DHCP, WPA2 and access control on both radios (two rules on 2.4 GHz, one on 5 GHz).
+// Fills the store with the sample device in use (testing/sample_device.h): WPA2 and access control
+// on both radios (two rules on 2.4 GHz, one on 5 GHz).
 void StoreSampleDevice();
 
 // The same router with format version 1.0.

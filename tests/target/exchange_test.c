@@ -4,22 +4,23 @@
 #include <string.h>
 #include <sys/stat.h>
 
-#include "device.h"
 #include "expect.h"
 #include "scene.h"
+#include "testing/memory_store.h"
+#include "testing/scratch.h"
 
 static void ExpectNode(const char *path, const char *text) {
   ExpectText(path, 0, "the node", DeviceText(path), text);
 }
 
 static void WriteScript(const char *name) {
-  FILE *const script = fopen(ScenePath(name), "w");
+  FILE *const script = fopen(ScratchPath(name), "w");
   EXPECT_INT(script != NULL, 1);
   if (script != NULL) {
-    fprintf(script, "#!/bin/sh\necho %s >> %s/events\n", name, SceneDirectory());
+    fprintf(script, "#!/bin/sh\necho %s >> %s/events\n", name, ScratchDirectory());
     fclose(script);
   }
-  EXPECT_INT(chmod(ScenePath(name), S_IRWXU), 0);
+  EXPECT_INT(chmod(ScratchPath(name), S_IRWXU), 0);
 }
 
 static void ExpectSettings(void) {
@@ -47,35 +48,35 @@ static void ExpectResult(int code, int wait) {
            "<?xml version=\"1.0\" ?>\n<root>\n <RssSetResult>%d</RssSetResult>\n"
            " <RssSetMsg></RssSetMsg>\n <RssGetWaitSec>%d</RssGetWaitSec>\n</root>\n",
            code, wait);
-  EXPECT_TEXT(SceneText("rssset_result.xml"), expected);
+  EXPECT_TEXT(ScratchText("rssset_result.xml"), expected);
 }
 
 int main(void) {
-  snprintf(daemon_log_path, sizeof(daemon_log_path), "%s", SceneDirectory());
+  snprintf(daemon_log_path, sizeof(daemon_log_path), "%s", ScratchDirectory());
   snprintf(daemon_log_header, sizeof(daemon_log_header), "target");
   daemon_log_level = 7;
-  ResetDevice(SceneDirectory());
+  ResetDevice();
   WriteScript("uplink.sh");
   WriteScript("device_resync.sh");
 
   EXPECT_INT(do_RssXml_Parser(FullDocument()), 1);
   ExpectSettings();
-  EXPECT_INT(DeviceWrites(), 168);
+  EXPECT_INT(StoreWrites(), 168);
   const int everything = KIOAPP_SYNC_WAN | KIOAPP_SYNC_WLAN | KIOAPP_SYNC_WLAN_5G |
                          KIOAPP_SYNC_DEVICE | KIOAPP_SYNC_SAVE_TO_FLASH;
   EXPECT_INT(rssXmlData.exeflag, everything);
   ExpectResult(KIOAPP_RESULT_APPLIED, rssXmlData.exeWaitSec);
   EXPECT_INT(rssXmlData.exeWaitSec > 0, 1);
   EXPECT_INT(do_RssXml_Commit(), 0);
-  EXPECT_TEXT(SceneText("events"), "uplink.sh\ndevice_resync.sh\n");
-  EXPECT_INT(strstr(SceneText("target_log.txt"), " +- DeviceName='Upstairs & attic'\n") != NULL, 1);
+  EXPECT_TEXT(ScratchText("events"), "uplink.sh\ndevice_resync.sh\n");
+  const char *const log = ScratchText("target_log.txt");
+  EXPECT_INT(log != NULL && strstr(log, " +- DeviceName='Upstairs & attic'\n") != NULL, 1);
 
   /* Sent again, it changes nothing but the modes of access control, which are always written. */
-  const int writes = DeviceWrites();
+  const int writes = StoreWrites();
   EXPECT_INT(do_RssXml_Parser(FullDocument()), 1);
-  EXPECT_INT(DeviceWrites() - writes, 2);
+  EXPECT_INT(StoreWrites() - writes, 2);
   ExpectSettings();
 
-  RemoveScene();
   return ExpectStatus();
 }

@@ -17,6 +17,7 @@
 #include "marks.h"
 #include "scenarios.h"
 #include "scene.h"
+#include "testing/scratch.h"
 
 enum { kStackSize = 256 * 1024, kPaint = 0xA5 };
 
@@ -171,7 +172,7 @@ static void MeasureStackAndHeap(const struct Scenario *scenario, int level) {
 
 int main(int argc, char **argv) {
   const int costs = argc > 1 && strcmp(argv[1], "--costs") == 0;
-  snprintf(daemon_log_path, sizeof(daemon_log_path), "%s", SceneDirectory());
+  snprintf(daemon_log_path, sizeof(daemon_log_path), "%s", ScratchDirectory());
   if (costs) {
     MarkLibrary();
   }
@@ -183,6 +184,5 @@ int main(int argc, char **argv) {
       MeasureStackAndHeap(&kScenarios[i], 7);
     }
   }
-  RemoveScene();
   return 0;
 }

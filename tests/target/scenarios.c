@@ -5,13 +5,14 @@
 #include <stdio.h>
 #include <string.h>
 
-#include "device.h"
 #include "scene.h"
+#include "testing/memory_store.h"
+#include "testing/scratch.h"
 
 static char *g_document = NULL;
 
 static void PrepareExchange(void) {
-  ResetDevice(SceneDirectory());
+  ResetDevice();
   g_document = FullDocument();
 }
 
@@ -22,7 +23,7 @@ static void RunExchange(void) {
 }
 
 static void CheckExchange(void) {
-  if (DeviceWrites() != 168 || rssXmlData.wlan[1].wlAcRuleNo != 40) {
+  if (StoreWrites() != 168 || rssXmlData.wlan[1].wlAcRuleNo != 40) {
     Stop("the exchange did less than it should");
   }
 }
@@ -30,7 +31,7 @@ static void CheckExchange(void) {
 static const char *g_value = NULL;
 
 static void PrepareVariable(void) {
-  ResetDevice(SceneDirectory());
+  ResetDevice();
   init_RssVar();
   g_value = NULL;
 }
@@ -68,7 +69,7 @@ static void CheckVariableBatch(void) {
  * are read, the last one fits. */
 static void WriteFirmwareList(void) {
   enum { kEntries = 16 };
-  FILE *const list = fopen(ScenePath("AB12.xml"), "w");
+  FILE *const list = fopen(ScratchPath("AB12.xml"), "w");
   if (list == NULL) {
     Stop("the firmware list is not written");
   }
@@ -90,7 +91,7 @@ static void WriteFirmwareList(void) {
 }
 
 static void PrepareFirmwareSearch(void) {
-  ResetDevice(SceneDirectory());
+  ResetDevice();
   xset_str("00:1A:2B:3C:4D:0F", "%s", "/fwupgradeinfo/devicemac");
   xset_str("AB12_FW1.0.2.bin", "%s", "/fwupgradeinfo/currfwfilename");
   xset_str(": \"$savefn\" \"$url\"", "%s", "/fwupgradeinfo/urlgetcmd");
@@ -140,7 +141,7 @@ static char g_request[64];
 static int g_login = -1;
 
 static void PrepareLogin(void) {
-  ResetDevice(SceneDirectory());
+  ResetDevice();
   clientAuthListDel(&clientauthinfo, NULL, NULL, KIOAPP_MATCH_ADDRESS);
   snprintf(g_request, sizeof(g_request), "kioAppKey= %s", generate_StarterKey(kClient));
 }

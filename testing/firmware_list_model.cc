@@ -1,4 +1,4 @@
-#include "support/firmware_list_model.h"
+#include "testing/firmware_list_model.h"
 
 #include <algorithm>
 #include <cctype>

@@ -1,6 +1,6 @@
 // What a firmware list says, read in the plainest way: to compare the library with.
-#ifndef KIO_TESTS_SUPPORT_FIRMWARE_LIST_MODEL_H
-#define KIO_TESTS_SUPPORT_FIRMWARE_LIST_MODEL_H
+#ifndef KIO_TESTING_FIRMWARE_LIST_MODEL_H
+#define KIO_TESTING_FIRMWARE_LIST_MODEL_H
 
 #include <string>
 

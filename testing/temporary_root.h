@@ -1,6 +1,6 @@
 /* Where tests make their temporary directories, for C and C++. */
-#ifndef KIO_TESTS_SUPPORT_TEMPORARY_ROOT_H
-#define KIO_TESTS_SUPPORT_TEMPORARY_ROOT_H
+#ifndef KIO_TESTING_TEMPORARY_ROOT_H
+#define KIO_TESTING_TEMPORARY_ROOT_H
 
 #include <stdlib.h>
 #include <string.h>

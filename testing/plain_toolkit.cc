@@ -1,5 +1,7 @@
-// The searches as one would write them first: tag texts made by printf, a comparison at every byte,
-// a terminator put at the block's end for the time of the search.
+// Tag texts made by printf, a comparison at every byte, a terminator put at the block's end for the
+// time of the search.
+#include "testing/plain_toolkit.h"
+
 #include <strings.h>
 
 #include <algorithm>
@@ -8,9 +10,8 @@
 #include <cstring>
 
 #include "kioapp/text.h"
-#include "toolkit_reader.h"
 
-namespace kio::bench {
+namespace kio::test {
 namespace {
 
 constexpr std::size_t kTagSize = 128;
@@ -124,4 +125,4 @@ const Toolkit kPlainToolkit = {
     PlainFind, PlainFindHeader, PlainFindBlock, PlainReadText, PlainReadInt, PlainStrstri,
 };
 
-}  // namespace kio::bench
+}  // namespace kio::test
