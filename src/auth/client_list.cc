@@ -24,7 +24,8 @@ using platform::kLogAction;
 using platform::kLogDetail;
 using platform::ViewOf;
 
-// As the list keeps time: 32 bits, so that it goes on behind 2^31 seconds where long has no more.
+// The uptime as the list keeps it: unsigned, so that it goes on beyond 2^31 seconds where long has
+// 32 bits.
 std::uint32_t Now() { return static_cast<std::uint32_t>(sys_uptime_seconds()); }
 
 std::uint32_t LogoutFromNow() { return LogoutAfter(sys_uptime_seconds()); }
@@ -50,13 +51,13 @@ bool Matches(const ClientAuthInfo& client, const char* ip, const char* request, 
   return head;
 }
 
-// Whether a client behind the first one is what a removal is meant for.
+// Whether a removal takes this client, which is not the first one of the list.
 bool IsRemovedFromBehind(const ClientAuthInfo& client, const char* ip, const char* request,
                          int mode) {
   if (HasAddress(client, ip)) {
     return true;
   }
-  // Quirk "later-clients-go-by-other-sessions": strangers to the request are taken as well.
+  // Quirk "later-clients-go-by-other-sessions": clients that the request does not name go as well.
   return mode != KIOAPP_MATCH_ADDRESS && !HasSession(client, request);
 }
 
@@ -89,7 +90,7 @@ void RemoveAll(ClientAuthInfo** head) {
 ClientAuthInfo* NewClient(const char* ip, const char* username, const char* password) {
   auto* const client = static_cast<ClientAuthInfo*>(std::calloc(1, sizeof(ClientAuthInfo)));
   if (client != nullptr) {
-    // Quirk "session-from-the-clock": clients of one second share their session id.
+    // Quirk "session-from-the-clock": clients that are added within one second share a session id.
     std::srand(static_cast<unsigned>(std::time(nullptr)));
     const int session = std::rand();
     CopyText(client->ip, ViewOf(ip));

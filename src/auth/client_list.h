@@ -9,7 +9,8 @@ namespace kio::auth {
 // How long a login lasts after the last request that passed.
 inline constexpr long kLoginSeconds = 300;
 
-// When a login of that uptime lapses. Counts beyond the range of a 32-bit long, as the uptime does.
+// The uptime at which a login lapses whose last request passed at `uptime`. It goes on beyond the
+// range of a 32-bit long.
 constexpr std::uint32_t LogoutAfter(long uptime) {
   return static_cast<std::uint32_t>(uptime) + static_cast<std::uint32_t>(kLoginSeconds);
 }

@@ -11,7 +11,7 @@ using State = std::uint32_t[4];
 
 constexpr std::uint32_t kMd5Start[4] = {0x67452301, 0xEFCDAB89, 0x98BADCFE, 0x10325476};
 
-// What each step adds.
+// The constant that each step adds.
 constexpr std::uint32_t kMd5Sines[64] = {
     0xD76AA478, 0xE8C7B756, 0x242070DB, 0xC1BDCEEE, 0xF57C0FAF, 0x4787C62A, 0xA8304613, 0xFD469501,
     0x698098D8, 0x8B44F7AF, 0xFFFF5BB1, 0x895CD7BE, 0x6B901122, 0xFD987193, 0xA679438E, 0x49B40821,
@@ -33,16 +33,17 @@ constexpr int Md5WordIndex(int step) {
   return (kFactors[kRound] * step + kOffsets[kRound]) % 16;
 }
 
-// Makes the compiler work out `word` here. Each step waits for the one before: what does not depend
-// on that one is added up first, and the compiler may not put the sum into another order.
+// Makes the compiler compute `word` here. Each step needs the result of the step before. What does
+// not depend on that result is added up first, and the compiler may not reorder the sum.
 KIO_INLINE inline void WorkOut(std::uint32_t& word) { __asm__("" : "+r"(word)); }
 
-// One step in round `kRound` (0 to 3), the `kPlace`-th of four (0 to 3): the four words change
-// their parts with the place. `added` is the sum of the step's message word and its sine.
+// One step in round `kRound` (0 to 3). Steps come in groups of four, and `kPlace` (0 to 3) is the
+// step's number in its group: it tells which word of the state plays which part. `added` is the sum
+// of the step's message word and its constant.
 template <int kRound, int kPlace>
 KIO_INLINE inline void Md5Step(State& state, std::uint32_t added) {
   std::uint32_t& a = state[(4 - kPlace) % 4];
-  const std::uint32_t b = state[(5 - kPlace) % 4];  // from the step before
+  const std::uint32_t b = state[(5 - kPlace) % 4];  // the result of the step before
   const std::uint32_t c = state[(6 - kPlace) % 4];
   const std::uint32_t d = state[(7 - kPlace) % 4];
   std::uint32_t sum = a + added;
@@ -50,7 +51,7 @@ KIO_INLINE inline void Md5Step(State& state, std::uint32_t added) {
     WorkOut(sum);
     sum += d ^ (b & (c ^ d));
   } else if constexpr (kRound == 1) {
-    // The two halves have no bit in common, so they may be added one by one.
+    // The two halves of this mix have no bit in common, so they can be added separately.
     sum += c & ~d;
     WorkOut(sum);
     sum += b & d;
@@ -81,7 +82,7 @@ KIO_INLINE inline void Md5Round(State& state, const std::uint8_t* block) {
   }
 }
 
-// Takes a block of the message into the state.
+// Adds a block of the message to the state.
 void AddBlock(State& state, const std::uint8_t* block) {
   State mixed = {state[0], state[1], state[2], state[3]};
   Md5Round<0>(mixed, block);
@@ -104,7 +105,7 @@ void Md5(platform::TextView text, Digest& digest) {
   }
   FillLastBlock(rest, block);
   if (rest.size() > kMd5OneBlockText) {
-    // No room for the size: it stands in a block of its own.
+    // The size does not fit behind the text: it gets a block of its own.
     AddBlock(state, block);
     std::memset(block, 0, sizeof(block));
   }

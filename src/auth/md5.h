@@ -18,12 +18,12 @@ struct Digest {
 
 void Md5(platform::TextView text, Digest& digest);
 
-// Clears words of messages that the rounds kept on the stack for want of registers. For callers of
-// `Md5` with secrets.
+// Clears the part of the stack in which `Md5` may have kept words of its message. For callers whose
+// message is secret.
 inline void WipeMd5Stack() { platform::WipeStack<512>(); }
 
 inline constexpr std::size_t kMd5BlockSize = 64;
-// The longest text that one block holds together with what closes a message.
+// The longest text that fits one block together with the end mark and the size of a message.
 inline constexpr std::size_t kMd5OneBlockText = kMd5BlockSize - 9;
 
 // The bytes of a word stand in little-endian order, on every machine and at any address.
@@ -42,8 +42,7 @@ inline void StoreMd5Word(std::uint8_t* bytes, std::uint32_t word) {
   std::memcpy(bytes, &word, sizeof(word));
 }
 
-// Fills a block with the end of a message, at most 63 bytes: behind them a bit that is set and
-// zeros.
+// Fills a block with the end of a message, at most 63 bytes, the end mark and zeros.
 inline void FillLastBlock(platform::TextView rest, std::uint8_t (&block)[kMd5BlockSize]) {
   constexpr std::uint8_t kFirstBit = 0x80;
   std::memset(block, 0, sizeof(block));

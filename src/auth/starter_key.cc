@@ -19,13 +19,14 @@ using platform::TextView;
 using platform::ViewOf;
 
 constexpr long kSlotSeconds = 20;
-// Slots whose keys are good: the one before the present one, and what follows it.
+// How many time slots have a good key: the one before the present one, the present one, and those
+// that follow.
 constexpr int kSlots = 5;
 constexpr char kUserName[] = "admin";
 constexpr int kFullKeyBytes = 16;
 constexpr int kShortKeyBytes = 4;
 
-// The administrator password, gone from memory with the object.
+// The administrator password. The object clears its copy when it ends.
 class Password {
  public:
   Password() { platform::ReadStoreSecret(platform::kPasswordNode, text_); }
@@ -39,7 +40,7 @@ class Password {
   char text_[64];
 };
 
-// What the key of a time slot is the digest of, gone from memory with the object.
+// The text whose digest is the key of a time slot. The object clears its copy when it ends.
 class KeySource {
  public:
   KeySource(const char* ip, const Password& password) {
@@ -77,7 +78,7 @@ char* WriteKey(const char* ip, int bytes) {
 // The key that a request holds.
 struct ShownKey {
   const char* text = nullptr;  // null when there is none
-  int bytes = 0;               // to compare; two digits each
+  int bytes = 0;               // that are compared, two digits each
 };
 
 ShownKey FindKey(const char* request) {
@@ -95,7 +96,7 @@ ShownKey FindKey(const char* request) {
   return {};
 }
 
-// The value of a digit as keys are written, in lower case; -1 for any other character.
+// The value of a hexadecimal digit of lower case; -1 for any other character.
 int DigitValue(char digit) {
   if (digit >= '0' && digit <= '9') {
     return digit - '0';
@@ -103,8 +104,8 @@ int DigitValue(char digit) {
   return digit >= 'a' && digit <= 'f' ? digit - 'a' + 10 : -1;
 }
 
-// Reads the digits of a key. Returns false when it ends early or holds anything else: it is then
-// the key of no time slot.
+// Reads the digits of a key. Returns false when the key is too short or holds another character: it
+// is then the key of no time slot.
 bool ReadKey(const ShownKey& key, Digest& digest) {
   const char* next = key.text;
   for (int i = 0; i < key.bytes; ++i) {
@@ -129,14 +130,16 @@ bool IsSame(const Digest& first, const Digest& second, int bytes) {
   return difference == 0;
 }
 
-// Whether the key is that of one of the time slots around `now`. All are looked at in any case.
+// Whether the key is that of one of the time slots around `now`. All of them are compared even
+// after one fits.
 bool IsGoodKey(const ShownKey& key, long now, const char* ip, const Password& password) {
   Digest shown;
   if (!ReadKey(key, shown)) {
     return false;
   }
   const KeySource source(ip, password);
-  // Quirk "slot-before-the-first": -1, as the source has it, right after boot.
+  // Quirk "slot-before-the-first": in the first slot after boot the one before is -1, and the
+  // source holds that number.
   KeySource::Text text;
   Digest digest;
   bool is_good = false;

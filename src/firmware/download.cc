@@ -13,16 +13,16 @@ using platform::TextView;
 constexpr TextView kFileKeyword = "$savefn";
 constexpr TextView kAddressKeyword = "$url";
 
-// How file and address are put into the command.
+// Whether file and address are escaped for the shell.
 enum class Style { kForShell, kPlain };
 
 bool Begins(const char* text, TextView prefix) {
   return std::strncmp(text, prefix.data(), prefix.size()) == 0;
 }
 
-// Puts `text` in where the template has been read up to.
+// Appends `text`, escaped for the position in the template that `reader` has come to.
 void AppendText(TextBuffer& command, const platform::ShellQuoteReader& reader, TextView text) {
-  // A backslash of the template's own escapes the first character already.
+  // A backslash at the end of the template so far escapes the first character already.
   if (reader.is_escaping() && !text.empty()) {
     command.Append(text.front());
     text.remove_prefix(1);
@@ -32,7 +32,7 @@ void AppendText(TextBuffer& command, const platform::ShellQuoteReader& reader, T
 
 void Build(const char* command_template, const Download& download, Style style,
            TextBuffer& command) {
-  // Quirk "template-without-savefn": nothing is put into it, no address either.
+  // Quirk "template-without-savefn": then the address is not put in either.
   const bool has_keywords = std::strstr(command_template, kFileKeyword.data()) != nullptr;
   platform::ShellQuoteReader reader;
   for (const char* rest = command_template; *rest != '\0';) {
@@ -49,7 +49,7 @@ void Build(const char* command_template, const Download& download, Style style,
     } else {
       AppendText(command, reader, text);
     }
-    // Whatever was put in, it left the quotes as they were, and no backslash open.
+    // The text that was put in changes no quotes and leaves no backslash open.
     if (reader.is_escaping() && !text.empty()) {
       reader.Read(text.front());
     }

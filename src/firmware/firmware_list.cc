@@ -57,11 +57,11 @@ int MatchPattern(const Block& item, std::size_t limit, const char* own_text) {
   return platform::FitsWildcard(own_text, pattern) ? KIOAPP_FW_LIST_MATCH : KIOAPP_FW_LIST_NO_MATCH;
 }
 
-// One end of a range. Ranges that are not closed share what stands before the next closing tag: it
-// is looked for once for those that begin before it.
+// One end of a range. Ranges without closing tags find the same element: what was found is kept for
+// all ranges that begin before its tag.
 class Bound {
  public:
-  // Returns false when the range has no such element.
+  // Reads the text of the element `key`. Returns false when the range has no such element.
   [[gnu::noinline]] bool Read(const Block& range, TextView key) {
     if (range.text < begin_ || range.text > tag_) {
       const Element element = settings::FindElement(range, key);
@@ -92,21 +92,22 @@ bool ReadAddress(const Block& entry, TextView key, char (&address)[128]) {
   return true;
 }
 
-// A search through one document. Lists that share their end share their items, so that what one of
-// them came to is known of the next: all empty lists reach to the end of the document, and entries
-// that are not closed to the same closing tag. The log tells of each test of an item; when it does,
-// all are made.
+// A search through one document. Lists can share their end, and then they share their items: all
+// empty lists reach to the end of the document, and entries without closing tags to the same
+// closing tag. The result of one list is kept for the others with the same end. At the log level at
+// which each test of an item is logged, all tests are made.
 class ListSearch {
  public:
-  // The items of one list or, of a "MacList", the addresses and then the ranges.
+  // Compares the items of one list. With `ranges_too` the list is a "MacList": the addresses, then
+  // the ranges.
   int MatchList(const Block& text, int kind, bool ranges_too = false);
   int MatchEntry(const Block& entry);
 
  private:
   static constexpr int kNoList = -1;
 
-  // What a list came to, and which others with the same end come to the same: those that begin at
-  // `first` or behind it, but before `before`.
+  // The result of a list. It is also that of each list with the same end that begins at `first` or
+  // behind it, but before `before`.
   struct Known {
     const char* end = nullptr;
     const char* first = nullptr;
@@ -125,7 +126,7 @@ class ListSearch {
   int MatchLists(const Block& entry);
 
   Known lists_[kListKinds];
-  // The same of the entries that a list was looked for in.
+  // The same for the entries in which a list was looked for.
   Known mac_entries_;
   Known name_entries_;
   Bound start_;
@@ -177,7 +178,7 @@ int ListSearch::MatchItems(const Block& list, settings::ItemReader& items, int k
       break;
     }
     if (i == 0) {
-      // Should the items be too many: a list that begins behind the first has others.
+      // If there turn out to be too many items, a list that begins behind the first has other ones.
       known.before = item.text;
     }
   }
@@ -190,7 +191,7 @@ int ListSearch::MatchList(const Block& text, int kind, bool ranges_too) {
   if (!container.is_complete()) {
     return KIOAPP_FW_LIST_ERROR;
   }
-  // An empty list has the items of the rest of the document.
+  // An empty list takes its items from the rest of the document.
   settings::ItemReader items(container.content, kLists[kind].item);
   const int result = MatchItems(container.content, items, kind);
   if (result != KIOAPP_FW_LIST_NO_MATCH || !ranges_too) {
@@ -277,7 +278,8 @@ bool IsRunning() {
   const std::size_t size = std::strcspn(name, "?");
   KIO_LOG(kLogDetail, "Final Match '%s'(%d) with '%s'\n", name, static_cast<int>(size),
           fwXmlData.currFileName);
-  // Quirk "running-name-may-be-longer": what stands behind the name that is offered does not count.
+  // Quirk "running-name-may-be-longer": what the running name has beyond the other one does not
+  // count.
   return std::strncmp(name, fwXmlData.currFileName, size) == 0;
 }
 

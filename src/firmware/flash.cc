@@ -15,7 +15,7 @@ namespace {
 
 using platform::TextView;
 
-// The next word of a line, cut out of what is left of it; empty at its end.
+// Takes the next word from what is left of a line; empty at the line's end.
 TextView TakeWord(TextView* line) {
   constexpr TextView kBlanks = " \t\n\v\f\r";
   const std::size_t begin = line->find_first_not_of(kBlanks);
@@ -80,7 +80,7 @@ int write_flash_kernel_version(void) {
   if (!lines.Next(version)) {
     return -1;
   }
-  // Each character may need another one before it.
+  // Each character may need an escape before it.
   char command[2 * kLineSize + 64];
   kio::platform::TextBuffer text(command);
   text.Append("nvram_set 2860 old_firmware \"");

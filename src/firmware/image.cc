@@ -25,7 +25,7 @@ constexpr std::size_t kHeaderCrcOffset = 4;
 constexpr std::size_t kDataCrcOffset = 24;
 constexpr std::uint32_t kMagic = 0x27051956;
 
-// A refusal: the path stands between.
+// The message of a refusal, before and behind the path.
 struct Reason {
   TextView before;
   TextView after;
@@ -40,7 +40,7 @@ std::uint32_t LoadBigEndian(const unsigned char* bytes) {
          static_cast<std::uint32_t>(bytes[2]) << 8 | static_cast<std::uint32_t>(bytes[3]);
 }
 
-// Where a refusal is told. Nothing is written without one.
+// The caller's buffer for the message of a refusal.
 class Refusal {
  public:
   Refusal(char* message, const char* path)
@@ -50,7 +50,7 @@ class Refusal {
     TextBuffer(message_, size_).Append(reason.before).Append(path_).Append(reason.after);
     return 0;
   }
-  // A failed call: "Can't WHAT PATH: ERROR".
+  // Tells of a failed call: "Can't WHAT PATH: ERROR".
   [[nodiscard]] int SayError(TextView what, int error) const {
     TextBuffer text(message_, size_);
     text.Append("Can't ").Append(what).Append(' ').Append(path_).Append(": ");
@@ -59,7 +59,7 @@ class Refusal {
   }
 
  private:
-  // What callers provide, the terminator included.
+  // The callers' buffers have room for the path and this, the terminator included.
   static constexpr std::size_t kRoomBesidesPath = 60;
 
   char* message_;
@@ -67,7 +67,7 @@ class Refusal {
   std::size_t size_;
 };
 
-// A whole file in memory, for as long as this lives.
+// A whole file, mapped into memory until the object ends.
 class Mapping {
  public:
   Mapping(const FileDescriptor& file, std::size_t size)
@@ -87,8 +87,8 @@ class Mapping {
   void* memory_;
 };
 
-// Reads exactly `size` bytes at `offset`; false when the file does not hold them any more. A
-// mapping, once the file is cut, ends the process that reads it.
+// Reads exactly `size` bytes at `offset`; false when the file does not hold them any more. The
+// mapping is not read: when the file is cut meanwhile, reading it would end the process.
 bool ReadAt(const FileDescriptor& file, off_t offset, unsigned char* data, std::size_t size) {
   while (size > 0) {
     const ssize_t count = pread(file.get(), data, size, offset);
@@ -118,7 +118,7 @@ bool ComputeCrcAt(const FileDescriptor& file, off_t offset, std::size_t size, un
   return true;
 }
 
-// The image is known to lie within the file, as the file was.
+// Checks an image that lay within the file when the size of the file was read.
 int CheckImage(const FileDescriptor& file, off_t offset, std::size_t length,
                const Refusal& refusal) {
   unsigned char header[kHeaderSize];
@@ -154,9 +154,9 @@ int check(const char* path, unsigned int offset, unsigned int length, char* mess
   if (length < kio::firmware::kHeaderSize) {
     return refusal.Say(kBadSize);
   }
-  // A pipe is opened without waiting for a writer.
+  // O_NONBLOCK: for a pipe this does not wait for a writer.
   const kio::platform::FileDescriptor file(kio::platform::OpenFile(path, O_RDONLY | O_NONBLOCK));
-  // Quirk "descriptor-0-cannot-be-open": a failed open is told by the next step.
+  // Quirk "descriptor-0-cannot-be-open": after a failed open it is fstat that fails.
   if (file.get() == 0) {
     return refusal.SayError("open", errno);
   }

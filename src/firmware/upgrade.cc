@@ -35,11 +35,11 @@ constexpr const char* kProcessFile = "rssfwtmp.txt";
 
 constexpr std::size_t kPathSize = 128;
 constexpr std::size_t kNodeSize = 256;  // what getXNode fills
-// What is read of a file at most.
+// How much of a file is read at most.
 constexpr std::size_t kReadSize = 4096;
 
 int g_status = KIOAPP_FW_IDLE;
-// By which the image download is known in the list of processes.
+// The beginning of the download's command, as the list of processes shows it.
 char g_download_tag[16] = "";
 
 void LogBanner(const char* banner) {
@@ -74,7 +74,7 @@ void ReadTemplate(char (&command_template)[kNodeSize]) {
   getXNode(command_template, "/fwupgradeinfo/urlgetcmd", "wget -O \"$savefn\" \"$url\"");
 }
 
-// Fetches a file. The command, long as it may become, takes stack only here.
+// Fetches a file. The buffer of the command is large and takes stack only here.
 void Fetch(const char* command_template, const Download& download) {
   char command[kDownloadSize];
   if (BuildDownloadCommand(command_template, download, command)) {
@@ -155,9 +155,9 @@ void FetchList(char (&path)[kPathSize]) {
   Fetch(command_template, {path, address, false});
 }
 
-// Status after the list in a file has been looked through.
+// Searches the list in a file and returns the status that follows.
 int ReadList(const char* path) {
-  // Quirk "lists-of-4096": what stands behind is not seen.
+  // Quirk "lists-of-4096": what stands behind them is not seen.
   FileText list(path);
   const int result =
       list.ok() ? do_FwXml_Parser(list.text(), nullptr, nullptr) : int{KIOAPP_FW_LIST_ERROR};
@@ -196,7 +196,8 @@ void FetchImage() {
 
 // Lists the processes that carry the tag into `path`.
 void ListDownloads(const char* path) {
-  // The tag stands in double quotes inside backquotes, each of which takes an escape away.
+  // The tag stands in double quotes inside backquotes. Either of them removes one escape, so the
+  // tag is escaped twice.
   char once_text[2 * sizeof(g_download_tag)];
   TextBuffer once(once_text);
   AppendShellText(once, ShellQuotes::kDouble, g_download_tag);
@@ -218,8 +219,8 @@ bool HasEnded(const char* processes) {
   KIO_LOG(kLogDetail, "==BGN=='%s'\n%s\n==END==\n", needle, processes);
   const char* const download = std::strstr(processes, needle);
   const char* const grep = std::strstr(processes, " grep ");
-  // Quirk "grep-tells-the-end": the search for the download carries the tag as well; when it comes
-  // first, it is alone.
+  // Quirk "grep-tells-the-end": the command line of grep is listed and holds the tag as well. The
+  // download has ended when nothing before " grep " holds it.
   return download != nullptr && grep != nullptr && grep < download;
 }
 
@@ -256,7 +257,7 @@ void RefuseAction(int action) {
   KIO_LOG(kLogDetail, "rsscheckfw.xml wrong act=%c\n", action);
 }
 
-// Quirk "action-goes-with-status": what does not go with the status is unknown.
+// Quirk "action-goes-with-status": an action that does not fit the status counts as unknown.
 void TakeStep(int action) {
   if (action == KIOAPP_FW_INIT) {
     Initialise();

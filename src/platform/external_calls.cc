@@ -15,7 +15,7 @@ struct Action {
   int seconds;
   const char* name;
   const char* line_end;  // of the log message
-  const char* script;    // in the script directory; null when the host does what is to be done
+  const char* script;    // in the script directory; null for what is left to the host
 };
 
 // In ascending order of the bits. The message of the first does not end its line.

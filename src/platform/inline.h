@@ -1,4 +1,4 @@
-// Functions that are inlined for speed whatever the compiler thinks of it.
+// Functions that must be inlined in a build for speed.
 #ifndef KIO_PLATFORM_INLINE_H
 #define KIO_PLATFORM_INLINE_H
 

@@ -66,10 +66,10 @@ bool g_at_line_start = true;
   RunCommand(command);
 }
 
-// Whether `added` more bytes bring the file to its size limit. The sum is taken as unsigned, an
-// absent file counting as -1 byte: nothing added to an absent file is beyond every limit.
+// Whether `added` more bytes bring the file to its size limit.
 bool ReachesSizeLimit(std::size_t added) {
-  // Quirk "absent-file-is-minus-one-byte": taken as unsigned.
+  // Quirk "absent-file-is-minus-one-byte": as an unsigned number this is beyond every limit, unless
+  // a byte is added.
   struct stat status = {};
   const std::uint32_t size = stat(g_log_file, &status) == 0
                                  ? static_cast<std::uint32_t>(status.st_size)
@@ -80,7 +80,7 @@ bool ReachesSizeLimit(std::size_t added) {
 
 // Appends the message. The `kPrefixRoom` bytes before it are free for the uptime.
 void AppendToLogFile(char* message, std::size_t size) {
-  // Quirk "file-opened-for-each-message": so that it may be moved away at any time.
+  // Quirk "file-opened-for-each-message": it may be moved away at any time.
   const FileDescriptor file(OpenFile(g_log_file, O_WRONLY | O_APPEND | O_CREAT));
   if (!file.ok()) {
     return;
@@ -107,7 +107,7 @@ void PrintToConsole(const char* message) {
 
 [[gnu::noinline]] KIOAPP_PRINTF(2, 0) void LogMessage(int level, const char* format,
                                                       va_list arguments) {
-  // Prefix and message side by side, so that one write appends both.
+  // The prefix goes right before the message, so that one write appends both.
   char buffer[kPrefixRoom + kMessageSize];
   char* const message = buffer + kPrefixRoom;
   message[0] = '\0';

@@ -28,7 +28,7 @@ namespace kio::platform {
 // Begins a line with the uptime, for a message that follows.
 inline void LogTime(int level) { KIO_LOG(level, "%ld:", sys_uptime_seconds()); }
 
-// The two below, apart from them: they stand in nearly every exported function.
+// Out of line: used by nearly every exported function.
 void WriteName(const char* function);
 void WriteEntry(const char* function);
 

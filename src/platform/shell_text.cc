@@ -25,7 +25,8 @@ void ShellQuoteReader::Read(char character) {
 void AppendShellText(TextBuffer& command, ShellQuotes quotes, TextView text) {
   for (const char character : text) {
     if (quotes == ShellQuotes::kSingle) {
-      // Nothing can be escaped here: the quotes end, the quote follows, and they begin again.
+      // Nothing can be escaped inside single quotes: they end, the escaped quote follows, and they
+      // begin again.
       if (character == '\'') {
         command.Append("'\\'");
       }
@@ -34,7 +35,7 @@ void AppendShellText(TextBuffer& command, ShellQuotes quotes, TextView text) {
         command.Append('\\');
       }
     } else if (character == '\n') {
-      // A backslash would take the line end away.
+      // A backslash before a line end would remove it.
       command.Append("'\n'");
       continue;
     } else if (IsOneOf(character, kSpecialWithoutQuotes)) {

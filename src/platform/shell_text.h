@@ -1,4 +1,4 @@
-// Texts of others inside shell commands.
+// Putting texts that somebody else chose into shell commands.
 #ifndef KIO_PLATFORM_SHELL_TEXT_H
 #define KIO_PLATFORM_SHELL_TEXT_H
 
@@ -8,7 +8,7 @@
 
 namespace kio::platform {
 
-// What stands around a place in a shell command.
+// The quotes around a position in a shell command.
 enum class ShellQuotes : std::uint8_t { kNone, kSingle, kDouble };
 
 // Follows the quotes of a shell command, character by character.
@@ -17,7 +17,7 @@ class ShellQuoteReader {
   void Read(char character);
 
   [[nodiscard]] ShellQuotes quotes() const { return quotes_; }
-  // Whether the last character was a backslash that takes the meaning from the next one.
+  // Whether the last character was a backslash that escapes the next one.
   [[nodiscard]] bool is_escaping() const { return escaping_; }
 
  private:

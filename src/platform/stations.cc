@@ -102,7 +102,7 @@ bool UpdateStations() {
       if (index > 0) {
         text.Append('.').AppendNumber(index);
       }
-      // The manager may start at any time; asked again for each interface.
+      // The manager may start at any time, so this is asked again for each interface.
       if (IsInterfaceUp(probe, name) && !IsWirelessStarting()) {
         ListStations(name);
       }

@@ -11,9 +11,9 @@ namespace kio::platform {
 
 // The text of a node, read when the object is made; empty when the node is absent.
 //
-// The host is told no capacity and may leave the buffer as it was, so the scratch buffer is larger
-// than any field and emptied first. A host that writes beyond it is stopped: what lies behind are
-// the frames of its callers. Nothing else calls `xget_str`.
+// The host is not told how much room there is, and may leave the buffer as it is. So the scratch
+// buffer is larger than any field and is emptied first. A host that writes beyond it is stopped,
+// because the frames of its callers lie behind the buffer. Nothing else calls `xget_str`.
 class StoreText {
  public:
   explicit StoreText(const char* path);
@@ -29,7 +29,7 @@ class StoreText {
 
  private:
   static constexpr std::size_t kScratchSize = 4096;
-  // Bytes that no text has in UTF-8, nor a terminator.
+  // These bytes occur in no UTF-8 text, and none of them is a terminator.
   static constexpr std::uint32_t kUntouched = 0xC1F5FEFF;
   static_assert(kScratchSize % alignof(std::uint32_t) == 0, "nothing lies between");
 
@@ -80,7 +80,7 @@ class StorePath {
 
   [[nodiscard]] const char* c_str() const { return text_; }
 
-  // Makes an instance of the base, which ends with ':', the place that `Node` starts from.
+  // Selects an instance of the base, which must end with ':'. `Node` then starts from it.
   void SelectInstance(int number) {
     buffer_.Truncate(base_);
     buffer_.AppendNumber(number);

@@ -8,8 +8,8 @@ namespace kio::platform {
 
 namespace {
 
-// As many characters as a word has bytes, or up to twice as many: the first and the last of them,
-// which may overlap.
+// Copies at least as many characters as a word has bytes, and at most twice as many: the first word
+// and the last one, which may overlap.
 template <typename Word>
 void CopyEnds(char* dst, TextView text) {
   const std::size_t last = text.size() - sizeof(Word);
@@ -21,7 +21,7 @@ void CopyEnds(char* dst, TextView text) {
   std::memcpy(dst + last, &end, sizeof(Word));
 }
 
-// Mostly so few characters that a call would take longer.
+// Most texts are so short that a call of memcpy would take longer.
 void CopyCharacters(char* dst, TextView text) {
   const std::size_t size = text.size();
   if (size > 2 * sizeof(std::uint64_t)) {
@@ -70,7 +70,7 @@ TextBuffer& TextBuffer::AppendNumber(long value) {
   char digits[24];
   char* const end = digits + sizeof(digits);
   char* begin = end;
-  // The magnitude of the smallest number has no place in a long.
+  // The magnitude of the smallest long does not fit in a long.
   unsigned long rest =
       value < 0 ? 0UL - static_cast<unsigned long>(value) : static_cast<unsigned long>(value);
   do {

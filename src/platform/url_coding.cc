@@ -5,9 +5,8 @@
 namespace kio::platform {
 namespace {
 
-// The value of a hexadecimal digit. Other characters are not refused: they count by their distance
-// to where 'a' would be 10.
-// Quirk "url-digits-unchecked": nothing is refused.
+// The value of a hexadecimal digit.
+// Quirk "url-digits-unchecked": any other character counts by its distance from 'a', which is 10.
 constexpr int DigitValue(char digit) {
   return digit >= '0' && digit <= '9' ? digit - '0' : ToLower(digit) - ('a' - 10);
 }
@@ -50,10 +49,9 @@ void EncodeUrl(char* dst, const char* src, int budget) {
       const auto byte = static_cast<unsigned char>(character);
       *dst++ = '%';
       *dst++ = kDigits[byte >> 4];
-      // Quirk "url-escape-beyond-the-budget": one character more may be written.
+      // Quirk "url-escape-beyond-the-budget": an escape takes two characters even where the budget
+      // had one left.
       if (budget <= 1) {
-        // With one unit at the start of the escape this is one character beyond the budget, which
-        // is the documented boundary.
         return;
       }
       budget -= 2;

@@ -9,7 +9,7 @@ namespace {
 
 // The four numbers of an address.
 struct Quad {
-  // A number that is missing in the text stays out of every range.
+  // A number that is missing in the text is in no range.
   int part[4] = {-1, -1, -1, -1};
 
   // Quirk "text-after-an-address": what follows the fourth number is ignored.

@@ -1,4 +1,4 @@
-// Values judged by rules from the store.
+// Checking values by rules from the store.
 #include <cstdlib>
 
 #include "kioapp/settings.h"

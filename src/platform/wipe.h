@@ -9,8 +9,8 @@
 
 namespace kio::platform {
 
-// Overwrites memory that is not read any more. The compiler has to take it for read, so it cannot
-// leave the clearing out as it may leave out a plain memset.
+// Overwrites memory that is not read any more. The compiler must assume that it is read afterwards,
+// so it cannot leave the clearing out, as it may a plain memset.
 KIO_INLINE inline void Wipe(void* data, std::size_t size) {
   std::memset(data, 0, size);
   __asm__ volatile("" : : "r"(data) : "memory");
@@ -20,8 +20,8 @@ KIO_INLINE inline void Wipe(Object& object) {
   Wipe(&object, sizeof(object));
 }
 
-// Clears what functions that have returned left on the stack below the caller: copies that the
-// compiler made among it.
+// Clears what functions that have returned left on the stack below the caller, copies that the
+// compiler made included.
 template <std::size_t kSize>
 [[gnu::noinline]] void WipeStack() {
   char area[kSize];

@@ -13,7 +13,8 @@ namespace {
 
 using platform::StorePath;
 
-// What is applied below. The tables of versions, features and rules are never written.
+// Every row that is to be written is written below. The tables of versions, features and rules are
+// never written.
 static_assert(AllAreWritten(kVersionFields, {}) && AllAreWritten(kFeatureFields, {}) &&
               AllAreWritten(kDeviceRules, {}) && AllAreWritten(kUplinkRules, {}));
 static_assert(AllAreWritten(kDeviceFields, {Group::kBasic, Group::kRoaming}, {"RouterEnbl"}));
@@ -36,7 +37,7 @@ void ClearRestartFlags() {
   rssXmlData.saveflag = 0;
 }
 
-// Returns false for a refused change, which is then reported.
+// Returns false when a change is refused, which is then reported.
 bool ApplyDevice() {
   StorePath nodes("");
   rssXmlData.deviceRestart |=
@@ -98,7 +99,7 @@ void ApplySaveFlag() {
   }
 }
 
-// Returns false for a refused change, which is then reported.
+// Returns false when a change is refused, which is then reported.
 // Quirk "refusal-keeps-earlier-writes": a host that minds undoes them.
 bool ApplyRecord() {
   if (rssXmlData.apCloningOnly == 0) {

@@ -15,8 +15,8 @@ inline int ApplyField(const Field& field, void* section, const char* path) {
              : IntCmpWithXStr(IntOf(section, field.member), path, 0);
 }
 
-// Writes those fields of a group that are written wherever they differ, in their order. Returns 1
-// if any node did differ, else 0.
+// Writes the fields of a group that are written where they differ, in their order. Returns 1 if any
+// node differed, else 0.
 int ApplyFields(FieldTable table, Group group, void* section, platform::StorePath& nodes);
 
 // The same for the fields of a section.

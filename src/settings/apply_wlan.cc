@@ -20,7 +20,7 @@ constexpr const Field& kChannelRow = RowOf(kWlanFields, "Channel");
 constexpr const Field& kAccessSwitchRow = RowOf(kAccessFields, "WlAcEnbl");
 constexpr const Field& kAccessModeRow = RowOf(kAccessFields, "WlAcMode");
 
-// What is applied below.
+// Every row that is to be written is written below.
 static_assert(AllAreWritten(kWlanFields, {Group::kDeviceOnly, Group::kBasic, Group::kDetail},
                             {"WlEnbl", "WlSchedule"}));
 static_assert(AllAreWritten(kAccessFields, {}, {"WlAcEnbl", "WlAcMode"}));
@@ -46,7 +46,7 @@ Step ApplyClonedEnable(const Radio& radio, const char* path) {
   if (stored == wlan.wlEnbl) {
     return Step::kGoOn;
   }
-  // Quirk "cloning-stops-at-a-locked-switch": no later radio is cloned either.
+  // Quirk "cloning-stops-at-a-locked-switch": this radio and all later ones are left as they are.
   if (stored == 2 || stored == 3 || wlan.wlEnbl == 2) {
     return Step::kStageDone;
   }
@@ -66,7 +66,7 @@ void ApplyClonedSchedule(const Radio& radio, const char* path) {
   if (wlan.wlSchedule == 2) {
     wlan.wlSchedule = 0;
   }
-  // Quirk "cloned-schedule-without-maximum": whatever number it is.
+  // Quirk "cloned-schedule-without-maximum": any number is written.
   wlan.restart |= ApplyField(kScheduleRow, &wlan, path);
 }
 
@@ -89,7 +89,8 @@ Step ApplySwitches(const Radio& radio) {
   return Step::kGoOn;
 }
 
-// Name and encryption. The channel comes later, behind the reading of the stored access control.
+// Writes name and encryption. The channel is written later, when the stored access control was
+// read.
 void ApplyNetwork(const Radio& radio) {
   for (const Field& field : kWlanFields) {
     if (field.write != Write::kIfDifferent || &field == &kChannelRow) {
@@ -130,7 +131,7 @@ Step ApplyAccessSwitch(RssWlan& wlan, int stored, StorePath& access, bool& stays
   if (IsCloning() && wlan.wlAcEnbl == 2) {
     wlan.wlAcEnbl = 0;
   }
-  // Quirk "access-switch-two-is-written": which locks the switch from then on.
+  // Quirk "access-switch-two-is-written": from then on the switch is locked.
   wlan.restart = 1;
   WriteStoreInt(access.Node(kAccessSwitchRow.node), wlan.wlAcEnbl);
   return Step::kGoOn;
@@ -152,7 +153,7 @@ Step ApplyAccessControl(const Radio& radio) {
   if (wlan.wlAcMode != stored_mode) {
     wlan.restart = 1;
   }
-  // Quirk "access-mode-always-written": whether or not it differs.
+  // Quirk "access-mode-always-written": even when it is equal.
   WriteStoreInt(access.Node(kAccessModeRow.node), wlan.wlAcMode);
   ApplyRules(radio, access);
   return Step::kGoOn;
@@ -174,7 +175,7 @@ void ApplyClonedSite(const Radio& radio) {
   uplink.restart |=
       StrCmpWithXStr(wlan.encryptionKey, site.Node(RowOf(kSiteFields, "EncryptionKey").node), 0);
   StorePath cloned(kClonedSiteNode);
-  // Quirk "cloning-information-always-written": whether or not it differs.
+  // Quirk "cloning-information-always-written": even when it is equal.
   platform::WriteStoreText(cloned.Node(RowOf(kSiteFields, "WirelessType").node), word);
   for (const Field& field : kWlanFields) {
     if (field.group != Group::kDeviceOnly && field.member.type == Member::Type::kText) {

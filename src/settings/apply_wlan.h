@@ -4,7 +4,8 @@
 
 namespace kio::settings {
 
-// Writes what differs of the radios. Returns false for a refused change, which is then reported.
+// Writes what differs of the radios. Returns false when a change is refused, which is then
+// reported.
 bool ApplyRadios();
 
 }  // namespace kio::settings

@@ -22,7 +22,8 @@ bool HasMoved(int radio) {
   }
   const int effective = configured != 0 ? configured : in_use;
   int& last = g_last_channels[radio];
-  // Quirk "fixed-channels-never-move": a set channel counts as seen, whichever is in use.
+  // Quirk "fixed-channels-never-move": a channel that is set counts as the last one seen, whichever
+  // is in use.
   if (last == kNoneSeen || configured != 0) {
     last = configured;
   }

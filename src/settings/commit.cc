@@ -12,7 +12,7 @@ using platform::kLogDetail;
 using platform::kLogFailure;
 
 // The actions for what the last applying changed. A site survey excludes all others.
-// Quirk "safetyvyr-runs-no-action": the service's switches are only saved.
+// Quirk "safetyvyr-runs-no-action": a change of the service's switches is only saved.
 int ChangedActions() {
   const RssXmlData& record = rssXmlData;
   if (record.apCloningOnly == 0 && record.wlanSurveyRestart != 0) {

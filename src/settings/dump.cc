@@ -1,7 +1,7 @@
 // Writing the record to the log.
 //
-// A walk over the rows of each section; what the rows do not hold, paths and the bookkeeping of an
-// exchange, is written out in its place.
+// The rows of each section are walked. What no row describes, paths and the bookkeeping of an
+// exchange, is written by code of its own between them.
 
 #include "kioapp/settings.h"
 #include "platform/log.h"
@@ -28,7 +28,7 @@ void AppendValue(TextBuffer& line, const Field& field, void* section) {
   }
 }
 
-// Writes the line of a field, and of the next row's with it when they are a pair.
+// Writes the line of a field; of a pair, the next row's field stands in it as well.
 void DumpField(const Field& field, void* section, const char* indent) {
   const bool is_quoted = field.dump == Dump::kQuoted || field.dump == Dump::kQuotedWithCode ||
                          field.dump == Dump::kQuotedPair;
@@ -55,7 +55,7 @@ void DumpField(const Field& field, void* section, const char* indent) {
 }
 
 bool IsDumped(const Field& field) {
-  // The address of a radio is written in version 1.0, too, although no document there holds it.
+  // The address of a radio is written in version 1.0 as well, although no document of it holds one.
   const bool is_in_version =
       IsIn(field.versions, IsVersion10()) || &field == &RowOf(kWlanFields, "WirelessBSSID");
   return field.dump != Dump::kNever && is_in_version &&
@@ -89,8 +89,8 @@ void DumpDevice() {
   KIO_LOG(kLogAction, " +- wlanSurveyRestart=%d\n", rssXmlData.wlanSurveyRestart);
 }
 
-// A section of the uplink's own. A device of version 1.0 without hardware of its own may extend
-// another network.
+// Writes the section that goes with the uplink's hardware. In version 1.0, a device
+// whose hardware has no section may extend another network.
 void DumpHardwareSection() {
   SectionId section = HardwareSection();
   if (section == SectionId::kCount && IsVersion10() && rssXmlData.extenderEnbl != 2) {
@@ -172,7 +172,7 @@ void DumpFlags() {
 }  // namespace
 }  // namespace kio::settings
 
-// Quirk "dump-shows-passwords": whoever reads this level reads them.
+// Quirk "dump-shows-passwords": they stand in the log at this level.
 void dump_RssXmlData(void) {
   using namespace kio::settings;  // NOLINT(google-build-using-namespace)
   if (!kio::platform::IsLogged(kio::platform::kLogAction)) {

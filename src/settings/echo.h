@@ -17,13 +17,13 @@ class EchoCommand {
   EchoCommand(const EchoCommand&) = delete;
   EchoCommand& operator=(const EchoCommand&) = delete;
 
-  // What is written; to be appended to before `To`.
+  // The text that the command writes. It is appended to before `To` is called.
   platform::TextBuffer& text() { return command_; }
 
-  // Ends the text and returns the command, until the object ends.
+  // Ends the text and returns the command, which lives as long as the object.
   //
-  // Others may choose the text: each quote in it is taken out of the shell's quotes and put back
-  // escaped. This comes after the cut, so that no cut can fall inside an escape.
+  // Somebody else may have chosen the text, so each quote in it is escaped. This is done after the
+  // cut, so that no cut falls inside an escape.
   // Quirk "quotes-escaped-after-the-cut": the command may be longer than its size says.
   const char* To(platform::TextView redirection, platform::TextView directory,
                  platform::TextView file) {

@@ -1,4 +1,4 @@
-// What is known of one field of the settings record: the columns of the field tables.
+// The columns of the field tables: what the library knows of one field of the settings record.
 #ifndef KIO_SETTINGS_FIELD_H
 #define KIO_SETTINGS_FIELD_H
 
@@ -60,12 +60,12 @@ enum class Snapshot : std::uint8_t { kEvery, kFullOnly };
 
 // Which fields of a section are read, verified and written together.
 enum class Group : std::uint8_t {
-  kNone,        // no field's
+  kNone,        // no field has it
   kDeviceOnly,  // not part of a settings document
   kBasic,
   kDetail,
   kRoaming,   // for devices that take part in easy roaming
-  kExtender,  // for devices that say themselves whether they extend another network
+  kExtender,  // in documents that say whether the device extends another network
   kLogin,     // for connection types with a login
   kAddress,   // for the static connection type
   kProvider,
@@ -86,13 +86,13 @@ enum class Versions : std::uint8_t { kEvery, kOnly10, kNot10 };
 // What a value must be.
 enum class Check : std::uint8_t {
   kNothing,
-  kInRange,      // an integer of `low` to `high`; `low` is not negative, so no negative one passes
-  kFilled,       // a text that is not empty
-  kRule,         // a text that passes the rule in `rule`
-  kKeyword,      // a word of the table
-  kHostAddress,  // an IPv4 host address
-  kNetmask,      // an IPv4 netmask
-  kNameServer,   // a host address; an empty text is replaced by the default name server
+  kInRange,         // an integer of `low` to `high`; both are unsigned, so no negative one passes
+  kFilled,          // a text that is not empty
+  kRule,            // a text that passes the rule in `rule`
+  kKeyword,         // a word of the table
+  kHostAddress,     // an IPv4 host address
+  kNetmask,         // an IPv4 netmask
+  kNameServer,      // a host address; an empty text is replaced by the default name server
   kEncryptionType,  // a word that goes with the radio's encryption mode
   kRadioKey,        // a key that fits the radio's encryption mode, and passes the rule
   kSiteKey,         // empty or a key of some kind, and passes the rule
@@ -103,7 +103,7 @@ enum class Check : std::uint8_t {
 enum class Write : std::uint8_t {
   kNever,
   kIfDifferent,
-  kSwitch,  // 0 or 1, unless the device has locked it: by name, for each has a lock of its own
+  kSwitch,  // 0 or 1, unless the device has locked it; written by name, as each lock is different
 };
 
 // What kind of variable a field is: what it accepts.
@@ -121,8 +121,8 @@ enum class VariableKind : std::uint8_t {
   kRoaming,  // the four numbers of the roaming text
 };
 
-// How a field stands in the dump of the record: "Element=value", or, for a pair, in one line with
-// the field of the next row.
+// How a field is written in the dump of the record: as "Element=value" or, for a pair, in one line
+// with the field of the next row.
 enum class Dump : std::uint8_t {
   kNever,
   kPlain,
@@ -179,10 +179,11 @@ struct Field {
   // The name in the dump, when it is not the element's. Terminated.
   platform::TextView dump_name = {};
 
-  // The code tells: a pointer cannot be compared at compile time under every sanitizer.
+  // Looks at `code`: the pointer `words` cannot be compared at compile time under every sanitizer.
   [[nodiscard]] constexpr bool has_words() const { return code.size != 0; }
 
-  // A row is one of those below with some columns changed.
+  // A row begins with one of the kinds below (`Text`, `Flag`, ...); these functions change its
+  // columns.
   template <typename Column, typename Value>
   [[nodiscard]] constexpr Field With(Column Field::*column, Value value) const {
     Field field = *this;
@@ -242,19 +243,19 @@ struct Field {
 
 using FieldTable = std::span<const Field>;
 
-// What the device alone knows: no document holds it, every snapshot loads it.
+// A value that only the device knows: no document holds it, every snapshot loads it.
 constexpr Field Known(platform::TextView element, platform::TextView node, const Member& member,
                       Load load) {
   return {.element = element, .node = node, .member = member, .load = load};
 }
 
-// The same as a variable that is only read.
+// The same, and a variable that is only read.
 constexpr Field Shown(platform::TextView element, platform::TextView node, const Member& member,
                       Load load) {
   return Known(element, node, member, load).AsVariable(VariableKind::kReadOnly);
 }
 
-// A setting: documents hold it, full snapshots load it, it is written where it differs.
+// A setting: documents hold it, full snapshots load it, and it is written where it differs.
 constexpr Field Setting(platform::TextView element, platform::TextView node, const Member& member,
                         Load load) {
   return {.element = element,
@@ -278,7 +279,7 @@ constexpr Field Flag(platform::TextView element, platform::TextView node, const 
   return Setting(element, node, member, Load::kIsOne).InRange(0, 1).AsVariable(VariableKind::kFlag);
 }
 
-// 0 or 1, where a stored 2 or more says that the device has locked it; so does its absence.
+// 0 or 1. When the stored value is 2 or more, or absent, the device has locked the switch.
 constexpr Field Switch(platform::TextView element, platform::TextView node, const Member& member) {
   return Setting(element, node, member, Load::kInteger)
       .WhenAbsent(2)
@@ -291,7 +292,7 @@ constexpr Field Unloaded(platform::TextView element, const Member& member, Group
   return {.element = element, .member = member, .group = group, .dump = Dump::kPlain};
 }
 
-// The members of a section's structure.
+// Access to the members of a section's structure.
 inline int& IntOf(void* section, const Member& member) {
   return *reinterpret_cast<int*>(static_cast<char*>(section) + member.offset);
 }
@@ -336,7 +337,7 @@ constexpr bool IsSound(const Field& field) {
          (field.variable_kind != VariableKind::kKeyword || field.has_words()) &&
          (field.variable_kind != VariableKind::kRule || field.rule.size != 0) &&
          (field.dump == Dump::kNever || !field.element.empty()) &&
-         // Without its element, the record must hold what the store does.
+         // When a document does not hold the element, the record must have the stored value.
          (field.optional != Optional::kAlways ||
           (field.load != Load::kNever && field.snapshot == Snapshot::kEvery));
 }
@@ -346,8 +347,8 @@ constexpr bool HasWholePairs(FieldTable table) {
   return table.empty() || !IsPair(table.back().dump);
 }
 
-// Whether each row that says how it is written is written: those of some groups where they differ,
-// and what is written by name. Stands where that is done, so that no row is passed over there.
+// Whether each row that is to be written is one of the given groups, whose rows are written where
+// they differ, or is named. Asserted next to the code that writes them, so that it forgets none.
 consteval bool AllAreWritten(FieldTable table, std::initializer_list<Group> groups,
                              std::initializer_list<platform::TextView> named = {}) {
   for (const Field& field : table) {
@@ -365,8 +366,8 @@ consteval bool AllAreWritten(FieldTable table, std::initializer_list<Group> grou
   return true;
 }
 
-// Whether no two rows name the same element in any case. The document parser rests on it: it asks a
-// block for each element once.
+// Whether no two rows name the same element, whatever the case of its letters. The document parser
+// relies on it: it asks a block for each element once.
 constexpr bool HasUniqueElements(FieldTable table) {
   for (std::size_t i = 0; i < table.size(); ++i) {
     for (std::size_t j = i + 1; j < table.size(); ++j) {

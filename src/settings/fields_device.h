@@ -20,7 +20,7 @@ inline constexpr Field kVersionFields[] = {
         .WhenAbsent(1),
 };
 
-// Version 1.0 devices have neither of the first two, whatever their nodes hold.
+// Devices of version 1.0 do not have the first two, whatever their nodes hold.
 inline constexpr Field kFeatureFields[] = {
     Known("", "/zentrolinks/apcloning", KIO_MEMBER(RssXmlData, apCloningFeature),
           Load::kCloningLevel)

@@ -45,7 +45,7 @@ inline constexpr Field kUplinkFields[] = {
         .In(Group::kAddress)
         .Checked(Check::kNetmask)
         .AsVariable(VariableKind::kNetmask),
-    // Quirk "gateway-may-be-elsewhere": nothing relates it to address and netmask.
+    // Quirk "gateway-may-be-elsewhere": it need not be in the network of address and netmask.
     Text("Gateway", "/gateway", KIO_MEMBER(RssUpLink, gateway))
         .In(Group::kAddress)
         .Checked(Check::kHostAddress)

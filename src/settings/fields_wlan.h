@@ -63,7 +63,7 @@ inline constexpr Field kAccessFields[] = {
         .In(Group::kDetail)
         .InRange(0, 1)
         .AsVariable(VariableKind::kFlag),
-    // No document holds it: there it is the number of rules that are listed.
+    // No document holds it: the parser counts the rules that are listed.
     // Quirk "any-number-of-rules": a variable takes more than there can be.
     Unloaded("AcRuleNo", KIO_MEMBER(RssWlan, wlAcRuleNo), Group::kDeviceOnly)
         .AsVariable(VariableKind::kAnything)

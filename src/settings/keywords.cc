@@ -8,9 +8,9 @@
 namespace kio::settings {
 namespace {
 
-// An empty text that ends a table: the character behind its terminator tells it from a word.
+// Ends a table. It is an empty text with a '_' behind its terminator, which no word has.
 constexpr const char* kTableEnd = "\0_";
-// The empty word. Its second terminator keeps the look behind the first one inside the literal.
+// The empty word. It has a second terminator, so that there is a character behind the first one.
 constexpr const char* kEmptyWord = "\0";
 
 bool IsTableEnd(const char* word) { return word[0] == '\0' && word[1] == '_'; }
@@ -35,7 +35,7 @@ const char* const ADslEncapModeArray[] = {"LLC", "VcMux", kTableEnd};
 
 namespace kio::settings {
 
-// A table holds its words and the end.
+// A table holds its words, one for each code, and the end.
 static_assert(std::size(WlanEncrypTypeArray) == kTypeNotGiven + 2);
 static_assert(std::size(WlanEncrypModeArray) == kModeWpa2 + 2);
 static_assert(std::size(ConnTypeArray) == kConnPppoa + 2);

@@ -17,7 +17,7 @@ enum HardwareType : int {
   kHardwareDsl
 };
 
-// The words of the radios, by which elements and nodes tell them apart.
+// The word of each radio in the names of elements and nodes.
 inline constexpr const char* kRadioWords[] = {"2.4", "5"};
 
 }  // namespace kio::settings

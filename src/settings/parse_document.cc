@@ -16,7 +16,7 @@ using platform::kLogAction;
 using platform::kLogDetail;
 using platform::kLogFailure;
 
-// Actions that were pending when the library was loaded belong to no exchange of this process.
+// The first exchange of the process forgets the actions that were pending before it.
 bool g_first_parse = true;
 
 // The document's root, with the text cut at its end.
@@ -50,8 +50,8 @@ bool VersionMatches(const Block& root) {
   return true;
 }
 
-// What is left out when settings of another access point are read: the device itself and its
-// uplink.
+// Reads the device itself and its uplink: what a document with the settings of another access point
+// does not change.
 Step ParseOwnSettings(BlockReader& device, const char* path) {
   if (IsNotConfigurable(device)) {
     rssXmlData.configurable = 0;
@@ -103,8 +103,8 @@ bool ParseDevice(const Block& root) {
   BlockReader reader(device);
   if (rssXmlData.apCloningOnly == 0) {
     const Step step = ParseOwnSettings(reader, path);
-    // Missing elements were reported below the uplink's name in documents; from here on its own
-    // sections have the name under which faulty values are reported.
+    // So far the paths had the name under which missing elements are reported. From here on they
+    // have the one for faulty values.
     SetUplinkPaths();
     if (step != Step::kGoOn) {
       return step == Step::kStageDone;
@@ -118,7 +118,7 @@ int VerifyAndApply() {
     return 0;
   }
   const int applied = Apply_RssXmlToDevice();
-  // Quirk "failure-keeps-masks": after a refusal they are still those of the exchange before.
+  // Quirk "failure-keeps-masks": after a refusal the masks are still those of the exchange before.
   if (applied != 0) {
     calc_RssExeFlag();
     write_RssXml_ResultXml(KIOAPP_RESULT_APPLIED, "", rssXmlData.exeWaitSec);
@@ -132,7 +132,7 @@ int RunExchange(char* text) {
   if (root.text == nullptr) {
     return 0;
   }
-  // Quirk "first-parse-clears-previous-actions": not the current ones.
+  // Quirk "first-parse-clears-previous-actions": the current ones stay.
   if (g_first_parse) {
     g_first_parse = false;
     rssXmlData.pre_exeflag = 0;

@@ -15,14 +15,14 @@ bool ParseField(const Field& field, const Element& element, void* section);
 
 // Reads those fields of a group that documents of the device's format version hold. Stops at the
 // first required one that is missing, which is reported with the block's path.
-// Quirk "failure-keeps-fields": those before it keep what was read.
+// Quirk "failure-keeps-fields": the fields before it keep what was read.
 bool ParseFields(FieldTable table, Group group, BlockReader& block, const char* path,
                  void* section);
 
 // Whether an optional "Configurable" element is there and says 0.
 bool IsNotConfigurable(BlockReader& block);
 
-// Notes that the parser of a section was entered.
+// Logs that the parser of a section was entered.
 void LogSection(SectionId section, const char* parent_path);
 
 }  // namespace kio::settings

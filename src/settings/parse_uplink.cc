@@ -48,7 +48,7 @@ bool ParseProvider(const char* parent_path, const Block& block, RssIsp& isp,
     return false;
   }
   BlockReader provider(content);
-  // The rows of a mobile provider are the first of these.
+  // The table serves mobile providers as well: their rows are the first ones of it.
   return ParseFields(kDslFields, HardwareGroupRead(), provider, isp.path, &isp);
 }
 

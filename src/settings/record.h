@@ -18,7 +18,7 @@ constexpr int CombinedVersion(int major, int minor) {
 // Whether the device speaks the older dialect.
 inline bool IsVersion10() { return rssXmlData.specVer == CombinedVersion(1, 0); }
 
-// Whether a version 1.0 device without a wireless uplink extends another network all the same.
+// Whether a device of version 1.0 extends another network although its uplink is no wireless one.
 inline bool IsExtender10() {
   return rssXmlData.upLink.hardwareTypeCode == kHardwareEthernet && IsVersion10() &&
          (rssXmlData.extenderEnbl == 1 || rssXmlData.extenderEnbl == 3);
@@ -33,26 +33,27 @@ inline bool RadioExists(int radio) {
   return (radio == 0 ? rssXmlData.wlan24Feature : rssXmlData.wlan5Feature) != 0;
 }
 
-// Rules of a radio that the record really holds: the variables may set any number.
+// How many rules of a radio the record holds: the variables may set any number.
 inline int HeldRules(const RssWlan& wlan) { return std::clamp(wlan.wlAcRuleNo, 0, kRuleCapacity); }
 
-// Where the settings of a cloned network are kept.
+// Below it the settings of a cloned network are kept.
 inline constexpr const char* kClonedSiteNode = "/runtime/apcloninginfo/extendersite";
 
-// The uplink's own section that goes with its hardware: a provider or an upstream network. kCount
-// for hardware that has none, and for none at all.
+// The section that goes with the uplink's hardware: a provider or an upstream network. kCount for
+// hardware that has none, and for unknown hardware.
 SectionId HardwareSection();
 
-// The fields of that section that a document holds; those that are verified and written; those that
-// are dumped. A DSL uplink of either kind has a provider, and in format version 1.0 a circuit.
+// The group of its fields that a document holds, the group that is verified and written, and the
+// group that is dumped. A DSL uplink of either kind has a provider, and in format version 1.0 a
+// circuit.
 Group HardwareGroupRead();
 Group HardwareGroupUsed();
 Group HardwareGroupDumped();
 
-// The fields of the uplink that go with its connection type.
+// The group of the uplink's fields that go with its connection type.
 Group ConnectionGroup();
 
-// Sets the paths of the uplink's own sections from the uplink's.
+// Sets the paths of the sections below the uplink from the uplink's path.
 void SetUplinkPaths();
 
 }  // namespace kio::settings

@@ -16,7 +16,7 @@ using platform::TextView;
 // Quirk "commands-of-127": with a long directory a command loses its end.
 constexpr std::size_t kCommandSize = 128;
 
-// Quirk "echo-interprets-backslashes": those in the message are left to the shell.
+// Quirk "echo-interprets-backslashes": backslashes in the message are left to the shell.
 int Echo(TextView before, TextView message, TextView after, TextView redirection, TextView path) {
   EchoCommand<kCommandSize> echo;
   echo.text().Append(before).Append(message).Append(after);
@@ -33,7 +33,7 @@ int WriteResultDocument(TextView path, int code, TextView message, int wait_seco
   Echo("<?xml version=\"1.0\" ?>", "", "", ">", path);
   Echo("<root>", "", "", ">>", path);
   Echo(" <RssSetResult>", code_text.view(), "</RssSetResult>", ">>", path);
-  // Quirk "message-is-not-encoded": it stands in the document as it is.
+  // Quirk "message-is-not-encoded": the message stands in the document as it is.
   Echo(" <RssSetMsg>", message, "</RssSetMsg>", ">>", path);
   Echo(" <RssGetWaitSec>", wait_text.view(), "</RssGetWaitSec>", ">>", path);
   return Echo("</root>", "", "", ">>", path);

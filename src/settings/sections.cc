@@ -30,8 +30,8 @@ consteval bool SectionsAreInOrder() {
 }
 static_assert(SectionsAreInOrder());
 
-// Neither elements nor prefixes of sections side by side are the same; names are told apart by
-// their first three characters (variables/dispatch.cc).
+// Whether sections with the same parent differ in element and prefix. So do those at the top, whose
+// names are told apart by their first three characters (variables/dispatch.cc).
 consteval bool SectionsAreTold() {
   for (std::size_t i = 1; i < kSections.size(); ++i) {
     for (std::size_t j = 1; j < i; ++j) {
@@ -118,7 +118,7 @@ constexpr Bookkeeping kBookkeeping[] = {
     {SectionId::kUplink, KIO_MEMBER(RssUpLink, restart)},
     {SectionId::kDsl, KIO_MEMBER(RssIsp, path)},
     {SectionId::kApn, KIO_MEMBER(RssIsp, path)},
-    // The circuit is a DSL uplink's alone; the structure is the same.
+    // The structure is that of DSL, and a mobile provider has no circuit.
     {SectionId::kApn, KIO_MEMBER(RssIsp, vpi)},
     {SectionId::kApn, KIO_MEMBER(RssIsp, vci)},
     {SectionId::kApn, KIO_MEMBER(RssIsp, encapsulationMode)},
@@ -148,7 +148,8 @@ class Coverage {
     return *this;
   }
 
-  // The sections of the record; the second radio and the other rules are laid out as the first.
+  // Adds the sections of the record: the first radio and the first rule. The others have the same
+  // layout.
   constexpr Coverage& AddSections() {
     for (const Section& row : kSections) {
       is_sound_ = is_sound_ && HasUniqueElements(row.fields) && HasWholePairs(row.fields);
@@ -164,7 +165,7 @@ class Coverage {
   }
 
   [[nodiscard]] constexpr bool IsComplete() const {
-    // Alignment is narrower than an integer and ends where one may begin.
+    // What is between members may only be padding: less than an integer, up to where one may begin.
     std::size_t gap = 0;
     for (std::size_t i = 0; i <= sizeof(RssXmlData); ++i) {
       if (i < sizeof(RssXmlData) && !is_marked_[i]) {

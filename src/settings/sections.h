@@ -1,6 +1,6 @@
 // The sections of the settings, one row each: where a section stands in a document, in the store,
-// in the record and among the variables, and which fields it has. Whoever walks the settings walks
-// these rows.
+// in the record and among the variables, and which fields it has. All code that walks the settings
+// walks these rows.
 #ifndef KIO_SETTINGS_SECTIONS_H
 #define KIO_SETTINGS_SECTIONS_H
 
@@ -35,7 +35,7 @@ enum class SectionId : std::uint8_t {
   kAccess,
   kRule,
   kSafety,
-  // Variables alone: no document and no member of the record has them.
+  // These have variables only: no document and no member of the record holds them.
   kFirmware,
   kSurvey,
   kSurveySite,
@@ -56,12 +56,12 @@ struct Section {
 
   // The element, and the step of the paths under which a missing element is reported.
   platform::TextView element = {};
-  // The step of the paths of faulty values, when it is another.
+  // The step of the paths under which a faulty value is reported, when it is another.
   platform::TextView reported = {};
   // What the section's parser is called in the log.
   const char* parser = nullptr;
 
-  // What stands before the names of its variables, behind what its parent puts before its own.
+  // The prefix of the names of its variables, behind the prefix of its parent.
   platform::TextView name = {};
   // Where its nodes stand in the store.
   platform::TextView node = {};
@@ -73,14 +73,15 @@ struct Section {
   platform::TextView list = {};
 
   bool of_radio = false;
-  // The structure: its place in the record (that of the first radio and the first index) and the
-  // distance of the next index.
+  // Offset of the structure in the record, for the first radio and the first index, and the
+  // distance from one index to the next.
   std::uint16_t offset = 0;
   std::uint16_t stride = 0;
   FieldTable fields = {};
-  // Rules of its texts that stand in the record itself.
+  // Fields for the rules of its texts. Their members stand in the record itself.
   FieldTable rules = {};
-  // The member that lets the app change the section and those below it; none where it always may.
+  // The member that says whether the app may change the section and those below it; none where it
+  // always may.
   Member configurable = {};
 };
 

@@ -35,7 +35,7 @@ void LoadText(const Field& field, void* section, const char* path) {
   char* const text = TextOf(section, field.member);
   const StoreText stored(path);
   if (field.load == Load::kRule) {
-    // As many characters are decoded as the member has bytes; what they give beyond it is cut.
+    // As many characters are decoded as the member has bytes; a longer result is cut.
     char rule[128];
     const std::size_t limit = std::min(sizeof(rule), stored.view().size());
     const std::size_t size = platform::DecodeXml(rule, stored.view(), limit);
@@ -75,7 +75,7 @@ void LoadField(const Field& field, void* section, const char* path) {
   }
 }
 
-// Fills the fields of a table that such a snapshot holds.
+// Fills the fields of a table that this kind of snapshot fills.
 void LoadFields(FieldTable table, Snapshot snapshot, void* section, StorePath& nodes) {
   for (const Field& field : table) {
     if (field.load != Load::kNever && field.snapshot == snapshot) {
@@ -173,7 +173,8 @@ void LoadRecord(bool full) {
   rssXmlData.specVer = CombinedVersion(rssXmlData.specMajor, rssXmlData.specMinor);
   LoadFeatures();
   platform::CopyText(rssXmlData.devicePath, RowOf(SectionId::kDevice).element);
-  // The radios come first, and the device's rules behind its fields, those of the uplink before.
+  // The order of the store calls is fixed: radios, device, uplink. The device's rules are loaded
+  // after all of its fields, those of the uplink before the fields of full snapshots.
   for (int radio = 0; radio < kRadioCount; ++radio) {
     LoadRadio(radio, full);
   }

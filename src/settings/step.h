@@ -1,4 +1,4 @@
-// What a step of an exchange leads to.
+// How an exchange goes on after one of its steps.
 #ifndef KIO_SETTINGS_STEP_H
 #define KIO_SETTINGS_STEP_H
 
@@ -7,7 +7,7 @@ namespace kio::settings {
 enum class Step {
   kRefused,  // reported; the exchange ends
   kGoOn,
-  kStageDone,  // good, and what follows in this stage of the exchange is left out
+  kStageDone,  // good; the rest of this stage of the exchange is left out
 };
 
 constexpr Step GoOnIf(bool good) { return good ? Step::kGoOn : Step::kRefused; }

@@ -4,7 +4,7 @@
 
 namespace kio::settings {
 
-// Asks for a site survey by its store node and forgets the cloned network. Returns false if one is
+// Asks for a site survey by its store node and forgets the cloned network. Returns false if one was
 // asked for already; nothing is written then.
 bool RequestSiteSurvey();
 

@@ -16,7 +16,7 @@ using platform::TextView;
 // Room for a command of 255 characters.
 constexpr std::size_t kCommandSize = 256;
 
-// Not 0 when the next element begins a new document: what closed the one before.
+// Not 0 when the next element begins a new document. It is the `closing` of the call before.
 int g_start_new_file = 1;
 
 }  // namespace
@@ -37,7 +37,8 @@ int write_TmpXmlFile(const char* fileName, const char* tag, const char* value, i
   }
   text.Append('<').Append(tag).Append('>').Append(value);
   text.Append("</").Append(tag).Append('>').Append(closing != 0 ? "</root>" : "");
-  // Quirk "closing-starts-a-new-file": whichever file that was.
+  // Quirk "closing-starts-a-new-file": the next call begins a new document, whatever file it
+  // names.
   g_start_new_file = closing;
 
   char path[sizeof(rssXmlData.tmpPath) + 1];

@@ -30,8 +30,9 @@ bool VerifyConnection(const Checked& checked) {
          VerifyFields(kUplinkFields, ConnectionGroup(), checked);
 }
 
-// A provider, or the circuit of version 1.0, with which the uplink's frame size is verified.
-// Quirk "mtu-fault-in-the-dsl-section": although the element stands in the uplink.
+// Verifies a provider or, in version 1.0, the circuit of a DSL uplink. The uplink's frame size is
+// verified together with the circuit.
+// Quirk "mtu-fault-in-the-dsl-section": its element stands in the uplink.
 bool VerifyProvider(SectionId section) {
   RssUpLink& uplink = rssXmlData.upLink;
   const Group group = HardwareGroupUsed();
@@ -47,11 +48,11 @@ Step VerifySite(RssExtenderSite& site) {
   if (!VerifyFields(kSiteFields, Group::kBasic, {&site, nullptr, site.path})) {
     return Step::kRefused;
   }
-  // Quirk "survey-skips-the-rest": neither radios nor SafetyVyr are looked at.
+  // Quirk "survey-skips-the-rest": neither radios nor SafetyVyr are verified.
   if (site.survey == 1) {
     return Step::kStageDone;
   }
-  // A negative code is reported before its radio's rules come into play.
+  // A negative code is reported before the rules of the radio are used.
   RssWlan& radio = rssXmlData.wlan[site.wirelessTypeCode == 1 ? 1 : 0];
   return GoOnIf(VerifyFields(kSiteFields, Group::kDetail, {&site, &radio, site.path}));
 }
@@ -95,7 +96,7 @@ bool VerifySafety() {
 int Verify_RssXml(void) {
   using kio::settings::Step;
   kio::platform::LogEntry("Verify_RssXml");
-  // Quirk "cloning-verifies-fixed-devices": the device's own switch is then not looked at.
+  // Quirk "cloning-verifies-fixed-devices": the device's own "configurable" is then ignored.
   if (rssXmlData.apCloningOnly == 0) {
     const Step step = kio::settings::VerifyDeviceAndUplink();
     if (step != Step::kGoOn) {

@@ -16,8 +16,8 @@ constexpr int CodeFor(bool valid) {
   return valid ? KIOAPP_RESULT_APPLIED : KIOAPP_RESULT_INVALID_VALUE;
 }
 
-// The key of an upstream network; without one the network is open. WEP keys of 13 characters, or of
-// 10 or 26 digits, are as long as a phrase of WPA and pass as one.
+// Whether a text is the key of an upstream network; an open network has none. WEP keys of 13
+// characters, or of 10 or 26 digits, are as long as a WPA phrase and pass as one.
 bool IsSiteKey(const char* key) {
   return key[0] == '\0' || is_Valid_WpaPskKey(key) != 0 || is_Valid_WepKey(key, 5) != 0;
 }
@@ -69,7 +69,7 @@ int CheckField(const Field& field, const Checked& checked) {
 }  // namespace
 
 int CheckRule(const char* text, const char* rule) {
-  // Quirk "rule-results-in-errno": the host finds the last one there.
+  // Quirk "rule-results-in-errno": the host reads the last one there.
   errno = validate_RssData(text, rule);
   return errno;
 }

@@ -7,7 +7,7 @@
 
 namespace kio::settings {
 
-// A section of the record under verification.
+// A section of the record that is verified.
 struct Checked {
   void* section;
   // The structure that holds the rules of the section's texts.
@@ -16,8 +16,8 @@ struct Checked {
   const char* path;
 };
 
-// Checks one field; a fault is written to the result document and gives false. Texts are trimmed in
-// place.
+// Checks one field. Returns false for a fault, which is then written to the result document. Texts
+// are trimmed in place.
 bool VerifyField(const Field& field, const Checked& checked);
 
 // Checks those fields of a table that the device's format version has, in their order.

@@ -44,7 +44,7 @@ bool IsInChannelList(const char* channel, const char* list) {
   platform::TextBuffer wanted(wanted_text);
   wanted.Append(',').Append(platform::TextView(channel, strnlen(channel, 3))).Append(',');
   char listed_text[129];
-  // Quirk "full-channel-list-loses-a-comma": a list of 127 characters is cut by one.
+  // Quirk "full-channel-list-loses-a-comma": of a list of 127 characters the closing comma is cut.
   platform::TextBuffer(listed_text).Append(',').Append(list).Append(',');
   return strstri(listed_text, wanted_text) != nullptr;
 }
@@ -108,7 +108,8 @@ int CheckChannel(RssWlan& wlan) {
   if (rssXmlData.apCloningOnly == 0) {
     return KIOAPP_RESULT_INVALID_VALUE;
   }
-  // Quirk "cloning-resets-the-channel": an unusable one is no fault.
+  // Quirk "cloning-resets-the-channel": a channel that the radio does not have becomes 0 and is no
+  // fault.
   platform::CopyText(wlan.channel, "0");
   return KIOAPP_RESULT_APPLIED;
 }

@@ -6,7 +6,7 @@
 
 namespace kio::settings {
 
-// Checks that only radios know; each returns a result code, 0 for a valid value.
+// The checks of radios' fields. Each returns a result code, 0 for a valid value.
 int CheckEncryptionType(const RssWlan& wlan);
 int CheckRadioKey(const RssWlan& wlan);
 int CheckChannel(RssWlan& wlan);
@@ -14,7 +14,7 @@ int CheckChannel(RssWlan& wlan);
 // Whether a channel is one of the radio's list.
 bool IsListedChannel(const RssWlan& wlan, const char* channel);
 
-// Checks the radios that the device has and lets be changed.
+// Verifies the radios that exist and may be changed.
 bool VerifyRadios();
 
 }  // namespace kio::settings

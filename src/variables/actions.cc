@@ -20,7 +20,7 @@ unsigned int Done(const Request& request) {
   return KIOAPP_VAR_DONE;
 }
 
-// The fault stands in the record.
+// Answers with the fault, which stands in the record.
 unsigned int Faulty(const Request& request) {
   request.Answer(rssXmlData.setMsg);
   return static_cast<unsigned int>(rssXmlData.setResult);
@@ -32,7 +32,7 @@ unsigned int SurveySites(const Request& request) {
     return KIOAPP_VAR_REFUSED;
   }
   KIO_LOG(platform::kLogDetail, "Trigger Site Survey ...\n");
-  // One that is asked for already is started all the same.
+  // A survey that was asked for before is started once more.
   settings::RequestSiteSurvey();
   exe_ExternalCall(KIOAPP_SYNC_SITE_SURVEY);
   return KIOAPP_VAR_DONE;
@@ -56,7 +56,8 @@ unsigned int ApplyAll(const Request& request) {
 
 void CommitOnAlarm(int /*signal*/) { do_RssVar_Commit(); }
 
-// The answer is to reach the app before the link to it goes down: the commit comes by the alarm.
+// The commit may take down the link to the app. It runs by the alarm, so that the answer arrives
+// first.
 unsigned int CommitLater(const Request& request) {
   std::signal(SIGALRM, CommitOnAlarm);
   alarm(kCommitDelaySeconds);

@@ -17,17 +17,18 @@ constexpr bool IsSpace(char character) { return character == ' ' || character ==
 constexpr bool IsLineEnd(char character) { return character == '\r' || character == '\n'; }
 constexpr bool IsBlank(char character) { return IsSpace(character) || IsLineEnd(character); }
 
-// The pairs of a batch, one after the other. All of them together take one pass over the text.
+// The pairs of a batch, one after the other, in one pass over the text.
 class Pairs {
  public:
   Pairs(TextView text, char separator) : rest_(text), separator_(separator) {}
 
-  // Goes on to the next pair; false when there is none. Text without a '=' is left over.
+  // Goes on to the next pair; false when there is none. Text without a '=' is ignored.
   bool Next() {
     while (!rest_.empty() && (IsBlank(rest_.front()) || rest_.front() == separator_)) {
       rest_.remove_prefix(1);
     }
-    // Quirk "names-reach-back": a separator before it belongs to the name.
+    // Quirk "names-reach-back": all text before the '=' is the name, line ends and separators in it
+    // too.
     const std::size_t equals = rest_.find('=');
     if (equals == TextView::npos) {
       return false;
@@ -43,12 +44,12 @@ class Pairs {
   }
 
   [[nodiscard]] const char* name() const { return name_; }
-  // A value buffer: whoever sets the variable may write to it.
+  // A buffer of KIOAPP_VAR_SIZE: setting the variable may write to it.
   [[nodiscard]] char* value() { return value_; }
 
  private:
-  // Takes what comes before the next separator or line end. Nothing behind that is looked at: the
-  // text may hold many pairs.
+  // Takes what comes before the next separator or line end. It looks no further, as the text may
+  // hold many pairs.
   TextView TakeValue() {
     std::size_t size = 0;
     while (size < rest_.size() && rest_[size] != separator_ && !IsLineEnd(rest_[size])) {
@@ -79,7 +80,7 @@ void CopyMessage(char* name_out, const char* text) {
   }
 }
 
-// A fault is reported by whoever finds it.
+// A fault is reported where it is found.
 void VerifyAndApply(bool apply) {
   XmlErrMsg_LostKey = write_RssXml_LostKeyError;
   if (Verify_RssXml() != 1) {
@@ -104,7 +105,7 @@ int do_RssVar_Parser(char* text, char separator, char* nameOut, int apply) {
   kio::variables::Pairs pairs(text, separator);
   while (pairs.Next()) {
     const unsigned int code = set_RssVar(pairs.name(), pairs.value());
-    // Quirk "batch-keeps-what-was-set": the record is not put back.
+    // Quirk "batch-keeps-what-was-set": a failed batch leaves what it had set in the record.
     if (code != KIOAPP_VAR_DONE) {
       write_RssXml_ResultXml(static_cast<int>(code), pairs.name(), 0);
       CopyMessage(nameOut, pairs.name());

@@ -61,7 +61,8 @@ struct IndexedPart {
 
 // How many rules or sites there are.
 int HeldInstances(const SectionInstance& instance) {
-  // The count is whatever was set; the record holds no more than its own number of rules.
+  // The number of rules is a variable that may be set to anything, so it is limited to what the
+  // record holds.
   return instance.section == SectionId::kRule ? settings::HeldRules(rssXmlData.wlan[instance.radio])
                                               : FoundSites();
 }
@@ -74,7 +75,7 @@ bool MayBeChanged(const SectionInstance& instance) {
 
 // Serves a name of a section or of one below it.
 unsigned int ServeSection(const SectionInstance& instance, TextView name, const Request& request) {
-  // Quirk "refused-before-it-is-known": the name may be no variable's.
+  // Quirk "refused-before-it-is-known": whether there is such a variable is looked up later.
   if (request.writes() && !MayBeChanged(instance)) {
     return KIOAPP_VAR_NOT_CONFIGURABLE;
   }
@@ -100,7 +101,8 @@ unsigned int ServeSection(const SectionInstance& instance, TextView name, const 
   return Serve(instance, name, request);
 }
 
-// The prefix of a radio's names has the first character of its word.
+// Whether `group` is the beginning of a section's prefix, in which '*' stands for the first
+// character of the radio's word.
 bool IsGroup(TextView prefix, TextView group, int radio) {
   for (std::size_t i = 0; i < group.size(); ++i) {
     if (group[i] != (prefix[i] == '*' ? settings::kRadioWords[radio][0] : prefix[i])) {
@@ -110,8 +112,8 @@ bool IsGroup(TextView prefix, TextView group, int radio) {
   return group.size() == kGroupSize;
 }
 
-// Whether a name of several parts belongs to a section. Behind the group stands what else the
-// section's prefix has.
+// Whether a name of several parts belongs to a section: the group and the tail begin with the two
+// parts of the section's prefix.
 bool BelongsTo(const settings::Section& row, int radio, TextView group, TextView tail) {
   return row.id != SectionId::kDevice && settings::IsTopmost(row) &&
          IsGroup(row.name, group, radio) && StartsWith(tail, Behind(row.name, kGroupSize + 1));
@@ -121,7 +123,8 @@ bool BelongsTo(const settings::Section& row, int radio, TextView group, TextView
 // Quirk "three-characters-choose": what else stands before the first '_' is not looked at.
 unsigned int ServeGroup(TextView name, const Request& request) {
   const TextView tail = Behind(name, name.find('_') + 1);
-  // Quirk "validate-before-the-group": the group has no say, be it configurable or not.
+  // Quirk "validate-before-the-group": the name may have any group, and it need not be
+  // configurable.
   if (request.reads() && tail == "Validate") {
     return Serve({SectionId::kDevice}, name, request);
   }
@@ -134,7 +137,7 @@ unsigned int ServeGroup(TextView name, const Request& request) {
       if (!BelongsTo(row, radio, group, tail)) {
         continue;
       }
-      // What no document holds is only read.
+      // A section without fields is not part of the settings: it is only read.
       if (row.fields.empty() && !request.reads()) {
         return KIOAPP_VAR_REFUSED;
       }
@@ -146,10 +149,11 @@ unsigned int ServeGroup(TextView name, const Request& request) {
 
 unsigned int ServeName(TextView name, const Request& request) {
   if (request.reads() && !StartsWith(name, kActionPrefix)) {
-    // Quirk "reading-empties-before-writing": what was to be written or checked is lost by it.
+    // Quirk "reading-empties-before-writing": the value that was to be written or checked is lost.
     request.Answer("");
   }
-  // Quirk "any-four-characters": no name but the bare prefix is refused for its beginning.
+  // Quirk "any-four-characters": any four characters pass as the prefix, unless the name is the
+  // bare prefix.
   if (name.size() < kPrefix.size() || name == kPrefix) {
     return KIOAPP_VAR_REFUSED;
   }
@@ -164,7 +168,7 @@ unsigned int ServePath(const char* path, const Request& request) {
   if (converted == nullptr) {
     return KIOAPP_VAR_REFUSED;
   }
-  // A batch that an action sets may convert other names meanwhile.
+  // The result is copied: an action may set a batch, which converts other names.
   char name[KIOAPP_VAR_SIZE];
   platform::CopyText(name, converted);
   return ServeName(name, request);

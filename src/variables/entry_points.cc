@@ -18,8 +18,8 @@ void LogResult(const char* function, const char* name, const char* value, int co
   KIO_LOG(kLogDetail, "'%s'='%s', ret=%d\n", Printable(name), Printable(value), code);
 }
 
-// Validates the value that stands at the end of the caller's text. What a check writes there is cut
-// to the room that there is.
+// Validates the value at the end of the caller's text. What a check writes there is cut to the size
+// of that value.
 int ValidateInPlace(const char* name, char* value) {
   const std::size_t size = std::strlen(value) + 1;
   if (size >= KIOAPP_VAR_SIZE) {
@@ -28,7 +28,7 @@ int ValidateInPlace(const char* name, char* value) {
   char copy[KIOAPP_VAR_SIZE];
   platform::CopyText(copy, value);
   const int code = validate_RssVar(name, copy);
-  // Most checks write nothing: the text may be a constant then.
+  // Most checks write nothing; then the text is not touched, as it may be a constant.
   if (std::memcmp(value, copy, size) != 0) {
     platform::CopyText(value, size, copy);
   }

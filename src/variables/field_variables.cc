@@ -14,7 +14,7 @@ using platform::ParseInt;
 
 constexpr unsigned int CodeFor(bool valid) { return valid ? KIOAPP_VAR_DONE : KIOAPP_VAR_REFUSED; }
 
-// Numbers that are missing count as bad.
+// Whether the value is four numbers within their bounds. A missing number is a fault.
 bool IsRoaming(const char* value) {
   int numbers[4] = {};
   for (int& number : numbers) {
@@ -25,7 +25,7 @@ bool IsRoaming(const char* value) {
   return numbers[0] < 0 && numbers[1] >= 0 && numbers[2] >= 1 && numbers[3] >= 1;
 }
 
-// Quirk "switch-below-two": as long as the device has not locked the switch, any number will do.
+// Quirk "switch-below-two": any number is accepted, unless the device has locked the switch.
 bool MaySwitch(int current, int wanted) { return wanted == current || current < 2; }
 
 void LogWord(TextView name, const char* word, int code) {
@@ -64,7 +64,8 @@ class FieldVariable {
       return KIOAPP_VAR_DONE;
     }
     if (!request_.reads()) {
-      // Quirk "valid-words-are-refused": a word that is only validated ends like this at best.
+      // Quirk "valid-words-are-refused": a word that is only validated is refused even when it is
+      // valid.
       return CodeFor(field_.variable_kind != VariableKind::kKeyword);
     }
     return Read();
@@ -107,13 +108,13 @@ class FieldVariable {
 
   bool IsChannel(const char* value) {
     RssWlan& wlan = rssXmlData.wlan[instance_.radio];
-    // Quirk "checking-trims-the-list": in the record, even when nothing is to be set.
+    // Quirk "checking-trims-the-list": it does so in the record, even when nothing is set.
     trim(wlan.channelList);
-    // Quirk "channel-is-not-trimmed": blanks around it are looked for in the list as well.
+    // Quirk "channel-is-not-trimmed": blanks around it count as part of it.
     return settings::IsListedChannel(wlan, value);
   }
 
-  // The rules of a radio stand beside its fields, all others in the record itself.
+  // A radio's rules are members of the radio's structure; all others are members of the record.
   [[nodiscard]] void* RuleStructure() const {
     return variable_.section == SectionId::kRadio ? structure_ : &rssXmlData;
   }

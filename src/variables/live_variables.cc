@@ -8,7 +8,7 @@ namespace {
 
 using platform::StoreText;
 
-// The router's own address and port stand for the keywords of an address.
+// In an address, keywords are replaced by the router's own address and port.
 void AnswerAddress(const char* node, const Request& request) {
   char address[256];
   platform::ReadStoreText(node, address);

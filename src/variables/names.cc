@@ -16,10 +16,10 @@ using settings::SectionId;
 
 constexpr TextView kNamePrefix = "rss_";
 constexpr const char* kBlanks = " \t\r\n";
-// In a part: the two characters of an index.
+// Stands in a part for the two characters of an index.
 constexpr TextView kIndex = "??";
 
-// A text of a spelling, made of a section's row.
+// A path or name, or a part of one, built from a section's row.
 class Part {
  public:
   constexpr Part& Append(TextView text) {
@@ -46,15 +46,15 @@ class Part {
 struct Spelling {
   Part path;
   Part name;
-  // Whether it is what a document path or a name begins with; otherwise it may follow the last
-  // such one before it.
+  // Whether paths and names begin with it. Otherwise it may follow the last beginning before it in
+  // the list.
   bool begins = true;
 
   [[nodiscard]] constexpr TextView Of(bool as_path) const {
     return as_path ? path.view() : name.view();
   }
 };
-// Names and paths that exist and have no variables.
+// Names and paths that are converted although they have no variables.
 constexpr TextView kBareNames[][2] = {{"/APCloningInfo/", "Ext_Apc_"},
                                       {"/SafetyVyrInfo/", "Ext_Vyr_"},
                                       {"/DslIspList/", "Ext_Dsl_"},
@@ -74,7 +74,8 @@ class SpellingList {
     for (const auto& [path, name] : kBareNames) {
       Add({Part().Append(path), Part().Append(name), true});
     }
-    // Quirk "device-takes-every-prefix": what follows may begin like a name of another section.
+    // Quirk "device-takes-every-prefix": the rest of a path becomes the name, even when it looks
+    // like a name of another section.
     Add({Part().Append("/").Append(Element(SectionId::kDevice)).Append("/"), {}, true});
   }
 
@@ -124,7 +125,7 @@ bool StartsWith(const char* text, TextView prefix) {
   return std::strncmp(text, prefix.data(), prefix.size()) == 0;
 }
 
-// What a text begins with.
+// The spelling that a text begins with; null when there is none.
 const Spelling* FindBeginning(const char* text, bool from_path) {
   for (const Spelling& spelling : kSpellings) {
     if (spelling.begins && StartsWith(text, spelling.Of(from_path))) {
@@ -155,8 +156,8 @@ void AppendPart(TextBuffer& result, TextView to, TextView from, const char* text
     result.Append(to);
     return;
   }
-  // Quirk "index-is-any-two": what stands there is copied, digits or not, and near the end of a
-  // name fewer than two.
+  // Quirk "index-is-any-two": the two characters are copied, digits or not; at the end of a name
+  // there may be fewer.
   const char* const index = Behind(text, from_index);
   result.Append(TextView(to.data(), to_index))
       .Append(TextView(index, strnlen(index, kIndex.size())));
@@ -166,7 +167,7 @@ void AppendPart(TextBuffer& result, TextView to, TextView from, const char* text
 
 bool IsBlank(char character) { return std::strchr(kBlanks, character) != nullptr; }
 
-// Appends what the text is called on the other side. Returns false when it has no other name.
+// Appends the path of a name, or the name of a path. Returns false when there is none.
 bool Convert(const char* text, bool to_path, TextBuffer& result) {
   if (to_path) {
     if (!StartsWith(text, kNamePrefix)) {
@@ -209,7 +210,7 @@ char* cvtRss_XmlPathVsVarName(const char* text, int toPath) {
   if (text == nullptr) {
     return nullptr;
   }
-  // Built aside, so that a result may be converted back.
+  // Built in another buffer, as the text may be the result of the call before.
   char result[sizeof(kio::variables::g_result)];
   kio::platform::TextBuffer buffer(result);
   if (!kio::variables::Convert(text, toPath != 0, buffer)) {

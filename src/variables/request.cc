@@ -26,7 +26,7 @@ TextView VariablePathOf(const Variable& variable) {
   if (!variable.field->variable_path.empty()) {
     return variable.field->variable_path;
   }
-  // The nodes of the device's own fields are whole paths.
+  // The device's fields have whole paths as their nodes.
   return variable.section == SectionId::kDevice ? variable.field->node : TextView();
 }
 

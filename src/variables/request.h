@@ -11,7 +11,7 @@ namespace kio::variables {
 
 using settings::SectionInstance;
 
-// A value buffer of the caller's, and what is to be done with it.
+// The caller's value buffer, and what is to be done.
 struct Request {
   char* value;
   int mode;

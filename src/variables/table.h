@@ -37,14 +37,15 @@ struct LiveNode {
   TextView node = {};
 };
 
-// In both kinds the name's text is terminated.
+// A variable is a field of the record or a live node. Its name is terminated.
 struct Variable {
   SectionId section = SectionId::kDevice;
-  bool in_record =
-      false;  // a rule that stands in the record itself, not in the section's structure
+  // Whether the member stands in the record itself, as some rules do, and not in the section's
+  // structure.
+  bool in_record = false;
   TextView name;
-  const Field* field = nullptr;    // one of the record's,
-  const LiveNode* live = nullptr;  // or else live
+  const Field* field = nullptr;    // set for a field of the record
+  const LiveNode* live = nullptr;  // set for a live node
 };
 
 inline constexpr TextView kModelNode = "/sys/modelnumber";
@@ -60,7 +61,7 @@ inline constexpr LiveNode kLiveDevice[] = {
 };
 
 inline constexpr LiveNode kLiveSite[] = {
-    // Quirk "sxtendersite": the node that is read has this spelling, the path given has not.
+    // Quirk "sxtendersite": only the node that is read is spelled so; the path that is told is not.
     {.name = "ConnStatus", .node = "/uplink/sxtendersite/connstatus"},
 };
 
