@@ -18,18 +18,18 @@ void Acceptor::AddDescriptor(fd_set* read_set, int* max_fd) const {
 
 bool Acceptor::IsReady(const fd_set& read_set, Clock::time_point now) {
   if (paused_until_ && *paused_until_ <= now) {
-    paused_until_.reset();  // asked for by the next wait
+    paused_until_.reset();  // the next wait asks for the socket again
   }
   return listener_.valid() && FD_ISSET(listener_.get(), &read_set);
 }
 
 std::optional<Acceptor::Incoming> Acceptor::Next(int* error) {
   Incoming incoming;
-  // The resync scripts must not inherit it: they may outlive the connection.
+  // The resync scripts must not inherit the socket: they may outlive the connection.
   const int socket = accept4(listener_.get(), reinterpret_cast<sockaddr*>(&incoming.address),
                              &incoming.length, SOCK_CLOEXEC | SOCK_NONBLOCK);
   if (socket < 0) {
-    // A connection that was broken before it was taken is none.
+    // A connection that broke before it was taken does not count.
     const bool is_none = errno == EAGAIN || errno == EINTR || errno == ECONNABORTED;
     *error = is_none ? 0 : errno;
     return std::nullopt;

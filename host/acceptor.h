@@ -17,8 +17,8 @@ class Acceptor {
  public:
   using Clock = std::chrono::steady_clock;
 
-  // A connection that cannot be taken stays in line. Looking again at once would be all that the
-  // host does.
+  // A connection that cannot be taken stays in line. Without a pause the host would do nothing but
+  // try again.
   static constexpr std::chrono::milliseconds kPause{250};
 
   struct Incoming {
@@ -29,7 +29,7 @@ class Acceptor {
     const sockaddr* generic() const { return reinterpret_cast<const sockaddr*>(&address); }
   };
 
-  // Without a socket: nothing comes.
+  // Takes the socket to accept from. Without one, no connections come.
   void Listen(FileDescriptor listener) { listener_ = std::move(listener); }
   bool listens() const { return listener_.valid(); }
 
@@ -41,7 +41,8 @@ class Acceptor {
   // Whether a connection may be there to take.
   bool IsReady(const fd_set& read_set, Clock::time_point now);
 
-  // The next connection. Without one `error` says why: 0 when none is there.
+  // The next connection. When there is nothing to return, `error` says why: 0 means that no
+  // connection waits.
   std::optional<Incoming> Next(int* error);
 
   // Takes nothing for a moment, because of `error`.
@@ -50,7 +51,7 @@ class Acceptor {
  private:
   FileDescriptor listener_;
   std::optional<Clock::time_point> paused_until_;
-  bool is_pause_known_ = false;  // was said, and nothing could be taken since
+  bool is_pause_known_ = false;  // it was printed, and nothing could be taken since
 };
 
 }  // namespace kiohost

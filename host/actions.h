@@ -6,9 +6,9 @@
 
 namespace kiohost {
 
-// Says on standard output that the actions of a mask (kioapp/platform.h) ran, in the order in which
-// they did. A script that failed is an event as well. Returns the mask of the actions whose scripts
-// failed. To be called after the actions, before others run.
+// Prints that the actions of a mask (kioapp/platform.h) ran, in the order in which they did. A
+// script that failed is an event as well. Returns the mask of the actions whose scripts failed. To
+// be called after the actions, before others run.
 unsigned int ReportActions(unsigned int mask, Events* events);
 
 }  // namespace kiohost

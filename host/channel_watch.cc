@@ -24,13 +24,13 @@ void ChannelWatch::CheckWhenDue() {
   }
 }
 
-// The library says that there was a move, not of which radio.
+// Notes which radios have moved: the library only says that one has.
 void ChannelWatch::NoteMoves() {
   for (size_t radio = 0; radio < channels_.size(); ++radio) {
     const std::string band = WirelessTypeArray[radio];
     const std::string node = "/lan/wireless" + band + ":1/";
     const std::string set = store_->Get(node + "channel").value_or("");
-    // A radio with a set channel is taken to be on it, as the library does.
+    // A radio whose channel is set counts as being on it, as it does in the library.
     const bool chooses = set == "0";
     const std::string channel = chooses ? store_->Get(node + "channelusing").value_or("") : set;
     if (chooses && channel != channels_[radio]) {

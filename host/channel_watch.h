@@ -15,10 +15,10 @@ class ChannelWatch {
  public:
   ChannelWatch(Store* store, Events* events) : store_(store), events_(events) {}
 
-  // The time until it wants to look again.
+  // The time until the next check.
   long MillisecondsToWait() const;
 
-  // Looks, when it is time, and notes the moves.
+  // Asks the library, when it is time, and notes which radios have moved.
   void CheckWhenDue();
 
  private:

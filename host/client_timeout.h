@@ -1,5 +1,5 @@
-// How long a client may take. Without limits a client that sends or reads a byte now and then keeps
-// a connection for as long as it likes.
+// How long a client may take. Without a limit, a client that sends or reads a byte now and then
+// would keep its connection for as long as it likes.
 #ifndef HOST_CLIENT_TIMEOUT_H
 #define HOST_CLIENT_TIMEOUT_H
 
@@ -14,9 +14,11 @@ class ClientTimeout {
 
   static constexpr std::chrono::seconds kIdleTime{10};  // without a request
   static constexpr std::chrono::seconds kHeadTime{10};  // from the first byte of a head to its end
-  static constexpr std::chrono::seconds kSilence{10};   // of a body or an answer
-  static constexpr std::chrono::seconds kGrace{10};     // of a body or an answer, plus what its
-  static constexpr int64_t kBytesPerSecond = 1024;      // bytes so far take at this rate
+  // Of a body or an answer: without a byte, and in all. To the latter is added the time that the
+  // bytes so far take at the slowest rate.
+  static constexpr std::chrono::seconds kSilence{10};
+  static constexpr std::chrono::seconds kGrace{10};
+  static constexpr int64_t kBytesPerSecond = 1024;
 
   enum class Phase {
     kIdle,    // no byte of a request came since the connection began, or since the last answer
@@ -32,10 +34,10 @@ class ClientTimeout {
   Phase phase() const { return phase_; }
   Clock::time_point since() const { return since_; }
 
-  // Bytes of the body or the answer that have crossed.
+  // Counts bytes of the body or the answer that have been transferred.
   void Add(int64_t bytes, Clock::time_point now);
 
-  // The moment at which the client has taken too long; never for one that waits.
+  // When the client has taken too long; never for one whose request waits for its turn.
   Clock::time_point Deadline() const;
 
   // Puts the deadline off by the time in which the host did not look at the client.
@@ -44,7 +46,7 @@ class ClientTimeout {
  private:
   Phase phase_ = Phase::kIdle;
   Clock::time_point since_;
-  Clock::time_point last_;  // of the bytes
+  Clock::time_point last_;  // when bytes were last transferred
   int64_t bytes_ = 0;
 };
 

@@ -28,7 +28,7 @@ bool Remove(const std::string& address) {
   return clientAuthListDel(&clientauthinfo, address.c_str(), nullptr, KIOAPP_MATCH_ADDRESS) == 1;
 }
 
-// Says what becomes of a client. Neither keys nor passwords are ever said.
+// Prints what becomes of a client. Keys and passwords are never printed.
 void Say(const std::string& what, const std::string& address) {
   PrintLine(stdout, what + " " + address);
 }

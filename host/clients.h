@@ -17,14 +17,14 @@ class Clients {
   enum class Outcome {
     kLoggedIn,
     kWrongKey,
-    kBlocked,  // too many wrong keys: none is looked at
+    kBlocked,  // too many wrong keys: no key is checked
     kFull,
   };
 
   // Logs the address in when the text holds its key. `blocked_seconds` is set when it is blocked.
   Outcome Login(const std::string& address, const std::string& text, long* blocked_seconds);
 
-  // Whether the address is logged in, which then lasts anew.
+  // Whether the address is logged in. If it is, the time of its login begins anew.
   bool Passes(const std::string& address);
 
   // Returns whether it was logged in.

@@ -1,4 +1,4 @@
-// The system() that the library calls: the program's comes before the C library's.
+// The system() that the library calls: the linker prefers the program's to the C library's.
 //
 // The C library's ignores SIGINT while a command runs, so that a stop asked for meanwhile, or even
 // pending when the command begins, would be lost, and it waits for as long as the command takes. It
@@ -28,8 +28,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// How long a command may run on once the host is to stop, and how long it may take to end when it
-// is told to. Resync scripts and the writing of a document mostly end by themselves in that time.
+// When the host is to stop: how long a command may go on, and how long it may take to end after
+// SIGTERM. Resync scripts and the writing of a document mostly end by themselves in that time.
 constexpr std::chrono::milliseconds kGrace(1300);
 constexpr std::chrono::milliseconds kLastGrace(400);
 
@@ -66,7 +66,7 @@ class SpawnAttributes {
 // Starts a shell that leads a process group; -1 when it cannot be started.
 pid_t StartShell(const char* command) {
   const SpawnAttributes attributes;
-  // The strings are not written to; execve takes them so.
+  // execve takes pointers to char, but does not write to the strings.
   char* const arguments[] = {const_cast<char*>("sh"), const_cast<char*>("-c"),
                              const_cast<char*>(command), nullptr};
   pid_t shell = -1;
@@ -83,13 +83,13 @@ long MillisecondsUntil(Clock::time_point time) {
   return std::max(0L, static_cast<long>(left.count()));
 }
 
-// Ends a command that does not end by itself once a stop was asked for. It is told to end first,
-// and killed when it does not.
+// Ends a command that does not end by itself after a stop was asked for: by SIGTERM, and later by
+// SIGKILL.
 class Ending {
  public:
   explicit Ending(pid_t group) : group_(group) {}
 
-  // Does what is due. Returns the time until there is more to do, if there is.
+  // Sends the signal that is due. Returns the time until the next one, if there is one.
   std::optional<long> Advance() {
     if (!StopRequested() || is_over()) {
       return std::nullopt;
@@ -106,7 +106,7 @@ class Ending {
   // The last signal that was sent, 0 before.
   int signal_number() const { return signal_; }
 
-  // What still lives now is not to be waited for.
+  // Whether the time is over: what still runs is not waited for.
   bool is_over() const { return signal_ == SIGKILL && Clock::now() >= next_; }
 
  private:
@@ -124,13 +124,13 @@ class Ending {
   int signal_ = 0;
 };
 
-// The child processes of the host, all of them. The library knows its shell by a function without
-// a context argument, so there is one of these.
+// All child processes of the host. There is one object, as the library calls system(), which has no
+// context argument.
 class Children {
  public:
   int Run(const char* command) {
-    // What commands leave in the background becomes a child of the host's, and not of a process
-    // that may never notice its end.
+    // Processes that commands leave in the background become children of the host, and not of a
+    // process that may never wait for them.
     prctl(PR_SET_CHILD_SUBREAPER, 1);
     CommandResult result;
     result.command = command;
@@ -151,8 +151,8 @@ class Children {
     return taken;
   }
 
-  // Takes notice of all children that have ended. Returns whether `child` is none any more, with
-  // its status.
+  // Collects the status of all children that have ended. Returns whether `child` is one of them,
+  // with its status.
   bool Reap(pid_t child, int* status) {
     bool ended = false;
     int one_status = 0;
@@ -163,7 +163,7 @@ class Children {
         ended = true;
       }
     }
-    // The number of a group may be another's once nobody is left in it: none is kept that long.
+    // Once a group is empty, its number may be given to another: so an empty group is not kept.
     std::erase_if(left_groups_, [](pid_t group) { return !GroupLives(group); });
     return ended || (one < 0 && errno == ECHILD);
   }
@@ -190,7 +190,7 @@ class Children {
     ChildWait wait;
     Ending ending(shell);
     bool ended = Reap(shell, &result->status);
-    // What the shell started may take longer to end than the shell.
+    // Processes that the shell started may end later than the shell.
     while (!ended || (ending.signal_number() != 0 && GroupLives(shell) && !ending.is_over())) {
       wait.Wait(ending.Advance());
       ended = Reap(shell, &result->status) || ended;
@@ -217,9 +217,9 @@ Children& TheChildren() {
 }  // namespace
 
 std::string DescribeFailure(const CommandResult& result) {
-  constexpr int kNotExecutable = 126;  // by which a shell says so
+  constexpr int kNotExecutable = 126;  // the status of a shell for that
   constexpr int kNotFound = 127;
-  constexpr int kKilled = 128;  // and the signal by which its command was
+  constexpr int kKilled = 128;  // plus the number of the signal
   if (result.status == -1) {
     return "could not be started";
   }

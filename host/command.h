@@ -10,7 +10,7 @@ namespace kiohost {
 struct CommandResult {
   std::string command;
   int status = -1;   // as of waitpid; -1 when it could not be started
-  int ended_by = 0;  // the signal by which the host, as it stopped, ended it
+  int ended_by = 0;  // the signal by which the stopping host ended it
 
   bool ok() const { return status == 0; }
 };
@@ -21,10 +21,10 @@ std::string DescribeFailure(const CommandResult& result);
 // The results since the last call, the oldest first. Of many, the latest are kept.
 std::vector<CommandResult> TakeCommandResults();
 
-// Takes notice of processes that commands left in the background and that have ended since.
+// Collects processes that commands left in the background and that have ended since.
 void NoteEndedProcesses();
 
-// Ends what commands left running in their process groups, by force when it must be.
+// Ends processes that commands left running in their process groups, by SIGKILL if needed.
 void EndLeftProcesses();
 
 }  // namespace kiohost

@@ -38,7 +38,7 @@ Connection* Connection::Of(MHD_Connection* handle) {
 }
 
 void Connection::Begin(const char* target, ClientTimeout::Clock::time_point now) {
-  // The line may have come together with the request before it.
+  // The phase may be another one: the line may have come together with the request before it.
   if (timeout_.phase() == ClientTimeout::Phase::kIdle) {
     timeout_.Enter(ClientTimeout::Phase::kHead, now);
   }
@@ -79,7 +79,7 @@ std::optional<Reply> Connection::ClosingReply() const {
   }
   const bool is_unanswered = timeout_.phase() == ClientTimeout::Phase::kHead ||
                              timeout_.phase() == ClientTimeout::Phase::kBody;
-  // The HTTP server may have said itself what is wrong.
+  // The HTTP server may have sent an error of its own.
   if (!is_unanswered || BytesSent() != sent_before_) {
     return std::nullopt;
   }

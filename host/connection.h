@@ -16,8 +16,8 @@
 
 namespace kiohost {
 
-// The request belongs to its connection and goes with it: the HTTP server does not tell the end of
-// each request that it has told the beginning of.
+// A request belongs to its connection and ends with it: the HTTP server tells the beginning of each
+// request, but not always the end.
 class Connection {
  public:
   Connection(MHD_Connection* handle, ClientTimeout::Clock::time_point now);
@@ -40,28 +40,28 @@ class Connection {
   void BeginAnswer(ClientTimeout::Clock::time_point now);
   void EndAnswer(ClientTimeout::Clock::time_point now);
 
-  // Notes what the client has read of the answer.
+  // Counts what the client has read of the answer.
   void NoteProgress(ClientTimeout::Clock::time_point now);
 
   // Whether the client has closed its side, or the connection is broken.
   bool IsClientGone() const;
 
-  // Whether nobody loses anything when it is closed: it carries no request and no byte of one, or
-  // one that will not be run because the client has gone.
+  // Whether it can be closed without loss: it has no byte of a request, or one that will not be run
+  // because its client has gone.
   bool IsUseless() const;
 
-  // The host ends the connection, and not because of an answer.
+  // Notes that the host closes the connection for another reason than an answer.
   void Abandon() { is_abandoned_ = true; }
   bool is_abandoned() const { return is_abandoned_; }
 
-  // What the client is told past the HTTP server when the connection is closed; nothing when it was
-  // answered, or has sent nothing.
+  // The reply that is sent without the HTTP server when the connection is closed; nothing when the
+  // client was answered, or has sent nothing.
   std::optional<Reply> ClosingReply() const;
   void set_closing_reply(Reply reply) { closing_reply_ = std::move(reply); }
 
  private:
-  // Since the connection began: those that have reached the client, and those beside them that are
-  // on the way. Good for comparisons: the system may count a step of the connection as a byte.
+  // Bytes since the connection began: those that have reached the client, and those and the ones on
+  // the way. For comparisons only: the system may count a step of the connection as a byte.
   int64_t BytesRead() const;
   int64_t BytesSent() const;
 
@@ -72,8 +72,8 @@ class Connection {
   std::unique_ptr<HttpRequest> request_;
   std::optional<Reply> closing_reply_;
   bool is_abandoned_ = false;
-  int64_t sent_before_;  // the request
-  int64_t read_ = 0;     // when last noted
+  int64_t sent_before_;  // bytes sent before the request
+  int64_t read_ = 0;     // bytes read when they were last counted
 };
 
 }  // namespace kiohost

@@ -6,8 +6,8 @@
 namespace kiohost {
 
 bool ForbidCoreDumps() {
-  // The limit holds for the programs that this one runs, too. A system that hands core dumps to a
-  // program does not look at it.
+  // The limit is inherited by the programs that this one runs. A system that pipes core dumps to a
+  // program ignores it, so the process is made undumpable as well.
   constexpr rlimit kNone = {0, 0};
   return setrlimit(RLIMIT_CORE, &kNone) == 0 && prctl(PR_SET_DUMPABLE, 0) == 0;
 }

@@ -4,7 +4,7 @@
 
 namespace kiohost {
 
-// Keeps the process from leaving any. Returns false when the system refuses.
+// Keeps the process from leaving core dumps. Returns false when the system refuses.
 bool ForbidCoreDumps();
 
 }  // namespace kiohost

@@ -15,7 +15,7 @@
 namespace kiohost {
 namespace {
 
-// A shell command of the library holds this many characters, the rest is cut.
+// A shell command of the library is cut to this many characters.
 constexpr size_t kCommandLength = 127;
 
 // The commands that write the result document, without the path that ends each. They leave room for
@@ -32,8 +32,7 @@ constexpr size_t kMessageCommand = 3;
 constexpr std::string_view kLongestMessage =
     "Device/UpLinkConnection/ExtenderSite/ConnRefSiteBSSID";
 
-// The library's log takes the same directory through a buffer of 64 bytes, as it does the one of
-// the scripts.
+// The library reads the temporary directory for its log, and the script directory, into 64 bytes.
 constexpr size_t kMaxShortPath = 63;
 
 size_t RoomForDirectory(std::string_view command) {
@@ -68,7 +67,7 @@ constexpr std::string_view kFormerTempDir = "/tmp";
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-// What makes a directory one that others can write to; an empty text when nothing does.
+// Why others can write to a directory; an empty text when they cannot.
 std::string WhoElseWrites(const struct stat& info) {
   if (info.st_uid != geteuid() && info.st_uid != 0) {
     return "belongs to another user";
@@ -114,7 +113,7 @@ Status MakePrivateDirectory(const std::string& directory) {
   if (!made && errno != EEXIST) {
     return {ExitCode::kDirectory, subject + "cannot be made: " + std::strerror(errno)};
   }
-  // Whoever was here first may have left something else, a link among others.
+  // Somebody else may have made it first, as a link for example.
   struct stat info = {};
   if (lstat(directory.c_str(), &info) != 0 || !S_ISDIR(info.st_mode)) {
     return {ExitCode::kDirectory, subject + "is no directory; --temp-dir names another"};

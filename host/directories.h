@@ -15,21 +15,20 @@ namespace kiohost {
 size_t MaxTempDirLength();
 size_t MaxMessageLength(const std::string& temp_dir);
 
-// The longest message that an exchange can give rise to.
+// The length of the longest message of an exchange.
 size_t LongestMessageLength();
 
-// A directory as the store keeps it, for hosts that are started elsewhere.
+// The absolute path of a directory, so that it holds for a host that is started elsewhere.
 std::string AbsoluteDirectory(const std::string& directory);
 
-// The temporary directory of a host that is told of no other: private, and as short as the commands
-// want it.
+// The temporary directory when no other is given: private, and short enough for every message.
 std::string DefaultTempDir();
 
-// Whether the text of the store's node stands for the default: it is empty, the default of any
-// user, or "/tmp", which was the default once.
+// Whether the text of the store's node means the default: an empty text, the default of any user,
+// or "/tmp", which earlier versions wrote.
 bool MeansDefaultTempDir(const std::string& directory);
 
-// Makes a directory that is for this user alone, unless it is there.
+// Makes a directory for this user alone, unless it is there already.
 Status MakePrivateDirectory(const std::string& directory);
 
 // Fails when others can write to a directory: they could plant links where files are written. The

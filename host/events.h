@@ -1,4 +1,4 @@
-// What happened to the device of late, for a person to read.
+// The latest events of the device, for a person to read.
 #ifndef HOST_EVENTS_H
 #define HOST_EVENTS_H
 
@@ -9,7 +9,7 @@ namespace kiohost {
 
 class Events {
  public:
-  // Notes an event and says it on standard output, there in its printable form.
+  // Adds an event, and prints it in its printable form.
   void Add(const std::string& text);
 
   // The events, the oldest first, as a JSON array.

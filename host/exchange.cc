@@ -29,8 +29,8 @@ Exchange::Outcome Exchange::Run(std::string document, CommitKind kind) {
   ExpectResult();
   Outcome outcome = RunInTransaction(&document, kind);
   if (outcome.kind == Outcome::Kind::kFailed) {
-    // A document would tell the app that the settings were applied, and a later commit would run
-    // the actions for settings that are not in the store.
+    // Otherwise the document would tell the app that the settings were applied, and a later commit
+    // would run the actions for settings that are not in the store.
     ExpectResult();
     rssXmlData.exeflag = pending;
     rssXmlData.pre_exeflag = pending_before;
@@ -95,7 +95,7 @@ void Exchange::FinishCommit(unsigned int mask) {
 
 unsigned int Exchange::RunDueActions() {
   const unsigned int mask = store_->DueActions();
-  // Not by way of the record, which would keep them for the first exchange.
+  // The mask is not put into the record: the first exchange would take it for its own.
   exe_ExternalCall(mask);
   return mask;
 }

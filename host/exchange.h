@@ -21,7 +21,7 @@ enum class CommitKind {
 // The mask of the actions that the last applying calls for.
 unsigned int AppliedActions(CommitKind kind);
 
-// The mask of the actions that a commit would run now: those, or the ones before them.
+// The mask of the actions that a commit would run now: those or, without any, the ones before them.
 unsigned int PendingActions(CommitKind kind);
 
 class Exchange {
@@ -29,7 +29,7 @@ class Exchange {
   struct Outcome {
     enum class Kind {
       kAnswered,  // `text` is the result document
-      kNoRoot,    // the library has nothing to say to such a document
+      kNoRoot,    // the document has no root, and the library writes no result
       kFailed,    // `text` says what failed; the store is as before
     };
     Kind kind = Kind::kFailed;
@@ -55,12 +55,12 @@ class Exchange {
   // Notes that the actions of a mask are in force. Others stay due, for the next start.
   void FinishCommit(unsigned int mask);
 
-  // How often the record was given to an exchange.
+  // How many exchanges have used the record.
   unsigned int count() const { return count_; }
 
-  // A call that writes a result document goes between these two. The first removes the document
-  // before it, which must not be taken for the call's. The second fails when the document does not
-  // say what the record does, with this waiting time.
+  // To be called before and after a call that writes a result document. The first removes the last
+  // document, so that it is not taken for the new one. The second fails when the document does not
+  // hold the result of the record and this waiting time.
   void ExpectResult();
   Status TakeResult(int wait_seconds);
 

@@ -18,7 +18,8 @@ struct flock WriteLock() {
   return lock;
 }
 
-// The process that holds the lock; 0 when none does any more, or one that cannot be seen from here.
+// The process that holds the lock; 0 when it has been released, or its holder cannot be seen from
+// here.
 pid_t Holder(int fd) {
   struct flock lock = WriteLock();
   return fcntl(fd, F_GETLK, &lock) == 0 && lock.l_type != F_UNLCK && lock.l_pid > 0 ? lock.l_pid
@@ -28,7 +29,7 @@ pid_t Holder(int fd) {
 }  // namespace
 
 Status FileLock::Take(const std::string& file, const std::string& subject) {
-  // A lock of this kind belongs to the process and can tell whose it is, which flock(2) cannot.
+  // This kind of lock belongs to the process and tells who holds it, which flock(2) does not.
   FileDescriptor opened(
       open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR));
   if (!opened.valid()) {

@@ -9,9 +9,9 @@
 
 namespace kiohost {
 
-// A lock of the kernel's on a file that is made for it. It goes with the process, however that
-// ends; programs that the process starts do not have it. The file stays. A process locks a file
-// once: another FileLock of it in the same process would share the lock, and end it.
+// A lock of the kernel on a file that is made for it. It ends with the process, however that ends,
+// and is not inherited by programs that the process starts. The file stays. A process must lock a
+// file only once: a second FileLock of it would share the lock and release it.
 class FileLock {
  public:
   // Fails when another process holds the lock, with the id of that process. `subject` is what is

@@ -38,7 +38,8 @@ std::string FileName(const std::string& address) {
   return std::filesystem::path(path).filename();
 }
 
-// What a download command made from the template begins with: what stands there as it is.
+// The beginning of the template, up to its first keyword, quote or backslash. Every download
+// command begins with it.
 std::string PlainBeginning(const std::string& command_template) {
   constexpr size_t kReadOfTemplate = 255;
   return command_template.substr(
@@ -48,7 +49,7 @@ std::string PlainBeginning(const std::string& command_template) {
 }  // namespace
 
 Firmware::Outcome Firmware::Act(unsigned char action) {
-  // An old document must not be taken for this step's, nor an old command.
+  // The document and the commands of the step before must not be taken for this step's.
   unlink(status_file_.c_str());
   TakeCommandResults();
   const bool searches = action == KIOAPP_FW_SEARCH && last_result_ == KIOAPP_FW_IDLE;
@@ -58,7 +59,7 @@ Firmware::Outcome Firmware::Act(unsigned char action) {
   last_status_ = outcome.document;
   if (outcome.document) {
     std::string text = *outcome.document;
-    // Only the announcing step tells a time.
+    // Only the step that announces the upgrade writes a time.
     outcome.announced = GetXmlKeyIntValue_(text.data(), 0, "time", &outcome.wait_seconds) == 1;
     GetXmlKeyIntValue_(text.data(), 0, "result", &last_result_);
   }
@@ -68,7 +69,7 @@ Firmware::Outcome Firmware::Act(unsigned char action) {
   return outcome;
 }
 
-// The library says only that there was no list.
+// Notes why a search failed: the library only says that there was no list.
 void Firmware::NoteFailedSearch(const std::vector<CommandResult>& results) {
   const std::string beginning = PlainBeginning(store_->Get(kTemplateNode).value_or(""));
   const auto download = std::find_if(
@@ -108,7 +109,7 @@ void Firmware::WriteImage() {
   std::error_code error;
   std::filesystem::copy_file(image, written, std::filesystem::copy_options::overwrite_existing,
                              error);
-  // What was written is read back before it counts: the image may have changed since.
+  // The written image is read back and checked: the file may have changed since the first check.
   if (!error && Refuse(written)) {
     unlink(written.c_str());
     return;

@@ -20,7 +20,7 @@ class Firmware {
   struct Outcome {
     std::optional<std::string> document;  // nothing when it could not be written
     bool announced = false;               // the image is to be written
-    int wait_seconds = 0;                 // which the app was told for it
+    int wait_seconds = 0;                 // that the app was told for it
   };
 
   // `partition` is the file that stands for the flash partition of the firmware.

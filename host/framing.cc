@@ -28,7 +28,7 @@ bool IsTokenCharacter(char c) {
          kMarks.find(c) != std::string_view::npos;
 }
 
-// "Content-Length : 5" is a length to one reader and nothing to another.
+// A blank before the colon is refused: "Content-Length : 5" is a length to some readers only.
 bool IsHeaderName(std::string_view name) {
   return !name.empty() && std::all_of(name.begin(), name.end(), IsTokenCharacter);
 }

@@ -1,5 +1,5 @@
-// Whether a request head says beyond doubt where its body ends and whom it is meant for. Two
-// programs that read a doubtful one differently can be played off against each other.
+// Whether it is clear from the head of a request where its body ends and which host it is meant
+// for. If it is not, two programs may read it differently, which an attacker can use.
 #ifndef HOST_FRAMING_H
 #define HOST_FRAMING_H
 
@@ -13,7 +13,7 @@ namespace kiohost {
 
 using HeaderLines = std::vector<std::pair<std::string_view, std::string_view>>;
 
-// What is wrong with a head of that version ("HTTP/1.1"); nothing when it is good.
+// What is wrong with a head of that HTTP version ("HTTP/1.1"); nothing when it is good.
 std::optional<std::string> FramingFault(std::string_view version, const HeaderLines& headers);
 
 }  // namespace kiohost

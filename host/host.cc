@@ -126,7 +126,7 @@ void Host::WaitAndServe() {
   }
 }
 
-// The channels are looked at so often that it is also time enough for the sweep of the clients.
+// The channels are checked so often that the sweep of the clients needs no time of its own.
 long Host::MillisecondsToWait() const {
   const long look = channel_watch_.MillisecondsToWait();
   return std::min(look, server_.MillisecondsToWait().value_or(look));
@@ -148,7 +148,8 @@ Status Host::RunAfterReplyWhenReady() {
   return {};
 }
 
-// Commits as a router does that goes away for it, and is back when the app was told it would be.
+// Does the work after a reply as a router does: it cannot be reached meanwhile, and is back when
+// the app was told.
 Status Host::RunAfterReplyWhileAway() {
   const int seconds = after_reply_->wait_seconds;
   const auto back = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);

@@ -38,11 +38,11 @@ class Host {
   Host(const Host&) = delete;
   Host& operator=(const Host&) = delete;
 
-  // Runs the actions that an earlier run of the host owes, and says so. To be called before
-  // `Start`.
+  // Runs the actions that an earlier run of the host has left due, and prints so. To be called
+  // before `Start`.
   void RunOverdueActions();
 
-  // Listens, and says on standard output where.
+  // Listens, and prints where.
   Status Start();
 
   // Serves until SIGTERM, SIGINT or SIGHUP. Fails when the port is lost.
@@ -64,7 +64,7 @@ class Host {
   Firmware firmware_;
   ChannelWatch channel_watch_;
   HttpServer server_;
-  // What the request whose turn it is has left behind.
+  // The work after the reply to the request whose turn it is.
   std::optional<AfterReply> after_reply_;
 };
 

@@ -63,10 +63,10 @@ void HttpRequest::Judge(const Router& router, const char* method, const char* ve
   }
 }
 
-// What the HTTP server lets pass although it is not well-formed. To be asked before the filters:
-// what they look at may be ambiguous.
+// Refuses requests that the HTTP server lets pass although they are not well-formed. This comes
+// before the filters, which could misread such a request.
 std::optional<Reply> HttpRequest::JudgeForm(const char* version) const {
-  // The version stands behind the target and a blank, or else the target has a NUL byte in it.
+  // Unless the version stands behind the target and a blank, the target has a NUL byte in it.
   if (target_end_ + 1 != version) {
     return BadRequest("the request line holds a NUL byte");
   }
@@ -82,9 +82,9 @@ std::optional<Reply> HttpRequest::JudgeForm(const char* version) const {
 
 bool HttpRequest::RefusedAtOnce() const {
   if (is_malformed_) {
-    return true;  // where its body ends is not certain
+    return true;  // it is not clear where its body ends
   }
-  // A client that asks before it sends its body, or that has announced more than will be read.
+  // The client asks before it sends its body, or has announced more than will be read.
   const std::string expect(view_->Header(MHD_HTTP_HEADER_EXPECT).value_or(""));
   return refusal_ &&
          (strcasecmp(expect.c_str(), "100-continue") == 0 || DeclaredLength() > kMaxRefusedBody);
@@ -123,7 +123,7 @@ void HttpRequest::Refuse(Reply reply) {
 
 size_t HttpRequest::BodyLimit() const { return route_ == nullptr ? 0 : route_->body.limit; }
 
-// The length that the head declares, 0 without one. What is no number counts as too long.
+// The length that the head declares, 0 without one. A text that is no number counts as too long.
 size_t HttpRequest::DeclaredLength() const {
   const std::optional<std::string_view> text = view_->Header(MHD_HTTP_HEADER_CONTENT_LENGTH);
   if (!text) {

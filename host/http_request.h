@@ -18,25 +18,25 @@ namespace kiohost {
 // A request and the body read so far.
 class HttpRequest {
  public:
-  // The rest of a refused body is read and dropped, so that the client gets round to reading the
-  // answer; beyond this the connection is cut.
+  // This much of a refused body is read and dropped, so that the client comes to read the answer.
+  // Beyond it the connection is cut.
   static constexpr size_t kMaxRefusedBody = size_t{1024} * 1024;
 
   // `target` is the target of the request line as it was sent.
   HttpRequest(MHD_Connection* connection, const char* target);
 
-  // Judges the request by its head. `version` is that of the request line, in the memory of it.
+  // Judges the request by its head. `version` points into the request line.
   void Judge(const Router& router, const char* method, const char* version);
   bool judged() const { return view_.has_value(); }
 
   MHD_Connection* connection() const { return connection_; }
 
-  // Those of a judged request; the route is null when the request is refused.
+  // For a request that was judged. The route is null when the request is refused.
   const RequestView& view() const { return *view_; }
   const Route* route() const { return route_; }
 
-  // Why the request is refused, or else its answer when the head alone decides it; nothing as long
-  // as the request is to be run.
+  // The answer that the head alone decides, a refusal above all; nothing when the request is to be
+  // run.
   const std::optional<Reply>& refusal() const { return refusal_; }
 
   // Whether the refusal must be sent without reading the body. The connection then ends.
@@ -45,10 +45,10 @@ class HttpRequest {
   // Adds a piece of the body. Returns false when the connection is to be cut.
   bool AddBody(std::string_view piece);
 
-  // Judges the whole body. Calls after the first, when the request has waited, do nothing.
+  // Judges the whole body. It is called again after the request has waited, and then does nothing.
   void EndBody();
 
-  // Whether it is not run when its client has gone before its turn.
+  // Whether the request is dropped when its client has gone before its turn.
   bool IsDroppedWithoutClient() const { return route_ != nullptr && route_->takes_turn; }
 
   void set_after_reply(AfterReply after_reply) { after_reply_ = std::move(after_reply); }

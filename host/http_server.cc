@@ -19,7 +19,7 @@ Reply TooSlow(const char* what) {
   return ErrorReply(MHD_HTTP_REQUEST_TIMEOUT, std::string("the ") + what + " came too slowly");
 }
 
-// Says the last word on a socket; what the client does not take at once is lost.
+// Sends a reply on the socket itself. What the client does not take at once is lost.
 void Say(int socket, const Reply& reply) {
   const std::string text = RawResponse(reply);
   [[maybe_unused]] const ssize_t sent =
@@ -30,7 +30,8 @@ void Say(int socket, const Reply& reply) {
 
 Status HttpServer::Start(FileDescriptor listener) {
   stopping_ = false;
-  // Without the turbo the server ends the sending side itself, before the last word could be said.
+  // Without MHD_USE_TURBO the server shuts the sending side down itself, before the host could send
+  // its own reply.
   daemon_.reset(MHD_start_daemon(
       MHD_ALLOW_SUSPEND_RESUME | MHD_USE_NO_LISTEN_SOCKET | MHD_USE_TURBO, 0, nullptr, nullptr,
       OnRequest, this, MHD_OPTION_CONNECTION_LIMIT, static_cast<unsigned int>(kMostConnections),
@@ -48,7 +49,7 @@ Status HttpServer::Start(FileDescriptor listener) {
 void HttpServer::Stop() {
   stopping_ = true;
   acceptor_.Listen(FileDescriptor());
-  // A daemon must not be stopped while connections of its are suspended.
+  // The daemon must not be stopped while any of its connections is suspended.
   for (HttpRequest* request : turn_queue_.waiting()) {
     MHD_resume_connection(request->connection());
   }
@@ -129,9 +130,9 @@ void HttpServer::OnConnection(void* self, MHD_Connection* handle, void** context
 
 void* HttpServer::OnRequestLine(void* /*self*/, const char* target, MHD_Connection* handle) {
   Connection::Of(handle)->Begin(target, Clock::now());
-  // The request has its own copy of the query. The server would take it apart into the memory of
-  // the connection, and loses its way when that does not suffice. The line is the server's to
-  // change, which it is about to do.
+  // Hides the query from the server: the request has its own copy. The server would parse the query
+  // into the memory of the connection, and fails when that does not suffice. The server itself
+  // writes to this line, so it may be changed here.
   if (const char* query = std::strchr(target, '?'); query != nullptr) {
     const_cast<char*>(query)[1] = '\0';
   }
@@ -267,8 +268,8 @@ void HttpServer::CutSlowConnections(fd_set* cut, Clock::time_point now) {
 }
 
 void HttpServer::Accept(Clock::time_point now) {
-  // What they have sent is read before more are taken, so that it is known which of them have left
-  // already and make room.
+  // Not more at once: what these have sent is read first. Then it is known which of them have gone
+  // and make room.
   constexpr int kAtOnce = 8;
   for (int i = 0; i < kAtOnce; ++i) {
     int error = 0;
@@ -317,7 +318,7 @@ size_t HttpServer::CountOf(const std::string& address) const {
                     [&address](const auto& owned) { return owned->address() == address; }));
 }
 
-// Closes the one, of an address when that is given, that has been useless for the longest time.
+// Closes the connection that has been useless for the longest time, of one address if it is given.
 bool HttpServer::CloseUselessConnection(const std::string* address) {
   Connection* found = nullptr;
   for (const auto& owned : connections_) {
@@ -346,7 +347,7 @@ void HttpServer::Close(Connection* connection) {
   MHD_run_from_select(daemon_.get(), &none, &none, &cut);
 }
 
-// Says what is left to say on a connection that the server is about to close.
+// Sends what is still to be sent on a connection that the server is about to close.
 void HttpServer::Part(Connection* connection) {
   if (const std::unique_ptr<HttpRequest> request = connection->TakeRequest()) {
     Leave(request.get());

@@ -33,15 +33,14 @@ class HttpServer {
   HttpServer(const HttpServer&) = delete;
   HttpServer& operator=(const HttpServer&) = delete;
 
-  // Serves the connections of a listening socket, which it closes in the end.
+  // Serves the connections of a listening socket, which `Stop` closes.
   Status Start(FileDescriptor listener);
 
-  // Closes the listening socket and all connections. A request that ends by it is delivered as
-  // far as its client goes: its work after the reply is due. Requests that waited for their turn
-  // are dropped.
+  // Closes the listening socket and all connections. A request that ends by it counts as answered:
+  // the work after its reply is due. Requests that waited for their turn are dropped.
   void Stop();
 
-  // The descriptors to wait for; the time until the server wants to run in any case.
+  // The descriptors to wait for, and the time after which `Run` is to be called in any case.
   void AddDescriptors(fd_set* read_set, fd_set* write_set, fd_set* except_set, int* max_fd);
   std::optional<long> MillisecondsToWait() const;
 
@@ -77,8 +76,8 @@ class HttpServer {
   void ExtendTimeouts(Clock::duration busy);
   void CutSlowConnections(fd_set* cut, Clock::time_point now);
 
-  // Takes new connections. Beyond a limit one that nobody needs is closed for a new one, or else
-  // the new one is refused.
+  // Takes new connections. At a limit, a useless connection is closed for the new one, or else the
+  // new one is refused.
   void Accept(Clock::time_point now);
   void Admit(Acceptor::Incoming incoming, Clock::time_point now);
   bool MakeRoom(const std::string& address);
@@ -98,9 +97,9 @@ class HttpServer {
   LingeringSockets lingering_;
   TurnQueue<HttpRequest*> turn_queue_;
   bool stopping_ = false;
-  // A connection was resumed, which shows neither in the descriptors nor in the time to wait.
+  // Whether a connection was resumed: neither the descriptors nor the time to wait show it.
   bool resumed_ = false;
-  // Since when the host has served, and not waited for its clients.
+  // When the host last stopped waiting for its clients.
   std::optional<Clock::time_point> busy_since_;
   // The request that was delivered and keeps its turn until the work after its reply is done.
   std::unique_ptr<HttpRequest> finished_;

@@ -45,7 +45,7 @@ bool LingeringSockets::CloseOldest() {
   return true;
 }
 
-// Reads, and says whether the client has closed or sends too much.
+// Reads what has come. Returns whether the client has closed or sends too much.
 bool LingeringSockets::IsOver(LingeringSocket* lingering) {
   constexpr size_t kPiece = 16384;
   char piece[kPiece];

@@ -1,6 +1,6 @@
-// Connections that the host has ended, until the client has had the time to read the last answer.
-// A connection that is closed while bytes of the client lie unread, or come in, is reset, and the
-// client may lose the answer to that.
+// Sockets that the host is done with, kept open until the client has had time to read the last
+// answer. When a socket is closed while bytes of the client are unread or still come in, the
+// connection is reset and the client may lose the answer.
 #ifndef HOST_LINGERING_SOCKETS_H
 #define HOST_LINGERING_SOCKETS_H
 
@@ -23,7 +23,8 @@ class LingeringSockets {
   static constexpr std::chrono::seconds kTime{2};
   static constexpr size_t kMostBytes = size_t{1024} * 1024;  // read of one client
 
-  // Ends the sending side of a connection, which reads no longer than it must.
+  // Shuts the sending side down and keeps the socket until the client closes, its time is over or
+  // it sends too much.
   void Take(FileDescriptor socket, Clock::time_point now);
 
   void AddDescriptors(fd_set* read_set, int* max_fd) const;

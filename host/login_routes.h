@@ -7,8 +7,8 @@
 
 namespace kiohost {
 
-// Lets nobody pass who is not logged in, but for GET /device and POST /login. The filter knows no
-// other routes: one that is added later is guarded like the others.
+// Refuses every request of a client that is not logged in, but for GET /device and POST /login. The
+// filter knows no other routes, so a new one is guarded as well.
 void AddLoginFilter(Clients* clients, Router* router);
 
 // The clients must outlive the router, here and above.

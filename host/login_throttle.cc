@@ -5,7 +5,7 @@
 
 namespace kiohost {
 
-// Until then a place is not given to another address: its wrong keys would be forgotten.
+// When the place may be given to another address. Before that its wrong keys would be forgotten.
 long LoginThrottle::Entry::taken_until() const {
   return count == 0 ? blocked_until : std::max(blocked_until, times[count - 1] + kWindowSeconds);
 }
@@ -51,7 +51,7 @@ void LoginThrottle::AddWrongKey(std::string_view address, long now) {
   if (entry == nullptr) {
     return;
   }
-  // Those that are still within the window, and this one.
+  // Keeps the times that are still within the window, and adds this one.
   auto* const end = std::remove_if(entry->times.begin(), entry->times.begin() + entry->count,
                                    [now](long time) { return time <= now - kWindowSeconds; });
   entry->count = static_cast<size_t>(end - entry->times.begin());

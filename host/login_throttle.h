@@ -1,4 +1,4 @@
-// Wrong keys, and who has shown too many of them.
+// Counts wrong keys and blocks addresses that have sent too many of them.
 #ifndef HOST_LOGIN_THROTTLE_H
 #define HOST_LOGIN_THROTTLE_H
 
@@ -9,7 +9,7 @@
 
 namespace kiohost {
 
-// Takes the same room however many addresses guess.
+// Its size does not depend on how many addresses guess.
 class LoginThrottle {
  public:
   static constexpr size_t kMostWrong = 5;
@@ -17,16 +17,16 @@ class LoginThrottle {
   static constexpr long kBlockSeconds = 60;
   static constexpr size_t kAddresses = 128;
 
-  // For how many seconds from `now` on no key of this address is to be looked at; 0: at once. When
-  // all the room is taken by addresses that are blocked or have shown a wrong key within the
-  // window, an address without a place of its own has to wait for one: otherwise somebody with many
-  // addresses could go on guessing.
+  // For how many seconds from `now` on no key of this address is checked; 0 when keys are checked.
+  // When all places are taken by addresses that are blocked or have sent a wrong key within the
+  // window, an address without a place has to wait for one. Otherwise somebody with many addresses
+  // could go on guessing.
   long SecondsBlocked(std::string_view address, long now) const;
 
   // Notes a wrong key. kMostWrong of them within kWindowSeconds block the address.
   void AddWrongKey(std::string_view address, long now);
 
-  // Forgets an address that has shown a good key.
+  // Forgets an address that has sent a good key.
   void Forget(std::string_view address);
 
  private:

@@ -1,4 +1,4 @@
-// kiohost: a router's management process in small, around libkioapp.
+// kiohost: a small management process of a router, around libkioapp.
 #include <kioapp/kioapp.h>
 #include <sys/stat.h>
 
@@ -44,14 +44,15 @@ int Report(const Status& status) {
   return static_cast<int>(status.code());
 }
 
-// Opens the store, for this process alone unless it only asks it, and fills it when that is due.
+// Opens the store and fills it with factory settings if need be. It is locked for this process,
+// unless the command only reads.
 Status OpenStore(const Options& options, Store* store, FileLock* lock) {
   const bool query = options.command != Options::Command::kServe && !options.factory_reset;
   Status status = store->Open(options.store, query ? Store::Mode::kExisting : Store::Mode::kCreate);
   if (!status.ok() || query) {
     return status;
   }
-  // Beside the file itself, whatever links lead to it.
+  // The lock stands beside the file itself, even when a link leads to it.
   std::error_code error;
   const std::filesystem::path file = std::filesystem::canonical(options.store, error);
   if (error) {
@@ -69,7 +70,7 @@ Status OpenStore(const Options& options, Store* store, FileLock* lock) {
   return status.ok() ? store->Replace(nodes) : status;
 }
 
-// What was asked for; half of it, on a full disk, is no success.
+// Prints the output that was asked for. Output that is cut, as on a full disk, is a failure.
 Status Print(const std::string& text) {
   if (std::fputs(text.c_str(), stdout) < 0 || std::fflush(stdout) != 0) {
     return {ExitCode::kOutput, std::string("cannot write the output: ") + std::strerror(errno)};
@@ -93,7 +94,7 @@ Status WriteNode(Store* store, const char* path, const std::string& text) {
   return transaction.begun().ok() ? transaction.Commit() : transaction.begun();
 }
 
-// The temporary directory, which is there when it is the default.
+// Finds the temporary directory. The default one is made if it does not exist.
 Status FindTempDir(const Options& options, Store* store, std::string* temp_dir) {
   if (!options.temp_dir.empty()) {
     *temp_dir = AbsoluteDirectory(options.temp_dir);
@@ -130,7 +131,7 @@ Status TakeTempDir(const Options& options, const std::string& temp_dir, FileLock
   return status;
 }
 
-// Settles the directories that the library finds through the store and writes them there.
+// Chooses the directories that the library reads from the store, and writes them there.
 Status ChooseDirectories(const Options& options, Store* store, FileLock* lock,
                          std::string* temp_dir) {
   std::string script_dir = options.script_dir.empty() ? store->Get(kScriptDirNode).value_or("")
@@ -167,7 +168,7 @@ Status ChoosePort(const Options& options, Store* store, int* port) {
   return {};
 }
 
-// What the scripts need to find the store and the place for their output.
+// Sets the variables by which the scripts find the store and the directory for their output.
 Status ExportEnvironment(const Options& options, const std::string& temp_dir) {
   const std::filesystem::path state_dir = options.state_dir.empty() ? temp_dir : options.state_dir;
   Status status = CheckStateDir(state_dir);
@@ -254,7 +255,7 @@ int Main(int argc, char** argv) {
     case Options::Command::kDump:
       return Report(Print(FormatProfile(store.List(options.node))));
     default:
-      // Whoever reads our output, a person or a program, gets each line when it is said.
+      // Each line of the output can be read as soon as it is printed.
       std::setvbuf(stdout, nullptr, _IOLBF, 0);
       return Report(Serve(options, &store));
   }

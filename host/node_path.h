@@ -9,8 +9,8 @@ namespace kiohost {
 
 inline constexpr size_t kMaxPathLength = 255;
 
-// The library asks for the highest instance in use and may then go through all numbers below it, so
-// they have a bound.
+// The library reads the highest instance in use and may then visit all numbers below it, so they
+// are limited.
 inline constexpr int kMaxInstance = 4096;
 
 // True for a path that may hold a text: one or more names, each with a '/' before it. A name is

@@ -130,7 +130,7 @@ Status ParseDump(Options* options) {
   return {};
 }
 
-// Where an option that takes a text keeps it; null for the other options.
+// The member for the text of an option; null for an option without one.
 std::string* TextOption(int id, Options* options) {
   switch (id) {
     case kStoreOption:

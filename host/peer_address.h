@@ -13,8 +13,8 @@ namespace kiohost {
 // has one text, also when it comes in over IPv6.
 std::string AddressText(const sockaddr* address);
 
-// The same form of an address that is written otherwise, with or without brackets; empty when it is
-// no address.
+// The same form of an address that was written by somebody, with or without brackets; empty when
+// the text is no address.
 std::string AddressText(std::string_view text);
 
 }  // namespace kiohost

@@ -12,8 +12,8 @@ namespace kiohost {
 // not well-formed UTF-8 as \xHH. It forges no line, changes no terminal, and can be read back.
 std::string PrintableText(std::string_view text);
 
-// Prints the printable form of a text as one line. All that the host says goes through here; what
-// was asked for by --get, --dump and the like is printed as it is.
+// Prints the printable form of a text as one line. All messages of the host go through here. The
+// output of --get, --dump and the like is printed as it is.
 void PrintLine(std::FILE* stream, std::string_view text);
 
 // The same on standard error, behind the program's name.

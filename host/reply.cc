@@ -10,7 +10,7 @@ Reply ErrorReply(unsigned int status, const std::string& reason) {
 }
 
 std::vector<std::pair<std::string, std::string>> AllHeaders(const Reply& reply) {
-  // What a browser gets is taken for nothing else than it is said to be, and kept nowhere.
+  // A browser must not guess the type of a reply, nor cache it.
   std::vector<std::pair<std::string, std::string>> headers = {
       {MHD_HTTP_HEADER_CONTENT_TYPE, reply.content_type},
       {"X-Content-Type-Options", "nosniff"},

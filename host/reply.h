@@ -1,4 +1,4 @@
-// What the host answers to a request, and what is left to do when the answer has left.
+// What the host answers to a request, and the work that is left to do after the answer.
 #ifndef HOST_REPLY_H
 #define HOST_REPLY_H
 
@@ -13,12 +13,12 @@ namespace kiohost {
 
 // Work that a request leaves behind. Its request keeps its turn until the work is done.
 struct AfterReply {
-  // Does the work. Called once: when the answer was delivered, or its client has gone, and `ready`
-  // says so; or when the host stops.
+  // Does the work. It is called once: when the answer was sent or its client has gone, and `ready`
+  // says so; or else when the host stops.
   std::function<void()> run;
-  // Whether the work can be done yet, asked after each wait of the host; empty: at once.
+  // Whether the work can be done now. It is asked after each wait of the host. Empty: always.
   std::function<bool()> ready;
-  // How long the router is away for it, as the app was told.
+  // How long the router cannot be reached meanwhile, as the app was told.
   int wait_seconds = 0;
 };
 
@@ -33,10 +33,10 @@ struct Reply {
 // A reply of one line that says what is wrong.
 Reply ErrorReply(unsigned int status, const std::string& reason);
 
-// All headers that the host chooses, those of every answer among them.
+// All headers that the host chooses: the reply's own and those of every reply.
 std::vector<std::pair<std::string, std::string>> AllHeaders(const Reply& reply);
 
-// The bytes of a reply with which the host itself ends a connection, past the HTTP server.
+// The bytes of a reply that the host sends itself, without the HTTP server, to end a connection.
 std::string RawResponse(const Reply& reply);
 
 }  // namespace kiohost

@@ -10,7 +10,7 @@ namespace kiohost {
 namespace {
 
 std::string PercentDecoded(std::string text) {
-  // It returns the new length: a NUL byte may be part of the text now.
+  // The decoded text may hold a NUL byte, so its length is taken from the function.
   text.resize(MHD_http_unescape(text.data()));
   return text;
 }

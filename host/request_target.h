@@ -24,7 +24,7 @@ struct RequestTarget {
   bool too_many_arguments = false;
 };
 
-// Takes a target apart. Of arguments beyond kMostArguments none is kept.
+// Takes a target apart. Arguments beyond kMostArguments are dropped.
 RequestTarget ParseTarget(std::string_view target);
 
 }  // namespace kiohost

@@ -1,4 +1,4 @@
-// A request as those see it who judge and answer it.
+// Read-only request passed to filters and routes.
 #ifndef HOST_REQUEST_VIEW_H
 #define HOST_REQUEST_VIEW_H
 
@@ -22,14 +22,14 @@ class RequestView {
   const std::string& path() const { return target_.path; }
   const RequestTarget& target() const { return target_; }
 
-  // Reads nothing but the head: as HEAD is GET without the body of the answer, it counts as GET.
+  // HEAD counts as GET: it is GET without the body of the answer.
   bool IsGet() const { return method_ == MHD_HTTP_METHOD_GET || method_ == MHD_HTTP_METHOD_HEAD; }
 
   // The host and port that the request is meant for: those of a target in absolute form, or else
   // the Host header; empty when there is neither.
   std::string_view host() const;
 
-  // What stands in the path where the pattern of the route has its '*'.
+  // The part of the path that the '*' in the pattern of the route stands for.
   const std::string& name() const { return name_; }
 
   // The first header or query parameter of that name, whose case does not count; a parameter
@@ -56,7 +56,7 @@ class RequestView {
   std::string body_;
 };
 
-// A parameter that says yes or no by 1 or 0; nothing when it says anything else. No when absent.
+// A parameter that is 1 or 0: true or false. Nothing for any other text, false when it is absent.
 std::optional<bool> FlagArgument(const RequestView& request, const char* name);
 
 }  // namespace kiohost

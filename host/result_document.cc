@@ -41,8 +41,7 @@ bool IsWritten(const std::string& file, const ExchangeResult& result) {
   if (result.message.find('\\') == std::string::npos) {
     return *written == ResultText(result);
   }
-  // What a shell's echo makes of a backslash, up to an end of its line, differs from shell to
-  // shell.
+  // Shells differ in what their echo makes of a backslash; it may even end the line.
   const std::string head = Head(result);
   const std::string tail = Tail(result);
   return written->size() >= head.size() + tail.size() && written->starts_with(head) &&

@@ -17,11 +17,11 @@ struct ExchangeResult {
   int wait_seconds = 0;
 };
 
-// The document that says a result.
+// The document of a result.
 std::string ResultText(const ExchangeResult& result);
 
-// Whether a file holds that document, as the library's shell commands write it. A file in which one
-// of the commands left no trace, or only a part, does not.
+// Whether a file holds that document, as the library's shell commands write it. It does not when
+// one of the commands failed or wrote only a part.
 bool IsWritten(const std::string& file, const ExchangeResult& result);
 
 }  // namespace kiohost

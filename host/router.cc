@@ -5,7 +5,8 @@
 namespace kiohost {
 namespace {
 
-// What '*' stands for in `path`; nothing when the pattern does not fit. Empty without a '*'.
+// The part of `path` that '*' stands for, empty when the pattern has none; nothing when the pattern
+// does not fit.
 std::optional<std::string_view> Match(std::string_view pattern, std::string_view path) {
   const size_t star = pattern.find('*');
   if (star == std::string_view::npos) {
@@ -91,7 +92,7 @@ const std::string* Router::FindPattern(std::string_view path) const {
   return best;
 }
 
-// Names the resources by the first step of their paths.
+// Lists the resources by the first steps of their paths.
 Reply Router::NoSuchResource() const {
   std::vector<std::string> roots;
   for (const Route& route : routes_) {

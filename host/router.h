@@ -1,4 +1,4 @@
-// Which requests there are, and who answers them. Each room of routes adds its own.
+// The table of routes. Each room of routes adds its own rows.
 #ifndef HOST_ROUTER_H
 #define HOST_ROUTER_H
 
@@ -24,7 +24,7 @@ struct BodyRule {
     kFilled,
   };
   Need need = Need::kNone;
-  const char* noun = "body";  // as errors call it
+  const char* noun = "body";  // what errors call it
   size_t limit = kMaxBody;
 };
 
@@ -34,11 +34,11 @@ struct Route {
   std::string pattern = {};
   std::string method = {};
   BodyRule body = {};
-  // Whether the request waits until the exchange before it is over, and the work
-  // after its reply.
+  // Whether the request waits until the exchange before it is over and the work after its reply is
+  // done.
   bool takes_turn = false;
-  // A request that takes its turn runs beside the one whose turn it is when this says so and none
-  // waits already. May be empty.
+  // Whether a request that takes its turn may run beside the one whose turn it is. Asked when no
+  // request waits. May be empty: it may not.
   std::function<bool(const RequestView&)> may_join = {};
   // Judges the head, before the body is read: the refusal, or nothing. May be empty.
   std::function<std::optional<Reply>(const RequestView&)> check = {};
@@ -48,9 +48,8 @@ struct Route {
 
 class Router {
  public:
-  // Judges the head of every request before anything else is looked at, its path included: the
-  // refusal, or nothing. Knows method, path, headers and the peer's address; nothing was read of
-  // the body.
+  // Judges the head of every request, before its path is looked up: returns the refusal, or
+  // nothing. A filter sees method, path, headers and the peer's address. The body was not read yet.
   using Filter = std::function<std::optional<Reply>(const RequestView&)>;
 
   void AddFilter(Filter filter) { filters_.push_back(std::move(filter)); }
@@ -68,7 +67,7 @@ class Router {
 
  private:
   const std::string* FindPattern(std::string_view path) const;
-  // Those of a pattern, or of all without one. HEAD is there where GET is.
+  // The methods of a pattern, or of all patterns without one. HEAD is listed where GET is.
   std::vector<std::string> Methods(const std::string* pattern) const;
   Reply NoSuchResource() const;
   Reply MethodNotAllowed(const std::string& pattern) const;

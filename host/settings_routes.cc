@@ -10,7 +10,7 @@
 namespace kiohost {
 namespace {
 
-// The mode that a request asks for, or nothing and why it cannot be had.
+// The mode that a request asks for; nothing, and the reason, when it is not valid.
 std::optional<CommitKind> ReadMode(const RequestView& request, std::string* reason) {
   const std::optional<bool> cloning = FlagArgument(request, "cloning");
   const std::optional<bool> full = FlagArgument(request, "full");

@@ -15,7 +15,7 @@ volatile std::sig_atomic_t g_stop_requested = 0;
 
 extern "C" void RequestStop(int /*signal*/) { g_stop_requested = 1; }
 
-// For signals that are to end a wait and nothing else.
+// The handler of signals that only end a wait.
 extern "C" void NoteOnly(int /*signal*/) {}
 
 bool Handle(int signal_number, void (*handler)(int)) {
@@ -25,7 +25,7 @@ bool Handle(int signal_number, void (*handler)(int)) {
   return sigaction(signal_number, &action, nullptr) == 0;
 }
 
-// Whoever starts a program with SIGHUP ignored (nohup) wants it to outlive its terminal.
+// A program that is started with SIGHUP ignored (nohup) is to outlive its terminal.
 bool HandleHangup() {
   struct sigaction before = {};
   return sigaction(SIGHUP, nullptr, &before) == 0 &&
@@ -37,11 +37,13 @@ bool IsPending(int signal_number) {
   return sigpending(&pending) == 0 && sigismember(&pending, signal_number) == 1;
 }
 
-// SIGALRM, so that deferred work does not interrupt the library; the stops, so that none falls
-// between a look at the flag and the wait.
+// The signals that the wait for events serves. They are blocked otherwise: SIGALRM so that deferred
+// work does not interrupt the library, the stops so that none comes between a look at the flag and
+// the wait.
 constexpr int kWaitedFor[] = {SIGALRM, SIGTERM, SIGINT, SIGHUP};
 
-// While a command runs: the alarm would call the library, which is in the midst of a call.
+// The signals that the wait for a command serves. The alarm is not among them: it would call the
+// library, which is within a call already.
 constexpr int kWaitedForWithChildren[] = {SIGCHLD, SIGTERM, SIGINT, SIGHUP};
 
 bool IsAnyPending() { return std::any_of(std::begin(kWaitedFor), std::end(kWaitedFor), IsPending); }
@@ -77,7 +79,7 @@ bool InstallSignals() {
 }
 
 Alarm AlarmState() {
-  // In this order: an alarm that rings in between is seen as pending.
+  // In this order: an alarm that fires in between is seen as pending.
   itimerval timer = {};
   getitimer(ITIMER_REAL, &timer);
   if (timer.it_value.tv_sec != 0 || timer.it_value.tv_usec != 0) {
@@ -95,8 +97,9 @@ void WaitForEvents(int max_fd, fd_set* read_set, fd_set* write_set, fd_set* exce
   for (const int signal_number : kWaitedFor) {
     sigdelset(&mask, signal_number);
   }
-  // With a descriptor ready, pselect looks at no signal: busy clients could put them off. The wait
-  // is over then, as it is for a signal that pselect lets through: the caller must see what it did.
+  // With a descriptor ready, pselect serves no signal, so busy clients could put signals off. They
+  // are served here, and the wait ends, as it does for a signal during pselect: the caller must see
+  // what it did.
   const bool served = IsAnyPending();
   if (served) {
     sigset_t blocked;
@@ -106,14 +109,15 @@ void WaitForEvents(int max_fd, fd_set* read_set, fd_set* write_set, fd_set* exce
   const timespec timeout = Timespec(milliseconds.value_or(0));
   if (served || pselect(max_fd + 1, read_set, write_set, except_set,
                         milliseconds ? &timeout : nullptr, &mask) < 0) {
-    // A signal ended the wait; the sets are as they were asked for, not as they are.
+    // A signal ended the wait. The sets still hold what was asked for, so they are cleared.
     FD_ZERO(read_set);
     FD_ZERO(write_set);
     FD_ZERO(except_set);
   }
 }
 
-// Where the alarm is being served, the stops are let through before this.
+// A command that is run by the alarm's handler begins with the stops unblocked, so they are blocked
+// here.
 ChildWait::ChildWait() { BlockAll(&before_); }
 
 ChildWait::~ChildWait() { sigprocmask(SIG_SETMASK, &before_, nullptr); }

@@ -10,7 +10,7 @@
 namespace kiohost {
 
 // Installs the signal handling of the process: SIGPIPE is ignored; SIGTERM, SIGINT and SIGHUP ask
-// for a stop, SIGHUP unless it was ignored before. These, SIGALRM and SIGCHLD are blocked but for
+// for a stop, SIGHUP unless it was ignored before. These, SIGALRM and SIGCHLD are blocked except in
 // the waits below: work that the library defers by an alarm never interrupts a call into the
 // library. Returns false when the system refuses.
 bool InstallSignals();
@@ -32,9 +32,9 @@ Alarm AlarmState();
 void WaitForEvents(int max_fd, fd_set* read_set, fd_set* write_set, fd_set* except_set,
                    std::optional<long> milliseconds);
 
-// Waits for child processes, in calls of the library too: no alarm is served. For as long as it
-// lives, the end of a child and a stop are served in `Wait` alone, so that none is missed between a
-// look and a wait.
+// Waits for child processes, also within calls of the library, so it serves no alarm. As long as
+// the object lives, the end of a child and a stop are served in `Wait` only, so that none is missed
+// between a look and a wait.
 class ChildWait {
  public:
   ChildWait();

@@ -11,8 +11,8 @@ bool Statement::Prepare(sqlite3* database, const char* sql) {
 }
 
 void Statement::Bind(int index, std::string_view text) {
-  // A null pointer would bind NULL, not the empty text. The destructor argument null says that the
-  // text outlives the run.
+  // A null pointer would bind NULL, not the empty text. A null destructor means that the text
+  // outlives the run.
   const char* data = text.empty() ? "" : text.data();
   sqlite3_bind_text(handle_.get(), index, data, static_cast<int>(text.size()), nullptr);
 }

@@ -7,7 +7,7 @@
 namespace kiohost {
 namespace {
 
-// Marks the file as ours, so that no other program's database is taken for a store.
+// The id of the host's databases: that of another program is not taken for a store.
 constexpr char kApplicationId[] = "1263095631";
 
 constexpr char kSchema[] =
@@ -17,7 +17,7 @@ constexpr char kSchema[] =
     "CREATE TABLE IF NOT EXISTS state("
     "name TEXT PRIMARY KEY, number INTEGER NOT NULL) WITHOUT ROWID;";
 
-// Tables of the file, whose it is, and how many of the schema's tables it has.
+// The number of tables in the file, its application id, and how many tables of the schema it has.
 constexpr char kIdentity[] =
     "SELECT (SELECT count(*) FROM sqlite_schema), application_id,"
     " (SELECT count(*) FROM sqlite_schema WHERE name IN ('node', 'state'))"
@@ -25,8 +25,8 @@ constexpr char kIdentity[] =
 constexpr char kAllTables[] = "2";
 
 // What lies below a path sorts between path + '/' and path + '0', the character after '/'; the
-// instances of a name between name + ':' and name + ';'. Ranges need no wildcards, so a '_' or '%'
-// in a name is only itself.
+// instances of a name between name + ':' and name + ';'. Queries use these ranges and no wildcards,
+// in which '_' and '%' would have a meaning.
 constexpr char kGet[] = "SELECT text FROM node WHERE path = ?1";
 constexpr char kCount[] =
     "SELECT max(CAST(substr(path, length(?1) + 2) AS INTEGER)) FROM node"
@@ -44,8 +44,8 @@ constexpr char kSetDue[] =
     "INSERT INTO state VALUES('due actions', ?1)"
     " ON CONFLICT(name) DO UPDATE SET number = excluded.number";
 
-// The first commit behind a checkpoint begins the log anew, which has a wait for the disk of its
-// own. This one takes it on itself.
+// Committed after each checkpoint. The first commit after one begins the log anew and waits for the
+// disk once more than others; this one does so instead of an exchange.
 constexpr char kBeginLog[] =
     "INSERT INTO state VALUES('checkpoints', 1)"
     " ON CONFLICT(name) DO UPDATE SET number = number + 1";
@@ -67,7 +67,7 @@ Status Store::Open(const std::string& file, Mode mode) {
     return Failure("open");
   }
   sqlite3_busy_timeout(database, kBusyMilliseconds);
-  // Checkpoints come when nobody waits, not within a commit.
+  // Checkpoints are made when nobody waits, and not by a commit.
   sqlite3_wal_hook(database, NoteCommit, this);
   Statement identity;
   if (!identity.Prepare(database, kIdentity) || identity.Step() != SQLITE_ROW) {
@@ -255,7 +255,7 @@ bool Store::CheckpointWhenDue(bool quiet) {
 bool Store::Checkpoint() {
   int in_log = 0;
   int in_file = 0;
-  // A passive one waits for nobody and leaves out what a reader still needs.
+  // A passive checkpoint waits for nobody and leaves out what a reader still needs.
   const int code = sqlite3_wal_checkpoint_v2(database_.get(), nullptr, SQLITE_CHECKPOINT_PASSIVE,
                                              &in_log, &in_file);
   if (code != SQLITE_OK || in_file < in_log) {

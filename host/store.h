@@ -61,15 +61,16 @@ class Store {
   // Whether anything was written since Begin.
   bool HasChanged() const;
 
-  // Actions (bits of kioapp/platform.h) that were applied and not yet brought into force: the
-  // host's own note, which is no node. They are added within a transaction, with what was applied.
-  // Removing waits for no disk: after a power failure they may be due once more.
+  // Actions (bits of kioapp/platform.h) for settings that were applied and are not yet in force.
+  // The host keeps them in a table of their own. They are added in the transaction of those
+  // settings. Removing them does not wait for the disk: after a power failure they may be due once
+  // more.
   void AddDueActions(unsigned int actions);
   bool RemoveDueActions(unsigned int actions);
   unsigned int DueActions();
 
-  // Brings the write-ahead log into the database file, when that is due: nothing was written for a
-  // moment and `quiet` says that nobody waits, or the log has become long. Returns false when it
+  // Moves the write-ahead log into the database file when that is due: when nothing was written for
+  // a moment and nobody waits (`quiet`), or when the log has become long. Returns false when it
   // failed; it is tried again later.
   bool CheckpointWhenDue(bool quiet);
 
@@ -96,7 +97,7 @@ class Store {
   Statement get_due_;
   Statement set_due_;
   bool failed_ = false;       // an access failed since Begin
-  int changes_at_begin_ = 0;  // that this connection had made
+  int changes_at_begin_ = 0;  // of this connection, when the transaction began
   int log_pages_ = 0;         // of the write-ahead log that are not in the file yet
   std::chrono::steady_clock::time_point last_write_;
   std::chrono::steady_clock::time_point next_checkpoint_;

@@ -1,8 +1,8 @@
-// Whose turn it is to run an exchange.
+// The queue for exchanges: one runs at a time.
 //
 // An exchange ends when its answer was sent and its commit has run; only then may the next one
-// begin. Otherwise the library would move the first one's pending actions out of the way of the
-// second one's, and the first commit would not run them.
+// begin. Otherwise the library would replace the pending actions of the first by those of the
+// second, and the first commit would not run them.
 #ifndef HOST_TURN_QUEUE_H
 #define HOST_TURN_QUEUE_H
 

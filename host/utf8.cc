@@ -9,7 +9,7 @@ struct Lead {
   unsigned char mask;
   unsigned char bits;
   size_t length;
-  uint32_t smallest;  // a smaller code point has a shorter form, which alone is well-formed
+  uint32_t smallest;  // of this form; a smaller code point must use a shorter one
 };
 
 constexpr Lead kLeads[] = {{0xE0, 0xC0, 2, 0x80}, {0xF0, 0xE0, 3, 0x800}, {0xF8, 0xF0, 4, 0x10000}};

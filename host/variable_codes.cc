@@ -6,7 +6,7 @@
 namespace kiohost {
 namespace {
 
-// A name that nobody knows has KIOAPP_VAR_REFUSED as well.
+// KIOAPP_VAR_REFUSED is also the code of an unknown name.
 constexpr VariableCode kCodes[] = {
     {KIOAPP_VAR_DONE, MHD_HTTP_OK, "done"},
     {KIOAPP_VAR_NOT_CONFIGURABLE, MHD_HTTP_FORBIDDEN, "the section is not configurable"},

@@ -1,4 +1,4 @@
-// What the codes mean that the library gives for a variable, a batch or an action.
+// The codes that the library returns for a variable, a batch or an action.
 #ifndef HOST_VARIABLE_CODES_H
 #define HOST_VARIABLE_CODES_H
 

@@ -44,8 +44,7 @@ std::optional<Reply> CheckSeparator(const RequestView& request) {
              : std::optional(ErrorReply(MHD_HTTP_BAD_REQUEST, "separator takes one character"));
 }
 
-// The reply to what the library said of a variable of that name. The name is empty when the library
-// said it of none.
+// The reply to an answer of the library. `name` is the variable that it is about; empty for none.
 Reply ReplyTo(Variables* variables, const std::string& name, const Variables::Answer& answer) {
   if (!answer.store.ok()) {
     return ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, answer.store.reason());
@@ -125,7 +124,8 @@ Reply RunAction(Variables* variables, const RequestView& request) {
   return reply;
 }
 
-// The library serves two requests for the commit by one, which the second puts off.
+// Whether a request asks for the commit while one is scheduled: the library then commits once for
+// both.
 bool JoinsCommit(const Variables& variables, const RequestView& request) {
   return Variables::FindAction(VariableName(request)) == Variables::Action::kCommit &&
          variables.CommitIsScheduled();

@@ -36,7 +36,7 @@ constexpr std::string_view NameOf(Action action) {
       ->name;
 }
 
-// All actions that applying can call for.
+// All actions that applying the record can call for.
 constexpr unsigned int kAppliedActions = KIOAPP_SYNC_WAN | KIOAPP_SYNC_WLAN | KIOAPP_SYNC_WLAN_5G |
                                          KIOAPP_SYNC_DEVICE | KIOAPP_SYNC_SAVE_TO_FLASH;
 
@@ -48,7 +48,7 @@ size_t CountOf(std::string_view text, std::string_view word) {
   return count;
 }
 
-// A value for the library to read and to write.
+// A buffer with a value that the library may overwrite.
 class ValueBuffer {
  public:
   explicit ValueBuffer(std::string_view text)
@@ -63,8 +63,8 @@ class ValueBuffer {
   std::vector<char> bytes_;
 };
 
-// The part of a name that says which variable it is: what the library skips is left out. Empty when
-// a path is no variable's.
+// A variable's name without the prefix, which the library ignores. Empty for a path that is no
+// variable's.
 std::string PlainName(const std::string& name) {
   if (!name.starts_with('/')) {
     return name.size() < kVariablePrefix.size() ? "" : name.substr(kVariablePrefix.size());
@@ -73,7 +73,7 @@ std::string PlainName(const std::string& name) {
   return converted == nullptr ? "" : std::string(converted).substr(kVariablePrefix.size());
 }
 
-// Whether the library would run an action, if there is one of that name.
+// Whether a name is in the group of the actions, which the library would run.
 bool IsAction(const std::string& name) {
   const std::string plain = PlainName(name);
   return plain.starts_with(kActionGroup) && plain.find('_') != std::string::npos;
@@ -180,7 +180,8 @@ bool Variables::CommitIsScheduled() const { return commit_is_due_ && AlarmState(
 
 void Variables::BeginSeries() {
   if (!in_series_ || exchanges_seen_ != exchange_->count()) {
-    // The mode of the last exchange stays; in cloning mode nothing of the device's own is applied.
+    // The record keeps the mode of the last exchange. In cloning mode the device's own settings
+    // would not be applied.
     rssXmlData.apCloningOnly = 0;
     init_RssVar();
     in_series_ = true;
@@ -188,7 +189,7 @@ void Variables::BeginSeries() {
   }
 }
 
-// Keeps what the call wrote to the store when it succeeded.
+// Commits what the call wrote to the store if it succeeded.
 Variables::Answer Variables::InTransaction(const Call& call) {
   if (call.always_writes_result) {
     exchange_->ExpectResult();
@@ -204,7 +205,7 @@ Variables::Answer Variables::InTransaction(const Call& call) {
   }
   if (answer.store.ok() && done) {
     if (call.applies > 0 && store_->HasChanged()) {
-      // The record tells what the last applying calls for.
+      // The record holds the actions of the last applying only.
       store_->AddDueActions(call.applies == 1 ? AppliedActions(CommitKind::kSettings)
                                               : kAppliedActions);
     }
@@ -215,7 +216,7 @@ Variables::Answer Variables::InTransaction(const Call& call) {
 
 void Variables::FinishCommit(unsigned int mask) {
   if (AlarmState() != Alarm::kNone) {
-    // The host stops, and will not wait for the alarm.
+    // The host stops, so the commit is run now and not by the alarm.
     alarm(0);
     do_RssVar_Commit();
   }

@@ -1,5 +1,5 @@
-// The library's variables as the host serves them: their series, their transactions and their
-// deferred commit.
+// The library's variables as the host serves them. Requests form a series, in which each sees what
+// those before it have set. It ends with a commit, with `Discard` or with an exchange.
 #ifndef HOST_VARIABLES_H
 #define HOST_VARIABLES_H
 
@@ -18,16 +18,16 @@ namespace kiohost {
 
 class Variables {
  public:
-  // What the library said.
+  // What the library answered.
   struct Answer {
     unsigned int code = 0;
     std::string text;  // the value that was read; or the variable or the element at fault
-    // Not ok when the store, or the writing of a result document, failed: nothing was changed
-    // there.
+    // Not ok when the store failed, or the result document could not be written. The store is then
+    // unchanged.
     Status store;
   };
 
-  // What the library runs by way of a variable.
+  // The actions that the library runs when their variables are read.
   enum class Action { kSurveySites, kVerifyAll, kApplyAll, kCommit, kSetBatch };
 
   // Longest value of a variable.
@@ -59,19 +59,19 @@ class Variables {
   // Forgets what was set and not applied: the next request begins a series.
   void Discard() { in_series_ = false; }
 
-  // What is left to do after `SetBatch` or `RunAction`: the commit, when it was asked for. The
-  // library runs it by an alarm; until then the request keeps its turn, so that no exchange can
-  // move the pending actions out of the way.
+  // The work that is left after `SetBatch` or `RunAction`: the commit, when it was asked for. The
+  // library runs it by an alarm. Until then the request keeps its turn, so that no exchange can
+  // replace the pending actions.
   AfterReply TakeAfterReply();
 
-  // Whether another request for the commit is served by the one that is due.
+  // Whether a commit is scheduled that also serves another request for it.
   bool CommitIsScheduled() const;
 
  private:
   // A call into the library that may change the store.
   struct Call {
     std::function<Answer()> run;
-    bool always_writes_result;  // otherwise an applying does that is refused
+    bool always_writes_result;  // otherwise only when applying is refused
     size_t applies;             // how often it may apply the record
   };
 

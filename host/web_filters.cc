@@ -33,7 +33,7 @@ std::optional<Reply> JudgeHost(const RequestView& request, Store* store,
   return ErrorReply(MHD_HTTP_MISDIRECTED_REQUEST, "this is not the host that the request names");
 }
 
-// To be asked behind JudgeHost: the host of the request is the router.
+// Called after JudgeHost, so the host of the request is the router.
 std::optional<Reply> JudgeOrigin(const RequestView& request) {
   const std::optional<std::string_view> origin = request.Header(MHD_HTTP_HEADER_ORIGIN);
   const std::string own = "http://" + std::string(request.host());

@@ -1,5 +1,5 @@
-// Guards against what a web page in a browser of the LAN can bring about. The filters know no
-// routes: one that is added later is guarded like the others.
+// Filters against requests that a web page makes a browser of the LAN send. They know no routes, so
+// a new one is guarded as well.
 #ifndef HOST_WEB_FILTERS_H
 #define HOST_WEB_FILTERS_H
 
@@ -17,7 +17,7 @@ namespace kiohost {
 bool NamesRouter(std::string_view host, const std::vector<std::string>& addresses,
                  const std::vector<std::string>& names);
 
-// Whether a body of that Content-Type is taken.
+// Whether bodies of that Content-Type are accepted.
 bool IsContentTypeTaken(std::string_view content_type);
 
 // Refuses requests for another name than the router's, requests from pages of others that change
