@@ -2,8 +2,13 @@
 
 # A test that has a process of its own shows what the library does when it was just loaded; tests
 # that share one, what it does in a process that lives on. Both are run: the first in the debug
-# build, the second where it takes long to start a process.
-option(KIO_TESTS_IN_ONE_PROCESS "Run all tests of a program in one process" OFF)
+# build, the second under the sanitizers and on the emulated targets, where it takes long to start a
+# process.
+if(KIO_SANITIZE OR CMAKE_CROSSCOMPILING)
+  set(kio_tests_share_process ON)
+else()
+  set(kio_tests_share_process OFF)
+endif()
 
 # kio_register_tests(TARGET [FILTER]): registers the tests of a program. Those that FILTER names always
 # have a process of their own.
@@ -11,7 +16,7 @@ function(kio_register_tests target)
   set(fresh ${ARGV1})
   # By the prefix ./test knows whose tests they are.
   set(discovery TEST_PREFIX ${target}. NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
-  if(NOT KIO_TESTS_IN_ONE_PROCESS)
+  if(NOT kio_tests_share_process)
     gtest_discover_tests(${target} ${discovery})
     return()
   endif()
