@@ -135,10 +135,9 @@ template <std::size_t N>
 void SetNodes(Random& random, const std::string& stem, const Node (&nodes)[N], int strange) {
   for (const Node& node : nodes) {
     if (random.Below(1000) >= strange) {
-      Store::Get().Set(stem + std::string(node.path), node.make(random));
+      Store::Set(stem + std::string(node.path), node.make(random));
     } else if (random.Chance(60)) {
-      Store::Get().Set(stem + std::string(node.path),
-                       random.OneIn(2) ? Number(random) : Odd(random));
+      Store::Set(stem + std::string(node.path), random.OneIn(2) ? Number(random) : Odd(random));
     }
   }
 }
@@ -169,17 +168,17 @@ void MakeRules(Random& random, const std::string& radio, int strange) {
     SetNodes(random, access + "/acrule:" + std::to_string(i), kRuleNodes, strange);
   }
   if (random.OneIn(3)) {
-    Store::Get().Set(radio + "/configurable/acrule#", std::to_string(random.Between(-1, 44)));
+    Store::Set(radio + "/configurable/acrule#", std::to_string(random.Between(-1, 44)));
   }
   if (random.OneIn(12)) {
-    Store::Get().Set(access + "/acrule#", std::to_string(random.Between(-2, 60)));
+    Store::Set(access + "/acrule#", std::to_string(random.Between(-2, 60)));
   }
 }
 
 }  // namespace
 
 void MakeDevice(Random& random, int strange) {
-  Store::Get().Clear();
+  Store::Clear();
   SetNodes(random, "", kNodes, strange);
   for (const char* const radio : kRadios) {
     // Devices with one radio, or none.
@@ -190,34 +189,34 @@ void MakeDevice(Random& random, int strange) {
     // Most radios accept a change, and a device what it has itself.
     if (random.Chance(90)) {
       const Encryption& encryption = GoodEncryption(random);
-      Store::Get().Set(std::string(radio) + "/encryptionmode", encryption.mode);
-      Store::Get().Set(std::string(radio) + "/encryptiontype", encryption.type);
-      Store::Get().Set(std::string(radio) + "/encryptionkey", encryption.key);
+      Store::Set(std::string(radio) + "/encryptionmode", encryption.mode);
+      Store::Set(std::string(radio) + "/encryptiontype", encryption.type);
+      Store::Set(std::string(radio) + "/encryptionkey", encryption.key);
     }
     if (random.Chance(80)) {
-      Store::Get().Set(std::string(radio) + "/wlenbl", Switch(random));
-      Store::Get().Set(std::string(radio) + "/accesscontrol/wlacenbl", Switch(random));
-      Store::Get().Set(std::string(radio) + "/wlschedule", Switch(random));
+      Store::Set(std::string(radio) + "/wlenbl", Switch(random));
+      Store::Set(std::string(radio) + "/accesscontrol/wlacenbl", Switch(random));
+      Store::Set(std::string(radio) + "/wlschedule", Switch(random));
     }
     if (random.Chance(90)) {
-      Store::Get().Set(std::string(radio) + "/wirelessname_validate", "0,32,1");
-      Store::Get().Set(std::string(radio) + "/encryptionkey_validate", "0,64,0");
+      Store::Set(std::string(radio) + "/wirelessname_validate", "0,32,1");
+      Store::Set(std::string(radio) + "/encryptionkey_validate", "0,64,0");
     }
     MakeRules(random, radio, strange);
   }
   if (random.Chance(90)) {
-    Store::Get().Set("/sys/friendlyname_validate", "0,32,1");
-    Store::Get().Set("/sys/user:1/password_validate", "0,32,1");
-    Store::Get().Set("/uplink/loginusername_validate", "0,64,1");
-    Store::Get().Set("/uplink/loginpassword_validate", "0,64,1");
-    Store::Get().Set("/sys/routerenbl", Switch(random));
-    Store::Get().Set("/zentrolinks/tempdirecory", "/tmp/kio");
+    Store::Set("/sys/friendlyname_validate", "0,32,1");
+    Store::Set("/sys/user:1/password_validate", "0,32,1");
+    Store::Set("/uplink/loginusername_validate", "0,64,1");
+    Store::Set("/uplink/loginpassword_validate", "0,64,1");
+    Store::Set("/sys/routerenbl", Switch(random));
+    Store::Set("/zentrolinks/tempdirecory", "/tmp/kio");
   }
   for (const char* const path :
        {"/zentrolinks/tempdirecory", "/fwupgradeinfo/fwupgradefn", "/fwupgradeinfo/urlgetcmd",
         "/sys/routerenbl", "/runtime/apcloninginfo/extendersite/wirelesstype"}) {
     if (random.OneIn(12)) {
-      Store::Get().Delete(path);
+      Store::Delete(path);
     }
   }
   for (int i = random.Below(5); i > 0; --i) {
@@ -241,9 +240,9 @@ void ChangeDevice(Random& random) {
   for (int i = random.Between(1, 6); i > 0; --i) {
     const std::string path = AnyNode(random);
     if (random.OneIn(6)) {
-      Store::Get().Delete(path);
+      Store::Delete(path);
     } else {
-      Store::Get().Set(path, random.OneIn(8) ? Odd(random) : ValueFor(random, path));
+      Store::Set(path, random.OneIn(8) ? Odd(random) : ValueFor(random, path));
     }
   }
 }

@@ -11,7 +11,7 @@ namespace kio::differential {
 namespace {
 
 std::string Stored(const std::string& path, const char* absent) {
-  return Store::Get().Text(path).value_or(absent);
+  return Store::Text(path).value_or(absent);
 }
 
 // A value for the node: mostly what the device has.

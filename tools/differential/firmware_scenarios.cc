@@ -56,8 +56,8 @@ std::string Pattern(Random& random, const std::string& own) {
   }
 }
 
-std::string OwnMac() { return Store::Get().Text("/fwupgradeinfo/devicemac").value_or(""); }
-std::string OwnFile() { return Store::Get().Text("/fwupgradeinfo/currfwfilename").value_or(""); }
+std::string OwnMac() { return Store::Text("/fwupgradeinfo/devicemac").value_or(""); }
+std::string OwnFile() { return Store::Text("/fwupgradeinfo/currfwfilename").value_or(""); }
 
 int Items(Random& random) { return random.OneIn(25) ? random.Between(96, 104) : random.Below(4); }
 

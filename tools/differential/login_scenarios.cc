@@ -44,7 +44,7 @@ void MoveClock(Random& random) {
 // The key of a slot near to the present one, made of what the headers say.
 std::string Key(Random& random, const std::string& address) {
   const long slot = Machine::Get().uptime / 20 + random.Between(-2, 4);
-  const std::string password = Store::Get().Text("/sys/user:1/password").value_or("");
+  const std::string password = Store::Text("/sys/user:1/password").value_or("");
   const std::string source =
       std::to_string(static_cast<int>(slot)) + address + "admin" + password.substr(0, 63);
   return MD5Encryption(source.substr(0, 127).c_str());

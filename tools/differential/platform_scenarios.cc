@@ -129,7 +129,7 @@ void RunFacts(Random& random) {
   Answer("sys_uptime_sec_str", {sys_uptime_sec_str()});
   Answer("starterLibVersion", {starterLibVersion()});
   Answer("rssSpecVersion", {rssSpecVersion()});
-  Store::Get().Set("/fwupgradeinfo/isengfwserver", Number(random));
+  Store::Set("/fwupgradeinfo/isengfwserver", Number(random));
   Answer("get_FwServerWebSite", {get_FwServerWebSite()});
 }
 

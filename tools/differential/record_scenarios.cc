@@ -274,8 +274,8 @@ void RunChannels(Random& random) {
   for (int i = random.Between(1, 5); i > 0; --i) {
     for (const char* const radio : {"/lan/wireless2.4:1", "/lan/wireless5:1"}) {
       if (random.Chance(60)) {
-        Store::Get().Set(std::string(radio) + "/channel", random.Chance(70) ? "0" : Number(random));
-        Store::Get().Set(std::string(radio) + "/channelusing", Channel(random));
+        Store::Set(std::string(radio) + "/channel", random.Chance(70) ? "0" : Number(random));
+        Store::Set(std::string(radio) + "/channelusing", Channel(random));
       }
     }
     Answer("checkWlanChannelUsing", {checkWlanChannelUsing()});

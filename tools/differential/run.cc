@@ -104,16 +104,15 @@ void PrepareLibrary(Random& random, bool begins) {
 
 void PrepareStore(Random& random, bool begins) {
   constexpr int kStrange[] = {0, 0, 0, 0, 0, 5, 5, 20, 100, 400};
-  Store& store = Store::Get();
   if (begins || random.Chance(75)) {
     MakeDevice(random, random.Of(kStrange));
   } else {
     ChangeDevice(random);
   }
-  store.absent_leaves_buffer = random.OneIn(2);
+  const bool absent_leaves_buffer = random.OneIn(2);
   constexpr int kResults[] = {0, 0, -1, 1};
-  store.result = random.Of(kResults);
-  for (const auto& [path, text] : store.nodes()) {
+  Store::Begin(absent_leaves_buffer, random.Of(kResults));
+  for (const auto& [path, text] : Store::Nodes()) {
     Note("node", {path, text});
   }
 }

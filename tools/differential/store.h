@@ -1,8 +1,7 @@
-// The host's part of the scenarios: a configuration store in memory that tells each call.
+// The host's part of the scenarios: the store in memory, which tells each call.
 #ifndef KIO_DIFFERENTIAL_STORE_H
 #define KIO_DIFFERENTIAL_STORE_H
 
-#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -10,28 +9,20 @@
 
 namespace kio::differential {
 
+// The store that the library's calls reach.
 class Store {
  public:
-  // The store that the library's calls reach.
-  static Store& Get();
+  // From here on it tells each call. Reading an absent node leaves the caller's buffer as it is, or
+  // empties it. `result` is what the reading and writing functions return; the library must not
+  // care.
+  static void Begin(bool absent_leaves_buffer, int result);
 
-  void Clear() { nodes_.clear(); }
-  void Set(std::string_view path, std::string_view text);
+  static void Clear();
+  static void Set(std::string_view path, std::string_view text);
   // The text of a node; none when it is absent. A path that ends in '#' counts instances.
-  [[nodiscard]] std::optional<std::string> Text(std::string_view path) const;
-  void Delete(std::string_view path);
-
-  // Whether reading an absent node leaves the caller's buffer as it is, or empties it.
-  bool absent_leaves_buffer = false;
-  // What the reading and writing functions return; the library must not care.
-  int result = 0;
-
-  [[nodiscard]] const std::map<std::string, std::string, std::less<>>& nodes() const {
-    return nodes_;
-  }
-
- private:
-  std::map<std::string, std::string, std::less<>> nodes_;
+  [[nodiscard]] static std::optional<std::string> Text(std::string_view path);
+  static void Delete(std::string_view path);
+  [[nodiscard]] static std::map<std::string, std::string> Nodes();
 };
 
 }  // namespace kio::differential

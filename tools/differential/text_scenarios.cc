@@ -54,7 +54,7 @@ void RunReplacing(Random& random) {
   Note("replacing", {text, key, replacement});
   Answer("strChgKeyword",
          {strChgKeyword(dst.get(), source.get(), wanted.get(), other.get()), dst.bytes()});
-  Store::Get().Set("/runtime/zentrolinks/lanip", random.OneIn(4) ? Odd(random) : "$rssport.1");
+  Store::Set("/runtime/zentrolinks/lanip", random.OneIn(4) ? Odd(random) : "$rssport.1");
   const Buffer address(std::size_t{256});
   const std::string keywords = AnyAddress(random).substr(0, 255);
   address.get()[keywords.copy(address.get(), keywords.size())] = '\0';

@@ -200,10 +200,10 @@ void RunComparisons(Random& random) {
   for (int i = random.Between(1, 6); i > 0; --i) {
     const std::string path = random.OneIn(8) ? "/no/such/node" : AnyNode(random);
     if (random.OneIn(4)) {
-      Store::Get().Set(path, random.OneIn(2) ? Number(random) : Odd(random));
+      Store::Set(path, random.OneIn(2) ? Number(random) : Odd(random));
     }
     const Buffer node(path);
-    const std::string stored = Store::Get().Text(path).value_or("");
+    const std::string stored = Store::Text(path).value_or("");
     const Buffer value(random.OneIn(2) ? stored : Odd(random));
     const int number = random.OneIn(2) ? random.Between(-2, 4) : static_cast<int>(random.Next());
     const int compare_only = random.Below(2);
@@ -220,7 +220,7 @@ void RunNodes(Random& random) {
   for (int i = random.Between(1, 4); i > 0; --i) {
     const std::string path = random.OneIn(4) ? "/fwupgradeinfo/fwupgradeurl" : AnyNode(random);
     if (random.OneIn(2)) {
-      Store::Get().Set(path, random.OneIn(2) ? AnyAddress(random) : Odd(random));
+      Store::Set(path, random.OneIn(2) ? AnyAddress(random) : Odd(random));
     }
     const Buffer node(path);
     const Buffer absent(random.OneIn(3) ? Odd(random) : "default $lanip");
