@@ -133,8 +133,8 @@ constexpr Bookkeeping kBookkeeping[] = {
     {SectionId::kSafety, KIO_MEMBER(RssSafetyVyr, restart)},
 };
 
-// Whether the rows of all sections and the bookkeeping tile the record: every byte that is not
-// alignment belongs to exactly one of them.
+// What the rows of all sections and the bookkeeping claim of the record. They tile it: every byte
+// that is not alignment belongs to exactly one of them.
 class Coverage {
  public:
   constexpr Coverage& Add(std::size_t base, FieldTable table) {
@@ -164,7 +164,8 @@ class Coverage {
     return *this;
   }
 
-  [[nodiscard]] constexpr bool IsComplete() const {
+  // Where the first member lies that nothing claims; the size of the record when there is none.
+  [[nodiscard]] constexpr std::size_t FirstUnclaimed() const {
     // What is between members may only be padding: less than an integer, up to where one may begin.
     std::size_t gap = 0;
     for (std::size_t i = 0; i <= sizeof(RssXmlData); ++i) {
@@ -172,13 +173,16 @@ class Coverage {
         ++gap;
       } else if (gap > 0) {
         if (gap >= alignof(int) || i % alignof(int) != 0) {
-          return false;
+          return i - gap;
         }
         gap = 0;
       }
     }
-    return is_sound_;
+    return sizeof(RssXmlData);
   }
+
+  // Whether the rows fit themselves, each other and the record.
+  [[nodiscard]] constexpr bool is_sound() const { return is_sound_; }
 
  private:
   constexpr void Mark(std::size_t base, const Member& member) {
@@ -197,7 +201,12 @@ class Coverage {
   std::array<bool, sizeof(RssXmlData)> is_marked_ = {};
   bool is_sound_ = true;
 };
-static_assert(Coverage().Add(0, kFeatureFields).AddSections().IsComplete());
+
+consteval Coverage CoverRecord() { return Coverage().Add(0, kFeatureFields).AddSections(); }
+static_assert(CoverRecord().is_sound());
+static_assert(CoverRecord().FirstUnclaimed() == sizeof(RssXmlData),
+              "a member of the record has neither a row nor a place in the bookkeeping; the "
+              "comparison tells its offset");
 
 }  // namespace
 }  // namespace kio::settings

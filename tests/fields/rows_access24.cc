@@ -219,13 +219,20 @@ FieldRow Wireless24AcRule2MAC() {
 }  // namespace
 
 std::vector<FieldRow> Access24Rows() {
-  return {Wireless24AccessControlWlAcEnbl(), Wireless24AccessControlWlAcMode(),
-          Wireless24AccessControlAcRuleNo()};
+  return {
+      Wireless24AccessControlWlAcEnbl(),
+      Wireless24AccessControlWlAcMode(),
+      Wireless24AccessControlAcRuleNo(),
+  };
 }
 
 std::vector<FieldRow> Rule24Rows() {
-  return {Wireless24AcRule1Active(), Wireless24AcRule1MAC(), Wireless24AcRule2Active(),
-          Wireless24AcRule2MAC()};
+  return {
+      Wireless24AcRule1Active(),
+      Wireless24AcRule1MAC(),
+      Wireless24AcRule2Active(),
+      Wireless24AcRule2MAC(),
+  };
 }
 
 }  // namespace kio::test

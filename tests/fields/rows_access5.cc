@@ -181,10 +181,18 @@ FieldRow Wireless5AcRule1MAC() {
 }  // namespace
 
 std::vector<FieldRow> Access5Rows() {
-  return {Wireless5AccessControlWlAcEnbl(), Wireless5AccessControlWlAcMode(),
-          Wireless5AccessControlAcRuleNo()};
+  return {
+      Wireless5AccessControlWlAcEnbl(),
+      Wireless5AccessControlWlAcMode(),
+      Wireless5AccessControlAcRuleNo(),
+  };
 }
 
-std::vector<FieldRow> Rule5Rows() { return {Wireless5AcRule1Active(), Wireless5AcRule1MAC()}; }
+std::vector<FieldRow> Rule5Rows() {
+  return {
+      Wireless5AcRule1Active(),
+      Wireless5AcRule1MAC(),
+  };
+}
 
 }  // namespace kio::test

@@ -153,8 +153,12 @@ FieldRow UpLinkConnectionDNS() {
 }  // namespace
 
 std::vector<FieldRow> AddressRows() {
-  return {UpLinkConnectionIP(), UpLinkConnectionNetMask(), UpLinkConnectionGateway(),
-          UpLinkConnectionDNS()};
+  return {
+      UpLinkConnectionIP(),
+      UpLinkConnectionNetMask(),
+      UpLinkConnectionGateway(),
+      UpLinkConnectionDNS(),
+  };
 }
 
 }  // namespace kio::test

@@ -261,9 +261,11 @@ FieldRow Wireless24Country() {
 }  // namespace
 
 std::vector<FieldRow> Network24Rows() {
-  return {Wireless24WirelessBSSID(),  Wireless24WirelessName(),  Wireless24EncryptionMode(),
-          Wireless24EncryptionType(), Wireless24EncryptionKey(), Wireless24Channel(),
-          Wireless24Country()};
+  return {
+      Wireless24WirelessBSSID(),  Wireless24WirelessName(),  Wireless24EncryptionMode(),
+      Wireless24EncryptionType(), Wireless24EncryptionKey(), Wireless24Channel(),
+      Wireless24Country(),
+  };
 }
 
 }  // namespace kio::test

@@ -269,9 +269,11 @@ FieldRow Wireless5Country() {
 }  // namespace
 
 std::vector<FieldRow> Network5Rows() {
-  return {Wireless5WirelessBSSID(),  Wireless5WirelessName(),  Wireless5EncryptionMode(),
-          Wireless5EncryptionType(), Wireless5EncryptionKey(), Wireless5Channel(),
-          Wireless5Country()};
+  return {
+      Wireless5WirelessBSSID(),  Wireless5WirelessName(),  Wireless5EncryptionMode(),
+      Wireless5EncryptionType(), Wireless5EncryptionKey(), Wireless5Channel(),
+      Wireless5Country(),
+  };
 }
 
 }  // namespace kio::test

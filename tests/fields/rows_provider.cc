@@ -209,9 +209,16 @@ FieldRow APNIspName() {
 }  // namespace
 
 std::vector<FieldRow> DslRows() {
-  return {DSLCountryName(), DSLIspName(), DSLVPI(), DSLVCI(), DSLEncapsulationMode()};
+  return {
+      DSLCountryName(), DSLIspName(), DSLVPI(), DSLVCI(), DSLEncapsulationMode(),
+  };
 }
 
-std::vector<FieldRow> ApnRows() { return {APNCountryName(), APNIspName()}; }
+std::vector<FieldRow> ApnRows() {
+  return {
+      APNCountryName(),
+      APNIspName(),
+  };
+}
 
 }  // namespace kio::test

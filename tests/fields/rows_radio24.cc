@@ -142,8 +142,10 @@ FieldRow Wireless24WlSchedule() {
 }  // namespace
 
 std::vector<FieldRow> Radio24Rows() {
-  return {Wireless24ChannelList(), Wireless24WirelessNameValidate(),
-          Wireless24EncryptionKeyValidate(), Wireless24WlEnbl(), Wireless24WlSchedule()};
+  return {
+      Wireless24ChannelList(), Wireless24WirelessNameValidate(), Wireless24EncryptionKeyValidate(),
+      Wireless24WlEnbl(),      Wireless24WlSchedule(),
+  };
 }
 
 }  // namespace kio::test

@@ -147,8 +147,10 @@ FieldRow Wireless5WlSchedule() {
 }  // namespace
 
 std::vector<FieldRow> Radio5Rows() {
-  return {Wireless5ChannelList(), Wireless5WirelessNameValidate(), Wireless5EncryptionKeyValidate(),
-          Wireless5WlEnbl(), Wireless5WlSchedule()};
+  return {
+      Wireless5ChannelList(), Wireless5WirelessNameValidate(), Wireless5EncryptionKeyValidate(),
+      Wireless5WlEnbl(),      Wireless5WlSchedule(),
+  };
 }
 
 }  // namespace kio::test

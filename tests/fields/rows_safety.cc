@@ -139,8 +139,12 @@ FieldRow SafetyVyrToolRecommendEnbl() {
 }  // namespace
 
 std::vector<FieldRow> SafetyRows() {
-  return {SafetyVyrSafetyVyrEnbl(), SafetyVyrUrlDetectEnbl(), SafetyVyrSafetyNotifyEnbl(),
-          SafetyVyrToolRecommendEnbl()};
+  return {
+      SafetyVyrSafetyVyrEnbl(),
+      SafetyVyrUrlDetectEnbl(),
+      SafetyVyrSafetyNotifyEnbl(),
+      SafetyVyrToolRecommendEnbl(),
+  };
 }
 
 }  // namespace kio::test

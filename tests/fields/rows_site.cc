@@ -245,8 +245,10 @@ FieldRow ExtenderSiteEncryptionKey() {
 }  // namespace
 
 std::vector<FieldRow> SiteRows() {
-  return {ExtenderSiteSurvey(), ExtenderSiteConnRefSiteBSSID(), ExtenderSiteWirelessType(),
-          ExtenderSiteWirelessName(), ExtenderSiteEncryptionKey()};
+  return {
+      ExtenderSiteSurvey(),       ExtenderSiteConnRefSiteBSSID(), ExtenderSiteWirelessType(),
+      ExtenderSiteWirelessName(), ExtenderSiteEncryptionKey(),
+  };
 }
 
 }  // namespace kio::test

@@ -293,17 +293,22 @@ FieldRow UpLinkConnectionLoginPasswordValidate() {
 }  // namespace
 
 std::vector<FieldRow> UplinkRows() {
-  return {UpLinkConnectionConfigurable(),
-          UpLinkConnectionHardwareType(),
-          UpLinkConnectionHardwareSupport(),
-          UpLinkConnectionConnType(),
-          UpLinkConnectionMTU(),
-          UpLinkConnectionLoginUserName(),
-          UpLinkConnectionLoginPassword()};
+  return {
+      UpLinkConnectionConfigurable(),
+      UpLinkConnectionHardwareType(),
+      UpLinkConnectionHardwareSupport(),
+      UpLinkConnectionConnType(),
+      UpLinkConnectionMTU(),
+      UpLinkConnectionLoginUserName(),
+      UpLinkConnectionLoginPassword(),
+  };
 }
 
 std::vector<FieldRow> UplinkRuleRows() {
-  return {UpLinkConnectionLoginUserNameValidate(), UpLinkConnectionLoginPasswordValidate()};
+  return {
+      UpLinkConnectionLoginUserNameValidate(),
+      UpLinkConnectionLoginPasswordValidate(),
+  };
 }
 
 }  // namespace kio::test

@@ -222,22 +222,24 @@ SectionRow WirelessSiteSurveySiteSection() {
 void PrintTo(const SectionRow& row, std::ostream* out) { *out << row.name; }
 
 std::vector<SectionRow> AllSections() {
-  return {DeviceSection(),
-          SpecVersionSection(),
-          UpLinkConnectionSection(),
-          DSLSection(),
-          APNSection(),
-          ExtenderSiteSection(),
-          Wireless24Section(),
-          Wireless24AccessControlSection(),
-          Wireless24AcRuleSection(),
-          Wireless5Section(),
-          Wireless5AccessControlSection(),
-          Wireless5AcRuleSection(),
-          SafetyVyrSection(),
-          FwUpgradeInfoSection(),
-          WirelessSiteSurveySection(),
-          WirelessSiteSurveySiteSection()};
+  return {
+      DeviceSection(),
+      SpecVersionSection(),
+      UpLinkConnectionSection(),
+      DSLSection(),
+      APNSection(),
+      ExtenderSiteSection(),
+      Wireless24Section(),
+      Wireless24AccessControlSection(),
+      Wireless24AcRuleSection(),
+      Wireless5Section(),
+      Wireless5AccessControlSection(),
+      Wireless5AcRuleSection(),
+      SafetyVyrSection(),
+      FwUpgradeInfoSection(),
+      WirelessSiteSurveySection(),
+      WirelessSiteSurveySiteSection(),
+  };
 }
 
 }  // namespace kio::test
