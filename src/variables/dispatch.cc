@@ -53,18 +53,12 @@ struct IndexedPart {
   }
 };
 
-// Apart from its caller, so that the path takes stack here alone.
-[[gnu::noinline]] int FoundSites() {
-  return platform::ReadStoreInt(
-      settings::SectionPath(SectionId::kSurvey, 0, kSiteCountNode).c_str());
-}
-
 // How many rules or sites there are.
 int HeldInstances(const SectionInstance& instance) {
   // The number of rules is a variable that may be set to anything, so it is limited to what the
   // record holds.
   return instance.section == SectionId::kRule ? settings::HeldRules(rssXmlData.wlan[instance.radio])
-                                              : FoundSites();
+                                              : platform::ReadStoreInt(kSiteCountNode.data());
 }
 
 bool MayBeChanged(const SectionInstance& instance) {

@@ -49,7 +49,13 @@ struct Variable {
 };
 
 inline constexpr TextView kModelNode = "/sys/modelnumber";
-inline constexpr const char* kSiteCountNode = "/site#";
+inline constexpr TextView kSiteCountNode = "/wirelesssitesurvey/site#";
+
+// The part of a node's path below the path of a section.
+consteval TextView Below(SectionId section, TextView node) {
+  node.remove_prefix(settings::RowOf(section).node.size());
+  return node;
+}
 
 inline constexpr LiveNode kLiveDevice[] = {
     {.name = "FactoryDefault",
@@ -81,7 +87,9 @@ inline constexpr LiveNode kLiveFirmware[] = {
 };
 
 inline constexpr LiveNode kLiveSurvey[] = {
-    {.name = "SiteNo", .kind = LiveNode::Kind::kNumber, .variable_path = kSiteCountNode},
+    {.name = "SiteNo",
+     .kind = LiveNode::Kind::kNumber,
+     .variable_path = Below(SectionId::kSurvey, kSiteCountNode)},
 };
 
 inline constexpr LiveNode kLiveSurveySite[] = {
