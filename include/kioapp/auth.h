@@ -74,20 +74,6 @@ KIOAPP_API ClientAuthInfo *checkClientAuthIp(ClientAuthInfo *head, const char *i
  * `request` may be null. */
 KIOAPP_API int check_StarterAuthIP(const char *ip, const char *request);
 
-/* Writes the list to the log at level 6, without passwords. */
-KIOAPP_API void printList(ClientAuthInfo *head);
-
-/* Writes the 16 bytes of the MD5 digest (RFC 1321) of a text without its terminator to `digest`.
- * `length` is not used. */
-KIOAPP_API void MD5Digest(const char *text, unsigned int length, unsigned char *digest);
-
-/* Writes two lower-case hexadecimal digits for each of `count` bytes and a terminator to `output`,
- * at most 32 digits: room for 33 characters is always enough. */
-KIOAPP_API void Hex2String(const unsigned char *bytes, char *output, int count);
-
-/* Where the functions below return their text. The next call of any of them overwrites it. */
-extern KIOAPP_API char string[80];
-
 /* The MD5 digest of a text as 32 lower-case hexadecimal digits. Returns `string`. */
 KIOAPP_API char *MD5Encryption(const char *text);
 
@@ -108,5 +94,11 @@ KIOAPP_API char *generate_BKey(const char *ip);
 KIOAPP_API int starter_auth_check(const char *request, const char *ip, const char *session);
 
 KIOAPP_END_DECLS
+
+#ifndef KIOAPP_NO_SHORT_NAMES
+#define KIOAPP_SHORT_NAMES_OF_AUTH
+#include "kioapp/short_names.h"
+#undef KIOAPP_SHORT_NAMES_OF_AUTH
+#endif
 
 #endif

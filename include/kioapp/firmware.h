@@ -107,16 +107,6 @@ KIOAPP_API int do_FwFirmware_Parser(char *text, int len);
  * it stands, and one of more than 4094 characters is not run. */
 KIOAPP_API void do_FwUpgradeAction(int action);
 
-/* Whether the `length` bytes at `offset` of a file are a firmware image (legacy U-Boot image, its
- * 64-byte header included) whose header and data are intact. Returns 1; or 0 with the reason, a
- * line of text, in `message`, which must hold the path and 60 characters more. The file may change
- * or shrink meanwhile. */
-KIOAPP_API int check(const char *path, unsigned int offset, unsigned int length, char *message);
-
-/* CRC-32 (reflected polynomial 0xEDB88320) of `length` bytes. `seed` is 0, or the CRC of what comes
- * before them. */
-KIOAPP_API unsigned int crc32(unsigned int seed, const unsigned char *data, unsigned int length);
-
 /* Size in bytes of the flash partition `name`, its double quotes included ("\"Kernel\""); 0 when
  * there is none, or no list of partitions. */
 KIOAPP_API int getMTDPartSize(const char *name);
@@ -133,5 +123,11 @@ KIOAPP_API int mtd_write_firmware(void);
 KIOAPP_API int write_flash_kernel_version(void);
 
 KIOAPP_END_DECLS
+
+#ifndef KIOAPP_NO_SHORT_NAMES
+#define KIOAPP_SHORT_NAMES_OF_FIRMWARE
+#include "kioapp/short_names.h"
+#undef KIOAPP_SHORT_NAMES_OF_FIRMWARE
+#endif
 
 #endif

@@ -40,12 +40,12 @@ extern KIOAPP_API int daemon_log_file_size_k;
  */
 KIOAPP_API int logPrintf(int level, const char *format, ...) KIOAPP_PRINTF(2, 3);
 
-/* Prints a printf-style message to standard output; returns what `vprintf` returns. */
-KIOAPP_API int msgPrintf(const char *format, ...) KIOAPP_PRINTF(1, 2);
-
-/* Takes the same arguments as `msgPrintf` and does nothing. Returns 0. */
-KIOAPP_API int dbgPrintf(const char *format, ...) KIOAPP_PRINTF(1, 2);
-
 KIOAPP_END_DECLS
+
+#ifndef KIOAPP_NO_SHORT_NAMES
+#define KIOAPP_SHORT_NAMES_OF_LOG
+#include "kioapp/short_names.h"
+#undef KIOAPP_SHORT_NAMES_OF_LOG
+#endif
 
 #endif

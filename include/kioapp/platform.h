@@ -1,14 +1,17 @@
-/* Platform services: resync actions, the uptime clock, timers, versions. */
+/* Platform services: resync actions, the uptime clock, timers; with version.h, versions. */
 #ifndef KIOAPP_PLATFORM_H
 #define KIOAPP_PLATFORM_H
 
 #include <stdint.h>
 
 #include "kioapp/attributes.h"
+#include "kioapp/version.h"
 
 KIOAPP_BEGIN_DECLS
 
-/* Actions, as bits of a mask. */
+/* Actions, as bits of a mask. Some are scripts and calls that the library runs; the others are left
+ * to the host, which does them when the call of the library has returned, or nobody does.
+ * docs/actions.md says what each of them is to bring about. */
 enum {
   KIOAPP_SYNC_WAN = 1,               /* runs the script "uplink.sh" */
   KIOAPP_SYNC_WLAN = 4,              /* 2.4 GHz; left to the host */
@@ -18,14 +21,19 @@ enum {
   KIOAPP_SYNC_SITE_SURVEY = 64,      /* left to the host */
   KIOAPP_SYNC_FW_UPGRADE = 128,      /* left to the host */
   KIOAPP_SYNC_UPDATE_STA_RSSI = 256, /* rebuilds the list of associated stations in the store */
-  KIOAPP_SYNC_DEAUTH_STA = 512       /* disconnects the station that the store names */
+  KIOAPP_SYNC_DEAUTH_STA = 512,      /* disconnects the station that the store names */
+
+  /* Those of which the library does no more than to log their names. */
+  KIOAPP_SYNC_LEFT_TO_HOST = KIOAPP_SYNC_WLAN | KIOAPP_SYNC_WLAN_5G | KIOAPP_SYNC_SAVE_TO_FLASH |
+                             KIOAPP_SYNC_SITE_SURVEY | KIOAPP_SYNC_FW_UPGRADE
 };
 
 /* Seconds that the action of one bit needs; 0, and a line in the log, for any other value. */
 KIOAPP_API int get_ExternalCall_UseSec(int syncId);
 
 /* Runs the actions of `mask` in ascending order of their bits. The scripts are looked for in the
- * directory that the store node "/zentrolinks/scriptdirecory" holds. Returns 0. */
+ * directory that the store node "/zentrolinks/scriptdirecory" holds; how they end is not looked at.
+ * Returns 0, whatever ran. */
 KIOAPP_API unsigned int exe_ExternalCall(unsigned int mask);
 
 /* Seconds since boot. */
@@ -45,24 +53,15 @@ typedef struct KioTimer {
   void (*callback)(uintptr_t arg);
 } KioTimer;
 
-/* Allocates a timer of `interval` ticks; the caller owns it and releases it with `free` when it is
- * not listed. `user_a` and `user_b` are kept for the caller. Returns null when memory is short. */
-KIOAPP_API KioTimer *create_timer(unsigned int interval, void (*callback)(uintptr_t), uintptr_t arg,
-                                  unsigned int user_a, unsigned int user_b);
-
-/* Puts the timer at the front of the pending list; a timer with no ticks left is not listed, its
- * callback (when there is one) runs at once. A listed timer must stay alive. */
-KIOAPP_API void add_timer(KioTimer *timer);
-
-/* Version of the library, "b1.2.3a". */
-KIOAPP_API const char *starterLibVersion(void);
-
 /* Version of the settings document format that the library speaks, "1.1". */
 KIOAPP_API const char *rssSpecVersion(void);
 
-/* Size of a file in bytes; 0xFFFFFFFF when it cannot be read. */
-KIOAPP_API unsigned int getFileSize(const char *path);
-
 KIOAPP_END_DECLS
+
+#ifndef KIOAPP_NO_SHORT_NAMES
+#define KIOAPP_SHORT_NAMES_OF_PLATFORM
+#include "kioapp/short_names.h"
+#undef KIOAPP_SHORT_NAMES_OF_PLATFORM
+#endif
 
 #endif

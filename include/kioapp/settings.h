@@ -100,9 +100,15 @@ KIOAPP_API void write_RssXml_LostKeyError(const char *path, const char *key);
  * to wait (`exeWaitSec`). */
 KIOAPP_API void calc_RssExeFlag(void);
 
-/* Runs the pending actions. Call it after the result document has been delivered, and only when the
- * exchange was accepted: behind a refused one it runs the actions of an earlier exchange once more.
- * Returns 0 when there was nothing to run, else what `exe_ExternalCall` returned. */
+/* Runs the pending actions. A host learns which these are before the call: they are
+ *
+ *     rssXmlData.exeflag != 0 ? rssXmlData.exeflag : rssXmlData.pre_exeflag
+ *
+ * and those in KIOAPP_SYNC_LEFT_TO_HOST (platform.h) it does itself afterwards. The call changes
+ * nothing of `exeflag` and does not tell of a script that failed. Call it after the result document
+ * has been delivered, and only when the exchange was accepted: behind a refused one it runs the
+ * actions of an earlier exchange once more. Returns 0 when there was nothing to run, else what
+ * `exe_ExternalCall` returned. */
 KIOAPP_API unsigned int do_RssXml_Commit(void);
 
 /* The same; with `full` not 0, the device resync and the saving of the configuration run in any

@@ -6,9 +6,22 @@
  * given printf-style: a format and its arguments. A node's text is addressed by a slash-separated
  * path such as "/sys/friendlyname"; a colon and a number after a name select that instance, counted
  * from 1 ("/lan/wireless2.4:1/channel"), and a trailing '#' stands for the number of instances
- * ("/lan/wireless2.4:1/accesscontrol/acrule#"). A store never reports more instances than it holds:
- * an exchange that shortens a list deletes a node for each number behind its new end, so that too
- * large a number makes for as many calls.
+ * ("/lan/wireless2.4:1/accesscontrol/acrule#"), or the highest of their numbers where there are
+ * gaps. `xget_int` gives it, and -1 when there is no instance; nothing is ever written there. A
+ * store never reports more instances than it holds: an exchange that shortens a list deletes a node
+ * for each number behind its new end, so that too large a number makes for as many calls.
+ *
+ * Letter case: the library spells the name of one node in several ways ("/sys/DeviceType" and
+ * "/sys/devicetype"). A store compares names without regard to case.
+ *
+ * Failed writes: what `xset_str`, `xset_int` and `xdel` return is not looked at. An exchange goes
+ * on after a failed write and is told as applied. A host that must know keeps in mind that one has
+ * failed, and then undoes the exchange and answers the app itself, as `kiohost` does
+ * (host/exchange.cc).
+ *
+ * Nodes: docs/store.md lists each of them, who reads it, who writes it and when, and what an absent
+ * one is taken for. The library knows the device by them; on an empty store it applies next to
+ * nothing.
  *
  * The library calls them on the thread that called into the library, never from elsewhere.
  */

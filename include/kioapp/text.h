@@ -46,16 +46,12 @@ KIOAPP_API char *strncpy_XmlDecode(char *dst, const char *src, int n);
  * reaches the limit is cut short. */
 KIOAPP_API char *strncpy_XmlEncode(char *dst, const char *src, int n);
 
-/* Cuts the characters of `set` from the end of `text`, in place, and returns the first character of
- * `text` that is not in `set`. */
-KIOAPP_API char *strip_chars(char *text, const char *set);
-
-/* Strips spaces and tabs from both ends of `text`, in place. Returns `text`. */
-KIOAPP_API char *trim(char *text);
-
-/* Copies `src` to `dst`, which must hold it, and trims `dst`. Returns `dst`. */
-KIOAPP_API char *trimTo(char *dst, const char *src);
-
 KIOAPP_END_DECLS
+
+#ifndef KIOAPP_NO_SHORT_NAMES
+#define KIOAPP_SHORT_NAMES_OF_TEXT
+#include "kioapp/short_names.h"
+#undef KIOAPP_SHORT_NAMES_OF_TEXT
+#endif
 
 #endif

@@ -6,9 +6,6 @@
 
 KIOAPP_BEGIN_DECLS
 
-/* 1 when min <= value <= max, else 0. */
-KIOAPP_API int is_in_range(int value, int min, int max);
-
 /* 1 for an IPv4 host address in dotted form: first number 1 to 223 but 127, last 1 to 255. Text
  * after the fourth number is not looked at. */
 KIOAPP_API int is_Valid_IP(const char *text);
@@ -33,7 +30,7 @@ KIOAPP_API int is_Valid_WepKey(const char *key, int n);
  *
  * Returns 0 when the value is valid, else the KIOAPP_RESULT_ code (settings.h): 3 value missing,
  * 10 length out of range, 11 character not allowed, 20 above the maximum, 21 below the minimum.
- * Without a rule (null), any non-empty value is valid.
+ * A null value is missing (3). Without a rule (null), any non-empty value is valid.
  *
  *     validate_RssData("guest", "0,32,1")                        -> 0
  *     validate_RssData("a b", "0,63,1,0,1,0-9,a-z,A-Z")          -> 11
@@ -42,5 +39,11 @@ KIOAPP_API int is_Valid_WepKey(const char *key, int n);
 KIOAPP_API int validate_RssData(const char *value, const char *rule);
 
 KIOAPP_END_DECLS
+
+#ifndef KIOAPP_NO_SHORT_NAMES
+#define KIOAPP_SHORT_NAMES_OF_VALIDATE
+#include "kioapp/short_names.h"
+#undef KIOAPP_SHORT_NAMES_OF_VALIDATE
+#endif
 
 #endif

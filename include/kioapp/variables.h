@@ -49,8 +49,9 @@ enum {
  * a name can have. */
 KIOAPP_API char *cvtRss_XmlPathVsVarName(const char *text, int toPath);
 
-/* Serves a variable in a mode. A read empties `value` first, except for actions ("rss_Act_..."),
- * which run in any mode. The first four characters of a name are not looked at. */
+/* Serves a variable in a mode. A null `name` or `value` gives KIOAPP_VAR_REFUSED, here and below. A
+ * read empties `value` first, except for actions ("rss_Act_..."), which run in any mode. The first
+ * four characters of a name are not looked at. */
 KIOAPP_API unsigned int setget_RssVar(const char *name, char *value, int mode);
 
 /* Reads a variable, or with `wantPath` not 0 the path of its store node. */
@@ -72,7 +73,15 @@ KIOAPP_API int validate_RssVar(const char *name, char *value);
 KIOAPP_API int validate_RssVar2(char *text);
 
 /* Begins a series: loads the record with the current state of the device. The first call of a
- * process also forgets the actions that an earlier exchange left pending. */
+ * process also forgets the actions that an earlier exchange left pending.
+ *
+ * Until this or a document parser has loaded the record, the device counts as not configurable: the
+ * action "ApplyAllRssVars" and a batch answer 0 and write nothing.
+ *
+ * It does not load the access rules. The number of a radio's rules is looked for where normally
+ * none is, below the radio's node "configurable", and is -1 then; the access mode is 0. Where
+ * access control is on, "ApplyAllRssVars", or a batch that is applied, then writes that mode and
+ * deletes every access rule of the radio. Such a radio is for documents. */
 KIOAPP_API void init_RssVar(void);
 
 /* Sets each variable of a batch, "name=value" pairs with `separator` or line ends between them,

@@ -26,10 +26,6 @@ extern KIOAPP_API const char *const ADslEncapModeArray[];
  * Null at first; a document parser installs its own. */
 extern KIOAPP_API void (*XmlErrMsg_LostKey)(const char *path, const char *key);
 
-/* First position in `haystack` where `needle` matches without regard to ASCII case, or null. An
- * empty needle gives null. */
-KIOAPP_API char *strstri(const char *haystack, const char *needle);
-
 /* Finds the element `key` in a block. Returns its content and sets `*outLen` (which may be null) to
  * the content's length; an empty element (<key/> or <key />) returns the position of its tag and
  * length 0. With `headerOnly` not 0 the position of the tag is returned in any case, a closing tag
@@ -93,5 +89,11 @@ KIOAPP_API char *getXNode_(char *dst, const char *path, const char *defaultText,
 KIOAPP_API char *getXNode(char *dst, const char *path, const char *defaultText);
 
 KIOAPP_END_DECLS
+
+#ifndef KIOAPP_NO_SHORT_NAMES
+#define KIOAPP_SHORT_NAMES_OF_XML
+#include "kioapp/short_names.h"
+#undef KIOAPP_SHORT_NAMES_OF_XML
+#endif
 
 #endif

@@ -9,12 +9,10 @@
 
 #include "kioapp/auth.h"
 #include "kioapp/platform.h"
+#include "platform/exported_data.h"
 #include "platform/log.h"
 #include "platform/text.h"
 #include "platform/wipe.h"
-
-ClientAuthInfo* clientauthinfo = nullptr;
-ClientAuthInfo* cur_authinfo = nullptr;
 
 namespace kio::auth {
 namespace {
@@ -73,8 +71,8 @@ bool IsRemovedFromBehind(const ClientAuthInfo& client, const char* ip, const cha
 [[gnu::noinline]] void Remove(ClientAuthInfo** link) {
   ClientAuthInfo* const client = *link;
   *link = client->next;
-  if (cur_authinfo == client) {
-    cur_authinfo = nullptr;
+  if (CurrentClient() == client) {
+    CurrentClient() = nullptr;
   }
   platform::Wipe(client->password);
   std::free(client);
@@ -108,6 +106,9 @@ ClientAuthInfo* NewClient(const char* ip, const char* username, const char* pass
 int clientAuthListAdd(ClientAuthInfo** head, const char* ip, const char* username,
                       const char* password, const char* request, int mode) {
   kio::platform::LogEntry("clientAuthListAdd");
+  if (head == nullptr) {
+    return 1;
+  }
   if (ClientAuthInfo* const client = kio::auth::Find(*head, ip, request, mode)) {
     if (mode == KIOAPP_MATCH_ADDRESS) {
       client->logout = kio::auth::LogoutFromNow();
@@ -127,14 +128,14 @@ int clientAuthListAdd(ClientAuthInfo** head, const char* ip, const char* usernam
   }
   *end = client;
   KIO_LOG(kio::platform::kLogAction, "Add new node ip=%s\n", client->ip);
-  cur_authinfo = client;
-  printList(clientauthinfo);
+  kio::CurrentClient() = client;
+  printList(kio::Clients());
   return 1;
 }
 
 int clientAuthListDel(ClientAuthInfo** head, const char* ip, const char* request, int mode) {
   kio::platform::LogEntry("clientAuthListDel");
-  if (*head == nullptr) {
+  if (head == nullptr || *head == nullptr) {
     KIO_LOG(kio::platform::kLogAction, "No IP to be deleted.\n");
     return 0;
   }
@@ -167,15 +168,15 @@ ClientAuthInfo* checkClientAuthIp(ClientAuthInfo* head, const char* ip, const ch
 int check_StarterAuthIP(const char* ip, const char* request) {
   kio::platform::LogName("check_StarterAuthIP");
   KIO_LOG(kio::platform::kLogDetail, "%s", "");
-  cur_authinfo = checkClientAuthIp(clientauthinfo, ip, request, KIOAPP_MATCH_ADDRESS);
-  if (cur_authinfo != nullptr) {
-    if (kio::auth::Now() < cur_authinfo->logout) {
-      cur_authinfo->logout = kio::auth::LogoutFromNow();
+  kio::CurrentClient() = checkClientAuthIp(kio::Clients(), ip, request, KIOAPP_MATCH_ADDRESS);
+  if (kio::CurrentClient() != nullptr) {
+    if (kio::auth::Now() < kio::CurrentClient()->logout) {
+      kio::CurrentClient()->logout = kio::auth::LogoutFromNow();
       KIO_LOG(kio::platform::kLogDetail, "Auth Client IP, logout=%ld\n",
-              static_cast<long>(cur_authinfo->logout));
+              static_cast<long>(kio::CurrentClient()->logout));
       return 0;
     }
-    clientAuthListDel(&clientauthinfo, ip, request, KIOAPP_MATCH_ADDRESS);
+    clientAuthListDel(&kio::Clients(), ip, request, KIOAPP_MATCH_ADDRESS);
   }
   KIO_LOG(kio::platform::kLogDetail, "UnAuth Rss Client IP!\n");
   return -1;

@@ -3,15 +3,16 @@
 
 #include "auth/md5.h"
 #include "kioapp/auth.h"
+#include "platform/exported_data.h"
 #include "platform/wipe.h"
-
-char string[80];
 
 void MD5Digest(const char* text, unsigned int /*length*/, unsigned char* digest) {
   // Quirk "digest-length-unused": the text ends at its terminator.
   kio::auth::Digest result;
   kio::auth::Md5(kio::platform::ViewOf(text), result);
-  std::memcpy(digest, result.bytes, sizeof(result.bytes));
+  if (digest != nullptr) {
+    std::memcpy(digest, result.bytes, sizeof(result.bytes));
+  }
   kio::platform::Wipe(result);
 }
 
@@ -19,7 +20,10 @@ void Hex2String(const unsigned char* bytes, char* output, int count) {
   static constexpr char kDigits[] = "0123456789abcdef";
   // Quirk "hex-of-sixteen-bytes": what follows them is not read.
   constexpr int kMostBytes = 16;
-  for (int i = 0; i < count && i < kMostBytes; ++i) {
+  if (output == nullptr) {
+    return;
+  }
+  for (int i = 0; bytes != nullptr && i < count && i < kMostBytes; ++i) {
     *output++ = kDigits[bytes[i] >> 4];
     *output++ = kDigits[bytes[i] & 0xF];
   }
@@ -29,7 +33,7 @@ void Hex2String(const unsigned char* bytes, char* output, int count) {
 char* MD5Encryption(const char* text) {
   kio::auth::Digest digest;
   kio::auth::Md5(kio::platform::ViewOf(text), digest);
-  Hex2String(digest.bytes, string, sizeof(digest.bytes));
+  Hex2String(digest.bytes, kio::DigestText(), sizeof(digest.bytes));
   kio::platform::Wipe(digest);
-  return string;
+  return kio::DigestText();
 }

@@ -5,6 +5,7 @@
 #include "auth/md5.h"
 #include "kioapp/auth.h"
 #include "kioapp/platform.h"
+#include "platform/exported_data.h"
 #include "platform/log.h"
 #include "platform/nodes.h"
 #include "platform/store.h"
@@ -68,11 +69,11 @@ char* WriteKey(const char* ip, int bytes) {
   KeySource::Text text;
   Digest digest;
   Md5(source.Write(sys_uptime_seconds() / kSlotSeconds, text), digest);
-  Hex2String(digest.bytes, string, bytes);
+  Hex2String(digest.bytes, DigestText(), bytes);
   WipeMd5Stack();
   platform::Wipe(text);
   platform::Wipe(digest);
-  return string;
+  return DigestText();
 }
 
 // The key that a request holds.
@@ -183,7 +184,7 @@ int starter_auth_check(const char* request, const char* ip, const char* session)
   kio::platform::LogTime(kio::platform::kLogEvent);
   KIO_LOG(kio::platform::kLogEvent, "starter key success, logout=%ld\n",
           static_cast<long>(kio::auth::LogoutAfter(now)));
-  clientAuthListAdd(&clientauthinfo, ip, kio::auth::kUserName, password.c_str(), session,
+  clientAuthListAdd(&kio::Clients(), ip, kio::auth::kUserName, password.c_str(), session,
                     KIOAPP_MATCH_ADDRESS);
   return 0;
 }

@@ -88,5 +88,8 @@ Crc Compute(Crc crc, const unsigned char* data, std::size_t size) {
 }  // namespace kio::firmware
 
 unsigned int crc32(unsigned int seed, const unsigned char* data, unsigned int length) {
+  if (data == nullptr) {
+    return seed;
+  }
   return ~kio::firmware::Compute(~seed, data, length);
 }

@@ -8,6 +8,7 @@
 #include "kioapp/settings.h"
 #include "kioapp/text.h"
 #include "kioapp/xml.h"
+#include "platform/exported_data.h"
 #include "platform/log.h"
 #include "platform/store.h"
 #include "platform/text.h"
@@ -15,8 +16,6 @@
 #include "settings/xml/find_element.h"
 #include "settings/xml/item_reader.h"
 #include "settings/xml/values.h"
-
-FwXmlData fwXmlData = {};
 
 namespace kio::firmware {
 namespace {
@@ -138,9 +137,9 @@ int ListSearch::MatchRange(const Block& range) {
     return KIOAPP_FW_LIST_ERROR;
   }
   KIO_LOG(kLogDetail, "Match '%s'~'%s' with '%s'\n", start_.text(), end_.text(),
-          fwXmlData.deviceMac);
-  return strWildcardCmp(fwXmlData.deviceMac, start_.text()) >= 0 &&
-                 strWildcardCmp(fwXmlData.deviceMac, end_.text()) <= 0
+          FirmwareData().deviceMac);
+  return strWildcardCmp(FirmwareData().deviceMac, start_.text()) >= 0 &&
+                 strWildcardCmp(FirmwareData().deviceMac, end_.text()) <= 0
              ? KIOAPP_FW_LIST_MATCH
              : KIOAPP_FW_LIST_NO_MATCH;
 }
@@ -148,11 +147,11 @@ int ListSearch::MatchRange(const Block& range) {
 int ListSearch::MatchItem(const Block& item, int kind) {
   switch (kind) {
     case KIOAPP_FW_LIST_MAC:
-      return MatchPattern(item, 17, fwXmlData.deviceMac);
+      return MatchPattern(item, 17, FirmwareData().deviceMac);
     case KIOAPP_FW_LIST_MACS:
       return MatchRange(item);
     case KIOAPP_FW_LIST_FILE_NAME:
-      return MatchPattern(item, 127, fwXmlData.currFileName);
+      return MatchPattern(item, 127, FirmwareData().currFileName);
     default:
       return MatchEntry(item);
   }
@@ -233,8 +232,9 @@ int ListSearch::MatchLists(const Block& entry) {
 int ListSearch::MatchEntry(const Block& entry) {
   platform::LogEntry("do_FwFirmware_Parser");
   const int result = MatchLists(entry);
-  if (result == KIOAPP_FW_LIST_MATCH && (!ReadAddress(entry, "FwURL", fwXmlData.fileUrl) ||
-                                         !ReadAddress(entry, "NotesURL", fwXmlData.notesUrl))) {
+  if (result == KIOAPP_FW_LIST_MATCH &&
+      (!ReadAddress(entry, "FwURL", FirmwareData().fileUrl) ||
+       !ReadAddress(entry, "NotesURL", FirmwareData().notesUrl))) {
     return KIOAPP_FW_LIST_ERROR;
   }
   return result;
@@ -252,7 +252,7 @@ int MatchDocument(char* document) {
   const Block& content = root.content;
   char* const end = content.text + content.length;
   *end = '\0';
-  RssSpecVersion& version = fwXmlData.specVersion;
+  RssSpecVersion& version = FirmwareData().specVersion;
   if (do_XmlSpecVersion_Parser(nullptr, content.text, content.length, &version, "specVersion") ==
       0) {
     return KIOAPP_FW_LIST_ERROR;
@@ -273,14 +273,14 @@ int MatchDocument(char* document) {
 
 // Whether the file that was found is the one that runs.
 bool IsRunning() {
-  const char* const slash = std::strrchr(fwXmlData.fileUrl, '/');
-  const char* const name = slash != nullptr ? slash + 1 : fwXmlData.fileUrl;
+  const char* const slash = std::strrchr(FirmwareData().fileUrl, '/');
+  const char* const name = slash != nullptr ? slash + 1 : FirmwareData().fileUrl;
   const std::size_t size = std::strcspn(name, "?");
   KIO_LOG(kLogDetail, "Final Match '%s'(%d) with '%s'\n", name, static_cast<int>(size),
-          fwXmlData.currFileName);
+          FirmwareData().currFileName);
   // Quirk "running-name-may-be-longer": what the running name has beyond the other one does not
   // count.
-  return std::strncmp(name, fwXmlData.currFileName, size) == 0;
+  return std::strncmp(name, FirmwareData().currFileName, size) == 0;
 }
 
 Block WholeText(char* text, int length) { return {text, length, text + std::strlen(text)}; }
@@ -314,24 +314,26 @@ int do_FwXml_Parser(char* document, char* fileUrl, char* notesUrl) {
   KIO_LOG(kio::platform::kLogAction,
           "---- Received FW XML Data Begin ----\n%s\n---- Received FW XML Data End ----\n",
           document != nullptr ? document : "");
-  XmlErrMsg_LostKey = nullptr;
-  kio::platform::ReadStoreText(kio::firmware::kDeviceMacNode, fwXmlData.deviceMac);
-  kio::platform::ReadStoreText(kio::firmware::kCurrentFileNode, fwXmlData.currFileName);
+  kio::OnLostKey() = nullptr;
+  kio::platform::ReadStoreText(kio::firmware::kDeviceMacNode, kio::FirmwareData().deviceMac);
+  kio::platform::ReadStoreText(kio::firmware::kCurrentFileNode, kio::FirmwareData().currFileName);
   int result = kio::firmware::MatchDocument(document);
   if (result == KIOAPP_FW_LIST_MATCH) {
     if (kio::firmware::IsRunning()) {
       result = KIOAPP_FW_LIST_NO_MATCH;
     } else {
-      kio::platform::WriteStoreText(kio::firmware::kFileUrlNode, fwXmlData.fileUrl);
-      kio::platform::WriteStoreText(kio::firmware::kNotesUrlNode, fwXmlData.notesUrl);
+      kio::platform::WriteStoreText(kio::firmware::kFileUrlNode, kio::FirmwareData().fileUrl);
+      kio::platform::WriteStoreText(kio::firmware::kNotesUrlNode, kio::FirmwareData().notesUrl);
     }
   }
   const bool found = result == KIOAPP_FW_LIST_MATCH;
   if (fileUrl != nullptr) {
-    kio::platform::CopyText(fileUrl, sizeof(fwXmlData.fileUrl), found ? fwXmlData.fileUrl : "");
+    kio::platform::CopyText(fileUrl, sizeof(kio::FirmwareData().fileUrl),
+                            found ? kio::FirmwareData().fileUrl : "");
   }
   if (notesUrl != nullptr) {
-    kio::platform::CopyText(notesUrl, sizeof(fwXmlData.notesUrl), found ? fwXmlData.notesUrl : "");
+    kio::platform::CopyText(notesUrl, sizeof(kio::FirmwareData().notesUrl),
+                            found ? kio::FirmwareData().notesUrl : "");
   }
   KIO_LOG(kio::platform::kLogDetail, "done, ret=%d\n", result);
   return result;

@@ -50,7 +50,7 @@ int getMTDPartSize(const char* name) {
     kio::firmware::TakeWord(&rest);  // the size of an erase block
     // Quirk "partition-names-are-quoted": the quotes belong to the name, which ends at a blank.
     const TextView partition = kio::firmware::TakeWord(&rest);
-    if (!partition.empty() && partition == name) {
+    if (!partition.empty() && partition == kio::platform::ViewOf(name)) {
       return static_cast<int>(std::strtoul(size.data(), nullptr, kHexadecimal));
     }
   }
@@ -65,7 +65,7 @@ int mtd_write_bootloader(const char* file, int offset, int length) {
       .Append(" -l ")
       .AppendNumber(length)
       .Append(" write ")
-      .Append(file)
+      .Append(kio::platform::ViewOf(file))
       .Append(" Bootloader");
   msgPrintf("write bootloader");
   return kio::platform::RunCommand(command);

@@ -44,17 +44,21 @@ std::uint32_t LoadBigEndian(const unsigned char* bytes) {
 class Refusal {
  public:
   Refusal(char* message, const char* path)
-      : message_(message), path_(path), size_(path_.size() + kRoomBesidesPath) {}
+      : message_(message), path_(platform::ViewOf(path)), size_(path_.size() + kRoomBesidesPath) {}
 
   [[nodiscard]] int Say(const Reason& reason) const {
-    TextBuffer(message_, size_).Append(reason.before).Append(path_).Append(reason.after);
+    if (message_ != nullptr) {
+      TextBuffer(message_, size_).Append(reason.before).Append(path_).Append(reason.after);
+    }
     return 0;
   }
   // Tells of a failed call: "Can't WHAT PATH: ERROR".
   [[nodiscard]] int SayError(TextView what, int error) const {
-    TextBuffer text(message_, size_);
-    text.Append("Can't ").Append(what).Append(' ').Append(path_).Append(": ");
-    text.Append(std::strerror(error)).Append('\n');
+    if (message_ != nullptr) {
+      TextBuffer text(message_, size_);
+      text.Append("Can't ").Append(what).Append(' ').Append(path_).Append(": ");
+      text.Append(std::strerror(error)).Append('\n');
+    }
     return 0;
   }
 

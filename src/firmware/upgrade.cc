@@ -12,6 +12,7 @@
 #include "kioapp/text.h"
 #include "kioapp/xml.h"
 #include "platform/command.h"
+#include "platform/exported_data.h"
 #include "platform/file.h"
 #include "platform/log.h"
 #include "platform/nodes.h"
@@ -63,7 +64,7 @@ void WriteNumber(const char* tag, int value, bool closes = false) {
 }
 
 void BuildPath(char (&path)[kPathSize], TextView file) {
-  TextBuffer(path).Append(rssXmlData.tmpPath).Append('/').Append(file);
+  TextBuffer(path).Append(Record().tmpPath).Append('/').Append(file);
 }
 
 void ReadImageName(char (&name)[kNodeSize]) {
@@ -115,7 +116,7 @@ void Initialise() {
   for (const char* const file :
        {kStatusFile, static_cast<const char*>(image), kNotesFile, kProcessFile}) {
     command.Append(" \"");
-    AppendShellText(command, ShellQuotes::kDouble, rssXmlData.tmpPath);
+    AppendShellText(command, ShellQuotes::kDouble, Record().tmpPath);
     command.Append('/');
     AppendShellText(command, ShellQuotes::kDouble, file);
     command.Append('"');
@@ -137,11 +138,11 @@ void FetchNotes() {
 
 // Fetches the firmware list into `path`.
 void FetchList(char (&path)[kPathSize]) {
-  char model[sizeof(fwXmlData.currFileName)];
+  char model[sizeof(FirmwareData().currFileName)];
   platform::ReadStoreText(kCurrentFileNode, model);
   model[std::strcspn(model, "_")] = '\0';
-  platform::ReadStoreText(kio::platform::kTempDirectoryNode, rssXmlData.tmpPath);
-  TextBuffer(path).Append(rssXmlData.tmpPath).Append('/').Append(model).Append(".xml");
+  platform::ReadStoreText(kio::platform::kTempDirectoryNode, Record().tmpPath);
+  TextBuffer(path).Append(Record().tmpPath).Append('/').Append(model).Append(".xml");
   char address[kPathSize];
   TextBuffer(address)
       .Append(get_FwServerWebSite())
@@ -323,8 +324,8 @@ void WriteSize() {
 void do_FwUpgradeAction(int action) {
   using namespace kio::firmware;  // NOLINT(google-build-using-namespace)
   kio::platform::LogEntry(kName);
-  if (rssXmlData.tmpPath[0] == '\0') {
-    kio::platform::ReadStoreText(kio::platform::kTempDirectoryNode, rssXmlData.tmpPath);
+  if (kio::Record().tmpPath[0] == '\0') {
+    kio::platform::ReadStoreText(kio::platform::kTempDirectoryNode, kio::Record().tmpPath);
   }
   TakeStep(action);
   if (g_status >= KIOAPP_FW_FOUND) {

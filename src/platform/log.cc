@@ -11,16 +11,12 @@
 
 #include "kioapp/platform.h"
 #include "platform/command.h"
+#include "platform/exported_data.h"
 #include "platform/file.h"
 #include "platform/log.h"
 #include "platform/nodes.h"
 #include "platform/store.h"
 #include "platform/text.h"
-
-char daemon_log_path[64] = "";
-char daemon_log_header[32] = "";
-int daemon_log_level = 5;
-int daemon_log_file_size_k = 250;
 
 namespace kio::platform {
 namespace {
@@ -36,19 +32,19 @@ bool g_at_line_start = true;
 
 // Apart from its caller, so that the store's scratch text takes stack at the first message only.
 [[gnu::noinline]] void ChooseLogFile() {
-  if (daemon_log_path[0] == '\0') {
-    ReadStoreText(kTempDirectoryNode, daemon_log_path);
+  if (DaemonLogPath()[0] == '\0') {
+    ReadStoreText(kTempDirectoryNode, DaemonLogPath());
   }
-  if (daemon_log_path[0] == '\0') {
-    CopyText(daemon_log_path, "/tmp");
+  if (DaemonLogPath()[0] == '\0') {
+    CopyText(DaemonLogPath(), "/tmp");
   }
-  if (daemon_log_header[0] == '\0') {
-    CopyText(daemon_log_header, "DL");
+  if (DaemonLogHeader()[0] == '\0') {
+    CopyText(DaemonLogHeader(), "DL");
   }
   TextBuffer(g_log_file)
-      .Append(daemon_log_path)
+      .Append(DaemonLogPath())
       .Append('/')
-      .Append(daemon_log_header)
+      .Append(DaemonLogHeader())
       .Append("_log.txt");
 }
 
@@ -74,7 +70,7 @@ bool ReachesSizeLimit(std::size_t added) {
   const std::uint32_t size = stat(g_log_file, &status) == 0
                                  ? static_cast<std::uint32_t>(status.st_size)
                                  : static_cast<std::uint32_t>(-1);
-  const std::uint32_t limit = static_cast<std::uint32_t>(daemon_log_file_size_k) * 1024U;
+  const std::uint32_t limit = static_cast<std::uint32_t>(DaemonLogFileSize()) * 1024U;
   return size + static_cast<std::uint32_t>(added) >= limit;
 }
 
@@ -98,7 +94,7 @@ void AppendToLogFile(char* message, std::size_t size) {
 
 void PrintToConsole(const char* message) {
   if (g_at_line_start) {
-    msgPrintf("%s> %s", daemon_log_header, message);
+    msgPrintf("%s> %s", DaemonLogHeader(), message);
   } else {
     // Quirk "continuation-is-no-format": its percent signs are ordinary.
     msgPrintf("%s", message);
@@ -118,7 +114,7 @@ void PrintToConsole(const char* message) {
   if (g_log_file[0] == '\0') {
     ChooseLogFile();
   }
-  if (daemon_log_file_size_k > 0) {
+  if (DaemonLogFileSize() > 0) {
     // Quirk "prefix-not-counted": the uptime comes on top of it.
     if (ReachesSizeLimit(size)) {
       RotateLogFile();
@@ -146,6 +142,9 @@ void WriteEntry(const char* function) {
 }  // namespace kio::platform
 
 int logPrintf(int level, const char* format, ...) {
+  if (format == nullptr) {
+    format = "";
+  }
   if (kio::platform::IsLogged(level)) {
     va_list arguments;
     va_start(arguments, format);
@@ -156,6 +155,9 @@ int logPrintf(int level, const char* format, ...) {
 }
 
 int msgPrintf(const char* format, ...) {
+  if (format == nullptr) {
+    return 0;
+  }
   va_list arguments;
   va_start(arguments, format);
   const int count = std::vprintf(format, arguments);

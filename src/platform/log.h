@@ -4,12 +4,13 @@
 
 #include "kioapp/log.h"
 #include "kioapp/platform.h"
+#include "platform/exported_data.h"
 
 namespace kio::platform {
 
 enum LogLevel : int { kLogFailure = 4, kLogEvent = 5, kLogAction = 6, kLogDetail = 7 };
 
-inline bool IsLogged(int level) { return daemon_log_level >= level; }
+inline bool IsLogged(int level) { return DaemonLogLevel() >= level; }
 
 }  // namespace kio::platform
 

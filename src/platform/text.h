@@ -16,6 +16,9 @@ using TextView = std::string_view;
 // The text, or an empty one for null.
 constexpr TextView ViewOf(const char* text) { return text == nullptr ? TextView() : text; }
 
+// The same with a terminator.
+constexpr const char* TextOf(const char* text) { return text == nullptr ? "" : text; }
+
 // Builds a text inside an array of the caller's. What does not fit is cut; the text is terminated
 // at all times.
 class TextBuffer {

@@ -28,7 +28,7 @@ constexpr bool IsBlank(char character) { return character == ' ' || character ==
 }  // namespace
 
 void ReplaceRssKeywords(char* text, std::size_t size) {
-  if (text[0] == '\0') {
+  if (text == nullptr || text[0] == '\0') {
     return;
   }
   char value[64];
@@ -45,8 +45,11 @@ void ReplaceRssKeywords(char* text, std::size_t size) {
 }  // namespace kio::platform
 
 char* strChgKeyword(char* dst, const char* src, const char* key, const char* replacement) {
-  kio::platform::TextBuffer unbounded(dst, SIZE_MAX);
-  kio::platform::AppendReplaced(unbounded, src, key, replacement);
+  using kio::platform::TextOf;
+  if (dst != nullptr) {
+    kio::platform::TextBuffer unbounded(dst, SIZE_MAX);
+    kio::platform::AppendReplaced(unbounded, TextOf(src), TextOf(key), TextOf(replacement));
+  }
   return dst;
 }
 
@@ -57,6 +60,8 @@ char* strChgRssKeywords(char* text) {
 }
 
 int strnWildcardCmp(const char* subject, const char* pattern, int n) {
+  subject = kio::platform::TextOf(subject);
+  pattern = kio::platform::TextOf(pattern);
   for (int i = 0; i < n && (*subject != '\0' || *pattern != '\0'); ++i, ++pattern) {
     // Quirk "star-matches-all": whatever follows it in the pattern.
     if (*pattern == '*') {
@@ -81,6 +86,9 @@ int strWildcardCmp(const char* subject, const char* pattern) {
 }
 
 char* strip_chars(char* text, const char* set) {
+  if (text == nullptr || set == nullptr) {
+    return text;
+  }
   char* const first = text + std::strspn(text, set);
   for (std::size_t size = std::strlen(first);
        size > 1 && std::strchr(set, first[size - 1]) != nullptr; --size) {
@@ -91,6 +99,9 @@ char* strip_chars(char* text, const char* set) {
 
 char* trim(char* text) {
   using kio::platform::IsBlank;
+  if (text == nullptr) {
+    return nullptr;
+  }
   const std::size_t size = std::strlen(text);
   if (size == 0 || (!IsBlank(text[0]) && !IsBlank(text[size - 1]))) {
     return text;
@@ -107,6 +118,9 @@ char* trim(char* text) {
 }
 
 char* trimTo(char* dst, const char* src) {
-  std::memmove(dst, src, std::strlen(src) + 1);
+  src = kio::platform::TextOf(src);
+  if (dst != nullptr) {
+    std::memmove(dst, src, std::strlen(src) + 1);
+  }
   return trim(dst);
 }

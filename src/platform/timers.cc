@@ -31,6 +31,9 @@ KioTimer* create_timer(unsigned int interval, void (*callback)(uintptr_t), uintp
 }
 
 void add_timer(KioTimer* timer) {
+  if (timer == nullptr) {
+    return;
+  }
   if (timer->remaining != 0) {
     timer->next = kio::platform::g_pending_timers;
     kio::platform::g_pending_timers = timer;

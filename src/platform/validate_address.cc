@@ -14,6 +14,7 @@ struct Quad {
 
   // Quirk "text-after-an-address": what follows the fourth number is ignored.
   explicit Quad(const char* text) {
+    text = TextOf(text);
     for (int& number : part) {
       if (!kio::platform::ScanInt(&text, &number) || *text++ != '.') {
         return;

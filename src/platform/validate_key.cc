@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "kioapp/validate.h"
+#include "platform/text.h"
 
 namespace kio::platform {
 namespace {
@@ -22,6 +23,7 @@ bool IsUpperHex(const char* text) {
 using kio::platform::IsUpperHex;
 
 int is_Valid_WpaPskKey(const char* key) {
+  key = kio::platform::TextOf(key);
   constexpr std::size_t kShortestPhrase = 8;
   constexpr std::size_t kHexDigits = 64;
   const std::size_t length = std::strlen(key);
@@ -35,6 +37,7 @@ int is_Valid_WepKey(const char* key, int n) {
   if (n < 0) {
     return 0;
   }
+  key = kio::platform::TextOf(key);
   const std::size_t length = std::strlen(key);
   const auto expected = static_cast<std::size_t>(n);
   return length == expected || (length == 2 * expected && IsUpperHex(key)) ? 1 : 0;

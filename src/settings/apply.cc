@@ -1,6 +1,7 @@
 // Applying the verified record to the device.
 
 #include "kioapp/settings.h"
+#include "platform/exported_data.h"
 #include "platform/log.h"
 #include "platform/store.h"
 #include "settings/apply_fields.h"
@@ -26,25 +27,25 @@ static_assert(AllAreWritten(kDslFields, {Group::kProvider, Group::kCircuit}) &&
 static_assert(AllAreWritten(kSafetyFields, {Group::kBasic}));
 
 void ClearRestartFlags() {
-  rssXmlData.deviceRestart = 0;
-  rssXmlData.upLink.restart = 0;
-  for (RssWlan& wlan : rssXmlData.wlan) {
+  Record().deviceRestart = 0;
+  Record().upLink.restart = 0;
+  for (RssWlan& wlan : Record().wlan) {
     wlan.restart = 0;
   }
-  rssXmlData.wlanSurveyRestart = 0;
-  rssXmlData.roamingRestart = 0;
-  rssXmlData.safetyVyr.restart = 0;
-  rssXmlData.saveflag = 0;
+  Record().wlanSurveyRestart = 0;
+  Record().roamingRestart = 0;
+  Record().safetyVyr.restart = 0;
+  Record().saveflag = 0;
 }
 
 // Returns false when a change is refused, which is then reported.
 bool ApplyDevice() {
   StorePath nodes("");
-  rssXmlData.deviceRestart |=
-      static_cast<unsigned char>(ApplyFields(kDeviceFields, Group::kBasic, &rssXmlData, nodes));
+  Record().deviceRestart |=
+      static_cast<unsigned char>(ApplyFields(kDeviceFields, Group::kBasic, &Record(), nodes));
   const Field& row = RowOf(kDeviceFields, "RouterEnbl");
-  if (!ApplySwitch(rssXmlData.routerEnbl, nodes.Node(row.node), 3, rssXmlData.deviceRestart)) {
-    write_RssXml_VerifyError(rssXmlData.devicePath, row.element.data());
+  if (!ApplySwitch(Record().routerEnbl, nodes.Node(row.node), 3, Record().deviceRestart)) {
+    write_RssXml_VerifyError(Record().devicePath, row.element.data());
     return false;
   }
   return true;
@@ -59,7 +60,7 @@ int ApplyHardwareSection() {
 }
 
 void ApplyUplink() {
-  RssUpLink& uplink = rssXmlData.upLink;
+  RssUpLink& uplink = Record().upLink;
   if (uplink.configurable == 0) {
     return;
   }
@@ -76,25 +77,25 @@ void ApplyUplink() {
 
 // Quirk "roaming-flag-never-set": a changed text restarts the device instead.
 void ApplyRoaming() {
-  if (!IsVersion10() && rssXmlData.easyRoamingFeature != 0) {
-    rssXmlData.deviceRestart |=
+  if (!IsVersion10() && Record().easyRoamingFeature != 0) {
+    Record().deviceRestart |=
         static_cast<unsigned char>(ApplyFields(SectionId::kDevice, Group::kRoaming));
   }
 }
 
 void ApplySafety() {
-  if (rssXmlData.safetyVyrFeature != 0 && rssXmlData.apCloningOnly == 0) {
-    rssXmlData.safetyVyr.restart |= ApplyFields(SectionId::kSafety, Group::kBasic);
+  if (Record().safetyVyrFeature != 0 && Record().apCloningOnly == 0) {
+    Record().safetyVyr.restart |= ApplyFields(SectionId::kSafety, Group::kBasic);
   }
 }
 
 // A changed device no longer holds its factory settings.
 void ApplySaveFlag() {
-  const int changed = rssXmlData.deviceRestart | rssXmlData.upLink.restart |
-                      rssXmlData.wlan[0].restart | rssXmlData.wlan[1].restart |
-                      rssXmlData.roamingRestart | rssXmlData.safetyVyr.restart;
-  rssXmlData.saveflag = static_cast<unsigned char>(changed);
-  if (rssXmlData.saveflag != 0) {
+  const int changed = Record().deviceRestart | Record().upLink.restart | Record().wlan[0].restart |
+                      Record().wlan[1].restart | Record().roamingRestart |
+                      Record().safetyVyr.restart;
+  Record().saveflag = static_cast<unsigned char>(changed);
+  if (Record().saveflag != 0) {
     platform::WriteStoreInt("/sys/factorydefault", 0);
   }
 }
@@ -102,10 +103,10 @@ void ApplySaveFlag() {
 // Returns false when a change is refused, which is then reported.
 // Quirk "refusal-keeps-earlier-writes": a host that minds undoes them.
 bool ApplyRecord() {
-  if (rssXmlData.apCloningOnly == 0) {
-    if (rssXmlData.upLink.extenderSite.survey != 0 && HasSiteUplink()) {
+  if (Record().apCloningOnly == 0) {
+    if (Record().upLink.extenderSite.survey != 0 && HasSiteUplink()) {
       // Quirk "survey-excludes-the-rest": nothing else is applied together with a site survey.
-      rssXmlData.wlanSurveyRestart = static_cast<int>(RequestSiteSurvey());
+      Record().wlanSurveyRestart = static_cast<int>(RequestSiteSurvey());
       return true;
     }
     if (!ApplyDevice()) {
@@ -128,7 +129,7 @@ bool ApplyRecord() {
 int Apply_RssXmlToDevice(void) {
   kio::platform::LogEntry("Apply_RssXmlToDevice");
   kio::settings::ClearRestartFlags();
-  if (rssXmlData.configurable == 0) {
+  if (kio::Record().configurable == 0) {
     return 1;
   }
   if (!kio::settings::ApplyRecord()) {
@@ -136,7 +137,8 @@ int Apply_RssXmlToDevice(void) {
   }
   KIO_LOG(kio::platform::kLogAction,
           "done,ret=1,Restart:wlan2.4=%d,wlan5=%d,uplink=%d,survey=%d,roaming=%d\n",
-          rssXmlData.wlan[0].restart, rssXmlData.wlan[1].restart, rssXmlData.upLink.restart,
-          rssXmlData.wlanSurveyRestart, rssXmlData.roamingRestart);
+          kio::Record().wlan[0].restart, kio::Record().wlan[1].restart,
+          kio::Record().upLink.restart, kio::Record().wlanSurveyRestart,
+          kio::Record().roamingRestart);
   return 1;
 }

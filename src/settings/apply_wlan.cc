@@ -1,6 +1,7 @@
 #include "settings/apply_wlan.h"
 
 #include "kioapp/settings.h"
+#include "platform/exported_data.h"
 #include "platform/store.h"
 #include "settings/apply_fields.h"
 #include "settings/record.h"
@@ -38,7 +39,7 @@ Step Refused(const char* path, const Field& field) {
   return Step::kRefused;
 }
 
-bool IsCloning() { return rssXmlData.apCloningOnly != 0; }
+bool IsCloning() { return Record().apCloningOnly != 0; }
 
 Step ApplyClonedEnable(const Radio& radio, const char* path) {
   RssWlan& wlan = radio.wlan;
@@ -99,7 +100,7 @@ void ApplyNetwork(const Radio& radio) {
     const char* const path = radio.nodes.Node(field.node);
     // Quirk "version-10-writes-auto": version 1.0 has no encryption type of its own.
     radio.wlan.restart |= &field == &kTypeRow && IsVersion10()
-                              ? StrCmpWithXStr(WlanEncrypTypeArray[kTypeAuto], path, 0)
+                              ? StrCmpWithXStr(kEncryptionTypes[kTypeAuto], path, 0)
                               : ApplyField(field, &radio.wlan, path);
   }
 }
@@ -162,7 +163,7 @@ Step ApplyAccessControl(const Radio& radio) {
 // A cloned radio becomes the upstream network of a device with a wireless uplink.
 // Quirk "cloned-site-of-the-last-radio": written for each radio in turn.
 void ApplyClonedSite(const Radio& radio) {
-  RssUpLink& uplink = rssXmlData.upLink;
+  RssUpLink& uplink = Record().upLink;
   RssWlan& wlan = radio.wlan;
   const char* const word = kRadioWords[radio.number];
   SectionPath site(SectionId::kSite);
@@ -196,7 +197,7 @@ Step ApplyRadio(const Radio& radio) {
       return access_step;
     }
   }
-  if (IsCloning() && rssXmlData.upLink.hardwareTypeCode == kHardwareWireless) {
+  if (IsCloning() && Record().upLink.hardwareTypeCode == kHardwareWireless) {
     ApplyClonedSite(radio);
   }
   return Step::kGoOn;
@@ -206,7 +207,7 @@ Step ApplyRadio(const Radio& radio) {
 
 bool ApplyRadios() {
   for (int number = 0; number < kRadioCount; ++number) {
-    RssWlan& wlan = rssXmlData.wlan[number];
+    RssWlan& wlan = Record().wlan[number];
     if (!RadioExists(number) || wlan.configurable == 0) {
       continue;
     }

@@ -2,6 +2,7 @@
 
 #include "kioapp/platform.h"
 #include "kioapp/settings.h"
+#include "platform/exported_data.h"
 #include "platform/log.h"
 
 namespace kio::settings {
@@ -14,7 +15,7 @@ using platform::kLogFailure;
 // The actions for what the last applying changed. A site survey excludes all others.
 // Quirk "safetyvyr-runs-no-action": a change of the service's switches is only saved.
 int ChangedActions() {
-  const RssXmlData& record = rssXmlData;
+  const RssXmlData& record = Record();
   if (record.apCloningOnly == 0 && record.wlanSurveyRestart != 0) {
     return KIOAPP_SYNC_SITE_SURVEY;
   }
@@ -43,11 +44,11 @@ int WaitSeconds(int actions) {
 int TakePendingActions() {
   // Quirk "commit-keeps-its-mask": a committed mask stays, so that the next exchange that changes
   // nothing runs it once more by way of `pre_exeflag`.
-  int actions = rssXmlData.exeflag;
-  if (actions == 0 && rssXmlData.pre_exeflag != 0) {
-    actions = rssXmlData.pre_exeflag;
+  int actions = Record().exeflag;
+  if (actions == 0 && Record().pre_exeflag != 0) {
+    actions = Record().pre_exeflag;
     KIO_LOG(kLogDetail, "Use pre_exeflag, pre_exeflag=%d, exeflag=%d\n", actions, 0);
-    rssXmlData.pre_exeflag = 0;
+    Record().pre_exeflag = 0;
   } else {
     KIO_LOG(kLogDetail, "exeflag=%d\n", actions);
   }
@@ -58,14 +59,14 @@ int TakePendingActions() {
 }  // namespace kio::settings
 
 void calc_RssExeFlag(void) {
-  if (rssXmlData.exeflag != 0) {
-    rssXmlData.pre_exeflag = rssXmlData.exeflag;
+  if (kio::Record().exeflag != 0) {
+    kio::Record().pre_exeflag = kio::Record().exeflag;
   }
-  rssXmlData.exeflag = kio::settings::ChangedActions();
-  rssXmlData.exeWaitSec = kio::settings::WaitSeconds(rssXmlData.exeflag);
+  kio::Record().exeflag = kio::settings::ChangedActions();
+  kio::Record().exeWaitSec = kio::settings::WaitSeconds(kio::Record().exeflag);
   kio::platform::LogTime(kio::platform::kLogAction);
-  KIO_LOG(kio::platform::kLogAction, "exeflag=%d, exeWaitSec=%d\n", rssXmlData.exeflag,
-          rssXmlData.exeWaitSec);
+  KIO_LOG(kio::platform::kLogAction, "exeflag=%d, exeWaitSec=%d\n", kio::Record().exeflag,
+          kio::Record().exeWaitSec);
 }
 
 unsigned int do_RssXml_Commit(void) {
@@ -86,7 +87,7 @@ unsigned int do_RssXml_Commit(void) {
 
 unsigned int do_RssXml_Commit_for_ApCloning(int full) {
   if (full != 0) {
-    rssXmlData.exeflag |= KIOAPP_SYNC_DEVICE | KIOAPP_SYNC_SAVE_TO_FLASH;
+    kio::Record().exeflag |= KIOAPP_SYNC_DEVICE | KIOAPP_SYNC_SAVE_TO_FLASH;
   }
   return do_RssXml_Commit();
 }

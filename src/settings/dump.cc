@@ -4,6 +4,7 @@
 // exchange, is written by code of its own between them.
 
 #include "kioapp/settings.h"
+#include "platform/exported_data.h"
 #include "platform/log.h"
 #include "settings/record.h"
 
@@ -59,7 +60,7 @@ bool IsDumped(const Field& field) {
   const bool is_in_version =
       IsIn(field.versions, IsVersion10()) || &field == &RowOf(kWlanFields, "WirelessBSSID");
   return field.dump != Dump::kNever && is_in_version &&
-         (field.group != Group::kRoaming || rssXmlData.easyRoamingFeature != 0);
+         (field.group != Group::kRoaming || Record().easyRoamingFeature != 0);
 }
 
 // Writes the fields of a section: those of one group, or of all with kNone.
@@ -78,25 +79,25 @@ void DumpFields(const SectionInstance& instance, Group group, const char* indent
 
 void DumpHead() {
   KIO_LOG(kLogAction, "----RSSXML_BGN----\n");
-  KIO_LOG(kLogAction, "%s\n", rssXmlData.specName);
-  KIO_LOG(kLogAction, " +- Ver=%d.%d\n", rssXmlData.specMajor, rssXmlData.specMinor);
-  KIO_LOG(kLogAction, "%s\n", rssXmlData.devicePath);
-  KIO_LOG(kLogAction, " +- Configurable=%d\n", rssXmlData.configurable);
+  KIO_LOG(kLogAction, "%s\n", Record().specName);
+  KIO_LOG(kLogAction, " +- Ver=%d.%d\n", Record().specMajor, Record().specMinor);
+  KIO_LOG(kLogAction, "%s\n", Record().devicePath);
+  KIO_LOG(kLogAction, " +- Configurable=%d\n", Record().configurable);
 }
 
 void DumpDevice() {
   DumpFields({SectionId::kDevice}, Group::kNone, " ");
-  KIO_LOG(kLogAction, " +- wlanSurveyRestart=%d\n", rssXmlData.wlanSurveyRestart);
+  KIO_LOG(kLogAction, " +- wlanSurveyRestart=%d\n", Record().wlanSurveyRestart);
 }
 
 // Writes the section that goes with the uplink's hardware. In version 1.0, a device
 // whose hardware has no section may extend another network.
 void DumpHardwareSection() {
   SectionId section = HardwareSection();
-  if (section == SectionId::kCount && IsVersion10() && rssXmlData.extenderEnbl != 2) {
+  if (section == SectionId::kCount && IsVersion10() && Record().extenderEnbl != 2) {
     section = SectionId::kSite;
   }
-  const RssUpLink& uplink = rssXmlData.upLink;
+  const RssUpLink& uplink = Record().upLink;
   const char* path = uplink.extenderSite.path;
   switch (section) {
     case SectionId::kCount:
@@ -116,7 +117,7 @@ void DumpHardwareSection() {
 }
 
 void DumpUplink() {
-  const RssUpLink& uplink = rssXmlData.upLink;
+  const RssUpLink& uplink = Record().upLink;
   KIO_LOG(kLogAction, " +- %s\n", uplink.path);
   DumpFields({SectionId::kUplink}, Group::kNone, "     ");
   KIO_LOG(kLogAction, "     +- restart='%d'\n", uplink.restart);
@@ -124,7 +125,7 @@ void DumpUplink() {
 }
 
 void DumpAccessControl(int radio) {
-  const RssWlan& wlan = rssXmlData.wlan[radio];
+  const RssWlan& wlan = Record().wlan[radio];
   KIO_LOG(kLogAction, "     +- %s\n", wlan.accessControlPath);
   DumpFields({SectionId::kAccess, radio}, Group::kBasic, "         ");
   if (wlan.wlAcEnbl != 1) {
@@ -138,7 +139,7 @@ void DumpAccessControl(int radio) {
 }
 
 void DumpRadio(int radio) {
-  const RssWlan& wlan = rssXmlData.wlan[radio];
+  const RssWlan& wlan = Record().wlan[radio];
   KIO_LOG(kLogAction, " +- %s\n", wlan.path);
   KIO_LOG(kLogAction, "     +- Configurable=%d\n", wlan.configurable);
   DumpFields({SectionId::kRadio, radio}, Group::kNone, "     ");
@@ -149,23 +150,23 @@ void DumpRadio(int radio) {
 }
 
 void DumpSafety() {
-  const RssSafetyVyr& safety = rssXmlData.safetyVyr;
+  const RssSafetyVyr& safety = Record().safetyVyr;
   KIO_LOG(kLogAction, " +- %s\n", safety.path);
   DumpFields({SectionId::kSafety}, Group::kNone, "     ");
   KIO_LOG(kLogAction, "     +- restart=%d\n", safety.restart);
 }
 
 void DumpFlags() {
-  KIO_LOG(kLogAction, "+- apCloningOnly=%d\n", rssXmlData.apCloningOnly);
-  KIO_LOG(kLogAction, "+- apCloningFeature=%d\n", rssXmlData.apCloningFeature);
-  KIO_LOG(kLogAction, "+- fwUpgradeFeature=%d\n", rssXmlData.fwUpgradeFeature);
-  KIO_LOG(kLogAction, "+- easyRoamingFeature=%d\n", rssXmlData.easyRoamingFeature);
-  KIO_LOG(kLogAction, "+- safetyVyrFeature=%d\n", rssXmlData.safetyVyrFeature);
-  KIO_LOG(kLogAction, "+- wlan24Feature=%d\n", rssXmlData.wlan24Feature);
-  KIO_LOG(kLogAction, "+- wlan5Feature=%d\n", rssXmlData.wlan5Feature);
-  KIO_LOG(kLogAction, "+- tmpPath=%s\n", rssXmlData.tmpPath);
-  KIO_LOG(kLogAction, "+- scriptPath=%s\n", rssXmlData.scriptPath);
-  KIO_LOG(kLogAction, "+- saveflag=%d\n", rssXmlData.saveflag);
+  KIO_LOG(kLogAction, "+- apCloningOnly=%d\n", Record().apCloningOnly);
+  KIO_LOG(kLogAction, "+- apCloningFeature=%d\n", Record().apCloningFeature);
+  KIO_LOG(kLogAction, "+- fwUpgradeFeature=%d\n", Record().fwUpgradeFeature);
+  KIO_LOG(kLogAction, "+- easyRoamingFeature=%d\n", Record().easyRoamingFeature);
+  KIO_LOG(kLogAction, "+- safetyVyrFeature=%d\n", Record().safetyVyrFeature);
+  KIO_LOG(kLogAction, "+- wlan24Feature=%d\n", Record().wlan24Feature);
+  KIO_LOG(kLogAction, "+- wlan5Feature=%d\n", Record().wlan5Feature);
+  KIO_LOG(kLogAction, "+- tmpPath=%s\n", Record().tmpPath);
+  KIO_LOG(kLogAction, "+- scriptPath=%s\n", Record().scriptPath);
+  KIO_LOG(kLogAction, "+- saveflag=%d\n", Record().saveflag);
   KIO_LOG(kLogAction, "----RSSXML_END----\n");
 }
 
@@ -179,7 +180,7 @@ void dump_RssXmlData(void) {
     return;
   }
   DumpHead();
-  if (rssXmlData.apCloningOnly != 0) {
+  if (kio::Record().apCloningOnly != 0) {
     DumpFields({SectionId::kDevice}, Group::kRoaming, " ");
   } else {
     DumpDevice();
@@ -190,7 +191,7 @@ void dump_RssXmlData(void) {
       DumpRadio(radio);
     }
   }
-  if (rssXmlData.safetyVyrFeature != 0) {
+  if (kio::Record().safetyVyrFeature != 0) {
     DumpSafety();
   }
   DumpFlags();

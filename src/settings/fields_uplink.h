@@ -3,8 +3,8 @@
 #define KIO_SETTINGS_FIELDS_UPLINK_H
 
 #include "kioapp/record.h"
-#include "kioapp/xml.h"
 #include "settings/field.h"
+#include "settings/keywords.h"
 
 namespace kio::settings {
 
@@ -15,14 +15,14 @@ inline constexpr Field kUplinkFields[] = {
         .Dumped(Dump::kPlain),
     Text("HardwareType", "/hardwaretype", KIO_MEMBER(RssUpLink, hardwareType))
         .InEverySnapshot()
-        .OneOf(HardwareTypeArray, KIO_MEMBER(RssUpLink, hardwareTypeCode))
+        .OneOf(kHardwareTypes, KIO_MEMBER(RssUpLink, hardwareTypeCode))
         .Dumped(Dump::kQuotedWithCode),
     Shown("HardwareSupport", "/hardwaresupport", KIO_MEMBER(RssUpLink, hardwareSupport),
           Load::kText)
         .HidingItsPath(),
     Text("ConnType", "/conntype", KIO_MEMBER(RssUpLink, connType))
         .CutTo(31)
-        .OneOf(ConnTypeArray, KIO_MEMBER(RssUpLink, connTypeCode))
+        .OneOf(kConnectionTypes, KIO_MEMBER(RssUpLink, connTypeCode))
         .Dumped(Dump::kNever),
     // Quirk "mtu-is-never-written": read and, for the DSL circuit, verified, but the store has no
     // node for it.
@@ -88,7 +88,7 @@ inline constexpr Field kDslFields[] = {
     Unloaded("EncapsulationMode", KIO_MEMBER(RssIsp, encapsulationMode), Group::kCircuit)
         .StoredAt("/encapsulationmode")
         .Logged()
-        .OneOf(ADslEncapModeArray, KIO_MEMBER(RssIsp, encapModeCode))
+        .OneOf(kEncapsulationModes, KIO_MEMBER(RssIsp, encapModeCode))
         .AsVariable(VariableKind::kNone)
         .CalledInFaults("EncryptionMode")
         .Dumped(Dump::kQuotedWithCode, "EncapMode"),
@@ -111,7 +111,7 @@ inline constexpr Field kSiteFields[] = {
     Text("WirelessType", "/wirelesstype", KIO_MEMBER(RssExtenderSite, wirelessType))
         .In(Group::kDetail)
         .Logged()
-        .OneOf(WirelessTypeArray, KIO_MEMBER(RssExtenderSite, wirelessTypeCode))
+        .OneOf(kRadioTypes, KIO_MEMBER(RssExtenderSite, wirelessTypeCode))
         .Dumped(Dump::kQuotedWithCode),
     // Quirk "site-texts-of-17": name and key are cut to 17 characters. Their rules are those of the
     // radio that the wireless type selects.

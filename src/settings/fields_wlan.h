@@ -3,8 +3,8 @@
 #define KIO_SETTINGS_FIELDS_WLAN_H
 
 #include "kioapp/record.h"
-#include "kioapp/xml.h"
 #include "settings/field.h"
+#include "settings/keywords.h"
 
 namespace kio::settings {
 
@@ -28,13 +28,13 @@ inline constexpr Field kWlanFields[] = {
         .Obeying(KIO_MEMBER(RssWlan, wirelessNameValidate)),
     Text("EncryptionMode", "/encryptionmode", KIO_MEMBER(RssWlan, encryptionMode))
         .Logged()
-        .OneOf(WlanEncrypModeArray, KIO_MEMBER(RssWlan, encryptionModeCode))
+        .OneOf(kEncryptionModes, KIO_MEMBER(RssWlan, encryptionModeCode))
         .Dumped(Dump::kQuotedPair),
     Text("EncryptionType", "/encryptiontype", KIO_MEMBER(RssWlan, encryptionType))
         .In(Group::kDetail)
         .For(Versions::kNot10)
         .Logged()
-        .OneOf(WlanEncrypTypeArray, KIO_MEMBER(RssWlan, encryptionTypeCode))
+        .OneOf(kEncryptionTypes, KIO_MEMBER(RssWlan, encryptionTypeCode))
         .Checked(Check::kEncryptionType)
         .Dumped(Dump::kQuoted, "Type"),
     // Quirk "radio-key-of-31": a document's key is cut to 31 characters.

@@ -16,32 +16,36 @@ constexpr const char* kEmptyWord = "\0";
 bool IsTableEnd(const char* word) { return word[0] == '\0' && word[1] == '_'; }
 
 }  // namespace
-}  // namespace kio::settings
 
-using kio::settings::kEmptyWord;
-using kio::settings::kTableEnd;
-
-const char* const DeviceTypeArray[] = {"AP",       "Router",  "Extender",
-                                       "Repeater", "Hotspot", kTableEnd};
-const char* const WlanEncrypTypeArray[] = {"AUTO", "OPEN",     "SHARED", "TKIP",
-                                           "AES",  kEmptyWord, kTableEnd};
-const char* const WlanEncrypModeArray[] = {"None", "WEP", "WPA", "WPAWPA2", "WPA2", kTableEnd};
-const char* const HardwareTypeArray[] = {"Ethernet", "ADSL", "VDSL",   "WWan802.11",
-                                         "WWanAPN",  "DSL",  kTableEnd};
-const char* const WirelessTypeArray[] = {kio::settings::kRadioWords[0],
-                                         kio::settings::kRadioWords[1], kTableEnd};
-const char* const ConnTypeArray[] = {"DHCP", "Static", "PPPoE", "PPPoA", kTableEnd};
-const char* const ADslEncapModeArray[] = {"LLC", "VcMux", kTableEnd};
-
-namespace kio::settings {
+constinit const char* const kDeviceTypes[] = {"AP",       "Router",  "Extender",
+                                              "Repeater", "Hotspot", kTableEnd};
+constinit const char* const kEncryptionTypes[] = {"AUTO", "OPEN",     "SHARED", "TKIP",
+                                                  "AES",  kEmptyWord, kTableEnd};
+constinit const char* const kEncryptionModes[] = {"None",    "WEP",  "WPA",
+                                                  "WPAWPA2", "WPA2", kTableEnd};
+constinit const char* const kHardwareTypes[] = {"Ethernet", "ADSL", "VDSL",   "WWan802.11",
+                                                "WWanAPN",  "DSL",  kTableEnd};
+constinit const char* const kRadioTypes[] = {kRadioWords[0], kRadioWords[1], kTableEnd};
+constinit const char* const kConnectionTypes[] = {"DHCP", "Static", "PPPoE", "PPPoA", kTableEnd};
+constinit const char* const kEncapsulationModes[] = {"LLC", "VcMux", kTableEnd};
 
 // A table holds its words, one for each code, and the end.
-static_assert(std::size(WlanEncrypTypeArray) == kTypeNotGiven + 2);
-static_assert(std::size(WlanEncrypModeArray) == kModeWpa2 + 2);
-static_assert(std::size(ConnTypeArray) == kConnPppoa + 2);
-static_assert(std::size(HardwareTypeArray) == kHardwareDsl + 2);
+static_assert(std::size(kEncryptionTypes) == kTypeNotGiven + 2);
+static_assert(std::size(kEncryptionModes) == kModeWpa2 + 2);
+static_assert(std::size(kConnectionTypes) == kConnPppoa + 2);
+static_assert(std::size(kHardwareTypes) == kHardwareDsl + 2);
 
 }  // namespace kio::settings
+
+extern "C" {
+extern const char* const DeviceTypeArray[] [[gnu::alias("kio_kDeviceTypes")]];
+extern const char* const WlanEncrypTypeArray[] [[gnu::alias("kio_kEncryptionTypes")]];
+extern const char* const WlanEncrypModeArray[] [[gnu::alias("kio_kEncryptionModes")]];
+extern const char* const HardwareTypeArray[] [[gnu::alias("kio_kHardwareTypes")]];
+extern const char* const WirelessTypeArray[] [[gnu::alias("kio_kRadioTypes")]];
+extern const char* const ConnTypeArray[] [[gnu::alias("kio_kConnectionTypes")]];
+extern const char* const ADslEncapModeArray[] [[gnu::alias("kio_kEncapsulationModes")]];
+}
 
 int SearchKeyArray(char* word, const char* const table[]) {
   if (word == nullptr || table == nullptr) {

@@ -20,6 +20,18 @@ enum HardwareType : int {
 // The word of each radio in the names of elements and nodes.
 inline constexpr const char* kRadioWords[] = {"2.4", "5"};
 
+// The tables of xml.h, by names of the library's own: the exported ones may be bound to something
+// else in the host that is called so.
+#pragma GCC visibility push(hidden)
+extern const char* const kDeviceTypes[] __asm__("kio_kDeviceTypes");
+extern const char* const kEncryptionTypes[] __asm__("kio_kEncryptionTypes");
+extern const char* const kEncryptionModes[] __asm__("kio_kEncryptionModes");
+extern const char* const kHardwareTypes[] __asm__("kio_kHardwareTypes");
+extern const char* const kRadioTypes[] __asm__("kio_kRadioTypes");
+extern const char* const kConnectionTypes[] __asm__("kio_kConnectionTypes");
+extern const char* const kEncapsulationModes[] __asm__("kio_kEncapsulationModes");
+#pragma GCC visibility pop
+
 }  // namespace kio::settings
 
 #endif

@@ -2,6 +2,7 @@
 
 #include "kioapp/settings.h"
 #include "kioapp/xml.h"
+#include "platform/exported_data.h"
 #include "platform/log.h"
 #include "settings/parse_fields.h"
 #include "settings/parse_uplink.h"
@@ -39,11 +40,11 @@ bool VersionMatches(const Block& root) {
   if (do_XmlSpecVersion_Parser(nullptr, root.text, root.length, &version, "specVersion") == 0) {
     return false;
   }
-  platform::CopyText(rssXmlData.specName, "specVersion");
+  platform::CopyText(Record().specName, "specVersion");
   // Quirk "versions-compare-combined": 0.101 equals 1.1.
-  if (version.combined != rssXmlData.specVer) {
-    KIO_LOG(kLogFailure, "Wrong Spec Version! Device=%d.%d, XML=%d.%d\n", rssXmlData.specMajor,
-            rssXmlData.specMinor, version.major, version.minor);
+  if (version.combined != Record().specVer) {
+    KIO_LOG(kLogFailure, "Wrong Spec Version! Device=%d.%d, XML=%d.%d\n", Record().specMajor,
+            Record().specMinor, version.major, version.minor);
     write_RssXml_ResultXml(KIOAPP_RESULT_VERSION_MISMATCH, "", 0);
     return false;
   }
@@ -54,28 +55,28 @@ bool VersionMatches(const Block& root) {
 // does not change.
 Step ParseOwnSettings(BlockReader& device, const char* path) {
   if (IsNotConfigurable(device)) {
-    rssXmlData.configurable = 0;
+    Record().configurable = 0;
     return Step::kStageDone;
   }
-  if (!ParseFields(kDeviceFields, Group::kBasic, device, path, &rssXmlData)) {
+  if (!ParseFields(kDeviceFields, Group::kBasic, device, path, &Record())) {
     return Step::kRefused;
   }
-  if (rssXmlData.upLink.configurable != 0 && !ParseUplink(path, device.block())) {
+  if (Record().upLink.configurable != 0 && !ParseUplink(path, device.block())) {
     return Step::kRefused;
   }
-  if (!ParseFields(kDeviceFields, Group::kExtender, device, path, &rssXmlData)) {
+  if (!ParseFields(kDeviceFields, Group::kExtender, device, path, &Record())) {
     return Step::kRefused;
   }
-  return GoOnIf(!IsExtender10() || ParseSite(path, device.block(), rssXmlData.upLink.extenderSite));
+  return GoOnIf(!IsExtender10() || ParseSite(path, device.block(), Record().upLink.extenderSite));
 }
 
 bool ParseRoaming(BlockReader& device, const char* path) {
-  return rssXmlData.easyRoamingFeature == 0 ||
-         ParseFields(kDeviceFields, Group::kRoaming, device, path, &rssXmlData);
+  return Record().easyRoamingFeature == 0 ||
+         ParseFields(kDeviceFields, Group::kRoaming, device, path, &Record());
 }
 
 bool ParseSafety(const Block& device, const char* path) {
-  RssSafetyVyr& safety = rssXmlData.safetyVyr;
+  RssSafetyVyr& safety = Record().safetyVyr;
   LogSection(SectionId::kSafety, path);
   const Block block =
       FindRequiredBlock(path, device, RowOf(SectionId::kSafety).element, safety.path);
@@ -90,7 +91,7 @@ bool ParseRadiosAndSafety(const Block& device, const char* path) {
       return false;
     }
   }
-  return rssXmlData.safetyVyrFeature == 0 || ParseSafety(device, path);
+  return Record().safetyVyrFeature == 0 || ParseSafety(device, path);
 }
 
 bool ParseDevice(const Block& root) {
@@ -101,7 +102,7 @@ bool ParseDevice(const Block& root) {
     return false;
   }
   BlockReader reader(device);
-  if (rssXmlData.apCloningOnly == 0) {
+  if (Record().apCloningOnly == 0) {
     const Step step = ParseOwnSettings(reader, path);
     // So far the paths had the name under which missing elements are reported. From here on they
     // have the one for faulty values.
@@ -121,7 +122,7 @@ int VerifyAndApply() {
   // Quirk "failure-keeps-masks": after a refusal the masks are still those of the exchange before.
   if (applied != 0) {
     calc_RssExeFlag();
-    write_RssXml_ResultXml(KIOAPP_RESULT_APPLIED, "", rssXmlData.exeWaitSec);
+    write_RssXml_ResultXml(KIOAPP_RESULT_APPLIED, "", Record().exeWaitSec);
   }
   return applied;
 }
@@ -135,11 +136,11 @@ int RunExchange(char* text) {
   // Quirk "first-parse-clears-previous-actions": the current ones stay.
   if (g_first_parse) {
     g_first_parse = false;
-    rssXmlData.pre_exeflag = 0;
+    Record().pre_exeflag = 0;
   }
   restore_XmlRssStatus(0);
   // Quirk "fixed-device-accepts": nothing but the version of its documents is looked at.
-  if (!VersionMatches(root) || (rssXmlData.configurable == 1 && !ParseDevice(root))) {
+  if (!VersionMatches(root) || (Record().configurable == 1 && !ParseDevice(root))) {
     return 0;
   }
   return VerifyAndApply();
@@ -151,9 +152,12 @@ int RunExchange(char* text) {
 int do_XmlSpecVersion_Parser(const char* parentPath, char* block, int len, RssSpecVersion* out,
                              const char* key) {
   using kio::settings::Block;
+  if (out == nullptr) {
+    return 0;
+  }
   char path[128];
-  const Block version =
-      kio::settings::FindRequiredBlock(parentPath, Block{block, len, nullptr}, key, path);
+  const Block version = kio::settings::FindRequiredBlock(parentPath, Block{block, len, nullptr},
+                                                         kio::platform::TextOf(key), path);
   if (version.text == nullptr) {
     return 0;
   }
@@ -173,7 +177,7 @@ int do_RssXml_Parser_(char* text) {
   KIO_LOG(kLogAction,
           "---- Received Rss XML Data Begin ----\n%s\n---- Received Rss XML Data End ----\n",
           text != nullptr ? text : "");
-  XmlErrMsg_LostKey = write_RssXml_LostKeyError;
+  kio::OnLostKey() = write_RssXml_LostKeyError;
   const int result = kio::settings::RunExchange(text);
   dump_RssXmlData();
   KIO_LOG(kLogDetail, "done, ret=%d\n", result);
@@ -181,11 +185,11 @@ int do_RssXml_Parser_(char* text) {
 }
 
 int do_RssXml_Parser(char* text) {
-  rssXmlData.apCloningOnly = 0;
+  kio::Record().apCloningOnly = 0;
   return do_RssXml_Parser_(text);
 }
 
 int do_RssXml_Parser_for_ApCloning(char* text) {
-  rssXmlData.apCloningOnly = 1;
+  kio::Record().apCloningOnly = 1;
   return do_RssXml_Parser_(text);
 }

@@ -2,6 +2,7 @@
 
 #include "kioapp/text.h"
 #include "kioapp/xml.h"
+#include "platform/exported_data.h"
 #include "platform/log.h"
 #include "settings/xml/required.h"
 #include "settings/xml/values.h"
@@ -38,7 +39,7 @@ bool ParseText(const Field& field, const Element& element, void* section) {
 }
 
 bool IsRequired(const Field& field) {
-  return field.optional == Optional::kNever || rssXmlData.apCloningOnly == 0;
+  return field.optional == Optional::kNever || Record().apCloningOnly == 0;
 }
 
 }  // namespace

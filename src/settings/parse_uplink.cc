@@ -1,6 +1,7 @@
 #include "settings/parse_uplink.h"
 
 #include "kioapp/settings.h"
+#include "platform/exported_data.h"
 #include "settings/parse_fields.h"
 #include "settings/xml/required.h"
 
@@ -23,7 +24,7 @@ bool ParseHardwareSection(const Block& block, const char* path, RssUpLink& uplin
 
 bool ParseUplink(const char* parent_path, const Block& device) {
   LogSection(SectionId::kUplink, parent_path);
-  RssUpLink& uplink = rssXmlData.upLink;
+  RssUpLink& uplink = Record().upLink;
   char path[128];
   const Block block =
       FindRequiredBlock(parent_path, device, RowOf(SectionId::kUplink).element, path);
@@ -67,9 +68,12 @@ bool ParseSite(const char* parent_path, const Block& block, RssExtenderSite& sit
 }  // namespace kio::settings
 
 int do_RssISP_Parser(const char* parentPath, char* block, int len, RssIsp* isp, const char* key) {
-  return static_cast<int>(kio::settings::ParseProvider(parentPath, {block, len}, *isp, key));
+  return static_cast<int>(
+      isp != nullptr &&
+      kio::settings::ParseProvider(parentPath, {block, len}, *isp, kio::platform::TextOf(key)));
 }
 
 int do_RssExtender_Parser(const char* parentPath, char* block, int len, RssExtenderSite* site) {
-  return static_cast<int>(kio::settings::ParseSite(parentPath, {block, len}, *site));
+  return static_cast<int>(site != nullptr &&
+                          kio::settings::ParseSite(parentPath, {block, len}, *site));
 }

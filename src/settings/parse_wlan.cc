@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "kioapp/settings.h"
+#include "platform/exported_data.h"
 #include "platform/log.h"
 #include "settings/parse_fields.h"
 #include "settings/xml/element_path.h"
@@ -140,7 +141,7 @@ bool ParseAccessControl(const Block& radio_block, RssWlan& wlan) {
 
 bool ParseRadio(const char* parent_path, const Block& device, int radio) {
   LogSection(SectionId::kRadio, parent_path);
-  RssWlan& wlan = rssXmlData.wlan[radio];
+  RssWlan& wlan = Record().wlan[radio];
   if (wlan.configurable == 0) {
     JoinPath(wlan.accessControlPath, wlan.path, RowOf(SectionId::kAccess).element);
     return true;

@@ -2,9 +2,8 @@
 
 #include <cstddef>
 
+#include "platform/exported_data.h"
 #include "settings/xml/element_path.h"
-
-RssXmlData rssXmlData = {};
 
 namespace kio::settings {
 
@@ -15,7 +14,7 @@ static_assert(offsetof(RssXmlData, specMajor) == offsetof(RssSpecVersion, major)
               offsetof(RssXmlData, specVer) == offsetof(RssSpecVersion, combined));
 
 SectionId HardwareSection() {
-  switch (rssXmlData.upLink.hardwareTypeCode) {
+  switch (Record().upLink.hardwareTypeCode) {
     case kHardwareAdsl:
     case kHardwareVdsl:
     case kHardwareDsl:
@@ -33,11 +32,11 @@ Group HardwareGroupRead() {
   if (!IsVersion10()) {
     return Group::kProvider;
   }
-  return rssXmlData.upLink.hardwareTypeCode == kHardwareDsl ? Group::kCircuit : Group::kNone;
+  return Record().upLink.hardwareTypeCode == kHardwareDsl ? Group::kCircuit : Group::kNone;
 }
 
 Group HardwareGroupUsed() {
-  if (rssXmlData.upLink.hardwareTypeCode != kHardwareDsl) {
+  if (Record().upLink.hardwareTypeCode != kHardwareDsl) {
     return Group::kProvider;
   }
   return IsVersion10() ? Group::kCircuit : Group::kNone;
@@ -48,7 +47,7 @@ Group HardwareGroupDumped() {
 }
 
 Group ConnectionGroup() {
-  switch (rssXmlData.upLink.connTypeCode) {
+  switch (Record().upLink.connTypeCode) {
     case kConnPppoe:
     case kConnPppoa:
       return Group::kLogin;
@@ -60,7 +59,7 @@ Group ConnectionGroup() {
 }
 
 void SetUplinkPaths() {
-  RssUpLink& uplink = rssXmlData.upLink;
+  RssUpLink& uplink = Record().upLink;
   JoinPath(uplink.dsl.path, uplink.path, RowOf(SectionId::kDsl).element);
   JoinPath(uplink.apn.path, uplink.path, RowOf(SectionId::kApn).element);
   JoinPath(uplink.extenderSite.path, uplink.path, RowOf(SectionId::kSite).element);

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "kioapp/record.h"
+#include "platform/exported_data.h"
 #include "settings/keywords.h"
 #include "settings/sections.h"
 
@@ -16,21 +17,21 @@ constexpr int CombinedVersion(int major, int minor) {
 }
 
 // Whether the device speaks the older dialect.
-inline bool IsVersion10() { return rssXmlData.specVer == CombinedVersion(1, 0); }
+inline bool IsVersion10() { return Record().specVer == CombinedVersion(1, 0); }
 
 // Whether a device of version 1.0 extends another network although its uplink is no wireless one.
 inline bool IsExtender10() {
-  return rssXmlData.upLink.hardwareTypeCode == kHardwareEthernet && IsVersion10() &&
-         (rssXmlData.extenderEnbl == 1 || rssXmlData.extenderEnbl == 3);
+  return Record().upLink.hardwareTypeCode == kHardwareEthernet && IsVersion10() &&
+         (Record().extenderEnbl == 1 || Record().extenderEnbl == 3);
 }
 
 // Whether the uplink is another wireless network.
 inline bool HasSiteUplink() {
-  return rssXmlData.upLink.hardwareTypeCode == kHardwareWireless || IsExtender10();
+  return Record().upLink.hardwareTypeCode == kHardwareWireless || IsExtender10();
 }
 
 inline bool RadioExists(int radio) {
-  return (radio == 0 ? rssXmlData.wlan24Feature : rssXmlData.wlan5Feature) != 0;
+  return (radio == 0 ? Record().wlan24Feature : Record().wlan5Feature) != 0;
 }
 
 // How many rules of a radio the record holds: the variables may set any number.

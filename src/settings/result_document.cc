@@ -2,6 +2,7 @@
 
 #include "kioapp/settings.h"
 #include "platform/command.h"
+#include "platform/exported_data.h"
 #include "platform/log.h"
 #include "platform/text.h"
 #include "settings/echo.h"
@@ -43,12 +44,13 @@ int WriteResultDocument(TextView path, int code, TextView message, int wait_seco
 }  // namespace kio::settings
 
 int write_RssXml_ResultXml(int code, const char* message, int waitSec) {
-  rssXmlData.setResult = code;
-  if (message != rssXmlData.setMsg) {
-    kio::platform::CopyText(rssXmlData.setMsg, message);
+  message = kio::platform::TextOf(message);
+  kio::Record().setResult = code;
+  if (message != kio::Record().setMsg) {
+    kio::platform::CopyText(kio::Record().setMsg, message);
   }
   char path[128];
-  kio::platform::TextBuffer(path).Append(rssXmlData.tmpPath).Append("/rssset_result.xml");
+  kio::platform::TextBuffer(path).Append(kio::Record().tmpPath).Append("/rssset_result.xml");
   KIO_LOG(kio::platform::kLogEvent, "Rss SetResult=%d, SetMsg='%s', GetWaitSec=%d\n", code, message,
           waitSec);
   return kio::settings::WriteResultDocument(path, code, message, waitSec);
@@ -56,7 +58,7 @@ int write_RssXml_ResultXml(int code, const char* message, int waitSec) {
 
 void write_RssXml_KeyResult(const char* path, const char* key, int code) {
   char message[128];
-  kio::settings::JoinPath(message, path, key);
+  kio::settings::JoinPath(message, path, kio::platform::ViewOf(key));
   write_RssXml_ResultXml(code, message, 0);
 }
 

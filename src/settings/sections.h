@@ -9,6 +9,7 @@
 #include <cstdint>
 
 #include "kioapp/record.h"
+#include "platform/exported_data.h"
 #include "platform/store.h"
 #include "platform/text.h"
 #include "settings/field.h"
@@ -204,7 +205,7 @@ constexpr const Section& RowOf(SectionId id) { return kSections[static_cast<std:
 inline void* StructureOf(const SectionInstance& instance) {
   const Section& row = RowOf(instance.section);
   const std::size_t radio = row.of_radio ? static_cast<std::size_t>(instance.radio) : 0;
-  return reinterpret_cast<char*>(&rssXmlData) + row.offset + radio * sizeof(RssWlan) +
+  return reinterpret_cast<char*>(&Record()) + row.offset + radio * sizeof(RssWlan) +
          static_cast<std::size_t>(instance.index) * row.stride;
 }
 

@@ -3,6 +3,7 @@
 #include "kioapp/settings.h"
 #include "kioapp/text.h"
 #include "kioapp/xml.h"
+#include "platform/exported_data.h"
 #include "platform/log.h"
 #include "platform/store.h"
 #include "platform/xml_coding.h"
@@ -96,22 +97,22 @@ void LoadSection(const SectionInstance& instance, Snapshot snapshot) {
 // Fills the rules of a section's texts, which stand in the record itself.
 void LoadRules(SectionId section) {
   SectionPath nodes(section);
-  LoadFields(RowOf(section).rules, Snapshot::kEvery, &rssXmlData, nodes);
+  LoadFields(RowOf(section).rules, Snapshot::kEvery, &Record(), nodes);
 }
 
 void LoadFeatures() {
   StorePath nodes("");
   for (const Field& field : kFeatureFields) {
     if (IsIn(field.versions, IsVersion10())) {
-      LoadField(field, &rssXmlData, nodes.Node(field.node));
+      LoadField(field, &Record(), nodes.Node(field.node));
     } else {
-      ByteOf(&rssXmlData, field.member) = 0;
+      ByteOf(&Record(), field.member) = 0;
     }
   }
 }
 
 void LoadAccessControl(int radio) {
-  RssWlan& wlan = rssXmlData.wlan[radio];
+  RssWlan& wlan = Record().wlan[radio];
   JoinPath(wlan.accessControlPath, wlan.path, RowOf(SectionId::kAccess).element);
   LoadSection({SectionId::kAccess, radio}, Snapshot::kFullOnly);
   // Quirk "rule-count-below-configurable": the number of rules is looked for below the radio's
@@ -130,15 +131,15 @@ void LoadAccessControl(int radio) {
 }
 
 void LoadRadio(int radio, bool full) {
-  RssWlan& wlan = rssXmlData.wlan[radio];
+  RssWlan& wlan = Record().wlan[radio];
   platform::TextBuffer path(wlan.path);
-  path.Append(rssXmlData.devicePath).Append('/');
+  path.Append(Record().devicePath).Append('/');
   RowText(RowOf(SectionId::kRadio).element, radio).AppendTo(path);
   SectionPath nodes(SectionId::kRadio, radio);
   const auto state =
       static_cast<signed char>(ReadStoreInt(nodes.Node(RowOf(kWlanFields, "WlEnbl").node)));
   const bool exists = state == 0 || state == 1 || state == 3;
-  (radio == 0 ? rssXmlData.wlan24Feature : rssXmlData.wlan5Feature) =
+  (radio == 0 ? Record().wlan24Feature : Record().wlan5Feature) =
       static_cast<unsigned char>(exists);
   wlan.configurable = exists ? StrCmpWithXStr("0", nodes.Node("/configurable"), 1) : 0;
   if (!exists && !full) {
@@ -152,8 +153,8 @@ void LoadRadio(int radio, bool full) {
 }
 
 void LoadUplink(bool full) {
-  RssUpLink& uplink = rssXmlData.upLink;
-  JoinPath(uplink.path, rssXmlData.devicePath, RowOf(SectionId::kUplink).reported);
+  RssUpLink& uplink = Record().upLink;
+  JoinPath(uplink.path, Record().devicePath, RowOf(SectionId::kUplink).reported);
   LoadSection({SectionId::kUplink}, Snapshot::kEvery);
   LoadRules(SectionId::kUplink);
   if (!full) {
@@ -170,9 +171,9 @@ void LoadUplink(bool full) {
 
 void LoadRecord(bool full) {
   LoadSection({SectionId::kVersion}, Snapshot::kEvery);
-  rssXmlData.specVer = CombinedVersion(rssXmlData.specMajor, rssXmlData.specMinor);
+  Record().specVer = CombinedVersion(Record().specMajor, Record().specMinor);
   LoadFeatures();
-  platform::CopyText(rssXmlData.devicePath, RowOf(SectionId::kDevice).element);
+  platform::CopyText(Record().devicePath, RowOf(SectionId::kDevice).element);
   // The order of the store calls is fixed: radios, device, uplink. The device's rules are loaded
   // after all of its fields, those of the uplink before the fields of full snapshots.
   for (int radio = 0; radio < kRadioCount; ++radio) {
@@ -185,8 +186,8 @@ void LoadRecord(bool full) {
   LoadRules(SectionId::kDevice);
   LoadUplink(full);
   if (full) {
-    RssSafetyVyr& safety = rssXmlData.safetyVyr;
-    JoinPath(safety.path, rssXmlData.devicePath, RowOf(SectionId::kSafety).element);
+    RssSafetyVyr& safety = Record().safetyVyr;
+    JoinPath(safety.path, Record().devicePath, RowOf(SectionId::kSafety).element);
     LoadSection({SectionId::kSafety}, Snapshot::kFullOnly);
   }
 }

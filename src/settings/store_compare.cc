@@ -9,8 +9,11 @@
 
 using kio::platform::ParseInt;
 using kio::platform::StoreText;
+using kio::platform::TextOf;
 
 int StrCmpWithXStr(const char* value, const char* path, int compareOnly) {
+  path = TextOf(path);
+  value = TextOf(value);
   if (std::strcmp(StoreText(path).c_str(), value) == 0) {
     return 0;
   }
@@ -21,6 +24,7 @@ int StrCmpWithXStr(const char* value, const char* path, int compareOnly) {
 }
 
 int IntCmpWithXStr(int value, const char* path, int compareOnly) {
+  path = TextOf(path);
   // Quirk "absent-integer-equals-zero": a 0 is not written to an absent node.
   if (ParseInt(StoreText(path).c_str()) == value) {
     return 0;
@@ -32,6 +36,11 @@ int IntCmpWithXStr(int value, const char* path, int compareOnly) {
 }
 
 int IntMaxCmpWithXStr(int value, const char* path, int compareOnly, int max, int* outTooLarge) {
+  path = TextOf(path);
+  int is_too_large = 0;
+  if (outTooLarge == nullptr) {
+    outTooLarge = &is_too_large;
+  }
   *outTooLarge = 0;
   if (kio::platform::ReadStoreInt(path) == value) {
     return 0;
@@ -48,6 +57,10 @@ int IntMaxCmpWithXStr(int value, const char* path, int compareOnly, int max, int
 }
 
 char* getXNode_(char* dst, const char* path, const char* defaultText, int xmlEncode) {
+  if (dst == nullptr) {
+    return nullptr;
+  }
+  path = TextOf(path);
   constexpr int kNodeSize = 256;
   char text[kNodeSize];
   kio::platform::ReadStoreText(path, text);

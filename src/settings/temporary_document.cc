@@ -1,6 +1,7 @@
 // Small documents in the temporary directory, one shell command for each element.
 #include "kioapp/settings.h"
 #include "platform/command.h"
+#include "platform/exported_data.h"
 #include "platform/log.h"
 #include "platform/nodes.h"
 #include "platform/store.h"
@@ -23,11 +24,12 @@ int g_start_new_file = 1;
 }  // namespace kio::settings
 
 int write_TmpXmlFile(const char* fileName, const char* tag, const char* value, int closing) {
+  using kio::platform::ViewOf;
   using kio::settings::g_start_new_file;
   using kio::settings::TextBuffer;
   using kio::settings::TextView;
-  if (rssXmlData.tmpPath[0] == '\0') {
-    kio::platform::ReadStoreText(kio::platform::kTempDirectoryNode, rssXmlData.tmpPath);
+  if (kio::Record().tmpPath[0] == '\0') {
+    kio::platform::ReadStoreText(kio::platform::kTempDirectoryNode, kio::Record().tmpPath);
   }
   kio::settings::EchoCommand<kio::settings::kCommandSize> echo;
   TextBuffer& text = echo.text();
@@ -35,15 +37,15 @@ int write_TmpXmlFile(const char* fileName, const char* tag, const char* value, i
   if (g_start_new_file != 0) {
     text.Append("<?xml version=\"1.0\" ?><root>");
   }
-  text.Append('<').Append(tag).Append('>').Append(value);
-  text.Append("</").Append(tag).Append('>').Append(closing != 0 ? "</root>" : "");
+  text.Append('<').Append(ViewOf(tag)).Append('>').Append(ViewOf(value));
+  text.Append("</").Append(ViewOf(tag)).Append('>').Append(closing != 0 ? "</root>" : "");
   // Quirk "closing-starts-a-new-file": the next call begins a new document, whatever file it
   // names.
   g_start_new_file = closing;
 
-  char path[sizeof(rssXmlData.tmpPath) + 1];
-  TextBuffer(path).Append(rssXmlData.tmpPath).Append('/');
-  const char* const command = echo.To(redirection, path, fileName);
+  char path[sizeof(kio::Record().tmpPath) + 1];
+  TextBuffer(path).Append(kio::Record().tmpPath).Append('/');
+  const char* const command = echo.To(redirection, path, ViewOf(fileName));
   kio::platform::LogName("write_TmpXmlFile");
   KIO_LOG(kio::platform::kLogDetail, "%s\n", command);
   return kio::platform::RunCommand(command);

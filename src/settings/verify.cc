@@ -3,6 +3,7 @@
 #include "kioapp/settings.h"
 #include "kioapp/text.h"
 #include "kioapp/xml.h"
+#include "platform/exported_data.h"
 #include "platform/log.h"
 #include "settings/step.h"
 #include "settings/verify_fields.h"
@@ -12,7 +13,7 @@ namespace kio::settings {
 namespace {
 
 bool VerifyHardware(const Checked& checked) {
-  RssUpLink& uplink = rssXmlData.upLink;
+  RssUpLink& uplink = Record().upLink;
   const Field& row = RowOf(kUplinkFields, "HardwareType");
   if (!VerifyField(row, checked)) {
     return false;
@@ -34,10 +35,10 @@ bool VerifyConnection(const Checked& checked) {
 // verified together with the circuit.
 // Quirk "mtu-fault-in-the-dsl-section": its element stands in the uplink.
 bool VerifyProvider(SectionId section) {
-  RssUpLink& uplink = rssXmlData.upLink;
+  RssUpLink& uplink = Record().upLink;
   const Group group = HardwareGroupUsed();
   if (group == Group::kCircuit &&
-      !VerifyField(RowOf(kUplinkFields, "MTU"), {&uplink, &rssXmlData, uplink.dsl.path})) {
+      !VerifyField(RowOf(kUplinkFields, "MTU"), {&uplink, &Record(), uplink.dsl.path})) {
     return false;
   }
   auto* const isp = static_cast<RssIsp*>(StructureOf({section}));
@@ -53,30 +54,30 @@ Step VerifySite(RssExtenderSite& site) {
     return Step::kStageDone;
   }
   // A negative code is reported before the rules of the radio are used.
-  RssWlan& radio = rssXmlData.wlan[site.wirelessTypeCode == 1 ? 1 : 0];
+  RssWlan& radio = Record().wlan[site.wirelessTypeCode == 1 ? 1 : 0];
   return GoOnIf(VerifyFields(kSiteFields, Group::kDetail, {&site, &radio, site.path}));
 }
 
 Step VerifyHardwareSection() {
   if (HasSiteUplink()) {
-    return VerifySite(rssXmlData.upLink.extenderSite);
+    return VerifySite(Record().upLink.extenderSite);
   }
   const SectionId section = HardwareSection();
   return GoOnIf(section == SectionId::kCount || VerifyProvider(section));
 }
 
 Step VerifyDeviceAndUplink() {
-  if (rssXmlData.configurable == 0) {
+  if (Record().configurable == 0) {
     return Step::kStageDone;
   }
-  if (!VerifyFields(kDeviceFields, {&rssXmlData, &rssXmlData, rssXmlData.devicePath})) {
+  if (!VerifyFields(kDeviceFields, {&Record(), &Record(), Record().devicePath})) {
     return Step::kRefused;
   }
-  RssUpLink& uplink = rssXmlData.upLink;
+  RssUpLink& uplink = Record().upLink;
   if (uplink.configurable == 0) {
     return Step::kGoOn;
   }
-  const Checked checked{&uplink, &rssXmlData, uplink.path};
+  const Checked checked{&uplink, &Record(), uplink.path};
   if (!VerifyHardware(checked) || !VerifyConnection(checked)) {
     return Step::kRefused;
   }
@@ -85,8 +86,8 @@ Step VerifyDeviceAndUplink() {
 
 // Quirk "cloning-ignores-safetyvyr": a document must hold it, and nothing more is done with it.
 bool VerifySafety() {
-  RssSafetyVyr& safety = rssXmlData.safetyVyr;
-  return rssXmlData.safetyVyrFeature == 0 || rssXmlData.apCloningOnly != 0 ||
+  RssSafetyVyr& safety = Record().safetyVyr;
+  return Record().safetyVyrFeature == 0 || Record().apCloningOnly != 0 ||
          VerifyFields(kSafetyFields, {&safety, nullptr, safety.path});
 }
 
@@ -97,7 +98,7 @@ int Verify_RssXml(void) {
   using kio::settings::Step;
   kio::platform::LogEntry("Verify_RssXml");
   // Quirk "cloning-verifies-fixed-devices": the device's own "configurable" is then ignored.
-  if (rssXmlData.apCloningOnly == 0) {
+  if (kio::Record().apCloningOnly == 0) {
     const Step step = kio::settings::VerifyDeviceAndUplink();
     if (step != Step::kGoOn) {
       return static_cast<int>(step == Step::kStageDone);

@@ -6,6 +6,7 @@
 #include "kioapp/text.h"
 #include "kioapp/validate.h"
 #include "kioapp/xml.h"
+#include "platform/exported_data.h"
 #include "platform/log.h"
 #include "settings/verify_fields.h"
 
@@ -105,7 +106,7 @@ int CheckChannel(RssWlan& wlan) {
   if (IsListedChannel(wlan, wlan.channel)) {
     return KIOAPP_RESULT_APPLIED;
   }
-  if (rssXmlData.apCloningOnly == 0) {
+  if (Record().apCloningOnly == 0) {
     return KIOAPP_RESULT_INVALID_VALUE;
   }
   // Quirk "cloning-resets-the-channel": a channel that the radio does not have becomes 0 and is no
@@ -116,7 +117,7 @@ int CheckChannel(RssWlan& wlan) {
 
 bool VerifyRadios() {
   for (int radio = 0; radio < kRadioCount; ++radio) {
-    RssWlan& wlan = rssXmlData.wlan[radio];
+    RssWlan& wlan = Record().wlan[radio];
     if (!RadioExists(radio) || wlan.configurable == 0) {
       continue;
     }

@@ -6,6 +6,7 @@
 
 #include "kioapp/platform.h"
 #include "kioapp/settings.h"
+#include "platform/exported_data.h"
 #include "platform/log.h"
 #include "settings/keywords.h"
 #include "settings/survey.h"
@@ -22,13 +23,13 @@ unsigned int Done(const Request& request) {
 
 // Answers with the fault, which stands in the record.
 unsigned int Faulty(const Request& request) {
-  request.Answer(rssXmlData.setMsg);
-  return static_cast<unsigned int>(rssXmlData.setResult);
+  request.Answer(Record().setMsg);
+  return static_cast<unsigned int>(Record().setResult);
 }
 
 unsigned int SurveySites(const Request& request) {
   request.Answer("");
-  if (rssXmlData.upLink.hardwareTypeCode != settings::kHardwareWireless) {
+  if (Record().upLink.hardwareTypeCode != settings::kHardwareWireless) {
     return KIOAPP_VAR_REFUSED;
   }
   KIO_LOG(platform::kLogDetail, "Trigger Site Survey ...\n");

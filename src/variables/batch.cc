@@ -3,6 +3,7 @@
 #include "kioapp/settings.h"
 #include "kioapp/variables.h"
 #include "kioapp/xml.h"
+#include "platform/exported_data.h"
 #include "platform/log.h"
 #include "platform/text.h"
 
@@ -82,7 +83,7 @@ void CopyMessage(char* name_out, const char* text) {
 
 // A fault is reported where it is found.
 void VerifyAndApply(bool apply) {
-  XmlErrMsg_LostKey = write_RssXml_LostKeyError;
+  OnLostKey() = write_RssXml_LostKeyError;
   if (Verify_RssXml() != 1) {
     return;
   }
@@ -90,7 +91,7 @@ void VerifyAndApply(bool apply) {
     write_RssXml_ResultXml(KIOAPP_RESULT_APPLIED, "", 0);
   } else if (Apply_RssXmlToDevice() == 1) {
     calc_RssExeFlag();
-    write_RssXml_ResultXml(KIOAPP_RESULT_APPLIED, "", rssXmlData.exeWaitSec);
+    write_RssXml_ResultXml(KIOAPP_RESULT_APPLIED, "", Record().exeWaitSec);
   }
 }
 
@@ -101,8 +102,9 @@ int do_RssVar_Parser(char* text, char separator, char* nameOut, int apply) {
   using kio::variables::CopyMessage;
   kio::platform::LogEntry("do_RssVar_Parser");
   KIO_LOG(kio::platform::kLogAction,
-          "---- Received Rss Var Data Begin ----\n%s\n---- Received Rss Var Data End ----\n", text);
-  kio::variables::Pairs pairs(text, separator);
+          "---- Received Rss Var Data Begin ----\n%s\n---- Received Rss Var Data End ----\n",
+          kio::platform::TextOf(text));
+  kio::variables::Pairs pairs(kio::platform::ViewOf(text), separator);
   while (pairs.Next()) {
     const unsigned int code = set_RssVar(pairs.name(), pairs.value());
     // Quirk "batch-keeps-what-was-set": a failed batch leaves what it had set in the record.
@@ -114,9 +116,9 @@ int do_RssVar_Parser(char* text, char separator, char* nameOut, int apply) {
   }
   kio::variables::VerifyAndApply(apply != 0);
   dump_RssXmlData();
-  KIO_LOG(kio::platform::kLogDetail, "done, ret=%d\n", rssXmlData.setResult);
-  CopyMessage(nameOut, rssXmlData.setMsg);
-  return rssXmlData.setResult;
+  KIO_LOG(kio::platform::kLogDetail, "done, ret=%d\n", kio::Record().setResult);
+  CopyMessage(nameOut, kio::Record().setMsg);
+  return kio::Record().setResult;
 }
 
 unsigned int do_RssVar_Commit(void) { return do_RssXml_Commit(); }

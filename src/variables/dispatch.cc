@@ -1,6 +1,7 @@
 // Routes a variable name to its handler.
 
 #include "kioapp/variables.h"
+#include "platform/exported_data.h"
 #include "platform/log.h"
 #include "platform/store.h"
 #include "settings/record.h"
@@ -57,7 +58,7 @@ struct IndexedPart {
 int HeldInstances(const SectionInstance& instance) {
   // The number of rules is a variable that may be set to anything, so it is limited to what the
   // record holds.
-  return instance.section == SectionId::kRule ? settings::HeldRules(rssXmlData.wlan[instance.radio])
+  return instance.section == SectionId::kRule ? settings::HeldRules(Record().wlan[instance.radio])
                                               : platform::ReadStoreInt(kSiteCountNode.data());
 }
 

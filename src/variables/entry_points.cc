@@ -3,6 +3,7 @@
 
 #include "kioapp/settings.h"
 #include "kioapp/variables.h"
+#include "platform/exported_data.h"
 #include "platform/log.h"
 #include "platform/text.h"
 
@@ -75,10 +76,10 @@ int validate_RssVar(const char* name, char* value) {
 
 int validate_RssVar2(char* text) {
   constexpr std::size_t kMaxName = 31;
-  char* const equals = std::strchr(text, '=');
+  char* const equals = text != nullptr ? std::strchr(text, '=') : nullptr;
   if (equals == nullptr) {
     kio::platform::LogName("validate_RssVar2");
-    KIO_LOG(kio::platform::kLogDetail, "Invalid data='%s'\n", text);
+    KIO_LOG(kio::platform::kLogDetail, "Invalid data='%s'\n", kio::variables::Printable(text));
     return KIOAPP_VAR_MALFORMED;
   }
   const auto name_size = static_cast<std::size_t>(equals - text);
@@ -93,7 +94,7 @@ int validate_RssVar2(char* text) {
 void init_RssVar(void) {
   if (kio::variables::g_first_series) {
     kio::variables::g_first_series = false;
-    rssXmlData.pre_exeflag = 0;
+    kio::Record().pre_exeflag = 0;
   }
   restore_XmlRssStatus(1);
 }

@@ -3,6 +3,7 @@
 #include "kioapp/text.h"
 #include "kioapp/validate.h"
 #include "kioapp/xml.h"
+#include "platform/exported_data.h"
 #include "platform/log.h"
 #include "settings/record.h"
 #include "settings/verify_wlan.h"
@@ -107,7 +108,7 @@ class FieldVariable {
   }
 
   bool IsChannel(const char* value) {
-    RssWlan& wlan = rssXmlData.wlan[instance_.radio];
+    RssWlan& wlan = Record().wlan[instance_.radio];
     // Quirk "checking-trims-the-list": it does so in the record, even when nothing is set.
     trim(wlan.channelList);
     // Quirk "channel-is-not-trimmed": blanks around it count as part of it.
@@ -116,7 +117,7 @@ class FieldVariable {
 
   // A radio's rules are members of the radio's structure; all others are members of the record.
   [[nodiscard]] void* RuleStructure() const {
-    return variable_.section == SectionId::kRadio ? structure_ : &rssXmlData;
+    return variable_.section == SectionId::kRadio ? structure_ : &Record();
   }
 
   void Store() {
@@ -137,7 +138,7 @@ class FieldVariable {
     if (&field_ != &settings::RowOf(settings::kRuleFields, "Active")) {
       return structure_;
     }
-    return &rssXmlData.wlan[instance_.radio].acRule[ParseInt(request_.value) == 0 ? 0 : 1];
+    return &Record().wlan[instance_.radio].acRule[ParseInt(request_.value) == 0 ? 0 : 1];
   }
 
   [[nodiscard]] unsigned int Read() const {

@@ -1,5 +1,6 @@
 #include "variables/request.h"
 
+#include "platform/exported_data.h"
 #include "settings/record.h"
 
 namespace kio::variables {
@@ -43,7 +44,7 @@ void AppendPath(TextBuffer& path, const Variable& variable, const SectionInstanc
 }
 
 void* StructureOfVariable(const Variable& variable, const SectionInstance& instance) {
-  return variable.in_record ? &rssXmlData : settings::StructureOf(instance);
+  return variable.in_record ? &Record() : settings::StructureOf(instance);
 }
 
 }  // namespace kio::variables

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # exports_test.sh NM LIBRARY EXPORTS_MAP SOURCE_DIR: the library exports the names of EXPORTS_MAP and
-# no other, code as functions and data as objects, and each of them is tested from C.
+# no other, code as functions and data as objects, and each of them is tested from C: functions with
+# null pointers too, data in a host that has namesakes.
 set -euo pipefail
 nm=$1 library=$2 exports_map=$3 source_dir=$4
 status=0
@@ -38,4 +39,9 @@ used() {
 }
 compare 'functions called by a test' "$functions" "$(used '\(' "$functions")"
 compare 'objects used by a test' "$objects" "$(used '[^A-Za-z0-9_]' "$objects")"
+
+rows=$(sed -nE 's/^ *(ROW|NO_POINTER)\(([A-Za-z0-9_]+).*/\2/p' "$source_dir/null_rows.c" | sort)
+compare 'functions called with null pointers' "$functions" "$rows"
+namesakes=$(sed -nE 's/^NAMESAKE\([a-z]+, ([A-Za-z0-9_]+)\);/\1/p' "$source_dir/namesakes.c" | sort)
+compare 'data that a host has namesakes of' "$objects" "$namesakes"
 exit "$status"

@@ -1,18 +1,17 @@
 #include "settings/xml/required.h"
 
 #include "kioapp/xml.h"
+#include "platform/exported_data.h"
 #include "platform/log.h"
 #include "settings/xml/element_path.h"
-
-void (*XmlErrMsg_LostKey)(const char* path, const char* key) = nullptr;
 
 namespace kio::settings {
 
 using platform::TextView;
 
 void ReportLostKey(const char* path, TextView key) {
-  if (XmlErrMsg_LostKey != nullptr) {
-    XmlErrMsg_LostKey(path, key.data());
+  if (OnLostKey() != nullptr) {
+    OnLostKey()(path, key.data());
   }
 }
 

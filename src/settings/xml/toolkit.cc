@@ -40,7 +40,7 @@ char* prepareXmlBlockData(const char* parentPath, char* text, int len, const cha
   }
   char path[128];
   const Block found = kio::settings::FindRequiredBlock(parentPath, {text, len, nullptr}, key, path);
-  if (found.text != nullptr) {
+  if (found.text != nullptr && outPath != nullptr) {
     kio::platform::CopyText(outPath, sizeof(path), path);
   }
   if (outLen != nullptr) {

@@ -1,0 +1,8 @@
+/* What the host of namesake_host.c calls by the names of the library's data. */
+#ifndef KIO_TESTS_ABI_NAMESAKES_H
+#define KIO_TESTS_ABI_NAMESAKES_H
+
+/* Whether one of them has changed since the program began, and which. */
+const char *ChangedNamesake(void);
+
+#endif
