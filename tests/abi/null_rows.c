@@ -63,11 +63,11 @@ CALL(write_ResultXmlFile,
      ReturnedNumber(write_ResultXmlFile(Text(0, "small.xml"), Text(1, "tag"), Text(2, "value"))))
 
 CALL(cvtRss_XmlPathVsVarName, ReturnedText(cvtRss_XmlPathVsVarName(Text(0, "rss_DeviceName"), 1)))
-CALL(setget_RssVar,
-     ReturnedNumber(setget_RssVar(Text(0, "rss_DeviceName"), Text(1, "Attic"), KIOAPP_VAR_WRITE)))
+CALL(setget_RssVar, ReturnedNumber((long)setget_RssVar(Text(0, "rss_DeviceName"), Text(1, "Attic"),
+                                                       KIOAPP_VAR_WRITE)))
 CALL(get_RssVar, ReturnedNumber(get_RssVar(Text(0, "rss_DeviceName"), Buffer(1), 0)))
 CALL(getRssVar, ReturnedText(getRssVar(Text(0, "rss_DeviceName"))))
-CALL(set_RssVar, ReturnedNumber(set_RssVar(Text(0, "rss_DeviceName"), Text(1, "Attic"))))
+CALL(set_RssVar, ReturnedNumber((long)set_RssVar(Text(0, "rss_DeviceName"), Text(1, "Attic"))))
 CALL(validate_RssVar, ReturnedNumber(validate_RssVar(Text(0, "rss_DeviceName"), Text(1, "Attic"))))
 CALL(validate_RssVar2, ReturnedNumber(validate_RssVar2(Text(0, "rss_DeviceName=Attic"))))
 CALL(do_RssVar_Parser,
