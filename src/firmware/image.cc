@@ -159,7 +159,8 @@ int check(const char* path, unsigned int offset, unsigned int length, char* mess
     return refusal.Say(kBadSize);
   }
   // O_NONBLOCK: for a pipe this does not wait for a writer.
-  const kio::platform::FileDescriptor file(kio::platform::OpenFile(path, O_RDONLY | O_NONBLOCK));
+  const kio::platform::FileDescriptor file(
+      kio::platform::OpenFile(kio::platform::TextOf(path), O_RDONLY | O_NONBLOCK));
   // Quirk "descriptor-0-cannot-be-open": after a failed open it is fstat that fails.
   if (file.get() == 0) {
     return refusal.SayError("open", errno);
