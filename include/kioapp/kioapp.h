@@ -18,16 +18,16 @@
  * - The library allocates no memory but for timers (`create_timer`) and for the clients that are
  *   logged in (auth.h).
  * - Null pointers stop no call. A null text is as good as an empty one. Through a null pointer
- * nothing is written, and a function that returns the buffer or the text it was given returns null.
- * Where a null pointer means something else, the comment of the function says so.
+ *   nothing is written, and a function that returns the buffer or the text it was given returns
+ *   null. Where a null pointer means something else, the comment of the function says so.
  * - The host supplies the configuration store (store.h). docs/store.md tells who reads and who
- * writes each of its nodes.
+ *   writes each of its nodes.
  * - Names that other libraries use too, such as `string` and `crc32`, stand in short_names.h, which
- * the other headers leave out where KIOAPP_NO_SHORT_NAMES is defined.
+ *   the other headers leave out where KIOAPP_NO_SHORT_NAMES is defined.
  * - A program may have functions and data of its own by any name of the interface. The library then
  *   calls its own functions, and neither reads nor writes the program's data: it keeps to storage
- * of its own, which the program cannot reach by that name. So declare the library's data, as these
- * headers do, and do not define them.
+ *   of its own, which the program cannot reach by that name. So declare the library's data, as
+ *   these headers do, and do not define them.
  */
 #ifndef KIOAPP_KIOAPP_H
 #define KIOAPP_KIOAPP_H

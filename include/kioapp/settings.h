@@ -82,8 +82,8 @@ KIOAPP_API int Verify_RssXml(void);
  * nodes written before it stay). */
 KIOAPP_API int Apply_RssXmlToDevice(void);
 
-/* Writes the result document and keeps code and message in the record. `message` must not be null;
- * it is placed in the document as it is. Returns the status of the last shell command. */
+/* Writes the result document and keeps code and message in the record. `message` is
+ * placed in the document as it is. Returns the status of the last shell command. */
 KIOAPP_API int write_RssXml_ResultXml(int code, const char *message, int waitSec);
 
 /* Writes the result document with the message "path/key", or "key" when `path` is null or empty, at
