@@ -92,11 +92,10 @@ void CheckReader(const char* name, const auto& reader) {
   }
 }
 
-void Against(benchmark::State& state, const char* name, const Toolkit& toolkit, TreeReader peer,
-             double limit) {
+void Against(benchmark::State& state, const char* name, TreeReader peer, double limit) {
   const std::string& document = FullDocument();
   const Pair pair = MeasurePair(
-      state, [&] { ReadBy(toolkit, document); }, [&] { ReadBy(peer, document); });
+      state, [&] { ReadBy(kLibraryToolkit, document); }, [&] { ReadBy(peer, document); });
   AddFigure({std::string("leaves: ") + name + ", ns of the first", pair.first, "ns"});
   AddFigure({std::string("leaves: ") + name, pair.ratio, "x time",
              limit > 0 ? Bound::kAtMost : Bound::kNone, limit});
@@ -176,20 +175,17 @@ void Growth(benchmark::State& state) {
 }  // namespace
 
 void RegisterReading() {
-  CheckReader("the library without vectors", ScalarToolkit());
   CheckReader("the plain search", kPlainToolkit);
   CheckReader("pugixml", ReadByPugixml);
   CheckReader("rapidxml", ReadByRapidxml);
   CheckReader("expat", ReadByExpat);
-  const auto against = [](const char* name, const Toolkit& toolkit, TreeReader peer, double limit) {
-    RegisterPaired(std::string("leaves/") + name, [=, &toolkit](benchmark::State& state) {
-      Against(state, name, toolkit, peer, limit);
-    });
+  const auto against = [](const char* name, TreeReader peer, double limit) {
+    RegisterPaired(std::string("leaves/") + name,
+                   [=](benchmark::State& state) { Against(state, name, peer, limit); });
   };
-  against("library / pugixml", kLibraryToolkit, ReadByPugixml, 1.0);
-  against("without vectors / pugixml", ScalarToolkit(), ReadByPugixml, 0);
-  against("library / rapidxml", kLibraryToolkit, ReadByRapidxml, 0);
-  against("library / expat", kLibraryToolkit, ReadByExpat, 0);
+  against("library / pugixml", ReadByPugixml, 1.0);
+  against("library / rapidxml", ReadByRapidxml, 0);
+  against("library / expat", ReadByExpat, 0);
   RegisterPaired("leaves/plain / library", AgainstPlain);
   RegisterPaired("leaves/growth", Growth);
 }

@@ -1,10 +1,5 @@
 #include "toolkit_reader.h"
 
-#include <dlfcn.h>
-
-#include <cstdio>
-#include <cstdlib>
-
 #include "kioapp/xml.h"
 
 namespace kio::bench {
@@ -53,44 +48,12 @@ class ToolkitReader {
   const Toolkit& toolkit_;
 };
 
-template <typename Function>
-Function Load(void* library, const char* name) {
-  void* const symbol = dlsym(library, name);
-  if (symbol == nullptr) {
-    std::fprintf(stderr, "%s\n", dlerror());
-    std::exit(1);
-  }
-  return reinterpret_cast<Function>(symbol);
-}
-
-Toolkit LoadToolkit(const char* path) {
-  // Bound to its own copies of the library's variables, out of the way of the library itself.
-  void* const library = dlopen(path, RTLD_NOW | RTLD_LOCAL | RTLD_DEEPBIND);
-  if (library == nullptr) {
-    std::fprintf(stderr, "%s\n", dlerror());
-    std::exit(1);
-  }
-  return {
-      Load<decltype(Toolkit::find)>(library, "FindXmlKeyContain"),
-      Load<decltype(Toolkit::find_header)>(library, "SearchXmlKeyHeader"),
-      Load<decltype(Toolkit::find_block)>(library, "prepareXmlBlockData"),
-      Load<decltype(Toolkit::read_text)>(library, "GetXmlKeyStrValue"),
-      Load<decltype(Toolkit::read_int)>(library, "GetXmlKeyIntValue"),
-      Load<decltype(Toolkit::strstri)>(library, "strstri"),
-  };
-}
-
 }  // namespace
 
 const Toolkit kLibraryToolkit = {
     FindXmlKeyContain, SearchXmlKeyHeader, prepareXmlBlockData,
     GetXmlKeyStrValue, GetXmlKeyIntValue,  strstri,
 };
-
-const Toolkit& ScalarToolkit() {
-  static const Toolkit toolkit = LoadToolkit(KIO_SCALAR_LIBRARY);
-  return toolkit;
-}
 
 void ReadByToolkit(const Toolkit& toolkit, char* document, Settings& out) {
   ToolkitReader reader(toolkit);

@@ -13,9 +13,6 @@ using test::Toolkit;
 // The library's.
 extern const Toolkit kLibraryToolkit;
 
-// The same library built without vector instructions; ends the program when it cannot be loaded.
-const Toolkit& ScalarToolkit();
-
 // Reads the document. Each search is bounded by the block in which it looks, as the library's own
 // parser does.
 void ReadByToolkit(const Toolkit& toolkit, char* document, Settings& out);

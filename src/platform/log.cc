@@ -131,7 +131,9 @@ void PrintToConsole(const char* message) {
 }  // namespace
 
 void WriteName(const char* function) {
-  logPrintf(kLogDetail, "%ld:%s]", sys_uptime_seconds(), function);
+  if (IsLogged(kLogDetail)) {
+    logPrintf(kLogDetail, "%ld:%s]", sys_uptime_seconds(), function);
+  }
 }
 
 void WriteEntry(const char* function) {

@@ -14,20 +14,30 @@ inline bool IsLogged(int level) { return DaemonLogLevel() >= level; }
 
 }  // namespace kio::platform
 
-// Logs through logPrintf. A macro, so that a message that the level drops costs one comparison: its
-// arguments, the uptime among them, are not evaluated.
-// NOLINTNEXTLINE(cppcoreguidelines-macro-usage)
+// Logs through logPrintf. A macro, so that a message that the level drops costs one comparison. A
+// build for size leaves the comparison to logPrintf; arguments are cheap and change nothing.
+// NOLINTBEGIN(cppcoreguidelines-macro-usage)
+#ifdef KIO_FOR_SIZE
+#define KIO_LOG(level, ...) static_cast<void>(logPrintf(level, __VA_ARGS__))
+#else
 #define KIO_LOG(level, ...)                             \
   do {                                                  \
     if (::kio::platform::IsLogged(level)) {             \
       static_cast<void>(logPrintf(level, __VA_ARGS__)); \
     }                                                   \
   } while (false)
+#endif
+// NOLINTEND(cppcoreguidelines-macro-usage)
 
 namespace kio::platform {
 
-// Begins a line with the uptime, for a message that follows.
-inline void LogTime(int level) { KIO_LOG(level, "%ld:", sys_uptime_seconds()); }
+// Begins a line with the uptime, for a message that follows. A line that the level drops does not
+// ask for the uptime.
+inline void LogTime(int level) {
+  if (IsLogged(level)) {
+    static_cast<void>(logPrintf(level, "%ld:", sys_uptime_seconds()));
+  }
+}
 
 // Out of line: used by nearly every exported function.
 void WriteName(const char* function);
@@ -35,14 +45,20 @@ void WriteEntry(const char* function);
 
 // Begins a line with the uptime and the name of the calling function, for a message that follows.
 inline void LogName(const char* function) {
-  if (IsLogged(kLogDetail)) {
+#ifndef KIO_FOR_SIZE
+  if (IsLogged(kLogDetail))
+#endif
+  {
     WriteName(function);
   }
 }
 
 // Notes that a function was entered.
 inline void LogEntry(const char* function) {
-  if (IsLogged(kLogDetail)) {
+#ifndef KIO_FOR_SIZE
+  if (IsLogged(kLogDetail))
+#endif
+  {
     WriteEntry(function);
   }
 }

@@ -8,6 +8,10 @@ namespace kio::platform {
 
 namespace {
 
+#ifdef KIO_FOR_SIZE
+void CopyCharacters(char* dst, TextView text) { std::memcpy(dst, text.data(), text.size()); }
+#else
+
 // Copies at least as many characters as a word has bytes, and at most twice as many: the first word
 // and the last one, which may overlap.
 template <typename Word>
@@ -36,6 +40,8 @@ void CopyCharacters(char* dst, TextView text) {
     }
   }
 }
+
+#endif
 
 }  // namespace
 

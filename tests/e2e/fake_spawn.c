@@ -15,20 +15,21 @@ typedef int Spawn(pid_t *, const char *, const posix_spawn_file_actions_t *,
 static int IsNext(char *how) {
   const char *const name = getenv("KIO_TEST_SPAWN");
   FILE *file = name != NULL ? fopen(name, "r") : NULL;
-  int number = 0;
+  char number_text[16];
   if (file == NULL) {
     abort();
   }
-  const int read = fscanf(file, "%d %15s", &number, how);
+  const int read = fscanf(file, "%15s %15s", number_text, how);
   fclose(file);
-  if (read != 2 || number <= 0) {
+  const long number = read == 2 ? strtol(number_text, NULL, 10) : 0;
+  if (number <= 0) {
     return 0;
   }
   file = fopen(name, "w");
   if (file == NULL) {
     abort();
   }
-  fprintf(file, "%d %s", number - 1, how);
+  fprintf(file, "%ld %s", number - 1, how);
   fclose(file);
   return number == 1;
 }

@@ -81,8 +81,8 @@ TEST_F(FailingActionsTest, UpgradeThatCannotBeAnnounced) {
   EXPECT_THAT(g_masks, ElementsAre(128U));
   EXPECT_EQ(Status(), Document("<result>-2</result>")) << "no time, no size, no version";
   // There is no way on from here but to begin anew.
-  for (const int action : {'9', '1', '2', '4'}) {
-    EXPECT_THAT(Act(action), IsEmpty());
+  for (const char* action = "9124"; *action != '\0'; ++action) {
+    EXPECT_THAT(Act(*action), IsEmpty());
     EXPECT_EQ(Status(), Document("<result>-2</result>"));
   }
   EXPECT_EQ(g_masks.size(), 1U);

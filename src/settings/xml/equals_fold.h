@@ -7,59 +7,47 @@
 #include <cstring>
 
 #include "platform/inline.h"
+#include "platform/text.h"
 
 namespace kio::settings {
 
-// What two texts of the same size differ in, as their first and last words tell. That is nearly
-// always enough.
-class Difference {
- public:
-  KIO_INLINE Difference(const char* a, const char* b, std::size_t size)
-      : bits_(size >= 8   ? InEnds<std::uint64_t>(a, b, size)
-              : size >= 4 ? InEnds<std::uint32_t>(a, b, size)
-              : size >= 2 ? InEnds<std::uint16_t>(a, b, size)
-              : size == 1 ? InEnds<std::uint8_t>(a, b, size)
-                          : 0),
-        covers_all_(size <= 2 * sizeof(bits_)) {}
-
-  // Whether the texts are equal in every character.
-  [[nodiscard]] KIO_INLINE bool IsNone() const { return bits_ == 0 && covers_all_; }
-  // Whether they differ in more than the cases of letters.
-  [[nodiscard]] KIO_INLINE bool IsMoreThanCase() const {
-    constexpr std::uint64_t kCaseBits = 0x2020'2020'2020'2020;
-    return (bits_ & ~kCaseBits) != 0;
-  }
-
- private:
-  template <typename Word>
-  KIO_INLINE static Word InEnds(const char* a, const char* b, std::size_t size) {
-    const std::size_t last = size - sizeof(Word);
-    return static_cast<Word>((Load<Word>(a) ^ Load<Word>(b)) |
-                             (Load<Word>(a + last) ^ Load<Word>(b + last)));
-  }
-  template <typename Word>
-  KIO_INLINE static Word Load(const char* text) {
-    Word word = 0;
-    std::memcpy(&word, text, sizeof(word));
-    return word;
-  }
-
-  std::uint64_t bits_;
-  bool covers_all_;
-};
-
-// The comparison of texts whose difference does not tell.
-bool EqualsFoldInside(const char* a, const char* b, std::size_t size);
-
-KIO_INLINE inline bool EqualsFold(const Difference& difference, const char* a, const char* b,
-                                  std::size_t size) {
-  return difference.IsNone() || (!difference.IsMoreThanCase() && EqualsFoldInside(a, b, size));
-}
-
 // Whether the `size` characters at `a` and `b` are equal, ignoring ASCII case. All of them are
 // there.
-KIO_INLINE inline bool EqualsFold(const char* a, const char* b, std::size_t size) {
-  return EqualsFold(Difference(a, b, size), a, b, size);
+inline bool EqualsFold(const char* a, const char* b, std::size_t size) {
+  if (size == 0) {
+    return true;
+  }
+  const char* const end = a + size;
+  do {
+    if (*a != *b && platform::ToLower(*a) != platform::ToLower(*b)) {
+      return false;
+    }
+    ++b;
+  } while (++a != end);
+  return true;
+}
+
+// Whether two texts of four to sixteen characters are the same, as two words tell that may overlap.
+// False for others, and where the compiler is to save space.
+KIO_INLINE inline bool AreSameWords(const char* a, const char* b, std::size_t size) {
+#ifndef KIO_FOR_SIZE
+  const auto have_same_ends = [=]<typename Word>(Word word_a) {
+    Word word_b = 0;
+    const auto load_both = [&](std::size_t at) {
+      std::memcpy(&word_a, a + at, sizeof(Word));
+      std::memcpy(&word_b, b + at, sizeof(Word));
+      return word_a == word_b;
+    };
+    return load_both(0) && load_both(size - sizeof(Word));
+  };
+  if (size >= sizeof(std::uint64_t)) {
+    return size <= 2 * sizeof(std::uint64_t) && have_same_ends(std::uint64_t{});
+  }
+  return size >= sizeof(std::uint32_t) && have_same_ends(std::uint32_t{});
+#else
+  static_cast<void>(a), static_cast<void>(b), static_cast<void>(size);
+  return false;
+#endif
 }
 
 }  // namespace kio::settings

@@ -3,11 +3,10 @@
 #define KIO_SETTINGS_XML_FIND_ELEMENT_H
 
 #include <cstddef>
-#include <cstring>
 
-#include "platform/inline.h"
 #include "platform/text.h"
 #include "settings/xml/scan.h"
+#include "settings/xml/search_text.h"
 
 namespace kio::settings {
 
@@ -20,20 +19,10 @@ struct Block {
   // Where the text is known to end; null when its terminator has to be looked for.
   const char* text_end = nullptr;
 
-  // Most elements stand within so many characters, which are searched first.
-  static constexpr int kNear = 192;
-
-  // Where these characters end.
-  [[nodiscard]] KIO_INLINE const char* NearEnd() const {
-    const int limit = length > 0 && length < kNear ? length : kNear;
-    if (text_end == nullptr) {
-      return text + strnlen(text, static_cast<std::size_t>(limit));
-    }
-    return limit < text_end - text ? text + limit : text_end;
-  }
   [[nodiscard]] SearchText Search() const {
     if (text_end == nullptr) {
-      constexpr std::size_t kFirstStep = std::size_t{2} * kNear;
+      // Most elements stand within so many characters.
+      constexpr std::size_t kFirstStep = 192;
       return SearchText(text, length > 0 ? static_cast<std::size_t>(length) : SearchText::kNoLimit,
                         kFirstStep);
     }
@@ -69,6 +58,8 @@ class BlockReader {
   explicit BlockReader(const Block& block);
 
   [[nodiscard]] const Block& block() const { return block_; }
+  // Whether no other tag follows those that were found in their order.
+  [[nodiscard]] bool IsAtEnd() const { return NextTag() == nullptr; }
   // Behind the elements that were found in their order; null when the end of the text is not known.
   [[nodiscard]] char* position() const { return const_cast<char*>(next_); }
 
@@ -82,7 +73,10 @@ class BlockReader {
   bool Leave(platform::TextView key);
 
  private:
-  [[nodiscard]] const char* NextTag() const { return FindTagStart(next_, end_, block_.text_end); }
+  [[nodiscard]] const char* NextTag() const { return FindTagStart(next_, end_); }
+
+  // Goes to `position`, unless it is null. Returns whether it is not.
+  bool GoTo(const char* position);
 
   Block block_;
   const char* next_ = nullptr;

@@ -1,11 +1,32 @@
 #include "settings/xml/item_reader.h"
 
+#include "settings/xml/scan.h"
+#include "settings/xml/tag.h"
+
 namespace kio::settings {
 
 using platform::TextView;
 
 ItemReader::ItemReader(const Block& list, TextView key)
-    : key_(key), end_(list.Search().known()), text_end_(list.text_end), position_(list.text) {}
+    : key_(key),
+      reader_(list),
+      end_(list.Search().known()),
+      text_end_(list.text_end),
+      position_(list.text) {}
+
+Block ItemReader::Next() {
+  if (in_order_) {
+    const Element item = reader_.TakeNext(key_);
+    if (item.content.length > 0) {
+      close_ = item.content.text + item.content.length;
+      position_ = reader_.position();
+      return item.content;
+    }
+    at_end_ = reader_.IsAtEnd();
+    in_order_ = at_end_;
+  }
+  return Search();
+}
 
 Block ItemReader::Search() {
   Tag tag;
@@ -48,39 +69,31 @@ Block ItemReader::Search() {
 
 // The first tag of the key at or behind `from`.
 ItemReader::Tag ItemReader::FindTag(const char* from) const {
-  // Looked for by the key's first and last character; what stands around is looked at afterwards.
-  const Pair pair(key_.front(), key_.back(), key_.size() - 1);
-  const bool has_room = static_cast<std::size_t>(end_ - from) > key_.size();
-  const char* const end = has_room ? end_ - key_.size() : from;
-  Form form = Form::kNone;
-  const char* const name = pair.FindFar(from, end, [&](const char* hit) KIO_INLINE {
-    form = FormOf(hit, from);
-    return form != Form::kNone;
-  });
-  if (name == nullptr) {
-    return {};
+  constexpr std::ptrdiff_t kShortest = 3;  // "<k>"
+  for (const char* tag = from; end_ - tag >= kShortest; ++tag) {
+    tag = FindTagStart(tag, end_ - kShortest + 1);
+    if (tag == nullptr) {
+      break;
+    }
+    if (AreAlike(tag[1] == '/' ? tag[2] : tag[1], key_.front())) {
+      const Form form = FormOf(tag);
+      if (form != Form::kNone) {
+        return {tag, form};
+      }
+    }
   }
-  return {form == Form::kClosing ? name - 2 : name - 1, form};
+  return {};
 }
 
-// The form of the tag whose key may stand at `name`, if the tag begins at or behind `begin`.
-ItemReader::Form ItemReader::FormOf(const char* name, const char* begin) const {
-  const auto before = name - begin;
-  const bool is_closing = before >= 2 && name[-1] == '/' && name[-2] == '<';
-  const auto room = static_cast<std::size_t>(end_ - name);
-  if ((!is_closing && (before < 1 || name[-1] != '<')) || room <= key_.size() ||
-      !EqualsFold(name, key_.data(), key_.size())) {
-    return Form::kNone;
+// The form of the tag of the key that may stand at the '<' at `tag`.
+ItemReader::Form ItemReader::FormOf(const char* tag) const {
+  if (BehindClosingTag(tag, end_, key_) != nullptr) {
+    return Form::kClosing;
   }
-  const char* const behind = name + key_.size();
-  if (*behind == '>') {
-    return is_closing ? Form::kClosing : Form::kOpening;
+  if (BehindOpeningTag(tag, end_, key_) != nullptr) {
+    return Form::kOpening;
   }
-  const auto goes_on = [=, this](TextView end) {
-    return static_cast<std::size_t>(end_ - behind) >= end.size() &&
-           TextView(behind, end.size()) == end;
-  };
-  return !is_closing && (goes_on("/>") || goes_on(" />")) ? Form::kEmpty : Form::kNone;
+  return EmptyTagAt(tag, end_, key_) != EmptyTag::kNone ? Form::kEmpty : Form::kNone;
 }
 
 }  // namespace kio::settings

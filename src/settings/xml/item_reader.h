@@ -2,11 +2,8 @@
 #ifndef KIO_SETTINGS_XML_ITEM_READER_H
 #define KIO_SETTINGS_XML_ITEM_READER_H
 
-#include "platform/inline.h"
 #include "platform/text.h"
-#include "settings/xml/equals_fold.h"
 #include "settings/xml/find_element.h"
-#include "settings/xml/scan.h"
 
 namespace kio::settings {
 
@@ -19,10 +16,7 @@ class ItemReader {
 
   // The content of the next element; null text when there is none, when it is empty, or when its
   // closing tag is missing: the walk ends there.
-  Block Next() {
-    const Block item = in_order_ ? TakeNext() : Block{};
-    return item.text != nullptr ? item : Search();
-  }
+  Block Next();
 
   // Where the list ends.
   [[nodiscard]] const char* end() const { return end_; }
@@ -41,37 +35,12 @@ class ItemReader {
     Form form = Form::kNone;
   };
 
-  // The element that comes next, if it has no tags inside.
-  KIO_INLINE Block TakeNext() {
-    const char* const tag = FindTagStart(position_, end_, text_end_);
-    if (tag == nullptr || !IsTag(tag + 1)) {
-      at_end_ = tag == nullptr;
-      in_order_ = at_end_;
-      return {};
-    }
-    const char* const content = tag + key_.size() + 2;
-    const char* const close = FindTagStart(content, end_, text_end_);
-    if (close == nullptr || close == content || end_ - close < 2 || close[1] != '/' ||
-        !IsTag(close + 2)) {
-      in_order_ = false;
-      return {};
-    }
-    close_ = close;
-    position_ = close + key_.size() + 3;
-    return {const_cast<char*>(content), static_cast<int>(close - content), text_end_};
-  }
-
-  // Whether the key and a '>' stand at `name`.
-  [[nodiscard]] KIO_INLINE bool IsTag(const char* name) const {
-    return static_cast<std::size_t>(end_ - name) > key_.size() && name[key_.size()] == '>' &&
-           EqualsFold(name, key_.data(), key_.size());
-  }
-
   [[nodiscard]] Tag FindTag(const char* from) const;
-  [[nodiscard]] Form FormOf(const char* name, const char* begin) const;
+  [[nodiscard]] Form FormOf(const char* tag) const;
   Block Search();
 
   platform::TextView key_;
+  BlockReader reader_;
   const char* end_;
   const char* text_end_;
   // Where the search for the next element goes on, or where the walk ended; and the closing tag of

@@ -1,109 +1,129 @@
-// Searching text: the inner loops of every search.
+// The inner loop of every search.
 #ifndef KIO_SETTINGS_XML_SCAN_H
 #define KIO_SETTINGS_XML_SCAN_H
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 #include "platform/inline.h"
-#include "settings/xml/stride.h"
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#elif defined(__aarch64__)
+#include <arm_neon.h>
+#endif
 
 namespace kio::settings {
 
-// Looks for positions where two characters stand a distance apart, in whatever case. Such a
-// position is worth a full comparison, which it also needs: characters are taken for others that
-// differ in the bit that tells the cases of a letter apart, or in the one that no ASCII has.
-class Pair {
- public:
-  KIO_INLINE Pair(char first, char second, std::size_t distance)
-      : first_(Repeat(first)),
-        second_(Repeat(second)),
-        first_character_(first),
-        second_character_(second),
-        distance_(distance) {}
+// What a search looks for: two characters, in whatever case, at two places behind its position.
+// They tell a tag from most others; what makes it one, `mark`, is all over a document.
+struct Pattern {
+  char first;
+  std::size_t first_place;
+  char last;
+  std::size_t last_place;  // not before the first one
+  char mark;               // stands at the position itself; 0 when anything may
+};
 
-  [[nodiscard]] std::size_t distance() const { return distance_; }
+// Clears the bit that tells the cases of a letter apart, and the one that no ASCII has. Characters
+// that are then equal are alike; a search compares them for good afterwards.
+inline constexpr char kComparedBits = 0x5F;
 
-  // The first position of [from, end) that `accept` takes, or null. It may be asked twice about a
-  // position. Nothing is read but these positions and the ones at the distance from them.
-  template <typename Accept>
-  [[nodiscard]] KIO_INLINE const char* FindNear(const char* from, const char* end,
-                                                const Accept& accept) const {
-    if (end - from < kStrideLength) {
-      return FindInFew(from, end, accept);
-    }
-    const char* const last = end - kStride;
-    for (;;) {
-      for (Marks marks = MarkZeros(Compare(from)); HasMark(marks); marks = WithoutFirst(marks)) {
-        const char* const hit = from + FirstOf(marks);
-        if (accept(hit)) {
-          return hit;
-        }
-      }
-      if (from == last) {
-        return nullptr;
-      }
-      // The last stride may overlap the one before.
-      from = std::min(from + kStride, last);
-    }
-  }
+inline bool AreAlike(char a, char b) { return ((a ^ b) & kComparedBits) == 0; }
 
-  // The same for long ways: looks at four strides at a time.
-  template <typename Accept>
-  [[nodiscard]] KIO_INLINE const char* FindFar(const char* from, const char* end,
-                                               const Accept& accept) const {
-    for (;;) {
-      while (end - from >= 4 * kStrideLength &&
-             !HasZero(Compare(from), Compare(from + kStride), Compare(from + 2 * kStride),
-                      Compare(from + 3 * kStride))) {
-        from += 4 * kStride;
-      }
-      const char* const stop = end - from >= 4 * kStrideLength ? from + 4 * kStride : end;
-      const char* const hit = FindNear(from, stop, accept);
-      if (hit != nullptr || stop == end) {
-        return hit;
-      }
-      from = stop;
-    }
-  }
+// In the inner loop even of a build for size.
+[[gnu::always_inline]] inline bool StandsAt(const Pattern& pattern, const char* position) {
+  return AreAlike(position[pattern.last_place], pattern.last) &&
+         AreAlike(position[pattern.first_place], pattern.first);
+}
 
- private:
-  static constexpr char kCompared = 0x5F;
+#if defined(__SSE2__) || defined(__aarch64__)
 
-  [[nodiscard]] KIO_INLINE Stride Compare(const char* position) const {
-    return ((LoadStride(position) ^ first_) | (LoadStride(position + distance_) ^ second_)) &
-           Repeat(kCompared);
-  }
+// The characters of sixteen positions. Operators act on all of them.
+using ByteBlock = unsigned char __attribute__((vector_size(16)));
+inline constexpr std::ptrdiff_t kBlockSize = sizeof(ByteBlock);
 
-  template <typename Accept>
-  [[nodiscard]] KIO_INLINE const char* FindInFew(const char* from, const char* end,
-                                                 const Accept& accept) const {
+inline ByteBlock LoadBlock(const char* position) {
+  using Unaligned = unsigned char __attribute__((vector_size(16), aligned(1), may_alias));
+  return *reinterpret_cast<const Unaligned*>(position);
+}
+
+inline ByteBlock Repeat(char character) {
+  return ByteBlock{} + static_cast<unsigned char>(character);
+}
+
+// The smaller character of each position.
+inline ByteBlock Smallest(ByteBlock a, ByteBlock b) { return a < b ? a : b; }
+
+// The positions whose character is 0, a bit for each; that of the first one is the lowest.
+#if defined(__SSE2__)
+inline constexpr int kBitsOfPosition = 1;
+KIO_INLINE inline std::uint64_t MaskOfZeros(ByteBlock block) {
+  return static_cast<unsigned>(_mm_movemask_epi8(reinterpret_cast<__m128i>(block == 0)));
+}
+#else
+inline constexpr int kBitsOfPosition = 4;
+KIO_INLINE inline std::uint64_t MaskOfZeros(ByteBlock block) {
+  const auto zeros = reinterpret_cast<uint16x8_t>(block == 0);
+  constexpr std::uint64_t kOneOfFour = 0x1111'1111'1111'1111;
+  return vget_lane_u64(vreinterpret_u64_u8(vshrn_n_u16(zeros, 4)), 0) & kOneOfFour;
+}
+#endif
+
+// The first position of [from, end) where the pattern stands and that `accept` takes, or null. It
+// may be asked twice about a position, and about one without the mark. Nothing is read but these
+// positions and the pattern's places behind them.
+template <typename Accept>
+[[nodiscard]] KIO_INLINE inline const char* FindPattern(const char* from, const char* end,
+                                                        const Pattern& pattern,
+                                                        const Accept& accept) {
+  if (end - from < kBlockSize) {
     for (; from < end; ++from) {
-      if (((from[0] ^ first_character_) & kCompared) == 0 &&
-          ((from[distance_] ^ second_character_) & kCompared) == 0 && accept(from)) {
+      if (StandsAt(pattern, from) && accept(from)) {
         return from;
       }
     }
     return nullptr;
   }
+  const ByteBlock first = Repeat(pattern.first);
+  const ByteBlock last = Repeat(pattern.last);
+  const auto compare = [=](const char* position) KIO_INLINE {
+    return ((LoadBlock(position + pattern.first_place) ^ first) |
+            (LoadBlock(position + pattern.last_place) ^ last)) &
+           Repeat(kComparedBits);
+  };
+  const char* const stop = end - kBlockSize;
+  for (;;) {
+    for (std::uint64_t mask = MaskOfZeros(compare(from)); mask != 0; mask &= mask - 1) {
+      const char* const hit = from + std::countr_zero(mask) / kBitsOfPosition;
+      if (accept(hit)) {
+        return hit;
+      }
+    }
+    if (from == stop) {
+      return nullptr;
+    }
+    // The last block may overlap the one before.
+    from = std::min(from + kBlockSize, stop);
+    // On a long way, four blocks at a time.
+    while (stop - from >= 4 * kBlockSize &&
+           MaskOfZeros(Smallest(
+               Smallest(compare(from), compare(from + kBlockSize)),
+               Smallest(compare(from + 2 * kBlockSize), compare(from + 3 * kBlockSize)))) == 0) {
+      from += 4 * kBlockSize;
+    }
+  }
+}
 
-  Stride first_;
-  Stride second_;
-  char first_character_;
-  char second_character_;
-  std::size_t distance_;
-};
-
-// First position of [from, end) where a tag may begin, or null. Nothing at or behind `readable` is
-// read.
-KIO_INLINE inline const char* FindTagStart(const char* from, const char* end,
-                                           const char* readable) {
-  for (; from < end && readable - from >= kStrideLength; from += kStride) {
-    const Marks marks = MarkEqual(LoadStride(from), '<');
-    if (HasMark(marks)) {
-      const char* const hit = from + FirstOf(marks);
-      return hit < end ? hit : nullptr;
+// The first place of [from, end) where a tag may begin, or null.
+KIO_INLINE inline const char* FindTagStart(const char* from, const char* end) {
+  for (; end - from >= kBlockSize; from += kBlockSize) {
+    const std::uint64_t mask = MaskOfZeros(LoadBlock(from) ^ Repeat('<'));
+    if (mask != 0) {
+      return from + std::countr_zero(mask) / kBitsOfPosition;
     }
   }
   while (from < end && *from != '<') {
@@ -112,63 +132,32 @@ KIO_INLINE inline const char* FindTagStart(const char* from, const char* end,
   return from < end ? from : nullptr;
 }
 
-// A text to search whose end may not be known: it ends after `limit` characters or at its
-// terminator, whichever comes first. The end is looked for as the search proceeds, so that a hit
-// near the start costs no pass over the rest.
-class SearchText {
- public:
-  static constexpr std::size_t kNoLimit = static_cast<std::size_t>(-1);
+#else
 
-  // `first_step` characters are looked at before the search begins: as many as it takes at least.
-  KIO_INLINE SearchText(const char* begin, std::size_t limit, std::size_t first_step)
-      : known_(begin), left_(limit), step_(first_step) {
-    Extend();
-  }
-
-  // A text known to reach to `end`.
-  KIO_INLINE explicit SearchText(const char* end) : known_(end), is_whole_(true) {}
-
-  // The text is known to reach here.
-  [[nodiscard]] const char* known() const { return known_; }
-  // Whether it is known to end there.
-  [[nodiscard]] bool is_whole() const { return is_whole_; }
-
-  // Where to look, from `from` on, for what takes `size` characters: while the end is not known,
-  // not so far that it would reach beyond what is known.
-  [[nodiscard]] KIO_INLINE const char* HitsEnd(const char* from, std::size_t size) const {
-    if (is_whole_) {
-      return known_;
+// As above.
+template <typename Accept>
+[[nodiscard]] inline const char* FindPattern(const char* from, const char* end,
+                                             const Pattern& pattern, const Accept& accept) {
+  for (; from < end; ++from) {
+    if (pattern.mark != '\0') {
+      from = static_cast<const char*>(
+          std::memchr(from, pattern.mark, static_cast<std::size_t>(end - from)));
+      if (from == nullptr) {
+        return nullptr;
+      }
     }
-    return static_cast<std::size_t>(known_ - from) > size ? known_ - size : from;
-  }
-
-  // The end of the positions of [from, end) that have `reach` known characters behind them.
-  [[nodiscard]] KIO_INLINE const char* EndWithin(const char* from, const char* end,
-                                                 std::size_t reach) const {
-    return static_cast<std::size_t>(known_ - from) > reach ? std::min(end, known_ - reach) : from;
-  }
-
-  // Learns of more text. Returns false when there is none.
-  bool Extend() {
-    if (is_whole_) {
-      return false;
+    if (StandsAt(pattern, from) && accept(from)) {
+      return from;
     }
-    const std::size_t found = strnlen(known_, std::min(step_, left_));
-    known_ += found;
-    left_ -= found;
-    is_whole_ = found < step_;
-    step_ = std::min(step_ * 2, kLongestStep);
-    return true;
   }
+  return nullptr;
+}
 
- private:
-  static constexpr std::size_t kLongestStep = 4096;
+inline const char* FindTagStart(const char* from, const char* end) {
+  return static_cast<const char*>(std::memchr(from, '<', static_cast<std::size_t>(end - from)));
+}
 
-  const char* known_;
-  std::size_t left_ = 0;  // behind `known_`
-  std::size_t step_ = 0;
-  bool is_whole_ = false;
-};
+#endif
 
 }  // namespace kio::settings
 

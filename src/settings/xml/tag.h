@@ -1,0 +1,41 @@
+// The tags of a key, matched at their '<'.
+#ifndef KIO_SETTINGS_XML_TAG_H
+#define KIO_SETTINGS_XML_TAG_H
+
+#include <cstddef>
+
+#include "platform/inline.h"
+#include "platform/text.h"
+
+namespace kio::settings {
+
+// No tag text is longer: what stands before the key, the key and what stands behind it are cut to
+// it.
+// Quirk "tags-of-127": keys that differ behind the cut are one.
+inline constexpr std::size_t kTagLimit = 127;
+
+// Behind the rest of a tag that stands at `name`, the key and a '>', or null. The text ends at
+// `end`, the tag's own text at `cut`. Quirk "plain-tags-only": attributes or blanks in a tag make
+// it another one.
+const char* BehindRest(const char* name, const char* end, platform::TextView key, const char* cut);
+
+// Behind the opening tag of `key` at `tag`, or null.
+KIO_INLINE inline const char* BehindOpeningTag(const char* tag, const char* end,
+                                               platform::TextView key) {
+  return BehindRest(tag + 1, end, key, tag + kTagLimit);
+}
+
+// Behind the closing tag of `key` at `tag`, or null.
+KIO_INLINE inline const char* BehindClosingTag(const char* tag, const char* end,
+                                               platform::TextView key) {
+  return end - tag >= 2 && tag[1] == '/' ? BehindRest(tag + 2, end, key, tag + kTagLimit) : nullptr;
+}
+
+enum class EmptyTag { kNone, kPlain, kBlank };
+
+// The form in which the tag of an empty element `key` stands at `tag`: "<key/>" or "<key />".
+EmptyTag EmptyTagAt(const char* tag, const char* end, platform::TextView key);
+
+}  // namespace kio::settings
+
+#endif
