@@ -12,18 +12,17 @@
 namespace kio::settings {
 
 // Whether the `size` characters at `a` and `b` are equal, ignoring ASCII case. All of them are
-// there.
+// there. They are compared from their ends: what is looked for differs there from what it is like.
 inline bool EqualsFold(const char* a, const char* b, std::size_t size) {
-  if (size == 0) {
-    return true;
-  }
-  const char* const end = a + size;
-  do {
-    if (*a != *b && platform::ToLower(*a) != platform::ToLower(*b)) {
+  const char* from_a = a + size;
+  const char* from_b = b + size;
+  while (from_a != a) {
+    --from_a;
+    --from_b;
+    if (*from_a != *from_b && platform::ToLower(*from_a) != platform::ToLower(*from_b)) {
       return false;
     }
-    ++b;
-  } while (++a != end);
+  }
   return true;
 }
 

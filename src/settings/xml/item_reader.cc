@@ -69,24 +69,42 @@ Block ItemReader::Search() {
 
 // The first tag of the key at or behind `from`.
 ItemReader::Tag ItemReader::FindTag(const char* from) const {
+  Tag found;
+  const auto accept = [&](const char* tag) {
+    found = {tag, FormOf(tag)};
+    return found.form != Form::kNone;
+  };
+#ifdef KIO_HAS_BYTE_BLOCKS
+  // By the first and the last character of the key, behind a '<' or a '/'.
+  const auto reach = static_cast<std::ptrdiff_t>(key_.size());
+  if (end_ - from > reach) {
+    const Pattern pattern = {key_.front(), 1, key_.back(), key_.size(), '\0'};
+    const char* const hit = FindPattern(from, end_ - reach, pattern, [&](const char* before) {
+      return *before == '<' ? accept(before)
+                            : *before == '/' && before > from && accept(before - 1);
+    });
+    return hit != nullptr ? found : Tag{};
+  }
+#else
   constexpr std::ptrdiff_t kShortest = 3;  // "<k>"
   for (const char* tag = from; end_ - tag >= kShortest; ++tag) {
     tag = FindTagStart(tag, end_ - kShortest + 1);
     if (tag == nullptr) {
       break;
     }
-    if (AreAlike(tag[1] == '/' ? tag[2] : tag[1], key_.front())) {
-      const Form form = FormOf(tag);
-      if (form != Form::kNone) {
-        return {tag, form};
-      }
+    if (AreAlike(tag[1] == '/' ? tag[2] : tag[1], key_.front()) && accept(tag)) {
+      return found;
     }
   }
+#endif
   return {};
 }
 
 // The form of the tag of the key that may stand at the '<' at `tag`.
 ItemReader::Form ItemReader::FormOf(const char* tag) const {
+  if (*tag != '<') {
+    return Form::kNone;
+  }
   if (BehindClosingTag(tag, end_, key_) != nullptr) {
     return Form::kClosing;
   }

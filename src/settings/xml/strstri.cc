@@ -11,31 +11,14 @@ namespace {
 
 using platform::ToLower;
 
-// How common a character is in settings documents: tags and blanks are all over them, and letters
-// are in every value.
-int Commonness(char character) {
-  if (std::strchr(" \n<>/", character) != nullptr) {
-    return 2;
-  }
-  return ToLower(character) >= 'a' && ToLower(character) <= 'z' ? 1 : 0;
-}
-
-// A needle by two of its characters. They differ, if any do, so that a run of one letter never
-// matches a needle that holds another; and they are of the least common kind.
+// A needle by its first character and the last one that is another, if any is: so a run of one
+// letter never matches a needle that holds another.
 Pattern PatternOf(const char* needle, std::size_t size) {
-  std::size_t rare = size - 1;
-  for (std::size_t i = size; i-- > 0;) {
-    rare = Commonness(needle[i]) < Commonness(needle[rare]) ? i : rare;
+  std::size_t last = size - 1;
+  while (last > 1 && ToLower(needle[last]) == ToLower(needle[0])) {
+    --last;
   }
-  std::size_t other = rare;
-  for (std::size_t i = 0; i < size; ++i) {
-    if (ToLower(needle[i]) != ToLower(needle[rare]) &&
-        (other == rare || Commonness(needle[i]) < Commonness(needle[other]))) {
-      other = i;
-    }
-  }
-  const auto [first, last] = std::minmax(rare, other);
-  return {needle[first], first, needle[last], last, '\0'};
+  return {needle[0], 0, needle[last], last, '\0'};
 }
 
 }  // namespace
@@ -47,6 +30,9 @@ char* strstri(const char* haystack, const char* needle) {
     return nullptr;
   }
   const std::size_t size = std::strlen(needle);
+  if (kio::platform::StartsWithFold(haystack, {needle, size})) {
+    return const_cast<char*>(haystack);
+  }
   constexpr std::size_t kFirstStep = 192;
   SearchText text(haystack, SearchText::kNoLimit, std::max(kFirstStep, size));
   const kio::settings::Pattern pattern = kio::settings::PatternOf(needle, size);
