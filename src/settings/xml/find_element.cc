@@ -15,6 +15,11 @@ struct OpeningTag {
   const char* content = nullptr;
 };
 
+// The opening tag of `key` at `tag`, which may be null; without content when it is none.
+OpeningTag TagAt(const char* tag, const char* end, TextView key) {
+  return {tag, tag != nullptr ? BehindOpeningTag(tag, end, key) : nullptr};
+}
+
 // A tag by the first and the last character of its key, or of what the tag's cut leaves of it. The
 // key stands behind `mark`, the `index`th character of the tag.
 KIO_INLINE inline Pattern PatternOf(char mark, std::size_t index, TextView key) {
@@ -105,24 +110,13 @@ Element BlockReader::Find(TextView key) {
 }
 
 Element BlockReader::TakeNext(TextView key) {
-  const char* const tag = NextTag();
-  const char* const content = tag != nullptr ? BehindOpeningTag(tag, end_, key) : nullptr;
-  if (content == nullptr) {
-    return {};
-  }
-  const char* const close = FindTagStart(content, end_);
+  const OpeningTag tag = TagAt(NextTag(), end_, key);
+  const char* const close = tag.content != nullptr ? FindTagStart(tag.content, end_) : nullptr;
   const char* const behind = close != nullptr ? BehindClosingTag(close, end_, key) : nullptr;
-  if (behind == nullptr) {
-    return {};
-  }
-  next_ = behind;
-  return MakeElement(block_, tag, content, close);
+  return GoTo(behind) ? MakeElement(block_, tag.position, tag.content, close) : Element{};
 }
 
-bool BlockReader::Enter(TextView key) {
-  const char* const tag = NextTag();
-  return GoTo(tag != nullptr ? BehindOpeningTag(tag, end_, key) : nullptr);
-}
+bool BlockReader::Enter(TextView key) { return GoTo(TagAt(NextTag(), end_, key).content); }
 
 bool BlockReader::Leave(TextView key) {
   const char* const tag = NextTag();

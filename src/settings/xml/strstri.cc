@@ -11,12 +11,25 @@ namespace {
 
 using platform::ToLower;
 
-// A needle by its first character and the last one that is another, if any is: so a run of one
-// letter never matches a needle that holds another.
+// Whether few characters of a settings document are like it.
+bool IsRare(char character) {
+  const char lower = ToLower(character);
+  return (lower < 'a' || lower > 'z') && character != ' ' && character != '\n' &&
+         character != '<' && character != '>' && character != '/';
+}
+
+// A needle by its first character and a later one, the last rare one if there is any. They differ,
+// if any do: so a run of one letter never matches a needle that holds another.
 Pattern PatternOf(const char* needle, std::size_t size) {
-  std::size_t last = size - 1;
-  while (last > 1 && ToLower(needle[last]) == ToLower(needle[0])) {
-    --last;
+  std::size_t last = 0;
+  for (std::size_t i = size; i-- > 1;) {
+    if (ToLower(needle[i]) != ToLower(needle[0])) {
+      last = last == 0 ? i : last;
+      if (IsRare(needle[i])) {
+        last = i;
+        break;
+      }
+    }
   }
   return {needle[0], 0, needle[last], last, '\0'};
 }
