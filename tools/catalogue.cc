@@ -17,10 +17,10 @@ constexpr int kLastTwoDigits = 99;
 std::string RuleName(const settings::Member& rule, const SectionInstance& instance) {
   const bool in_record = instance.section != SectionId::kRadio;
   for (const Variable& variable : variables::kVariables) {
-    if (variable.field != nullptr && variable.in_record == in_record &&
-        (in_record || variable.section == instance.section) &&
-        variable.field->member.offset == rule.offset) {
-      return NamePrefix(variable.section, instance.radio) + Text(variable.name);
+    if (variable.field() != nullptr && variable.in_record() == in_record &&
+        (in_record || variable.section() == instance.section) &&
+        variable.field()->member.offset == rule.offset) {
+      return NamePrefix(variable.section(), instance.radio) + Text(variable.name());
     }
   }
   return {};
@@ -61,7 +61,7 @@ bool HasSwitch(SectionId section) {
 
 void DescribeField(const Variable& variable, const SectionInstance& instance,
                    CatalogueEntry* entry) {
-  const Field& field = *variable.field;
+  const Field& field = *variable.field();
   if (!field.node.empty()) {
     entry->store_node = NodePrefix(instance) + Text(field.node);
   }
@@ -90,7 +90,7 @@ void DescribeLive(const LiveNode& live, CatalogueEntry* entry) {
 
 CatalogueEntry Describe(const Variable& variable, const SectionInstance& instance) {
   CatalogueEntry entry;
-  entry.name = NamePrefix(instance.section, instance.radio) + Text(variable.name);
+  entry.name = NamePrefix(instance.section, instance.radio) + Text(variable.name());
   const char* path = cvtRss_XmlPathVsVarName(entry.name.c_str(), 1);
   entry.document_path = path == nullptr ? "" : path;
   if (instance.section == SectionId::kRule) {
@@ -103,10 +103,10 @@ CatalogueEntry Describe(const Variable& variable, const SectionInstance& instanc
     entry.index_count = NamePrefix(SectionId::kSurvey, 0) + "SiteNo";
   }
   entry.path_answer = VariablePath(variable, instance, entry.is_indexed);
-  if (variable.field != nullptr) {
+  if (variable.field() != nullptr) {
     DescribeField(variable, instance, &entry);
   } else {
-    DescribeLive(*variable.live, &entry);
+    DescribeLive(*variable.live(), &entry);
   }
   return entry;
 }
@@ -118,13 +118,13 @@ std::vector<CatalogueEntry> ListVariables() {
   std::vector<CatalogueEntry> second_radio;
   for (const Variable& variable : variables::kVariables) {
     // The rows of the second radio follow those of the first.
-    if (!settings::RowOf(variable.section).of_radio) {
+    if (!settings::RowOf(variable.section()).of_radio) {
       entries.insert(entries.end(), second_radio.begin(), second_radio.end());
       second_radio.clear();
     } else {
-      second_radio.push_back(Describe(variable, {.section = variable.section, .radio = 1}));
+      second_radio.push_back(Describe(variable, {.section = variable.section(), .radio = 1}));
     }
-    entries.push_back(Describe(variable, {.section = variable.section}));
+    entries.push_back(Describe(variable, {.section = variable.section()}));
   }
   entries.insert(entries.end(), second_radio.begin(), second_radio.end());
   return entries;

@@ -140,7 +140,7 @@ DocumentElement FieldElement(const Step& step, const Field& field) {
   }
   const variables::Variable* const variable = VariableOf(step.section, field);
   if (variable != nullptr) {
-    element.variable = NamePrefix(step.section, 0) + Text(variable->name);
+    element.variable = NamePrefix(step.section, 0) + Text(variable->name());
   }
   element.meaning = MeaningOf(step.section, field);
   element.field = &field;

@@ -63,7 +63,7 @@ std::string VariablePath(const Variable& variable, const SectionInstance& instan
 
 const Variable* VariableOf(SectionId section, const Field& field) {
   for (const Variable& variable : variables::kVariables) {
-    if (variable.section == section && variable.field == &field) {
+    if (variable.section() == section && variable.field() == &field) {
       return &variable;
     }
   }
@@ -72,7 +72,7 @@ const Variable* VariableOf(SectionId section, const Field& field) {
 
 const Variable* VariableOf(SectionId section, const LiveNode& live) {
   for (const Variable& variable : variables::kVariables) {
-    if (variable.section == section && variable.live == &live) {
+    if (variable.section() == section && variable.live() == &live) {
       return &variable;
     }
   }

@@ -151,7 +151,7 @@ class NodeList {
 
   static void AddVariable(StoreNode& node, const Variable* variable) {
     if (variable != nullptr) {
-      AddOnce(node.variables, NamePrefix(variable->section, 0) + Text(variable->name));
+      AddOnce(node.variables, NamePrefix(variable->section(), 0) + Text(variable->name()));
     }
   }
 

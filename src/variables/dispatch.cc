@@ -26,15 +26,13 @@ TextView Behind(TextView text, std::size_t count) {
   return text;
 }
 
-bool HasMoreParts(TextView text) { return text.find('_') != TextView::npos; }
-
 unsigned int Serve(const SectionInstance& instance, TextView name, const Request& request) {
   const Variable* const variable = FindVariable(instance.section, name);
   if (variable == nullptr) {
     return KIOAPP_VAR_REFUSED;
   }
-  return variable->field != nullptr ? ServeField(*variable, instance, request)
-                                    : ServeLive(*variable, instance, request);
+  return variable->field() != nullptr ? ServeField(*variable, instance, request)
+                                      : ServeLive(*variable, instance, request);
 }
 
 constexpr bool IsDigit(char character) { return character >= '0' && character <= '9'; }
@@ -110,24 +108,25 @@ bool IsGroup(TextView prefix, TextView group, int radio) {
 // Whether a name of several parts belongs to a section: the group and the tail begin with the two
 // parts of the section's prefix.
 bool BelongsTo(const settings::Section& row, int radio, TextView group, TextView tail) {
-  return row.id != SectionId::kDevice && settings::IsTopmost(row) &&
-         IsGroup(row.name, group, radio) && StartsWith(tail, Behind(row.name, kGroupSize + 1));
+  return IsGroup(row.name, group, radio) && StartsWith(tail, Behind(row.name, kGroupSize + 1));
 }
 
-// A name of several parts.
+// A name of several parts; `tail` are those behind the first '_'.
 // Quirk "three-characters-choose": what else stands before the first '_' is not looked at.
-unsigned int ServeGroup(TextView name, const Request& request) {
-  const TextView tail = Behind(name, name.find('_') + 1);
+unsigned int ServeGroup(TextView name, TextView tail, const Request& request) {
   // Quirk "validate-before-the-group": the name may have any group, and it need not be
   // configurable.
   if (request.reads() && tail == "Validate") {
     return Serve({SectionId::kDevice}, name, request);
   }
   const TextView group(name.data(), name.size() < kGroupSize ? name.size() : kGroupSize);
-  if (group == "Act") {
+  if (StartsWith(group, "Act")) {
     return RunAction(tail, request);
   }
   for (const settings::Section& row : settings::kSections) {
+    if (row.name.empty() || row.name.front() != group.front() || !settings::IsTopmost(row)) {
+      continue;
+    }
     for (int radio = 0; radio < (row.of_radio ? settings::kRadioCount : 1); ++radio) {
       if (!BelongsTo(row, radio, group, tail)) {
         continue;
@@ -153,8 +152,12 @@ unsigned int ServeName(TextView name, const Request& request) {
     return KIOAPP_VAR_REFUSED;
   }
   name.remove_prefix(kPrefix.size());
-  return HasMoreParts(name) ? ServeGroup(name, request)
-                            : Serve({SectionId::kDevice}, name, request);
+  const void* const separator = std::memchr(name.data(), '_', name.size());
+  if (separator == nullptr) {
+    return Serve({SectionId::kDevice}, name, request);
+  }
+  const auto place = static_cast<const char*>(separator) - name.data();
+  return ServeGroup(name, Behind(name, static_cast<std::size_t>(place) + 1), request);
 }
 
 unsigned int ServePath(const char* path, const Request& request) {

@@ -45,7 +45,7 @@ class FieldVariable {
  public:
   FieldVariable(const Variable& variable, const SectionInstance& instance, const Request& request)
       : variable_(variable),
-        field_(*variable.field),
+        field_(*variable.field()),
         instance_(instance),
         request_(request),
         structure_(StructureOfVariable(variable, instance)) {}
@@ -103,7 +103,7 @@ class FieldVariable {
     if (word_code_ < 0) {
       return KIOAPP_VAR_UNKNOWN_WORD;
     }
-    LogWord(variable_.name, request_.value, word_code_);
+    LogWord(variable_.name(), request_.value, word_code_);
     return KIOAPP_VAR_DONE;
   }
 
@@ -117,7 +117,7 @@ class FieldVariable {
 
   // A radio's rules are members of the radio's structure; all others are members of the record.
   [[nodiscard]] void* RuleStructure() const {
-    return variable_.section == SectionId::kRadio ? structure_ : &Record();
+    return variable_.section() == SectionId::kRadio ? structure_ : &Record();
   }
 
   void Store() {

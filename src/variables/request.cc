@@ -21,14 +21,14 @@ void AppendSection(TextBuffer& path, const SectionInstance& instance) {
 }
 
 TextView VariablePathOf(const Variable& variable) {
-  if (variable.field == nullptr) {
-    return variable.live->variable_path;
+  if (variable.field() == nullptr) {
+    return variable.live()->variable_path;
   }
-  if (!variable.field->variable_path.empty()) {
-    return variable.field->variable_path;
+  if (!variable.field()->variable_path.empty()) {
+    return variable.field()->variable_path;
   }
   // The device's fields have whole paths as their nodes.
-  return variable.section == SectionId::kDevice ? variable.field->node : TextView();
+  return variable.section() == SectionId::kDevice ? variable.field()->node : TextView();
 }
 
 }  // namespace
@@ -39,12 +39,12 @@ void AppendPath(TextBuffer& path, const Variable& variable, const SectionInstanc
   if (!variable_path.empty()) {
     path.Append(variable_path);
   } else {
-    path.Append('/').Append(variable.name);
+    path.Append('/').Append(variable.name());
   }
 }
 
 void* StructureOfVariable(const Variable& variable, const SectionInstance& instance) {
-  return variable.in_record ? &Record() : settings::StructureOf(instance);
+  return variable.in_record() ? &Record() : settings::StructureOf(instance);
 }
 
 }  // namespace kio::variables

@@ -1,5 +1,5 @@
 // All variables: the rows of the settings record that are variables, and what is read live from the
-// store. Sorted, so that a name is found in a few comparisons.
+// store. Sorted by section and name.
 #ifndef KIO_VARIABLES_TABLE_H
 #define KIO_VARIABLES_TABLE_H
 
@@ -37,15 +37,34 @@ struct LiveNode {
   TextView node = {};
 };
 
-// A variable is a field of the record or a live node. Its name is terminated.
-struct Variable {
-  SectionId section = SectionId::kDevice;
-  // Whether the member stands in the record itself, as some rules do, and not in the section's
-  // structure.
-  bool in_record = false;
-  TextView name;
-  const Field* field = nullptr;    // set for a field of the record
-  const LiveNode* live = nullptr;  // set for a live node
+// A variable is a field of the record or a live node.
+class Variable {
+ public:
+  constexpr Variable() : field_(nullptr) {}
+  // `in_record`: whether the member stands in the record itself, as some rules do, and not in the
+  // section's structure.
+  constexpr Variable(SectionId section, bool in_record, const Field& field)
+      : section_(section), in_record_(in_record), field_(&field) {}
+  constexpr Variable(SectionId section, const LiveNode& live)
+      : section_(section), is_live_(true), live_(&live) {}
+
+  [[nodiscard]] constexpr SectionId section() const { return section_; }
+  [[nodiscard]] constexpr bool in_record() const { return in_record_; }
+  // Null for a live node.
+  [[nodiscard]] constexpr const Field* field() const { return is_live_ ? nullptr : field_; }
+  // Null for a field of the record.
+  [[nodiscard]] constexpr const LiveNode* live() const { return is_live_ ? live_ : nullptr; }
+  // Terminated.
+  [[nodiscard]] constexpr TextView name() const { return is_live_ ? live_->name : field_->element; }
+
+ private:
+  SectionId section_ = SectionId::kDevice;
+  bool in_record_ = false;
+  bool is_live_ = false;
+  union {
+    const Field* field_;
+    const LiveNode* live_;
+  };
 };
 
 inline constexpr TextView kModelNode = "/sys/modelnumber";
@@ -112,23 +131,19 @@ inline constexpr LiveTable kLiveTables[] = {
     {SectionId::kSurvey, kLiveSurvey}, {SectionId::kSurveySite, kLiveSurveySite},
 };
 
-constexpr bool Precedes(const Variable& a, const Variable& b) {
-  return a.section != b.section ? a.section < b.section : a.name < b.name;
-}
-
 class VariableList {
  public:
   constexpr VariableList& Add(SectionId section, bool in_record, FieldTable table) {
     for (const Field& field : table) {
       if (field.variable_kind != VariableKind::kNone) {
-        rows_[size_++] = {section, in_record, field.element, &field, nullptr};
+        rows_[size_++] = Variable(section, in_record, field);
       }
     }
     return *this;
   }
   constexpr VariableList& Add(const LiveTable& table) {
     for (const LiveNode& live : table) {
-      rows_[size_++] = {table.section, false, live.name, nullptr, &live};
+      rows_[size_++] = Variable(table.section, live);
     }
     return *this;
   }
@@ -139,7 +154,9 @@ class VariableList {
   [[nodiscard]] constexpr std::array<Variable, Size> Sorted() const {
     std::array<Variable, Size> sorted;
     std::copy_n(rows_.begin(), Size, sorted.begin());
-    std::sort(sorted.begin(), sorted.end(), Precedes);
+    std::sort(sorted.begin(), sorted.end(), [](const Variable& a, const Variable& b) {
+      return a.section() != b.section() ? a.section() < b.section() : a.name() < b.name();
+    });
     return sorted;
   }
 
@@ -161,18 +178,34 @@ consteval VariableList CollectVariables() {
 
 inline constexpr std::array kVariables = CollectVariables().Sorted<CollectVariables().size()>();
 
+// Where the variables of each section begin, and where the last ones end.
+inline constexpr auto kFirstVariables = [] {
+  std::array<std::uint8_t, static_cast<std::size_t>(SectionId::kCount) + 1> first = {};
+  for (std::size_t section = 0; section < first.size(); ++section) {
+    first[section] = static_cast<std::uint8_t>(
+        std::count_if(kVariables.begin(), kVariables.end(), [=](const Variable& variable) {
+          return static_cast<std::size_t>(variable.section()) < section;
+        }));
+  }
+  return first;
+}();
+
 constexpr const Variable* FindVariable(SectionId section, TextView name) {
-  const Variable wanted{.section = section, .name = name};
-  const auto* const found =
-      std::lower_bound(kVariables.begin(), kVariables.end(), wanted, Precedes);
-  return found != kVariables.end() && found->section == section && found->name == name ? found
-                                                                                       : nullptr;
+  const auto index = static_cast<std::size_t>(section);
+  for (std::size_t i = kFirstVariables[index]; i < kFirstVariables[index + 1]; ++i) {
+    const TextView found = kVariables[i].name();
+    if (found.size() == name.size() &&
+        TextView::traits_type::compare(found.data(), name.data(), name.size()) == 0) {
+      return &kVariables[i];
+    }
+  }
+  return nullptr;
 }
 
 // Proof that no name stands twice in its section and that each one is found.
 consteval bool AllAreFound() {
   for (const Variable& variable : kVariables) {
-    if (FindVariable(variable.section, variable.name) != &variable) {
+    if (FindVariable(variable.section(), variable.name()) != &variable) {
       return false;
     }
   }

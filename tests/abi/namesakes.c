@@ -36,7 +36,7 @@ NAMESAKE(char, ConnTypeArray);
 NAMESAKE(char, ADslEncapModeArray);
 
 #define CHECK_NAMESAKE(name) \
-  if (name != START) {       \
+  if ((name) != START) {     \
     return #name;            \
   }
 

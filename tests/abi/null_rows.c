@@ -1,5 +1,6 @@
 /* A row for each exported function: null_test.c calls them with null pointers. */
 #include <kioapp/kioapp.h>
+#include <stdio.h>
 #include <string.h>
 
 #include "null_calls.h"
@@ -28,7 +29,7 @@ CALL(GetXmlKeyStrValue, ReturnedNumber(GetXmlKeyStrValue(Text(0, "<a>1</a>"), 0,
 CALL(GetXmlKeyIntValue, ReturnedNumber(GetXmlKeyIntValue(Text(0, "<a>1</a>"), 0, Text(1, "top"),
                                                          Text(2, "a"), Buffer(3))))
 CALL(SearchKeyArray,
-     ReturnedNumber(SearchKeyArray(Text(0, "dhcp"), Other(1, (void *)(uintptr_t)ConnTypeArray))))
+     ReturnedNumber(SearchKeyArray(Text(0, "dhcp"), Other(1, (void *)ConnTypeArray))))
 CALL(StrCmpWithXStr, ReturnedNumber(StrCmpWithXStr(Text(0, "Attic"), Text(1, "/sys/text"), 0)))
 CALL(IntCmpWithXStr, ReturnedNumber(IntCmpWithXStr(3, Text(0, "/sys/number"), 0)))
 CALL(IntMaxCmpWithXStr,
@@ -96,7 +97,8 @@ CALL(MD5Encryption, ReturnedText(MD5Encryption(Text(0, "abc"))))
 CALL(generate_StarterKey, ReturnedNumber((long)strlen(generate_StarterKey(Text(0, "10.1.1.2")))))
 CALL(generate_BKey, ReturnedNumber((long)strlen(generate_BKey(Text(0, "10.1.1.2")))))
 static char g_request[64];
-CALL(starter_auth_check, strcat(strcpy(g_request, "kioAppKey= "), generate_StarterKey("10.1.1.2"));
+CALL(starter_auth_check,
+     snprintf(g_request, sizeof(g_request), "kioAppKey= %s", generate_StarterKey("10.1.1.2"));
      ReturnedNumber(starter_auth_check(Text(0, g_request), Text(1, "10.1.1.2"), Text(2, "s"))))
 
 /* NOLINTBEGIN(clang-diagnostic-format-security) */

@@ -34,7 +34,8 @@ char *Text(int index, const char *text) {
   if (g_kinds[index] == kNull) {
     return NULL;
   }
-  return strcpy(g_buffers[index], g_kinds[index] == kEmpty ? "" : text);
+  snprintf(g_buffers[index], sizeof(g_buffers[index]), "%s", g_kinds[index] == kEmpty ? "" : text);
+  return g_buffers[index];
 }
 
 void *Buffer(int index) { return g_kinds[index] == kNull ? NULL : g_buffers[index]; }

@@ -6,23 +6,30 @@
 #include "expect.h"
 #include "testing/memory_store.h"
 
-static char g_calls[1 << 16];    /* a line for each write or removal */
-static char g_reads[1 << 16];    /* and for each path that is read */
-static char g_commands[1 << 16]; /* and for each command */
+/* A line for each write or removal, for each path that is read and for each command. */
+enum { kNotesSize = 1 << 16 };
+static char g_calls[kNotesSize];
+static char g_reads[kNotesSize];
+static char g_commands[kNotesSize];
+
+static void AddNote(char *notes, const char *before, const char *middle, const char *behind) {
+  const size_t size = strlen(notes);
+  snprintf(notes + size, kNotesSize - size, "%s%s%s\n", before, middle, behind);
+}
 
 /* As system(): the library finds this one in the program. */
 int system(const char *command) {
-  strcat(strcat(g_commands, command), "\n");
+  AddNote(g_commands, command, "", "");
   return 0;
 }
 
 static void Note(enum StoreFunction function, const char *path, const char *text) {
   if (function == kXgetStr || function == kXgetInt) {
-    strcat(strcat(g_reads, path), "\n");
+    AddNote(g_reads, path, "", "");
   } else if (function == kXdel) {
-    strcat(strcat(strcat(g_calls, "-"), path), "\n");
+    AddNote(g_calls, "-", path, "");
   } else {
-    strcat(strcat(strcat(strcat(g_calls, path), "="), text), "\n");
+    AddNote(g_calls, path, "=", text);
   }
 }
 

@@ -57,7 +57,9 @@ static void PutNumber(unsigned char *bytes, unsigned long number) {
 static void CheckImage(void) {
   unsigned char image[64 + 9] = {0};
   char message[512];
-  memcpy(image + 64, "123456789", 9);
+  for (int i = 0; i < 9; ++i) {
+    image[64 + i] = (unsigned char)('1' + i);
+  }
   PutNumber(image, 0x27051956);
   PutNumber(image + 24, crc32(0, image + 64, 9));
   PutNumber(image + 4, crc32(0, image, 64));

@@ -82,7 +82,7 @@ TEST_P(FieldInDocumentsTest, WithoutItADocumentIsRefusedOrKeepsTheValue) {
 }
 
 TEST_P(FieldToldInFaultsTest, FaultsAreTold) {
-  ForEach([this](const InDocuments& held, Scene scene) {
+  ForEach([](const InDocuments& held, Scene scene) {
     for (const Faulty& faulty : held.faults) {
       SCOPED_TRACE("'" + faulty.value + "'");
       Document document = Prepare(scene);

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "list_text.h"
-#include "testing/firmware_list_model.h"
 #include "support/guarded_text.h"
+#include "testing/firmware_list_model.h"
 
 namespace kio::test {
 namespace {

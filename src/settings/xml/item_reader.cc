@@ -74,7 +74,7 @@ ItemReader::Tag ItemReader::FindTag(const char* from) const {
     found = {tag, FormOf(tag)};
     return found.form != Form::kNone;
   };
-#ifdef KIO_HAS_BYTE_BLOCKS
+#if defined(__SSE2__) || defined(__aarch64__)
   // By the first and the last character of the key, behind a '<' or a '/'.
   const auto reach = static_cast<std::ptrdiff_t>(key_.size());
   if (end_ - from > reach) {

@@ -41,7 +41,6 @@ inline bool AreAlike(char a, char b) { return ((a ^ b) & kComparedBits) == 0; }
 }
 
 #if defined(__SSE2__) || defined(__aarch64__)
-#define KIO_HAS_BYTE_BLOCKS 1
 
 // The characters of sixteen positions. Operators act on all of them.
 using ByteBlock = unsigned char __attribute__((vector_size(16)));
