@@ -40,31 +40,35 @@ struct LiveNode {
 // A variable is a field of the record or a live node.
 class Variable {
  public:
-  constexpr Variable() : field_(nullptr) {}
+  constexpr Variable() = default;
   // `in_record`: whether the member stands in the record itself, as some rules do, and not in the
   // section's structure.
   constexpr Variable(SectionId section, bool in_record, const Field& field)
-      : section_(section), in_record_(in_record), field_(&field) {}
+      : section_(section), in_record_(in_record), row_{.field = &field} {}
   constexpr Variable(SectionId section, const LiveNode& live)
-      : section_(section), is_live_(true), live_(&live) {}
+      : section_(section), is_live_(true), row_{.live = &live} {}
 
   [[nodiscard]] constexpr SectionId section() const { return section_; }
   [[nodiscard]] constexpr bool in_record() const { return in_record_; }
   // Null for a live node.
-  [[nodiscard]] constexpr const Field* field() const { return is_live_ ? nullptr : field_; }
+  [[nodiscard]] constexpr const Field* field() const { return is_live_ ? nullptr : row_.field; }
   // Null for a field of the record.
-  [[nodiscard]] constexpr const LiveNode* live() const { return is_live_ ? live_ : nullptr; }
+  [[nodiscard]] constexpr const LiveNode* live() const { return is_live_ ? row_.live : nullptr; }
   // Terminated.
-  [[nodiscard]] constexpr TextView name() const { return is_live_ ? live_->name : field_->element; }
+  [[nodiscard]] constexpr TextView name() const {
+    return is_live_ ? row_.live->name : row_.field->element;
+  }
 
  private:
+  union Row {
+    const Field* field;
+    const LiveNode* live;
+  };
+
   SectionId section_ = SectionId::kDevice;
   bool in_record_ = false;
   bool is_live_ = false;
-  union {
-    const Field* field_;
-    const LiveNode* live_;
-  };
+  Row row_ = {.field = nullptr};
 };
 
 inline constexpr TextView kModelNode = "/sys/modelnumber";
