@@ -15,8 +15,8 @@ namespace kio::settings {
 inline constexpr std::size_t kTagLimit = 127;
 
 // Behind the rest of a tag that stands at `name`, the key and a '>', or null. The text ends at
-// `end`, the tag's own text at `cut`. Quirk "plain-tags-only": attributes or blanks in a tag make
-// it another one.
+// `end`, the tag's own text at `cut`.
+// Quirk "plain-tags-only": attributes or blanks in a tag make it another one.
 const char* BehindRest(const char* name, const char* end, platform::TextView key, const char* cut);
 
 // Behind the opening tag of `key` at `tag`, or null.
