@@ -44,7 +44,9 @@ static void CheckGzipFile(void) {
   fputc(byte ^ 1, raw);
   fclose(raw);
   file = gzopen(ScratchPath("plain.gz"), "rb");
-  EXPECT_INT(gzread(file, g_unpacked, sizeof(g_unpacked)) < 0 || gzclose(file) != Z_OK, 1);
+  const int count = gzread(file, g_unpacked, sizeof(g_unpacked));
+  const int closed = gzclose(file);
+  EXPECT_INT(count < 0 || closed != Z_OK, 1);
 }
 
 static void PutNumber(unsigned char *bytes, unsigned long number) {
