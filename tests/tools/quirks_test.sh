@@ -38,9 +38,9 @@ expect 'single-precision: named in more than one place' "$source" '1i // Quirk "
 expect '// Quirk "name":' "$source" 's/Quirk "dump-shows-passwords"/Quirk dump-shows-passwords/'
 expect 'dump-shows-passwords: not on the page' "$page" '/^| `dump-shows-passwords`/d'
 expect 'dump-shows-passwords: listed more than once' "$page" '/^| `dump-shows-passwords`/p'
-expect 'there is no DumpTest.WholeRecords' "$page" 's/DumpTest\.WholeRecord/&s/'
-expect 'there is no DumpTest.WholeRecord in dump.cc' "$page" 's/dump_test\.cc/dump.cc/'
-expect 'there is no DumpTest.WholeRecord in dump_test.cc' tests/settings/dump_test.cc \
-  's/(DumpTest, WholeRecord)/(DumpTest, Record)/'
+expect 'there is no DumpTest.IsOfLevelSixs' "$page" 's/DumpTest\.IsOfLevelSix/&s/'
+expect 'there is no DumpTest.IsOfLevelSix in dump.cc' "$page" 's/dump_test\.cc/dump.cc/'
+expect 'there is no DumpTest.IsOfLevelSix in dump_test.cc' tests/settings/dump_test.cc \
+  's/(DumpTest, IsOfLevelSix)/(DumpTest, Record)/'
 expect 'there are no rows Site' tests/settings/verify_uplink_test.cc 's/_P(Site, /_P(Sites, /'
 expect 'no test holds it' "$page" 's/^\(| `dump-shows-passwords` |.*|\).*|$/\1 |/'
