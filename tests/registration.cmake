@@ -14,6 +14,7 @@ endif()
 # have a process of their own.
 function(kio_register_tests target)
   set(fresh ${ARGV1})
+  set_target_properties(${target} PROPERTIES KIO_FRESH "${fresh}")
   # By the prefix ./test knows whose tests they are.
   set(discovery TEST_PREFIX ${target}. NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
   if(NOT kio_tests_share_process)

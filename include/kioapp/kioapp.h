@@ -22,6 +22,7 @@
  *   null. Where a null pointer means something else, the comment of the function says so.
  * - The host supplies the configuration store (store.h). docs/store.md tells who reads and who
  *   writes each of its nodes.
+ * - A build may leave out parts of the library; features.h tells which are there.
  * - Names that other libraries use too, such as `string` and `crc32`, stand in short_names.h, which
  *   the other headers leave out where KIOAPP_NO_SHORT_NAMES is defined.
  * - A program may have functions and data of its own by any name of the interface. The library then
@@ -32,8 +33,7 @@
 #ifndef KIOAPP_KIOAPP_H
 #define KIOAPP_KIOAPP_H
 
-#include "kioapp/auth.h"
-#include "kioapp/firmware.h"
+#include "kioapp/features.h"
 #include "kioapp/log.h"
 #include "kioapp/platform.h"
 #include "kioapp/record.h"
@@ -41,9 +41,18 @@
 #include "kioapp/store.h"
 #include "kioapp/text.h"
 #include "kioapp/validate.h"
-#include "kioapp/variables.h"
 #include "kioapp/version.h"
 #include "kioapp/xml.h"
+
+#if KIOAPP_HAS_AUTH
+#include "kioapp/auth.h"
+#endif
+#if KIOAPP_HAS_FIRMWARE
+#include "kioapp/firmware.h"
+#endif
+#if KIOAPP_HAS_VARIABLES
+#include "kioapp/variables.h"
+#endif
 
 #ifndef KIOAPP_NO_SHORT_NAMES
 #include "kioapp/short_names.h"

@@ -21,6 +21,7 @@
 #define KIOAPP_SETTINGS_H
 
 #include "kioapp/attributes.h"
+#include "kioapp/features.h"
 #include "kioapp/record.h"
 
 KIOAPP_BEGIN_DECLS
@@ -70,8 +71,10 @@ KIOAPP_API int do_RssExtender_Parser(const char *parentPath, char *block, int le
  * every current setting as well. */
 KIOAPP_API void restore_XmlRssStatus(int full);
 
+#if KIOAPP_HAS_DUMP
 /* Writes the record to the log at level 6, passwords and keys included. */
 KIOAPP_API void dump_RssXmlData(void);
+#endif
 
 /* Verifies the record. Returns 1 when it may be applied; otherwise writes the result document for
  * the first fault found and returns 0. */

@@ -16,6 +16,7 @@
 #include <stdint.h>
 
 #include "kioapp/attributes.h"
+#include "kioapp/features.h"
 
 /* One of these is defined by the header that includes this one for its own names alone. */
 #if !defined(KIOAPP_SHORT_NAMES_OF_AUTH) && !defined(KIOAPP_SHORT_NAMES_OF_FIRMWARE) && \
@@ -28,7 +29,8 @@
 KIOAPP_BEGIN_DECLS
 
 /* Who may come in (auth.h). */
-#if (defined(KIOAPP_SHORT_NAMES_OF_ALL) || defined(KIOAPP_SHORT_NAMES_OF_AUTH)) && \
+#if KIOAPP_HAS_AUTH &&                                                             \
+    (defined(KIOAPP_SHORT_NAMES_OF_ALL) || defined(KIOAPP_SHORT_NAMES_OF_AUTH)) && \
     !defined(KIOAPP_SHORT_NAMES_HAVE_AUTH)
 #define KIOAPP_SHORT_NAMES_HAVE_AUTH
 
@@ -51,7 +53,8 @@ extern KIOAPP_API char string[80];
 #endif
 
 /* Firmware (firmware.h). */
-#if (defined(KIOAPP_SHORT_NAMES_OF_ALL) || defined(KIOAPP_SHORT_NAMES_OF_FIRMWARE)) && \
+#if KIOAPP_HAS_FIRMWARE &&                                                             \
+    (defined(KIOAPP_SHORT_NAMES_OF_ALL) || defined(KIOAPP_SHORT_NAMES_OF_FIRMWARE)) && \
     !defined(KIOAPP_SHORT_NAMES_HAVE_FIRMWARE)
 #define KIOAPP_SHORT_NAMES_HAVE_FIRMWARE
 

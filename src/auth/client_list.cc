@@ -7,9 +7,9 @@
 #include <cstring>
 #include <ctime>
 
+#include "auth/exported_data.h"
 #include "kioapp/auth.h"
 #include "kioapp/platform.h"
-#include "platform/exported_data.h"
 #include "platform/log.h"
 #include "platform/text.h"
 #include "platform/wipe.h"

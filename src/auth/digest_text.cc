@@ -1,9 +1,9 @@
 // Digests as text.
 #include <cstring>
 
+#include "auth/exported_data.h"
 #include "auth/md5.h"
 #include "kioapp/auth.h"
-#include "platform/exported_data.h"
 #include "platform/wipe.h"
 
 void MD5Digest(const char* text, unsigned int /*length*/, unsigned char* digest) {

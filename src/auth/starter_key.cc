@@ -2,10 +2,10 @@
 #include <cstring>
 
 #include "auth/client_list.h"
+#include "auth/exported_data.h"
 #include "auth/md5.h"
 #include "kioapp/auth.h"
 #include "kioapp/platform.h"
-#include "platform/exported_data.h"
 #include "platform/log.h"
 #include "platform/nodes.h"
 #include "platform/store.h"

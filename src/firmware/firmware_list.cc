@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstring>
 
+#include "firmware/exported_data.h"
 #include "firmware/nodes.h"
 #include "kioapp/firmware.h"
 #include "kioapp/settings.h"

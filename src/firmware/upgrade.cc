@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "firmware/download.h"
+#include "firmware/exported_data.h"
 #include "firmware/nodes.h"
 #include "kioapp/firmware.h"
 #include "kioapp/platform.h"

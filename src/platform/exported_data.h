@@ -1,4 +1,5 @@
-// The data that the library exports, as its own code reaches it: never by the exported names.
+// The data that the library exports, as its own code reaches it: never by the exported names. Those
+// of the rooms that a build may leave out stand in the rooms.
 //
 // The dynamic linker binds an exported name to the first definition in the process, whatever that
 // is: the library's own; the copy of it that the linker put into an executable that uses the name;
@@ -7,19 +8,13 @@
 #ifndef KIO_PLATFORM_EXPORTED_DATA_H
 #define KIO_PLATFORM_EXPORTED_DATA_H
 
-#include "kioapp/auth.h"
-#include "kioapp/firmware.h"
 #include "kioapp/record.h"
 
 namespace kio {
 
 enum ExportedData : int {
   kDataRecord,
-  kDataFirmware,
   kDataLostKeyHandler,
-  kDataClients,
-  kDataCurrentClient,
-  kDataDigestText,
   kDataLogPath,
   kDataLogHeader,
   kDataLogLevel,
@@ -35,18 +30,8 @@ enum ExportedData : int {
 using LostKeyHandler = void (*)(const char* path, const char* key);
 
 inline RssXmlData& Record() { return *static_cast<RssXmlData*>(kExportedData[kDataRecord]); }
-inline FwXmlData& FirmwareData() { return *static_cast<FwXmlData*>(kExportedData[kDataFirmware]); }
 inline LostKeyHandler& OnLostKey() {
   return *static_cast<LostKeyHandler*>(kExportedData[kDataLostKeyHandler]);
-}
-inline ClientAuthInfo*& Clients() {
-  return *static_cast<ClientAuthInfo**>(kExportedData[kDataClients]);
-}
-inline ClientAuthInfo*& CurrentClient() {
-  return *static_cast<ClientAuthInfo**>(kExportedData[kDataCurrentClient]);
-}
-inline char (&DigestText())[80] {
-  return *static_cast<char(*)[80]>(kExportedData[kDataDigestText]);
 }
 inline char (&DaemonLogPath())[64] {
   return *static_cast<char(*)[64]>(kExportedData[kDataLogPath]);

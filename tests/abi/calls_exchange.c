@@ -98,12 +98,25 @@ static void CheckSteps(void) {
   calc_RssExeFlag();
   EXPECT_INT(rssXmlData.exeflag, KIOAPP_SYNC_DEVICE | KIOAPP_SYNC_SAVE_TO_FLASH);
   EXPECT_INT(rssXmlData.exeWaitSec, 5);
+}
 
+/* The record in the log: by its function, and at the end of an exchange. Where the dump is left out
+ * there are the other lines alone. */
+static void CheckDump(void) {
+#if KIOAPP_HAS_DUMP
   daemon_log_level = 6;
   dump_RssXmlData();
   daemon_log_level = 5;
+  const char *const own = ScratchText("abi_log.txt");
+  EXPECT_INT(own != NULL && strstr(own, " +- DeviceName='Attic'\n") != NULL, 1);
+#endif
+  remove(ScratchPath("abi_log.txt"));
+  daemon_log_level = 6;
+  EXPECT_INT(do_RssXml_Parser(Document("Cellar")), 1);
+  daemon_log_level = 5;
   const char *const log = ScratchText("abi_log.txt");
-  EXPECT_INT(log != NULL && strstr(log, " +- DeviceName='Attic'\n") != NULL, 1);
+  EXPECT_INT(log != NULL && strstr(log, "<DeviceName>Cellar</DeviceName>") != NULL, 1);
+  EXPECT_INT(log != NULL && strstr(log, " +- DeviceName='Cellar'\n") != NULL, KIOAPP_HAS_DUMP);
 }
 
 static void CheckResults(void) {
@@ -137,6 +150,7 @@ void CheckExchangeCalls(void) {
   CheckParsers();
   CheckSectionParsers();
   CheckSteps();
+  CheckDump();
   CheckResults();
   CheckCommits();
 }

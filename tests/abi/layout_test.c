@@ -153,12 +153,15 @@ static const struct Row kRows[] = {
     MEMBER(RssXmlData, tmpPath, 17995),
     MEMBER(RssXmlData, scriptPath, 18123),
 
+#if KIOAPP_HAS_FIRMWARE
     SIZE(FwXmlData, 448),
     SECTION(FwXmlData, specVersion, 0),
     MEMBER(FwXmlData, fileUrl, 44),
     MEMBER(FwXmlData, notesUrl, 172),
     MEMBER(FwXmlData, deviceMac, 300),
     MEMBER(FwXmlData, currFileName, 318),
+#endif
+#if KIOAPP_HAS_AUTH
     SIZE(ClientAuthInfo, 304),
     /* NOLINTNEXTLINE(bugprone-sizeof-expression): the pointer's size is meant */
     SECTION(ClientAuthInfo, next, 0),
@@ -167,6 +170,7 @@ static const struct Row kRows[] = {
     MEMBER(ClientAuthInfo, password, 200),
     MEMBER(ClientAuthInfo, sessionid, 264),
     MEMBER(ClientAuthInfo, logout, 296),
+#endif
 
     SIZE(KioTimer, 48),
     /* NOLINTNEXTLINE(bugprone-sizeof-expression): the pointer's size is meant */
@@ -201,12 +205,14 @@ static const struct NarrowRow kNarrowRows[] = {
     NARROW(KioTimer, user_a, 20),
     NARROW(KioTimer, callback, 24),
 
+#if KIOAPP_HAS_AUTH
     NARROW_SIZE(ClientAuthInfo, 296),
     NARROW(ClientAuthInfo, ip, 4),
     NARROW(ClientAuthInfo, username, 132),
     NARROW(ClientAuthInfo, password, 196),
     NARROW(ClientAuthInfo, sessionid, 260),
     NARROW(ClientAuthInfo, logout, 292),
+#endif
 };
 
 static int HoldsPointers(const char *name) {

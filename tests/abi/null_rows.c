@@ -63,6 +63,7 @@ CALL(write_TmpXmlFile,
 CALL(write_ResultXmlFile,
      ReturnedNumber(write_ResultXmlFile(Text(0, "small.xml"), Text(1, "tag"), Text(2, "value"))))
 
+#if KIOAPP_HAS_VARIABLES
 CALL(cvtRss_XmlPathVsVarName, ReturnedText(cvtRss_XmlPathVsVarName(Text(0, "rss_DeviceName"), 1)))
 CALL(setget_RssVar, ReturnedNumber((long)setget_RssVar(Text(0, "rss_DeviceName"), Text(1, "Attic"),
                                                        KIOAPP_VAR_WRITE)))
@@ -73,7 +74,9 @@ CALL(validate_RssVar, ReturnedNumber(validate_RssVar(Text(0, "rss_DeviceName"), 
 CALL(validate_RssVar2, ReturnedNumber(validate_RssVar2(Text(0, "rss_DeviceName=Attic"))))
 CALL(do_RssVar_Parser,
      ReturnedNumber(do_RssVar_Parser(Text(0, "rss_DeviceName=Attic"), '&', Buffer(1), 1)))
+#endif
 
+#if KIOAPP_HAS_AUTH
 static void *Head(int index) {
   static ClientAuthInfo *head = NULL;
   return Other(index, &head);
@@ -100,6 +103,7 @@ static char g_request[64];
 CALL(starter_auth_check,
      snprintf(g_request, sizeof(g_request), "kioAppKey= %s", generate_StarterKey("10.1.1.2"));
      ReturnedNumber(starter_auth_check(Text(0, g_request), Text(1, "10.1.1.2"), Text(2, "s"))))
+#endif
 
 /* NOLINTBEGIN(clang-diagnostic-format-security) */
 #pragma GCC diagnostic ignored "-Wformat-security"
@@ -108,8 +112,8 @@ CALL(logPrintf, ReturnedNumber(logPrintf(5, Text(0, "text\n"))))
 CALL(msgPrintf, ReturnedNumber(msgPrintf(Text(0, "text\n"))))
 CALL(dbgPrintf, ReturnedNumber(dbgPrintf(Text(0, "text\n"))))
 /* NOLINTEND(clang-diagnostic-format-security) */
-CALL(create_timer,
-     void (*const callback)(uintptr_t) = Other(0, &g_client) != NULL ? DoNothing : NULL;
+CALL(create_timer, static int any;
+     void (*const callback)(uintptr_t) = Other(0, &any) != NULL ? DoNothing : NULL;
      KioTimer *const timer = create_timer(0, callback, 0, 0, 0); add_timer(timer);
      ReturnedNumber(timer != NULL))
 CALL(add_timer, static KioTimer timer; add_timer(Other(0, &timer)); ReturnedNothing())
@@ -137,6 +141,7 @@ CALL(is_Valid_WpaPskKey, ReturnedNumber(is_Valid_WpaPskKey(Text(0, "12345678")))
 CALL(is_Valid_WepKey, ReturnedNumber(is_Valid_WepKey(Text(0, "12345"), 5)))
 CALL(validate_RssData, ReturnedNumber(validate_RssData(Text(0, "ab"), Text(1, "0,9,1"))))
 
+#if KIOAPP_HAS_FIRMWARE
 #define LIST                                                                                   \
   "<root><specVersion><major>1</major><minor>0</minor></specVersion><FirmwareList><Firmware>"  \
   "<MacList><MAC>*</MAC></MacList><FwURL>/b.bin</FwURL><NotesURL>/b.txt</NotesURL></Firmware>" \
@@ -148,6 +153,7 @@ CALL(check, ReturnedNumber(check(Text(0, "/absent"), 0, 64, Buffer(1))))
 CALL(crc32, ReturnedNumber((long)crc32(7, (const unsigned char *)Text(0, "abc"), 1)))
 CALL(getMTDPartSize, ReturnedNumber(getMTDPartSize(Text(0, "\"Kernel\""))))
 CALL(mtd_write_bootloader, ReturnedNumber(mtd_write_bootloader(Text(0, "/absent"), 0, 0) != 0))
+#endif
 
 #define ROW(name, pointers) \
   { #name, pointers, Call_##name }
@@ -182,6 +188,7 @@ const struct NullRow kNullRows[] = {
     ROW(write_RssXml_LostKeyError, "tt"),
     ROW(write_TmpXmlFile, "ttt"),
     ROW(write_ResultXmlFile, "ttt"),
+#if KIOAPP_HAS_VARIABLES
     ROW(cvtRss_XmlPathVsVarName, "t"),
     ROW(setget_RssVar, "tt"),
     ROW(get_RssVar, "tw"),
@@ -190,6 +197,10 @@ const struct NullRow kNullRows[] = {
     ROW(validate_RssVar, "tt"),
     ROW(validate_RssVar2, "t"),
     ROW(do_RssVar_Parser, "tw"),
+    NO_POINTER(init_RssVar),
+    NO_POINTER(do_RssVar_Commit),
+#endif
+#if KIOAPP_HAS_AUTH
     ROW(clientAuthListAdd, "otttt"),
     ROW(clientAuthListDel, "ott"),
     ROW(checkClientAuthIp, "ott"),
@@ -201,6 +212,7 @@ const struct NullRow kNullRows[] = {
     ROW(generate_StarterKey, "t"),
     ROW(generate_BKey, "t"),
     ROW(starter_auth_check, "ttt"),
+#endif
     ROW(logPrintf, "t"),
     ROW(msgPrintf, "t"),
     ROW(dbgPrintf, "t"),
@@ -224,6 +236,7 @@ const struct NullRow kNullRows[] = {
     ROW(is_Valid_WpaPskKey, "t"),
     ROW(is_Valid_WepKey, "t"),
     ROW(validate_RssData, "tt"),
+#if KIOAPP_HAS_FIRMWARE
     ROW(do_FwXml_Parser, "tww"),
     ROW(do_FwEntryList_Parser, "t"),
     ROW(do_FwFirmware_Parser, "t"),
@@ -231,26 +244,27 @@ const struct NullRow kNullRows[] = {
     ROW(crc32, "o"),
     ROW(getMTDPartSize, "t"),
     ROW(mtd_write_bootloader, "t"),
+    NO_POINTER(get_FwServerWebSite),
+    NO_POINTER(do_FwUpgradeAction),
+    NO_POINTER(mtd_write_firmware),
+    NO_POINTER(write_flash_kernel_version),
+#endif
     NO_POINTER(is_in_range),
-    NO_POINTER(restore_XmlRssStatus),
+#if KIOAPP_HAS_DUMP
     NO_POINTER(dump_RssXmlData),
+#endif
+    NO_POINTER(restore_XmlRssStatus),
     NO_POINTER(Verify_RssXml),
     NO_POINTER(Apply_RssXmlToDevice),
     NO_POINTER(calc_RssExeFlag),
     NO_POINTER(do_RssXml_Commit),
     NO_POINTER(do_RssXml_Commit_for_ApCloning),
     NO_POINTER(checkWlanChannelUsing),
-    NO_POINTER(init_RssVar),
-    NO_POINTER(do_RssVar_Commit),
     NO_POINTER(get_ExternalCall_UseSec),
     NO_POINTER(exe_ExternalCall),
     NO_POINTER(sys_uptime_seconds),
     NO_POINTER(sys_uptime_sec_str),
     NO_POINTER(starterLibVersion),
     NO_POINTER(rssSpecVersion),
-    NO_POINTER(get_FwServerWebSite),
-    NO_POINTER(do_FwUpgradeAction),
-    NO_POINTER(mtd_write_firmware),
-    NO_POINTER(write_flash_kernel_version),
     {NULL, NULL, NULL},
 };

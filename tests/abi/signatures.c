@@ -14,7 +14,6 @@ typedef void (*LostKeyHandler)(const char *path, const char *key);
 /* NOLINTEND(bugprone-macro-parentheses) */
 
 OBJECT(RssXmlData, rssXmlData);
-OBJECT(FwXmlData, fwXmlData);
 TABLE(DeviceTypeArray);
 TABLE(WlanEncrypTypeArray);
 TABLE(WlanEncrypModeArray);
@@ -23,16 +22,12 @@ TABLE(WirelessTypeArray);
 TABLE(ConnTypeArray);
 TABLE(ADslEncapModeArray);
 OBJECT(LostKeyHandler, XmlErrMsg_LostKey);
-OBJECT(ClientAuthInfo *, clientauthinfo);
-OBJECT(ClientAuthInfo *, cur_authinfo);
-TEXT(string, 80);
 TEXT(daemon_log_path, 64);
 TEXT(daemon_log_header, 32);
 OBJECT(int, daemon_log_level);
 OBJECT(int, daemon_log_file_size_k);
 
 FUNCTION(void, restore_XmlRssStatus, (int full));
-FUNCTION(void, dump_RssXmlData, (void));
 FUNCTION(int, do_RssXml_Parser, (char *text));
 FUNCTION(int, do_RssXml_Parser_for_ApCloning, (char *text));
 FUNCTION(int, do_RssXml_Parser_, (char *text));
@@ -76,6 +71,12 @@ FUNCTION(int, IntMaxCmpWithXStr,
          (int value, const char *path, int compareOnly, int max, int *outTooLarge));
 FUNCTION(char *, getXNode_, (char *dst, const char *path, const char *defaultText, int xmlEncode));
 FUNCTION(char *, getXNode, (char *dst, const char *path, const char *defaultText));
+
+#if KIOAPP_HAS_DUMP
+FUNCTION(void, dump_RssXmlData, (void));
+#endif
+
+#if KIOAPP_HAS_VARIABLES
 FUNCTION(char *, cvtRss_XmlPathVsVarName, (const char *text, int toPath));
 FUNCTION(unsigned int, setget_RssVar, (const char *name, char *value, int mode));
 FUNCTION(int, get_RssVar, (const char *name, char *value, int wantPath));
@@ -86,6 +87,12 @@ FUNCTION(int, validate_RssVar2, (char *text));
 FUNCTION(void, init_RssVar, (void));
 FUNCTION(int, do_RssVar_Parser, (char *text, char separator, char *nameOut, int apply));
 FUNCTION(unsigned int, do_RssVar_Commit, (void));
+#endif
+
+#if KIOAPP_HAS_AUTH
+OBJECT(ClientAuthInfo *, clientauthinfo);
+OBJECT(ClientAuthInfo *, cur_authinfo);
+TEXT(string, 80);
 FUNCTION(int, clientAuthListAdd,
          (ClientAuthInfo * *head, const char *ip, const char *username, const char *password,
           const char *request, int mode));
@@ -101,6 +108,8 @@ FUNCTION(char *, MD5Encryption, (const char *text));
 FUNCTION(char *, generate_StarterKey, (const char *ip));
 FUNCTION(char *, generate_BKey, (const char *ip));
 FUNCTION(int, starter_auth_check, (const char *request, const char *ip, const char *session));
+#endif
+
 FUNCTION(int, logPrintf, (int level, const char *format, ...));
 FUNCTION(int, msgPrintf, (const char *format, ...));
 FUNCTION(int, dbgPrintf, (const char *format, ...));
@@ -134,6 +143,9 @@ FUNCTION(int, is_Valid_IP_CheckMask, (const char *mask, const char *a, const cha
 FUNCTION(int, is_Valid_WpaPskKey, (const char *key));
 FUNCTION(int, is_Valid_WepKey, (const char *key, int n));
 FUNCTION(int, validate_RssData, (const char *value, const char *rule));
+
+#if KIOAPP_HAS_FIRMWARE
+OBJECT(FwXmlData, fwXmlData);
 FUNCTION(const char *, get_FwServerWebSite, (void));
 FUNCTION(int, do_FwXml_Parser, (char *document, char *fileUrl, char *notesUrl));
 FUNCTION(int, do_FwEntryList_Parser, (char *text, int len, int kind));
@@ -145,3 +157,4 @@ FUNCTION(int, getMTDPartSize, (const char *name));
 FUNCTION(int, mtd_write_bootloader, (const char *file, int offset, int length));
 FUNCTION(int, mtd_write_firmware, (void));
 FUNCTION(int, write_flash_kernel_version, (void));
+#endif

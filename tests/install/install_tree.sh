@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# install_tree.sh CMAKE BUILD_DIR PREFIX LIBDIR INCLUDE_DIR VERSION: installs the build below PREFIX
-# and compares the files with what an installed tree must hold.
+# install_tree.sh CMAKE BUILD_DIR PREFIX LIBDIR INCLUDE_DIR VERSION [PART...]: installs the build below
+# PREFIX and compares the files with what an installed tree must hold that lacks the parts.
 set -euo pipefail
 cmake=$1 build_dir=$2 prefix=$3 libdir=$4 include_dir=$5 version=$6
+shift 6
 unset DESTDIR
 
 # Installed elsewhere and moved, so that a file that names its own place does not go unnoticed.
@@ -12,7 +13,8 @@ rm -rf "$first" "$prefix"
 mv "$first" "$prefix"
 
 expected() {
-  (cd "$include_dir" && find kioapp -name '*.h' | sed 's|^|include/|')
+  (cd "$include_dir" && find kioapp -name '*.h' | sed 's|^|include/|') |
+    grep -vxF -f <(printf 'include/kioapp/%s.h\n' "${@,,}")
   echo "$libdir/libkioapp.so -> libkioapp.so.${version%%.*}"
   echo "$libdir/libkioapp.so.${version%%.*} -> libkioapp.so.$version"
   echo "$libdir/libkioapp.so.$version"
@@ -26,4 +28,9 @@ installed() {
   (cd "$prefix" && find . -type f ! -name 'kioappTargets-*.cmake' -printf '%P\n' \
     -o -type l -printf '%P -> %l\n')
 }
-diff <(expected | sort) <(installed | sort)
+diff <(expected "$@" | sort) <(installed | sort)
+
+# features.h says what is there.
+says() { sed -n 's/^#define KIOAPP_HAS_\(.*\) 0$/\1/p' "$prefix/include/kioapp/features.h" | sort; }
+diff <(printf '%s\n' "$@" | sed '/^$/d' | sort) <(says)
+[[ $(grep -c '^#define KIOAPP_HAS_.* [01]$' "$prefix/include/kioapp/features.h") -eq 4 ]]

@@ -183,13 +183,6 @@ TEST_F(CommitTest, ExchangeWithoutChangesRepeatsTheLastActionsOnce) {
   EXPECT_EQ(Host().commands().size(), 2U);
 }
 
-TEST_F(CommitTest, VariableCommitIsTheSame) {
-  rssXmlData.pre_exeflag = 1;
-  EXPECT_EQ(do_RssVar_Commit(), 0U);
-  EXPECT_EQ(Host().commands(), (Commands{kUplinkScript}));
-  EXPECT_EQ(rssXmlData.pre_exeflag, 0);
-}
-
 TEST_F(CommitTest, FullCloningCommitAddsDeviceAndSave) {
   log_file::Start(6);
   EXPECT_EQ(do_RssXml_Commit_for_ApCloning(1), 0U);

@@ -136,6 +136,19 @@ TEST_F(DumpTest, ValuesAreNeverFormats) {
   EXPECT_THAT(lines, ::testing::Contains("             +- Active,MAC=1,%s%s%s"));
 }
 
+// Also when the document is refused, or is none.
+TEST_F(DumpTest, ComesAtTheEndOfEachExchange) {
+  for (const std::string& text :
+       {SampleDocument().Text(), std::string("nothing"), std::string("<root></root>")}) {
+    log_file::Start(6);
+    Parse(text);
+    const Lines lines = log_file::Lines();
+    EXPECT_THAT(lines, ::testing::Contains("----RSSXML_BGN----")) << text;
+    ASSERT_FALSE(lines.empty());
+    EXPECT_EQ(lines.back(), "----RSSXML_END----") << text;
+  }
+}
+
 TEST_F(DumpTest, IsOfLevelSix) {
   log_file::Start(5);
   dump_RssXmlData();

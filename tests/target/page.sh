@@ -65,6 +65,7 @@ For `mips-uclibc`, in bytes; the stack is the deepest of all that is measured be
 |---|---:|---:|---|
 END_OF_TEXT
 goal 'Text' 65536 "$(number text)"
+goal 'Text of the settings exchange alone, with `-mips16`' 49152 "$(number parts_text_mips16_settings)"
 goal 'Data and bss' 49152 "$(number data_and_bss)"
 goal 'Stack' 24576 "$(largest stack_)"
 goal 'Calls of the allocator but for client nodes and timers' 0 "$(largest heap_)"
@@ -87,6 +88,25 @@ row 'Of data and bss: other buffers' other_static_buffers
 cat << 'END_OF_TEXT'
 
 The rest of the data are tables with addresses, read-only once the loader has set them.
+
+## Parts
+
+Text of the stripped library for `mips-uclibc` in every combination of the parts that a build may
+leave out (`KIO_WITH_...`). The settings exchange is always there.
+
+| Variables | Firmware | Login | Dump | Text | With `-mips16` |
+|:---:|:---:|:---:|:---:|---:|---:|
+END_OF_TEXT
+sed -nE 's/^parts_text_(settings[a-z+]*) .*/\1/p' recorded/mips-uclibc.txt | while read -r combination; do
+  printf '|'
+  for part in variables firmware auth dump; do
+    [[ $combination+ == *+$part+* ]] && printf ' x |' || printf '  |'
+  done
+  printf ' %s | %s |\n' "$(figure mips-uclibc "parts_text_$combination")" \
+    "$(figure mips-uclibc "parts_text_mips16_$combination")"
+done
+
+cat << 'END_OF_TEXT'
 
 ## Stack
 

@@ -224,5 +224,15 @@ TEST_F(EntryPointTest, ValidatePairBoundsNoValue) {
   EXPECT_EQ(ValidatePair("rss_DeviceName=" + std::string(201, 'v')), 10);
 }
 
+TEST_F(EntryPointTest, CommitIsThatOfAnExchange) {
+  Host().Set("/zentrolinks/scriptdirecory", "/etc/scripts");
+  restore_XmlRssStatus(0);
+  rssXmlData.exeflag = 0;
+  rssXmlData.pre_exeflag = KIOAPP_SYNC_WAN;
+  EXPECT_EQ(do_RssVar_Commit(), 0U);
+  EXPECT_THAT(Host().commands(), ElementsAre("/etc/scripts/uplink.sh"));
+  EXPECT_EQ(rssXmlData.pre_exeflag, 0);
+}
+
 }  // namespace
 }  // namespace kio::test

@@ -1,0 +1,71 @@
+# The parts that a product may leave out of the library. Each is a set of files below src/, of names
+# in src/exports.map and of declarations in the headers; no other part calls it.
+option(KIO_WITH_VARIABLES "Build the settings one by one (variables.h)" ON)
+option(KIO_WITH_FIRMWARE "Build the firmware list, upgrades and the check of images (firmware.h)" ON)
+option(KIO_WITH_AUTH "Build the key handshake and the list of clients (auth.h)" ON)
+option(KIO_WITH_DUMP "Build the dump of the record (dump_RssXmlData)" ON)
+
+set(KIO_PARTS VARIABLES FIRMWARE AUTH DUMP)
+set(KIO_FILES_OF_VARIABLES "variables/.*[.]cc")
+set(KIO_FILES_OF_FIRMWARE "firmware/.*[.]cc")
+set(KIO_FILES_OF_AUTH "auth/.*[.]cc")
+set(KIO_FILES_OF_DUMP "settings/dump[.]cc")
+
+set(KIO_LEFT_OUT)
+foreach(part ${KIO_PARTS})
+  if(NOT KIO_WITH_${part})
+    list(APPEND KIO_LEFT_OUT ${part})
+  endif()
+endforeach()
+
+# Each of these uses all parts.
+foreach(user HOST BENCH FUZZ)
+  if(KIO_BUILD_${user} AND KIO_LEFT_OUT)
+    list(TRANSFORM KIO_LEFT_OUT PREPEND KIO_WITH_)
+    list(JOIN KIO_LEFT_OUT ", " kio_switches)
+    message(FATAL_ERROR "KIO_BUILD_${user} needs the whole library, and these are off: "
+                        "${kio_switches}. Switch them on, or give -DKIO_BUILD_${user}=OFF.")
+  endif()
+endforeach()
+
+# kio_combination(NUMBER NAME LEFT_OUT): the name of a combination of the parts, such as
+# "settings+auth", and the parts that it leaves out. They are numbered from 0 to 15.
+function(kio_combination number name left_out)
+  set(combination settings)
+  set(others)
+  foreach(part ${KIO_PARTS})
+    math(EXPR is_there "${number} & 1")
+    math(EXPR number "${number} >> 1")
+    if(is_there)
+      string(TOLOWER "${combination}+${part}" combination)
+    else()
+      list(APPEND others ${part})
+    endif()
+  endforeach()
+  set(${name} ${combination} PARENT_SCOPE)
+  set(${left_out} ${others} PARENT_SCOPE)
+endfunction()
+
+# kio_write_exports(FILE PART...): writes the linker's list of exported names, that of src/exports.map
+# but for the sections of the parts.
+function(kio_write_exports file)
+  set(map ${PROJECT_SOURCE_DIR}/src/exports.map)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${map})
+  file(STRINGS ${map} lines)
+  set(is_kept ON)
+  set(text)
+  foreach(line IN LISTS lines)
+    if(line MATCHES "^ +/\\*")
+      set(is_kept ON)
+      if(line MATCHES "KIO_WITH_([A-Z]+)" AND CMAKE_MATCH_1 IN_LIST ARGN)
+        set(is_kept OFF)
+      endif()
+    elseif(line MATCHES "^ *local:")
+      set(is_kept ON)
+    endif()
+    if(is_kept)
+      string(APPEND text "${line}\n")
+    endif()
+  endforeach()
+  file(CONFIGURE OUTPUT ${file} CONTENT "${text}" @ONLY)
+endfunction()
