@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "documents.h"
+#include "held_alarm.h"
 #include "host_process.h"
 #include "http_client.h"
 
@@ -165,7 +166,7 @@ TEST(DueActionsTest, AFullCloningIsMadeUpForWithAllItsActions) {
 
 class DueApplyTest : public ::testing::Test {
  protected:
-  void SetUp() override { ASSERT_TRUE(host_.Start()); }
+  void SetUp() override { ASSERT_TRUE(StartWithHeldAlarm(&host_)); }
 
   void Send(const std::string& path, const std::string& body) const {
     EXPECT_EQ(Post(host_.port(), path, body).body, "0 done\n") << path;
@@ -188,6 +189,7 @@ TEST_F(DueApplyTest, AnApplyWithoutItsCommitIsMadeUpFor) {
 
 TEST_F(DueApplyTest, ADeferredCommitIsMadeUpFor) {
   Send("/vars", "rss_DeviceName=Attic&rss_Act_ApplyAllRssVars=&rss_Act_CommitRssVars=");
+  EXPECT_EQ(Alarms(host_), "2\n");
   Restart();
   EXPECT_THAT(host_.Output(), HasSubstr("action DeviceResync"));
   EXPECT_THAT(host_.Output(), HasSubstr(kMadeUp));
@@ -206,6 +208,7 @@ TEST_F(DueApplyTest, ABatchThatAppliesTwiceOwesTheActionsOfBoth) {
 
 TEST_F(DueApplyTest, ADeferredCommitThatRanIsDoneWith) {
   Send("/vars", "rss_DeviceName=Attic&rss_Act_ApplyAllRssVars=&rss_Act_CommitRssVars=");
+  ASSERT_TRUE(RingAlarm(host_));
   ASSERT_TRUE(host_.WaitForOutput("action CfgSaveToFlash"));
   // A text like an action's name is no applying.
   Send("/vars", "rss_DeviceName=ApplyAllRssVars");

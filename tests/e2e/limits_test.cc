@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "documents.h"
+#include "held_alarm.h"
 #include "host_process.h"
 #include "http_client.h"
 
@@ -256,19 +257,22 @@ TEST_F(LimitsTest, DocumentsOfClientsThatHaveGoneDoNotRun) {
 }
 
 // In line they do not take the room of others either.
-TEST_F(LimitsTest, WhoGoesWhileWaitingLeavesTheLine) {
-  EXPECT_EQ(Put(host_.port(), "/vars/rss_DeviceName", "Loft").status, 200);
-  EXPECT_EQ(Post(host_.port(), "/actions/ApplyAllRssVars", "").status, 200);
-  EXPECT_EQ(Post(host_.port(), "/actions/CommitRssVars", "").status, 200);
-  // They wait for two seconds now, while reads are served.
+TEST(LineTest, WhoGoesWhileWaitingLeavesTheLine) {
+  HostProcess host;
+  ASSERT_TRUE(StartWithHeldAlarm(&host));
+  EXPECT_EQ(Put(host.port(), "/vars/rss_DeviceName", "Loft").status, 200);
+  EXPECT_EQ(Post(host.port(), "/actions/ApplyAllRssVars", "").status, 200);
+  EXPECT_EQ(Post(host.port(), "/actions/CommitRssVars", "").status, 200);
+  // They wait until the alarm rings, while reads are served.
   for (int i = 0; i < 40; ++i) {
-    Connection client(host_.port());
+    Connection client(host.port());
     ASSERT_TRUE(
         client.Send(PostRequest("/settings", With(FactoryDocument(), "DeviceName", "Gone"))));
-    EXPECT_EQ(Get(host_.port(), "/device").status, 200) << i;
+    EXPECT_EQ(Get(host.port(), "/device").status, 200) << i;
   }
-  EXPECT_EQ(Post(host_.port(), "/actions/VerifyAllRssVars", "").status, 200);
-  EXPECT_EQ(host_.Node("/sys/friendlyname"), "Loft");
+  ASSERT_TRUE(RingAlarm(host));
+  EXPECT_EQ(Post(host.port(), "/actions/VerifyAllRssVars", "").status, 200);
+  EXPECT_EQ(host.Node("/sys/friendlyname"), "Loft");
 }
 
 TEST_F(LimitsTest, WithoutDescriptorsTheHostWaits) {

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "documents.h"
+#include "held_alarm.h"
 #include "host_process.h"
 #include "http_client.h"
 
@@ -118,11 +119,12 @@ TEST_F(ScriptTest, AScriptThatIsMissingOrNotExecutableIsTold) {
 
 TEST_F(ScriptTest, AFailureOfADeferredCommitIsTold) {
   host_.UseScript("device_resync.sh", "#!/bin/sh\nexit 3\n");
-  ASSERT_TRUE(host_.Start());
+  ASSERT_TRUE(StartWithHeldAlarm(&host_));
   EXPECT_EQ(Put(host_.port(), "/vars/rss_DeviceName", "Attic").status, 200);
   for (const char* const action : {"VerifyAllRssVars", "ApplyAllRssVars", "CommitRssVars"}) {
     EXPECT_EQ(Post(host_.port(), std::string("/actions/") + action, "").body, "0 done\n");
   }
+  EXPECT_TRUE(RingAlarm(host_));
   EXPECT_TRUE(host_.WaitForOutput("action DeviceResync: device_resync.sh failed: exit status 3\n"));
   EXPECT_THAT(Events(), ElementsAre("DeviceResync: device_resync.sh failed: exit status 3"));
 }
@@ -162,7 +164,7 @@ TEST_F(ScriptTest, AScriptThatDoesNotListenIsKilled) {
 // The stop is asked for while the commit is due, so that its scripts begin afterwards.
 TEST_F(ScriptTest, AScriptThatBeginsAfterTheStopIsEndedAsWell) {
   host_.UseScript("device_resync.sh", "#!/bin/sh\nsleep 100\n");
-  ASSERT_TRUE(host_.Start());
+  ASSERT_TRUE(StartWithHeldAlarm(&host_));
   EXPECT_EQ(Put(host_.port(), "/vars/rss_DeviceName", "Attic").status, 200);
   for (const char* const action : {"VerifyAllRssVars", "ApplyAllRssVars", "CommitRssVars"}) {
     EXPECT_EQ(Post(host_.port(), std::string("/actions/") + action, "").body, "0 done\n");

@@ -4,17 +4,18 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
+#include <atomic>
 #include <csignal>
+#include <numeric>
 #include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "documents.h"
+#include "held_alarm.h"
 #include "host_process.h"
 #include "http_client.h"
-#include "preload.h"
 
 namespace {
 
@@ -23,15 +24,18 @@ using ::testing::Each;
 using ::testing::Gt;
 using ::testing::HasSubstr;
 using ::testing::Not;
-using Clock = std::chrono::steady_clock;
 
 constexpr char kCountingScript[] = "#!/bin/sh\nsleep 0.2\necho run >>\"$KIOHOST_STATE_DIR/runs\"\n";
 
 class VariableActionTest : public ::testing::Test {
  protected:
-  void Start(const std::vector<std::string>& arguments = {}) {
+  void Start() {
     host_.UseScript("device_resync.sh", kCountingScript);
-    ASSERT_TRUE(host_.Start(arguments));
+    ASSERT_TRUE(host_.Start());
+  }
+  void StartHeld(const std::vector<std::string>& arguments = {}) {
+    host_.UseScript("device_resync.sh", kCountingScript);
+    ASSERT_TRUE(StartWithHeldAlarm(&host_, arguments));
   }
 
   HttpResponse Set(const std::string& name, const std::string& value) const {
@@ -56,25 +60,28 @@ class VariableActionTest : public ::testing::Test {
     return static_cast<size_t>(std::count(runs.begin(), runs.end(), '\n'));
   }
 
+  // Whether there are so many in the end, and no more.
   bool WaitForRuns(size_t count) const {
-    const auto end = Clock::now() + std::chrono::minutes(1);
-    while (Runs() < count && Clock::now() < end) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    return Runs() == count;
+    return WaitFor([this, count] { return Runs() >= count; }) && Runs() == count;
   }
 
-  // The runs after the time in which another alarm would have rung.
-  size_t SettledRuns() const {
-    std::this_thread::sleep_for(std::chrono::milliseconds(2500));
-    return Runs();
+  // Sends an exchange while a commit is due; its answer when the alarm has rung.
+  HttpResponse AnswerAfterTheAlarm(const std::string& document) const {
+    Connection client(host_.port());
+    EXPECT_TRUE(client.Send(PostRequest("/settings", document)));
+    // The host has seen the exchange when it has answered these.
+    EXPECT_EQ(Get(host_.port(), "/device").status, 200);
+    EXPECT_EQ(Get(host_.port(), "/device").status, 200);
+    EXPECT_TRUE(client.StaysSilent(0)) << "the exchange does not wait";
+    EXPECT_TRUE(RingAlarm(host_));
+    return client.Read();
   }
 
   HostProcess host_;
 };
 
 TEST_F(VariableActionTest, SetVerifyApplyCommit) {
-  Start();
+  StartHeld();
   EXPECT_EQ(Set("rss_DeviceName", "Attic").status, 200);
   EXPECT_EQ(Act("VerifyAllRssVars"), "0 done\n");
   EXPECT_EQ(Get(host_.port(), "/result").body, ResultDocument(0, "", 0));
@@ -82,10 +89,13 @@ TEST_F(VariableActionTest, SetVerifyApplyCommit) {
   EXPECT_EQ(Act("ApplyAllRssVars"), "0 done\n");
   EXPECT_EQ(host_.Node("/sys/friendlyname"), "Attic");
   EXPECT_THAT(host_.Output(), Not(HasSubstr("action")));
-  const auto begin = Clock::now();
+  EXPECT_EQ(Alarms(host_), "");
   EXPECT_EQ(Act("CommitRssVars"), "0 done\n");
+  EXPECT_EQ(Alarms(host_), "2\n");
+  EXPECT_EQ(Read("rss_DeviceName"), "Attic");
+  EXPECT_EQ(Runs(), 0U) << "before the alarm has rung";
+  EXPECT_TRUE(RingAlarm(host_));
   EXPECT_TRUE(host_.WaitForOutput("action CfgSaveToFlash"));
-  EXPECT_GE(Clock::now() - begin, std::chrono::milliseconds(1900));
   EXPECT_THAT(host_.Output(), HasSubstr("action DeviceResync"));
   EXPECT_EQ(Runs(), 1U);
   EXPECT_EQ(Read("rss_DeviceName"), "Attic");
@@ -162,40 +172,55 @@ TEST_F(VariableActionTest, ABatchWithActionsIsOneTransaction) {
   EXPECT_TRUE(WaitForRuns(1));
 }
 
+// Reads a variable without a rest, with many requests at once, until it is told to end.
+void Flood(int port, const std::atomic<bool>& ends, std::atomic<int>* answered) {
+  constexpr int kAtOnce = 20;
+  std::string requests;
+  for (int i = 0; i < kAtOnce; ++i) {
+    requests += "GET /vars/rss_DeviceName HTTP/1.1\r\nHost: router\r\n\r\n";
+  }
+  Connection client(port);
+  bool answers = true;
+  while (answers && !ends) {
+    answers = client.Send(requests);
+    for (int i = 0; answers && i < kAtOnce; ++i) {
+      answers = client.Read().body == "Attic";
+      *answered += answers ? 1 : 0;
+    }
+  }
+}
+
 // Clients that give the host no rest do not put the commit off.
 TEST_F(VariableActionTest, TheCommitRunsOnceAmongRequests) {
   constexpr size_t kClients = 4;
-  constexpr int kAtOnce = 20;
-  Start();
+  constexpr int kEach = 100;
+  constexpr int kMostOnTheWay = 1000;
+  StartHeld();
   ApplyName("Attic");
   EXPECT_EQ(Act("CommitRssVars"), "0 done\n");
-  const auto end = Clock::now() + std::chrono::seconds(5);
-  std::array<int, kClients> answered = {};
+  std::array<std::atomic<int>, kClients> answered = {};
+  const auto all = [&answered] { return std::accumulate(answered.begin(), answered.end(), 0); };
+  std::atomic<bool> ends = false;
   std::vector<std::thread> clients;
   clients.reserve(kClients);
-  for (int& count : answered) {
-    clients.emplace_back([this, end, &count] {
-      std::string requests;
-      for (int i = 0; i < kAtOnce; ++i) {
-        requests += "GET /vars/rss_DeviceName HTTP/1.1\r\nHost: router\r\n\r\n";
-      }
-      Connection client(host_.port());
-      bool answers = true;
-      while (answers && Clock::now() < end) {
-        answers = client.Send(requests);
-        for (int i = 0; answers && i < kAtOnce; ++i) {
-          answers = client.Read().body == "Attic";
-          count += answers ? 1 : 0;
-        }
-      }
-    });
+  for (std::atomic<int>& count : answered) {
+    clients.emplace_back([this, &ends, &count] { Flood(host_.port(), ends, &count); });
   }
-  std::this_thread::sleep_for(std::chrono::milliseconds(3500));
+  for (const std::atomic<int>& count : answered) {
+    EXPECT_TRUE(WaitFor([&count] { return count >= kEach; }));
+  }
+  EXPECT_EQ(Runs(), 0U);
+  const int before = all();
+  EXPECT_TRUE(RingAlarm(host_));
+  EXPECT_TRUE(
+      WaitFor([this, &all, before] { return Runs() > 0 || all() > before + kMostOnTheWay; }));
   EXPECT_EQ(Runs(), 1U) << "put off";
+  const int after = all();
+  EXPECT_TRUE(WaitFor([&all, after] { return all() > after + kMostOnTheWay; }));
+  ends = true;
   for (std::thread& client : clients) {
     client.join();
   }
-  EXPECT_THAT(answered, Each(Gt(100)));
   EXPECT_EQ(Runs(), 1U);
   EXPECT_EQ(host_.End(SIGTERM), 0);
   EXPECT_EQ(Runs(), 1U);
@@ -203,14 +228,24 @@ TEST_F(VariableActionTest, TheCommitRunsOnceAmongRequests) {
 
 // The log of the library has each call from its name to its result, which nothing interrupts.
 TEST_F(VariableActionTest, TheCommitRunsInsideNoRequest) {
-  Start({"--log-level", "7"});
+  constexpr int kReads = 50;
+  StartHeld({"--log-level", "7"});
   ApplyName("Attic");
   EXPECT_EQ(Act("CommitRssVars"), "0 done\n");
-  const auto begin = Clock::now();
-  while (Clock::now() - begin < std::chrono::seconds(5)) {
-    EXPECT_EQ(Read("rss_DeviceName"), "Attic");
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
-  }
+  std::atomic<int> reads = 0;
+  std::atomic<bool> ends = false;
+  std::thread reader([this, &reads, &ends] {
+    for (; !ends; ++reads) {
+      EXPECT_EQ(Read("rss_DeviceName"), "Attic");
+    }
+  });
+  EXPECT_TRUE(WaitFor([&reads] { return reads >= kReads; }));
+  EXPECT_TRUE(RingAlarm(host_));
+  EXPECT_TRUE(WaitForRuns(1));
+  const int during = reads;
+  EXPECT_TRUE(WaitFor([&reads, during] { return reads >= during + kReads; }));
+  ends = true;
+  reader.join();
   EXPECT_EQ(host_.End(SIGTERM), 0);
   std::istringstream log(ReadFile(host_.dir().File("kiohost_log.txt.old")) +
                          ReadFile(host_.dir().File("kiohost_log.txt")));
@@ -230,37 +265,33 @@ TEST_F(VariableActionTest, TheCommitRunsInsideNoRequest) {
   EXPECT_EQ(Runs(), 1U);
 }
 
+// A process has one alarm: the second request puts it off.
 TEST_F(VariableActionTest, TwoRequestsWithinTwoSecondsRunOneCommit) {
-  Start();
+  StartHeld();
   ApplyName("Attic");
-  // A busy machine may be too late with the second request; not every time.
-  size_t commits = 0;
-  Clock::time_point begin;
-  bool in_time = false;
-  for (int attempt = 0; attempt < 10 && !in_time; ++attempt) {
-    begin = Clock::now();
-    EXPECT_EQ(Act("CommitRssVars"), "0 done\n");
-    std::this_thread::sleep_for(std::chrono::milliseconds(1200));
-    EXPECT_EQ(Act("CommitRssVars"), "0 done\n");
-    in_time = Clock::now() - begin < std::chrono::milliseconds(1900);
-    EXPECT_TRUE(WaitForRuns(++commits) || !in_time);
-    commits = in_time ? commits : SettledRuns();
-  }
-  ASSERT_TRUE(in_time) << "the second one waited";
-  EXPECT_GE(Clock::now() - begin, std::chrono::milliseconds(3000)) << "the first alarm rang";
-  EXPECT_EQ(SettledRuns(), commits);
+  EXPECT_EQ(Act("CommitRssVars"), "0 done\n");
+  EXPECT_EQ(Act("CommitRssVars"), "0 done\n");
+  EXPECT_EQ(Alarms(host_), "2\n2\n") << "the second one waited";
+  EXPECT_EQ(Read("rss_DeviceName"), "Attic");
+  EXPECT_EQ(Runs(), 0U);
+  EXPECT_TRUE(RingAlarm(host_));
+  EXPECT_TRUE(WaitForRuns(1));
   // A later one is another commit. The library runs the last actions once more.
   EXPECT_EQ(Act("CommitRssVars"), "0 done\n");
-  EXPECT_TRUE(WaitForRuns(commits + 1));
+  EXPECT_EQ(Alarms(host_), "2\n2\n2\n");
+  EXPECT_TRUE(RingAlarm(host_));
+  EXPECT_TRUE(WaitForRuns(2));
+  EXPECT_EQ(host_.End(SIGTERM), 0);
+  EXPECT_EQ(Runs(), 2U);
 }
 
 // An exchange in the meantime waits, so that each gets its actions.
 TEST_F(VariableActionTest, ACommitAndAnExchangeDoNotLoseEachOther) {
-  Start();
+  StartHeld();
   ApplyName("Attic");
   EXPECT_EQ(Act("CommitRssVars"), "0 done\n");
   const std::string renamed = WithIn(FactoryDocument(), "Wireless5", "WirelessName", "Bed");
-  const HttpResponse answer = Post(host_.port(), "/settings", With(renamed, "DeviceName", "Attic"));
+  const HttpResponse answer = AnswerAfterTheAlarm(With(renamed, "DeviceName", "Attic"));
   EXPECT_THAT(answer.body, HasSubstr("<RssSetResult>0</RssSetResult>"));
   EXPECT_EQ(Runs(), 1U) << "the exchange did not wait";
   EXPECT_EQ(host_.End(SIGTERM), 0);
@@ -273,11 +304,12 @@ TEST_F(VariableActionTest, ACommitAndAnExchangeDoNotLoseEachOther) {
 
 // What was set after the request for a commit belongs to a series of its own.
 TEST_F(VariableActionTest, WhatIsSetAfterTheRequestIsKept) {
-  Start();
+  StartHeld();
   ApplyName("Attic");
   EXPECT_EQ(Act("CommitRssVars"), "0 done\n");
   EXPECT_EQ(Read("rss_DeviceName"), "Attic");
   EXPECT_EQ(Set("rss_Wl2_WirelessName", "Sofa").status, 200);
+  EXPECT_TRUE(RingAlarm(host_));
   EXPECT_TRUE(WaitForRuns(1));
   EXPECT_EQ(Read("rss_Wl2_WirelessName"), "Sofa");
 }
@@ -286,35 +318,34 @@ TEST_F(VariableActionTest, AStopRunsTheCommitThatIsDue) {
   for (const int signal_number : {SIGTERM, SIGINT}) {
     HostProcess host;
     host.UseScript("device_resync.sh", kCountingScript);
-    {
-      // An answer or a stop that waited for it would not come.
-      const Preload late_alarm(KIO_LATE_ALARM, "KIO_TEST", "");
-      ASSERT_TRUE(host.Start());
-    }
+    // An answer or a stop that waited for the alarm would not come.
+    ASSERT_TRUE(StartWithHeldAlarm(&host));
     EXPECT_EQ(Post(host.port(), "/vars", "rss_DeviceName=Attic").status, 200);
     EXPECT_EQ(Post(host.port(), "/actions/ApplyAllRssVars", "").status, 200);
     EXPECT_EQ(Post(host.port(), "/actions/CommitRssVars", "").status, 200);
     EXPECT_EQ(ReadFile(host.dir().File("runs")), "");
     EXPECT_EQ(host.End(signal_number), 0);
     EXPECT_EQ(ReadFile(host.dir().File("runs")), "run\n");
+    EXPECT_EQ(Alarms(host), "2\n0\n") << "the alarm is not cancelled";
     EXPECT_THAT(host.Output(), HasSubstr("action CfgSaveToFlash"));
   }
 }
 
 TEST_F(VariableActionTest, ACommitWithNothingToDoRunsNothing) {
-  Start();
+  StartHeld();
   EXPECT_EQ(Act("CommitRssVars"), "0 done\n");
-  // An exchange waits until the commit is over.
-  EXPECT_EQ(Post(host_.port(), "/settings", FactoryDocument()).status, 200);
+  EXPECT_EQ(AnswerAfterTheAlarm(FactoryDocument()).status, 200);
   EXPECT_EQ(Runs(), 0U);
   EXPECT_THAT(host_.Output(), Not(HasSubstr("action DeviceResync")));
 }
 
 TEST_F(VariableActionTest, WithRealWaitsTheHostGoesAwayAfterTheCommit) {
-  Start({"--real-waits"});
+  StartHeld({"--real-waits"});
   EXPECT_EQ(Set("rss_DeviceName", "Attic").status, 200);
   EXPECT_EQ(Act("ApplyAllRssVars"), "0 done\n");
   EXPECT_EQ(Act("CommitRssVars"), "0 done\n");
+  EXPECT_THAT(host_.Output(), Not(HasSubstr("away for ")));
+  EXPECT_TRUE(RingAlarm(host_));
   ASSERT_TRUE(host_.WaitForOutput("away for "));
   EXPECT_FALSE(Connection(host_.port()).connected());
   EXPECT_EQ(Runs(), 1U);
