@@ -6,10 +6,10 @@
 #include <csignal>
 #include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "documents.h"
+#include "host_clock.h"
 #include "host_process.h"
 #include "host_steps.h"
 #include "http_client.h"
@@ -18,13 +18,12 @@ namespace {
 
 using ::testing::HasSubstr;
 using ::testing::Not;
-using Clock = std::chrono::steady_clock;
 
-// Ends when the file `go` is there.
-constexpr char kHeldScript[] =
-    "#!/bin/sh\nwhile [ ! -e \"$KIOHOST_STATE_DIR/go\" ]; do sleep 0.05; done\n"
-    "echo done >>\"$KIOHOST_STATE_DIR/slow\"\n";
-constexpr char kSlowScript[] = "#!/bin/sh\nsleep 1\necho done >>\"$KIOHOST_STATE_DIR/slow\"\n";
+// Whether the held script has begun, and how often it was done.
+bool WaitForHeldScript(const HostProcess& host) {
+  return WaitFor([&host] { return ReadFile(host.dir().File("begun")) == "begun\n"; });
+}
+std::string Done(const HostProcess& host) { return ReadFile(host.dir().File("done")); }
 
 std::string NewUplink(const std::string& address) {
   return With(FactoryDocument(), "UpLinkConnection", StaticUplink(address));
@@ -37,10 +36,10 @@ TEST(CommitTest, RunsOnlyAfterTheAnswerWasSent) {
   // The script does not end before the answer is here.
   const HttpResponse answer = Post(host.port(), "/settings", NewUplink("192.0.2.77"));
   EXPECT_EQ(answer.body, ResultDocument(0, "", 20));
-  EXPECT_EQ(ReadFile(host.dir().File("slow")), "");
+  EXPECT_EQ(Done(host), "");
   WriteFile(host.dir().File("go"), "");
   EXPECT_TRUE(host.WaitForOutput("action WanResync"));
-  EXPECT_EQ(ReadFile(host.dir().File("slow")), "done\n");
+  EXPECT_EQ(Done(host), "done\n");
 }
 
 TEST(CommitTest, RunsAlthoughTheClientWentAway) {
@@ -49,9 +48,7 @@ TEST(CommitTest, RunsAlthoughTheClientWentAway) {
   {
     Connection client(host.port());
     ASSERT_TRUE(client.Send(PostRequest("/settings", NewUplink("192.0.2.77"))));
-    while (host.Node("/uplink/ip") != "192.0.2.77") {
-      std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
+    ASSERT_TRUE(WaitFor([&host] { return host.Node("/uplink/ip") == "192.0.2.77"; }));
     client.Abort();
   }
   EXPECT_TRUE(host.WaitForOutput("action CfgSaveToFlash"));
@@ -71,7 +68,7 @@ std::unique_ptr<Connection> Accepted(int port) {
 // must get its own actions; the library keeps those of one exchange only.
 TEST(CommitTest, EachOfTwoExchangesAtOnceGetsItsActions) {
   HostProcess host;
-  host.UseScript("uplink.sh", kSlowScript);
+  host.UseScript("uplink.sh", kHeldScript);
   ASSERT_TRUE(host.Start());
   const auto second = Accepted(host.port());
   const auto third = Accepted(host.port());
@@ -82,7 +79,7 @@ TEST(CommitTest, EachOfTwoExchangesAtOnceGetsItsActions) {
   const std::string cloned = WithIn(FactoryDocument(), "Wireless5", "WirelessName", "Third");
   ASSERT_TRUE(second->Send(PostRequest("/settings", renamed)));
   ASSERT_TRUE(third->Send(PostRequest("/settings?cloning=1", cloned)));
-  EXPECT_EQ(ReadFile(host.dir().File("slow")), "") << "the first commit was over too early";
+  WriteFile(host.dir().File("go"), "");
   EXPECT_THAT(second->Read().body, HasSubstr("<RssSetResult>0</RssSetResult>"));
   EXPECT_THAT(third->Read().body, HasSubstr("<RssSetResult>0</RssSetResult>"));
 
@@ -175,12 +172,17 @@ TEST(CommitTest, AStopDoesNotLoseTheCommitOfAnAnsweredExchange) {
 TEST(CommitTest, AStopDuringACommitWaitsForIt) {
   for (const int signal_number : {SIGTERM, SIGINT, SIGHUP}) {
     HostProcess host;
-    host.UseScript("uplink.sh", kSlowScript);
-    ASSERT_TRUE(host.Start());
+    HostClock clock(&host);
+    host.UseScript("uplink.sh", kHeldScript);
+    ASSERT_TRUE(clock.Start());
     EXPECT_EQ(Post(host.port(), "/settings", NewUplink("192.0.2.77")).status, 200);
-    std::this_thread::sleep_for(std::chrono::milliseconds(200));
-    EXPECT_EQ(host.End(signal_number), 0);
-    EXPECT_EQ(ReadFile(host.dir().File("slow")), "done\n");
+    ASSERT_TRUE(WaitForHeldScript(host));
+    ASSERT_EQ(kill(host.pid(), signal_number), 0);
+    // As long as a stop leaves a script alone.
+    ASSERT_TRUE(clock.Advance(std::chrono::milliseconds(1299)));
+    WriteFile(host.dir().File("go"), "");
+    EXPECT_EQ(host.WaitForEnd(), 0);
+    EXPECT_EQ(Done(host), "done\n");
     EXPECT_THAT(host.Output(), HasSubstr("action CfgSaveToFlash"));
   }
 }
@@ -246,12 +248,12 @@ TEST(CommitTest, AnAlarmDoesNotInterruptACommit) {
   HostProcess host;
   host.UseScript("uplink.sh",
                  "#!/bin/sh\nkill -ALRM \"$(cat \"$KIOHOST_STATE_DIR/pid\")\"\n"
-                 "sleep 0.2\necho done >>\"$KIOHOST_STATE_DIR/slow\"\n");
+                 "sleep 0.2\necho done >>\"$KIOHOST_STATE_DIR/done\"\n");
   ASSERT_TRUE(host.Start());
   WriteFile(host.dir().File("pid"), std::to_string(host.pid()));
   EXPECT_EQ(Post(host.port(), "/settings", NewUplink("192.0.2.77")).status, 200);
   ASSERT_TRUE(host.WaitForOutput("action CfgSaveToFlash"));
-  EXPECT_EQ(ReadFile(host.dir().File("slow")), "done\n");
+  EXPECT_EQ(Done(host), "done\n");
   EXPECT_EQ(Get(host.port(), "/device").status, 200);
   EXPECT_EQ(host.End(SIGTERM), 0);
 }
@@ -268,20 +270,18 @@ TEST(CommitTest, AStrayAlarmDoesNothing) {
 
 TEST(CommitTest, WithRealWaitsTheHostGoesAwayAsLongAsItSaid) {
   HostProcess host;
-  ASSERT_TRUE(host.Start({"--real-waits"}));
+  HostClock clock(&host);
+  ASSERT_TRUE(clock.Start({"--real-waits"}));
   const std::string survey = With(FactoryDocument(), "UpLinkConnection",
                                   "<HardwareType>WWan802.11</HardwareType>"
                                   "<ConnType>DHCP</ConnType><ExtenderSite><Survey>1</Survey>"
                                   "</ExtenderSite>");
-  const auto begin = Clock::now();
   EXPECT_EQ(Post(host.port(), "/settings", survey).body, ResultDocument(0, "", 3));
   ASSERT_TRUE(host.WaitForOutput("away for 3 s"));
+  ASSERT_TRUE(clock.Advance(std::chrono::milliseconds(2999)));
   EXPECT_FALSE(Connection(host.port()).connected());
-  while (!Connection(host.port()).connected()) {
-    ASSERT_LT(Clock::now() - begin, std::chrono::minutes(2));
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
-  }
-  EXPECT_GE(Clock::now() - begin, std::chrono::milliseconds(2900));
+  ASSERT_TRUE(clock.Advance(std::chrono::milliseconds(1)));
+  EXPECT_TRUE(Connection(host.port()).connected());
   EXPECT_THAT(host.Output(), HasSubstr("action WlanSiteSurvey"));
   EXPECT_EQ(Get(host.port(), "/device").status, 200);
 }

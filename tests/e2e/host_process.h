@@ -42,6 +42,12 @@ std::string ProfileWith(const std::vector<std::string>& lines);
 void WriteFile(const std::string& file, const std::string& content);
 std::string ReadFile(const std::string& file);
 
+// A resync script that writes "begun", goes on when the file `go` is there, and writes "done". It ends
+// with the test, too.
+inline constexpr char kHeldScript[] =
+    "#!/bin/sh\ncd \"$KIOHOST_STATE_DIR\"\necho begun >begun\n"
+    "until [ -e go ] || [ ! -e begun ]; do sleep 0.02; done\necho done >>done\n";
+
 // How often a text holds another.
 size_t Count(const std::string& text, const std::string& part);
 

@@ -1,10 +1,5 @@
 #include "host_steps.h"
 
-#include <fcntl.h>
-#include <sys/mman.h>
-#include <unistd.h>
-
-#include <cstdlib>
 #include <string>
 
 #include "preload.h"
@@ -13,22 +8,9 @@ namespace {
 
 std::string CountFile(const HostProcess& host) { return host.dir().File("steps"); }
 
-volatile StepCount* Share(const std::string& file) {
-  WriteFile(file, std::string(sizeof(StepCount), '\0'));
-  const int opened = open(file.c_str(), O_RDWR | O_CLOEXEC);
-  void* const map = mmap(nullptr, sizeof(StepCount), PROT_READ | PROT_WRITE, MAP_SHARED, opened, 0);
-  close(opened);
-  if (map == MAP_FAILED) {
-    std::abort();
-  }
-  return static_cast<StepCount*>(map);
-}
-
 }  // namespace
 
-HostSteps::HostSteps(HostProcess* host) : host_(host), count_(Share(CountFile(*host))) {}
-
-HostSteps::~HostSteps() { munmap(const_cast<StepCount*>(count_), sizeof(StepCount)); }
+HostSteps::HostSteps(HostProcess* host) : host_(host), count_(CountFile(*host)) {}
 
 bool HostSteps::Start() {
   Count();

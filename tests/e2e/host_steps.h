@@ -3,14 +3,12 @@
 #define TESTS_E2E_HOST_STEPS_H
 
 #include "host_process.h"
+#include "shared_struct.h"
 #include "steps.h"
 
 class HostSteps {
  public:
   explicit HostSteps(HostProcess* host);
-  ~HostSteps();
-  HostSteps(const HostSteps&) = delete;
-  HostSteps& operator=(const HostSteps&) = delete;
 
   // Starts the host. No step of the start counts.
   bool Start();
@@ -28,7 +26,7 @@ class HostSteps {
 
  private:
   HostProcess* host_;
-  volatile StepCount* count_;
+  SharedStruct<StepCount> count_;
 };
 
 #endif  // TESTS_E2E_HOST_STEPS_H
