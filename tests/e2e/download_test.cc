@@ -3,14 +3,12 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <system_error>
-#include <thread>
 #include <vector>
 
 #include "firmware_server.h"
@@ -71,6 +69,14 @@ std::string DeliveredCommand() {
   return profile.substr(begin, profile.find('\n', begin) - begin);
 }
 
+// The same with another number in the place of a limit.
+std::string DeliveredCommandWith(const std::string& limit, const std::string& other) {
+  std::string command = DeliveredCommand();
+  const size_t at = command.find(limit);
+  EXPECT_NE(at, std::string::npos) << command;
+  return at == std::string::npos ? command : command.replace(at, limit.size(), other);
+}
+
 // The processes whose command lines hold a text.
 size_t CountProcesses(const std::string& text) {
   size_t count = 0;
@@ -120,19 +126,16 @@ TEST_F(DownloadTest, AStopEndsADownloadInTheBackground) {
   EXPECT_THAT(Act('1'), HasSubstr("<result>2</result>"));
   EXPECT_THAT(Act('2'), HasSubstr("<result>3</result>"));
   const std::string image = host_.dir().File("upld.bin");
-  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-  while (CountProcesses(image) == 0 && std::chrono::steady_clock::now() < end) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
-  }
-  ASSERT_GT(CountProcesses(image), 0U);
+  ASSERT_TRUE(WaitFor([&image] { return CountProcesses(image) > 0; }));
   EXPECT_EQ(host_.End(SIGTERM), 0);
   EXPECT_EQ(CountProcesses(image), 0U);
 }
 
-// The limits of the delivered command end a download that nobody else ends.
+// The limits of the delivered command end a download that nobody else ends. These tests have
+// shorter ones of the same kind.
 TEST_F(DownloadTest, ASilentDownloadDoesNotOutliveAKilledHostForLong) {
   SilentServer server;
-  StartHost(server.Proxy(), "");
+  StartHost(server.Proxy(), DeliveredCommandWith(" -T 10 ", " -T 3 "));
   Connection client(host_.port());
   ASSERT_TRUE(client.Send(PostRequest("/firmware/1", "")));
   ASSERT_TRUE(server.WaitForClient());
@@ -143,18 +146,15 @@ TEST_F(DownloadTest, ASilentDownloadDoesNotOutliveAKilledHostForLong) {
 
 TEST_F(DownloadTest, ASilentServerIsGivenUp) {
   SilentServer server;
-  StartHost(server.Proxy(), "");
+  StartHost(server.Proxy(), DeliveredCommandWith(" -T 10 ", " -T 1 "));
   EXPECT_EQ(Act('1'), kNoList);
   EXPECT_THAT(Events(),
               ElementsAre(std::string(kSearched) + "the download command failed: exit status 4"));
 }
 
 TEST_F(DownloadTest, AServerThatDripsIsGivenUp) {
-  std::string command = DeliveredCommand();
-  const std::string bound = " 300 ";
-  ASSERT_NE(command.find(bound), std::string::npos) << command;
   SilentServer server;
-  StartHost(server.Proxy(), command.replace(command.find(bound), bound.size(), " 1 "));
+  StartHost(server.Proxy(), DeliveredCommandWith(" 300 ", " 1 "));
   Connection client(host_.port());
   ASSERT_TRUE(client.Send(PostRequest("/firmware/1", "")));
   ASSERT_TRUE(server.WaitForClient());

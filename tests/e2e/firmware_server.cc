@@ -5,12 +5,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <random>
-#include <thread>
 
 #include "host_process.h"
 
@@ -53,14 +51,14 @@ FirmwareServer::~FirmwareServer() {
 bool FirmwareServer::Start(int bytes_per_second) {
   std::filesystem::create_directories(dir_.File("www"));
   pid_ = StartProgram(dir_.File("www"), std::to_string(bytes_per_second), dir_.File("out"));
-  for (int i = 0; i < 1000 && port_ == 0; ++i) {
+  WaitFor([this] {
     if (waitpid(pid_, nullptr, WNOHANG) != 0) {
       pid_ = -1;
-      return false;
+      return true;
     }
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
     port_ = PortIn(ReadFile(dir_.File("out")));
-  }
+    return port_ > 0;
+  });
   return port_ > 0;
 }
 

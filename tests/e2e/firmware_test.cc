@@ -10,7 +10,6 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "firmware_server.h"
@@ -106,14 +105,14 @@ class FirmwareTest : public ::testing::Test {
   // Asks for the progress until the image is there; the results on the way, each once in a row.
   std::vector<std::string> WaitForDownload() {
     std::vector<std::string> results;
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    do {
+    const auto is_there = [this, &results] {
       const std::string result = Result('9');
       if (results.empty() || results.back() != result) {
         results.push_back(result);
       }
-      std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    } while (results.back() == "3" && std::chrono::steady_clock::now() < end);
+      return results.back() != "3";
+    };
+    EXPECT_TRUE(WaitFor(is_there, std::chrono::milliseconds(50)));
     return results;
   }
 

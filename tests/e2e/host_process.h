@@ -11,17 +11,17 @@
 
 #include "../host/temp_dir.h"
 
-// Waits until `condition` holds; returns whether it came to hold within some seconds.
+// Waits until `condition` holds; returns whether it came to hold within some seconds. `pause` is
+// for conditions that take time themselves.
 template <typename Condition>
-bool WaitFor(Condition condition) {
+bool WaitFor(Condition condition, std::chrono::milliseconds pause = std::chrono::milliseconds(2)) {
   constexpr auto kPatience = std::chrono::seconds(20);
-  constexpr auto kPause = std::chrono::milliseconds(2);
   const auto end = std::chrono::steady_clock::now() + kPatience;
   while (!condition()) {
     if (std::chrono::steady_clock::now() > end) {
       return false;
     }
-    std::this_thread::sleep_for(kPause);
+    std::this_thread::sleep_for(pause);
   }
   return true;
 }
@@ -42,8 +42,8 @@ std::string ProfileWith(const std::vector<std::string>& lines);
 void WriteFile(const std::string& file, const std::string& content);
 std::string ReadFile(const std::string& file);
 
-// A resync script that writes "begun", goes on when the file `go` is there, and writes "done". It ends
-// with the test, too.
+// A resync script that writes "begun", goes on when the file `go` is there, and writes "done". It
+// ends with the test, too.
 inline constexpr char kHeldScript[] =
     "#!/bin/sh\ncd \"$KIOHOST_STATE_DIR\"\necho begun >begun\n"
     "until [ -e go ] || [ ! -e begun ]; do sleep 0.02; done\necho done >>done\n";

@@ -301,8 +301,8 @@ TEST_F(LimitsTest, WithoutDescriptorsTheHostWaits) {
   begun.clear();
   Connection next(host_.port());
   ASSERT_TRUE(next.Send(kGetDevice));
-  EXPECT_TRUE(WaitFor(
-      [this, &next] { return clock_.Advance(milliseconds(250)) && !next.StaysSilent(0); }));
+  EXPECT_TRUE(
+      WaitFor([this, &next] { return clock_.Advance(milliseconds(250)) && !next.StaysSilent(0); }));
   EXPECT_EQ(next.Read().status, 200);
 }
 

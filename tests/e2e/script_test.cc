@@ -3,12 +3,10 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "documents.h"
@@ -54,11 +52,8 @@ class ScriptTest : public ::testing::Test {
                                                                                               : 0;
   }
 
-  void WaitForFile(const std::string& file) const {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (ReadFile(host_.dir().File(file)).empty() && std::chrono::steady_clock::now() < end) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
+  bool WaitForFile(const std::string& file) const {
+    return WaitFor([this, &file] { return !ReadFile(host_.dir().File(file)).empty(); });
   }
 
   HostProcess host_;
@@ -136,7 +131,7 @@ TEST_F(ScriptTest, AStopEndsAScriptThatHangsWithAllThatItStarted) {
                   "echo $$ >\"$KIOHOST_STATE_DIR/script\"\nsleep 100\n");
   ASSERT_TRUE(host_.Start());
   EXPECT_EQ(Post(host_.port(), "/settings", NewUplinkAndName()).status, 200);
-  WaitForFile("script");
+  ASSERT_TRUE(WaitForFile("script"));
   EXPECT_EQ(host_.End(SIGTERM), 0);
   EXPECT_EQ(Process("script"), 0);
   EXPECT_EQ(Process("child"), 0);
@@ -154,7 +149,7 @@ TEST_F(ScriptTest, AScriptThatDoesNotListenIsKilled) {
                   "while :; do sleep 100; done\n");
   ASSERT_TRUE(host_.Start());
   EXPECT_EQ(Post(host_.port(), "/settings", NewUplinkAndName()).status, 200);
-  WaitForFile("script");
+  ASSERT_TRUE(WaitForFile("script"));
   EXPECT_EQ(host_.End(SIGHUP), 0);
   EXPECT_EQ(Process("script"), 0);
   EXPECT_THAT(host_.Output(), HasSubstr("action WanResync: uplink.sh failed: killed by signal 9 as "
@@ -194,11 +189,7 @@ TEST_F(ScriptTest, EndedProcessesOfTheBackgroundAreForgotten) {
   host_.UseScript("uplink.sh", "#!/bin/sh\nsleep 0.3 &\necho $! >\"$KIOHOST_STATE_DIR/left\"\n");
   ASSERT_TRUE(host_.Start());
   Commit();
-  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-  while (Process("left") != 0 && std::chrono::steady_clock::now() < end) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
-  }
-  EXPECT_EQ(Process("left"), 0);
+  EXPECT_TRUE(WaitFor([this] { return Process("left") == 0; }));
 }
 
 }  // namespace
