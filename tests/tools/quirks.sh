@@ -40,26 +40,44 @@ tests=$(grep -rHzoE --include='*.cc' \
           s/^([^:]*):INSTANTIATE_TEST_SUITE_P\((.*), +(.*)/\1 \2\/\3/
           s/^/\//')
 
-# exists FILE TEST, with a file's name as the page gives it: with or without folders before it.
-exists() {
-  [[ $tests$'\n' == *"/$1 $2"$'\n'* ]]
-}
-while IFS='|' read -r _ name _ held _; do
-  file=
-  test=
-  while read -r word; do
-    case $word in
-      '`'*.cc'`') file=${word//'`'/} ;;
-      '`'*'`')
-        test=${word//'`'/}
-        exists "$file" "$test" || fail "$name: there is no $test in ${file:-a file}"
-        ;;
-      *)
-        rows=${word#rows }
-        exists "$file" "$rows/${test%.*}" || fail "$name: there are no rows $rows in $file"
-        ;;
-    esac
-  done < <(grep -oE '`[^`]*`|rows [A-Za-z]+' <<< "$held")
-  [[ -n $test ]] || fail "$name: no test holds it"
-done < <(grep '^| `' "$page")
+# The page gives a file with or without folders before its name.
+complaints=$(awk -F'|' '
+  NR == FNR {
+    place = $0
+    while ((slash = index(place, "/")) > 0) {
+      place = substr(place, slash + 1)
+      exists[place] = 1
+    }
+    next
+  }
+  /^\| `/ {
+    name = $2
+    gsub(/[` ]/, "", name)
+    file = test = ""
+    for (held = $4; match(held, /`[^`]*`|rows [A-Za-z]+/); held = substr(held, RSTART + RLENGTH)) {
+      word = substr(held, RSTART, RLENGTH)
+      if (sub(/^rows /, "", word)) {
+        suite = test
+        sub(/\.[^.]*$/, "", suite)
+        if (!((file " " word "/" suite) in exists)) {
+          print name ": there are no rows " word " in " file
+        }
+        continue
+      }
+      gsub(/`/, "", word)
+      if (word ~ /\.cc$/) {
+        file = word
+        continue
+      }
+      test = word
+      if (!((file " " test) in exists)) {
+        print name ": there is no " test " in " (file == "" ? "a file" : file)
+      }
+    }
+    if (test == "") {
+      print name ": no test holds it"
+    }
+  }
+' <(echo "$tests") "$page")
+[[ -z $complaints ]] || fail "$complaints"
 exit "$status"
