@@ -5,48 +5,42 @@
 namespace kiohost {
 namespace {
 
-TEST(TurnQueueTest, AreTakenInTheOrderOfArrival) {
-  TurnQueue<int*> queue;
-  int a = 0;
-  int b = 0;
-  int c = 0;
-  EXPECT_TRUE(queue.Take(&a));
-  EXPECT_TRUE(queue.Take(&a));
-  EXPECT_FALSE(queue.Take(&b));
-  EXPECT_FALSE(queue.Take(&c));
-  EXPECT_FALSE(queue.Take(&b));  // waits once, not twice
-  EXPECT_EQ(queue.waiting().size(), 2U);
-  EXPECT_EQ(queue.Leave(&a), &b);
-  EXPECT_FALSE(queue.Take(&a));  // now behind c
-  EXPECT_TRUE(queue.Take(&b));
-  EXPECT_EQ(queue.Leave(&b), &c);
-  EXPECT_EQ(queue.Leave(&c), &a);
-  EXPECT_EQ(queue.Leave(&a), nullptr);
-  EXPECT_TRUE(queue.Take(&b));
+// It is the turn of `a_`; `b_` and `c_` wait.
+class TurnQueueTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    EXPECT_TRUE(queue_.Take(&a_));
+    EXPECT_FALSE(queue_.Take(&b_));
+    EXPECT_FALSE(queue_.Take(&c_));
+  }
+
+  TurnQueue<int*> queue_;
+  int a_ = 0;
+  int b_ = 0;
+  int c_ = 0;
+};
+
+TEST_F(TurnQueueTest, AreTakenInTheOrderOfArrival) {
+  EXPECT_TRUE(queue_.Take(&a_));
+  EXPECT_FALSE(queue_.Take(&b_));  // waits once, not twice
+  EXPECT_EQ(queue_.waiting().size(), 2U);
+  EXPECT_EQ(queue_.Leave(&a_), &b_);
+  EXPECT_FALSE(queue_.Take(&a_));  // now behind c
+  EXPECT_TRUE(queue_.Take(&b_));
+  EXPECT_EQ(queue_.Leave(&b_), &c_);
+  EXPECT_EQ(queue_.Leave(&c_), &a_);
+  EXPECT_EQ(queue_.Leave(&a_), nullptr);
+  EXPECT_TRUE(queue_.Take(&b_));
 }
 
-TEST(TurnQueueTest, WhoLeavesTheLineIsNotCalled) {
-  TurnQueue<int*> queue;
-  int a = 0;
-  int b = 0;
-  int c = 0;
-  EXPECT_TRUE(queue.Take(&a));
-  EXPECT_FALSE(queue.Take(&b));
-  EXPECT_FALSE(queue.Take(&c));
-  EXPECT_EQ(queue.Leave(&b), nullptr);
-  EXPECT_EQ(queue.Leave(&a), &c);
+TEST_F(TurnQueueTest, WhoLeavesTheLineIsNotCalled) {
+  EXPECT_EQ(queue_.Leave(&b_), nullptr);
+  EXPECT_EQ(queue_.Leave(&a_), &c_);
 }
 
-TEST(TurnQueueTest, ATurnThatIsNeverUsedPassesOn) {
-  TurnQueue<int*> queue;
-  int a = 0;
-  int b = 0;
-  int c = 0;
-  EXPECT_TRUE(queue.Take(&a));
-  EXPECT_FALSE(queue.Take(&b));
-  EXPECT_FALSE(queue.Take(&c));
-  EXPECT_EQ(queue.Leave(&a), &b);
-  EXPECT_EQ(queue.Leave(&b), &c);  // b's client went away before its turn
+TEST_F(TurnQueueTest, ATurnThatIsNeverUsedPassesOn) {
+  EXPECT_EQ(queue_.Leave(&a_), &b_);
+  EXPECT_EQ(queue_.Leave(&b_), &c_);  // b's client went away before its turn
 }
 
 }  // namespace

@@ -4,19 +4,6 @@
 namespace kio::test {
 namespace {
 
-ReadOnlyField Text(const std::string& name, const std::string& path, const std::string& text,
-                   Section section = Section::kNone) {
-  return {.name = name,
-          .path = path,
-          .text = text,
-          .calls = {{Kind::kGetText, path, text}},
-          .section = section};
-}
-
-ReadOnlyField Number(const std::string& name, const std::string& path, const std::string& text) {
-  return {.name = name, .path = path, .text = text, .calls = {{Kind::kGetInt, path, text}}};
-}
-
 // Read elsewhere than the path says.
 ReadOnlyField TextAt(const std::string& node, const std::string& name, const std::string& path,
                      const std::string& text, Section section = Section::kNone) {
@@ -25,6 +12,15 @@ ReadOnlyField TextAt(const std::string& node, const std::string& name, const std
           .text = text,
           .calls = {{Kind::kGetText, node, text}},
           .section = section};
+}
+
+ReadOnlyField Text(const std::string& name, const std::string& path, const std::string& text,
+                   Section section = Section::kNone) {
+  return TextAt(path, name, path, text, section);
+}
+
+ReadOnlyField Number(const std::string& name, const std::string& path, const std::string& text) {
+  return {.name = name, .path = path, .text = text, .calls = {{Kind::kGetInt, path, text}}};
 }
 
 // The router's own address is looked up, whether or not the text names it.
