@@ -25,6 +25,7 @@ test_packages=(
   busybox
   clang-format
   clang-tidy
+  jq
   libbenchmark-dev
   libexpat1-dev
   libgmock-dev

@@ -1,31 +1,29 @@
 # How test programs are run.
 
-# A test that has a process of its own shows what the library does when it was just loaded; tests
-# that share one, what it does in a process that lives on. Both are run: the first in the debug
-# build, the second under the sanitizers and on the emulated targets, where it takes long to start a
-# process.
-if(KIO_SANITIZE OR CMAKE_CROSSCOMPILING)
-  set(kio_tests_share_process ON)
-else()
-  set(kio_tests_share_process OFF)
-endif()
-
-# kio_register_tests(TARGET [FILTER]): registers the tests of a program. Those that FILTER names always
-# have a process of their own.
+# kio_register_tests(TARGET [FILTER]): registers a program as one test, which runs all its tests in one
+# process. Those that FILTER names need a process that has done nothing yet, and have one each. The
+# debug build also registers each single test, labelled so, to be run by name; and it shuffles the
+# tests of a program, which the other builds run as they stand: no test may need another before it.
 function(kio_register_tests target)
   set(fresh ${ARGV1})
   set_target_properties(${target} PROPERTIES KIO_FRESH "${fresh}")
   # By the prefix ./test knows whose tests they are.
-  set(discovery TEST_PREFIX ${target}. NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
-  if(NOT kio_tests_share_process)
-    gtest_discover_tests(${target} ${discovery})
-    return()
+  set(discovery TEST_PREFIX ${target}. NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST)
+  set(order)
+  if(NOT KIO_SANITIZE AND NOT CMAKE_CROSSCOMPILING)
+    set(order --gtest_shuffle --gtest_random_seed=1)
+    gtest_discover_tests(
+      ${target}
+      TEST_FILTER -${fresh}
+      TEST_LIST ${target}_single
+      ${discovery}
+      PROPERTIES TIMEOUT 120 LABELS single)
   endif()
   add_test(NAME ${target}
            COMMAND ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/run_program.sh ${CMAKE_CROSSCOMPILING_EMULATOR}
-                   $<TARGET_FILE:${target}> --gtest_filter=-${fresh})
+                   $<TARGET_FILE:${target}> --gtest_brief=1 --gtest_filter=-${fresh} ${order})
   set_tests_properties(${target} PROPERTIES TIMEOUT 600)
   if(fresh)
-    gtest_discover_tests(${target} TEST_FILTER ${fresh} ${discovery})
+    gtest_discover_tests(${target} TEST_FILTER ${fresh} ${discovery} PROPERTIES TIMEOUT 120)
   endif()
 endfunction()
