@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# packages.sh [demo|test|target [COMMAND]]: installs the Debian packages that ./demo, ./test (the
-# default) or ./test --target needs, as far as they are missing. This is the one list of them.
-# COMMAND is what to type once it has failed and the reason is gone.
+# packages.sh [demo|test|target[=NAME[,NAME...]] [COMMAND]]: installs the Debian packages that ./demo,
+# ./test (the default) or ./test --target needs, as far as they are missing: for the targets that are
+# named, or for all. This is the one list of them. COMMAND is what to type once it has failed and the
+# reason is gone.
 set -euo pipefail
 # shellcheck source=cmake/progress.sh
 . "$(dirname "${BASH_SOURCE[0]}")/progress.sh"
@@ -38,29 +39,49 @@ test_packages=(
   valgrind
   zlib1g-dev
 )
+# add_target NAME: adds what a target needs: the cross compiler with the headers that belong to it,
+# the emulator, and what the C library or the unit tests are built from. musl is fetched by its
+# sysroot.sh.
+add_target() {
+  local debian triple=${1%-*}-linux-gnu
+  case $1 in
+    mips-uclibc | mips-glibc) debian=mips ;;
+    mipsel-uclibc | mipsel-glibc) debian=mipsel ;;
+    aarch64-musl) debian=arm64 ;;
+    x86_64-musl)
+      wanted+=(qemu-user)
+      return
+      ;;
+    *)
+      echo "${0##*/}: there is no target $1" >&2
+      exit 2
+      ;;
+  esac
+  wanted+=("g++-$triple" "libc6-dev-$debian-cross" "linux-libc-dev-$debian-cross" qemu-user)
+  case $1 in
+    *-uclibc) wanted+=(gcc make uclibc-source xz-utils) ;;
+    *-glibc) wanted+=(googletest) ;;
+  esac
+}
 
-# The cross builds, the C library that is built for them, and the emulator.
-target_packages=(
-  g++-mips-linux-gnu
-  g++-mipsel-linux-gnu
-  gcc
-  googletest
-  libc6-dev-mips-cross
-  libc6-dev-mipsel-cross
-  linux-libc-dev-mips-cross
-  linux-libc-dev-mipsel-cross
-  make
-  qemu-user
-  uclibc-source
-  xz-utils
-)
-
+wanted=("${demo_packages[@]}")
 case ${1:-test} in
-  demo) wanted=("${demo_packages[@]}") ;;
-  test) wanted=("${demo_packages[@]}" "${test_packages[@]}") ;;
-  target) wanted=("${demo_packages[@]}" "${test_packages[@]}" "${target_packages[@]}") ;;
+  demo) ;;
+  test) wanted+=("${test_packages[@]}") ;;
+  target | target=*)
+    wanted+=("${test_packages[@]}")
+    names=("$(dirname "${BASH_SOURCE[0]}")"/toolchains/*-*.cmake)
+    names=("${names[@]##*/}")
+    names=("${names[@]%.cmake}")
+    if [[ $1 == target=* ]]; then
+      IFS=, read -ra names <<< "${1#target=}"
+    fi
+    for name in "${names[@]}"; do
+      add_target "$name"
+    done
+    ;;
   *)
-    echo "usage: ${0##*/} [demo|test|target [COMMAND]]" >&2
+    echo "usage: ${0##*/} [demo|test|target[=NAME[,NAME...]] [COMMAND]]" >&2
     exit 2
     ;;
 esac
@@ -77,7 +98,8 @@ fi
 missing=()
 for package in "${wanted[@]}"; do
   state=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2> /dev/null || true)
-  if [[ $state != installed ]]; then
+  # Targets have packages in common.
+  if [[ $state != installed && " ${missing[*]} " != *" $package "* ]]; then
     missing+=("$package")
   fi
 done

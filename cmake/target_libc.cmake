@@ -4,6 +4,9 @@ include(CheckCSourceCompiles)
 
 if(KIO_TARGET_LIBC STREQUAL uclibc)
   set(kio_other_libc "!defined(__UCLIBC__)")
+elseif(KIO_TARGET_LIBC STREQUAL musl)
+  # The one that does not tell its name.
+  set(kio_other_libc "defined(__GLIBC__) || defined(__UCLIBC__)")
 else()
   # uClibc calls itself glibc as well.
   set(kio_other_libc "!defined(__GLIBC__) || defined(__UCLIBC__)")

@@ -1,63 +1,88 @@
 # What the toolchain files of the targets share. Without further ado the compilers are Debian's, and
-# the sysroot with uClibc is built by cmake/uclibc/sysroot.sh unless it is there. Another toolchain:
+# the sysroot with uClibc or musl is made by the sysroot.sh of its folder unless it is there. Another
+# toolchain:
 #
 #   KIO_CROSS_PREFIX  what its programs' names begin with, such as /opt/vendor/bin/mips-linux-
 #   KIO_SYSROOT       the root of its headers and libraries; may be left out when its compiler knows
+#
+# A toolchain file gives KIO_TARGET_ARCH and KIO_TARGET_LIBC, and where they are not named after the
+# architecture, KIO_TARGET_TRIPLE of Debian's compiler and KIO_TARGET_EMULATOR.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR ${KIO_TARGET_ARCH})
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES KIO_CROSS_PREFIX KIO_SYSROOT)
+if(NOT KIO_TARGET_TRIPLE)
+  set(KIO_TARGET_TRIPLE ${KIO_TARGET_ARCH}-linux-gnu)
+endif()
+if(NOT KIO_TARGET_EMULATOR)
+  set(KIO_TARGET_EMULATOR qemu-${KIO_TARGET_ARCH})
+endif()
+# Without a C++ run time there: what is built for it is C, but for the library.
+if(KIO_TARGET_LIBC STREQUAL glibc)
+  set(KIO_TARGET_HAS_CXX_RUN_TIME ON)
+else()
+  set(KIO_TARGET_HAS_CXX_RUN_TIME OFF)
+endif()
 
 if(KIO_CROSS_PREFIX)
   set(CMAKE_C_COMPILER ${KIO_CROSS_PREFIX}gcc)
   set(CMAKE_CXX_COMPILER ${KIO_CROSS_PREFIX}g++)
 else()
-  set(kio_triple ${KIO_TARGET_ARCH}-linux-gnu)
-  set(CMAKE_C_COMPILER ${kio_triple}-gcc)
-  set(CMAKE_CXX_COMPILER ${kio_triple}-g++)
-  if(KIO_TARGET_LIBC STREQUAL uclibc)
-    set(kio_uclibc ${CMAKE_CURRENT_LIST_DIR}/../uclibc)
-    cmake_path(NORMAL_PATH kio_uclibc)
+  set(CMAKE_C_COMPILER ${KIO_TARGET_TRIPLE}-gcc)
+  set(CMAKE_CXX_COMPILER ${KIO_TARGET_TRIPLE}-g++)
+  if(NOT KIO_TARGET_HAS_CXX_RUN_TIME)
+    set(kio_libc ${CMAKE_CURRENT_LIST_DIR}/../${KIO_TARGET_LIBC})
+    cmake_path(NORMAL_PATH kio_libc)
     if(NOT KIO_SYSROOT)
       execute_process(
-        COMMAND ${kio_uclibc}/sysroot.sh ${KIO_TARGET_ARCH}
+        COMMAND ${kio_libc}/sysroot.sh ${KIO_TARGET_ARCH}
         OUTPUT_VARIABLE KIO_SYSROOT
         OUTPUT_STRIP_TRAILING_WHITESPACE
         RESULT_VARIABLE kio_sysroot_result)
       if(NOT kio_sysroot_result EQUAL 0)
-        message(FATAL_ERROR "There is no sysroot with uClibc, as told above.")
+        message(FATAL_ERROR "There is no sysroot with ${KIO_TARGET_LIBC}, as told above.")
       endif()
     endif()
     # Debian's compiler looks for glibc first; these specs leave that out. Of its C++ library the
-    # headers are used, with uClibc's configuration before their own.
-    list(APPEND CMAKE_C_COMPILER -specs=${kio_uclibc}/gcc.specs)
+    # headers are used, with the C library's configuration before their own.
+    list(APPEND CMAKE_C_COMPILER -specs=${kio_libc}/gcc.specs)
     execute_process(
-      COMMAND ${kio_triple}-g++ -dumpversion
+      COMMAND ${KIO_TARGET_TRIPLE}-g++ -dumpversion
       OUTPUT_VARIABLE kio_version
       OUTPUT_STRIP_TRAILING_WHITESPACE)
-    set(kio_cxx_headers /usr/${kio_triple}/include/c++/${kio_version})
+    # Those of this machine's own compiler lie elsewhere than those of a cross compiler.
+    set(kio_cxx_headers /usr/${KIO_TARGET_TRIPLE}/include/c++/${kio_version})
+    set(kio_cxx_target_headers ${kio_cxx_headers}/${KIO_TARGET_TRIPLE})
+    if(NOT EXISTS ${kio_cxx_headers})
+      set(kio_cxx_headers /usr/include/c++/${kio_version})
+      set(kio_cxx_target_headers /usr/include/${KIO_TARGET_TRIPLE}/c++/${kio_version})
+    endif()
     list(
       APPEND
       CMAKE_CXX_COMPILER
-      -specs=${kio_uclibc}/gcc.specs
+      -specs=${kio_libc}/gcc.specs
       -isystem
-      ${kio_uclibc}/include
+      ${kio_libc}/include
       -isystem
       ${kio_cxx_headers}
       -isystem
-      ${kio_cxx_headers}/${kio_triple})
+      ${kio_cxx_target_headers})
   endif()
 endif()
 if(KIO_SYSROOT)
   set(CMAKE_SYSROOT ${KIO_SYSROOT})
 endif()
 
-if(KIO_TARGET_LIBC STREQUAL uclibc)
+if(NOT KIO_TARGET_HAS_CXX_RUN_TIME)
   # No program in C++ can be linked, so the checks of the compilers must do without.
   set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
+endif()
+if(KIO_TARGET_LIBC STREQUAL uclibc)
   # The loader reads no other table of names.
   foreach(kio_kind SHARED MODULE EXE)
     set(CMAKE_${kio_kind}_LINKER_FLAGS_INIT "-Wl,--hash-style=sysv")
   endforeach()
+elseif(KIO_TARGET_LIBC STREQUAL musl)
+  set(CMAKE_EXE_LINKER_FLAGS_INIT "-Wl,--dynamic-linker=/lib/ld-musl-${KIO_TARGET_ARCH}.so.1")
 endif()
 
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
@@ -69,6 +94,6 @@ endforeach()
 if(KIO_SYSROOT)
   set(kio_emulated_root ${KIO_SYSROOT})
 else()
-  set(kio_emulated_root /usr/${KIO_TARGET_ARCH}-linux-gnu)
+  set(kio_emulated_root /usr/${KIO_TARGET_TRIPLE})
 endif()
-set(CMAKE_CROSSCOMPILING_EMULATOR "qemu-${KIO_TARGET_ARCH};-L;${kio_emulated_root}")
+set(CMAKE_CROSSCOMPILING_EMULATOR "${KIO_TARGET_EMULATOR};-L;${kio_emulated_root}")

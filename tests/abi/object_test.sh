@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # object_test.sh READELF NM LIBRARY ALLOWED LIBC: what the library asks of the system that loads it.
-# LIBC is the C library that it is built for, uclibc or glibc.
+# LIBC is the C library that it is built for: uclibc, musl or glibc.
 set -euo pipefail
 readelf=$1 nm=$2 library=$3 allowed=$4 libc=$5
 status=0
@@ -15,6 +15,7 @@ segments=$("$readelf" -lW "$library")
 needed=$(sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' <<< "$dynamic")
 case $libc in
   uclibc) libc_file=libc.so.0 ;;
+  musl) libc_file=libc.so ;;
   *) libc_file=libc.so.6 ;;
 esac
 if [[ $needed != "$libc_file" ]]; then

@@ -15,7 +15,7 @@ static long g_uptime = 0;
 
 int sysinfo(struct sysinfo *info) {
   memset(info, 0xFF, sizeof(*info));
-  info->uptime = g_uptime;
+  info->uptime = (__typeof__(info->uptime))g_uptime; /* unsigned with musl */
   return 0;
 }
 
