@@ -2,12 +2,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "documents.h"
+#include "host_clock.h"
 #include "host_process.h"
 #include "http_client.h"
 #include "store.h"
@@ -267,14 +269,17 @@ TEST(ExchangeTest, FullCloningResyncsTheDeviceInAnyCase) {
 
 TEST(ExchangeTest, AStoreThatAnotherWritesIsAFailureThatChangesNothing) {
   HostProcess host;
-  ASSERT_TRUE(host.Start());
+  HostClock clock(&host);
+  ASSERT_TRUE(clock.Start());
   const std::string before = host.Dump();
   kiohost::Store other;
   ASSERT_TRUE(other.Open(host.dir().File("store.db"), kiohost::Store::Mode::kExisting).ok());
   ASSERT_TRUE(other.Begin().ok());
+  const std::chrono::milliseconds begin = clock.Time();
   const HttpResponse answer = Post(host.port(), "/settings", Renamed());
   EXPECT_EQ(answer.status, 500);
   EXPECT_THAT(answer.body, HasSubstr("database is locked"));
+  EXPECT_EQ(clock.Time() - begin, std::chrono::seconds(5)) << "it waits, but not for ever";
   other.Rollback();
   EXPECT_EQ(host.Dump(), before);
   EXPECT_THAT(host.Output(), Not(HasSubstr("action")));

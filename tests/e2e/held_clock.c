@@ -1,6 +1,6 @@
 /* Loaded before libc: the monotonic clock stands still, but for what the test adds to it. It goes
  * on while the process waits, and not while it works. A wait ends early, so that the process looks
- * at the clock. KIO_TEST_CLOCK names the file with the clock. */
+ * at the clock; a sleep only moves it. KIO_TEST_CLOCK names the file with the clock. */
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <poll.h>
@@ -38,6 +38,13 @@ int clock_gettime(clockid_t clock, struct timespec *time) {
   }
   time->tv_sec = g_clock->shown / kPerSecond;
   time->tv_nsec = g_clock->shown % kPerSecond * kNanoseconds;
+  return 0;
+}
+
+int usleep(useconds_t microseconds) {
+  enum { kMicroseconds = 1000 };
+  g_clock->wanted += microseconds / kMicroseconds;
+  g_clock->shown = g_clock->wanted;
   return 0;
 }
 

@@ -25,6 +25,9 @@ class HostClock {
     return host_->Start(arguments);
   }
 
+  // What it shows.
+  std::chrono::milliseconds Time() const { return std::chrono::milliseconds(state_->shown); }
+
   // Waits until the host has nothing left to do before its clock goes on. Returns false when there
   // is no end to it within some seconds.
   bool Settle() {
