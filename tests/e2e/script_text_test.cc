@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "documents.h"
+#include "held_alarm.h"
 #include "host_process.h"
 #include "http_client.h"
 
@@ -106,11 +107,13 @@ INSTANTIATE_TEST_SUITE_P(Texts, ScriptTextTest, ::testing::ValuesIn(kHostileText
 TEST(ScriptFileTest, ANameFromAVariableIsOneLine) {
   HostProcess host;
   host.UseProfile(OpenProfile());
-  ASSERT_TRUE(host.Start());
+  ASSERT_TRUE(StartWithHeldAlarm(&host));
   EXPECT_EQ(Put(host.port(), "/vars/rss_DeviceName", "a\nrouter=9").status, 200);
   for (const char* const action : {"VerifyAllRssVars", "ApplyAllRssVars", "CommitRssVars"}) {
     EXPECT_EQ(Post(host.port(), std::string("/actions/") + action, "").body, "0 done\n");
   }
+  EXPECT_TRUE(RingAlarm(host));
+  EXPECT_TRUE(host.WaitForOutput("action CfgSaveToFlash"));
   EXPECT_EQ(host.End(SIGTERM), 0);
   EXPECT_EQ(host.Node("/sys/friendlyname"), "a\nrouter=9");
   EXPECT_EQ(ReadFile(host.dir().File("device.state")), "name=a?router=9\nrouter=1\nroaming=off\n");
