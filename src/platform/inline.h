@@ -1,4 +1,4 @@
-// Functions that must be inlined in a build for speed.
+// Functions that are inlined in a build for speed, and functions that are not in one for size.
 #ifndef KIO_PLATFORM_INLINE_H
 #define KIO_PLATFORM_INLINE_H
 
@@ -8,6 +8,13 @@
 #define KIO_INLINE
 #else
 #define KIO_INLINE __attribute__((always_inline))
+#endif
+
+// Stands before a function of which a build for size has one body.
+#ifdef KIO_FOR_SIZE
+#define KIO_ONE_BODY __attribute__((noinline))
+#else
+#define KIO_ONE_BODY
 #endif
 
 #endif

@@ -47,11 +47,30 @@ void CopyCharacters(char* dst, TextView text) {
 
 TextBuffer& TextBuffer::Append(TextView text) {
   const std::size_t count = std::min(text.size(), room_ - size_);
-  CopyCharacters(data_ + size_, TextView(text.data(), count));
+  char* const end = data_ + size_;
   size_ += count;
-  data_[size_] = '\0';
+  end[count] = '\0';
+  CopyCharacters(end, TextView(text.data(), count));
   return *this;
 }
+
+#ifdef KIO_FOR_SIZE
+TextBuffer& TextBuffer::Append(const char* text) {
+  return Append(TextView(text, std::strlen(text)));
+}
+
+void CopyText(char* dst, std::size_t size, TextView text) {
+  const std::size_t count = std::min(text.size(), size - 1);
+  if (count > 0) {
+    std::memmove(dst, text.data(), count);
+  }
+  dst[count] = '\0';
+}
+
+void CopyText(char* dst, std::size_t size, const char* text) {
+  CopyText(dst, size, TextView(text, std::strlen(text)));
+}
+#endif
 
 int ParseInt(const char* text) {
   while (*text == ' ' || (*text >= '\t' && *text <= '\r')) {
@@ -72,20 +91,24 @@ int ParseInt(const char* text) {
   return static_cast<int>(negative ? 0U - value : value);
 }
 
-TextBuffer& TextBuffer::AppendNumber(long value) {
-  char digits[24];
-  char* const end = digits + sizeof(digits);
-  char* begin = end;
+char* WriteNumberBefore(char* end, long value) {
   // The magnitude of the smallest long does not fit in a long.
   unsigned long rest =
       value < 0 ? 0UL - static_cast<unsigned long>(value) : static_cast<unsigned long>(value);
   do {
-    *--begin = static_cast<char>('0' + rest % 10);
+    *--end = static_cast<char>('0' + rest % 10);
     rest /= 10;
   } while (rest != 0);
   if (value < 0) {
-    *--begin = '-';
+    *--end = '-';
   }
+  return end;
+}
+
+TextBuffer& TextBuffer::AppendNumber(long value) {
+  char digits[24];
+  char* const end = digits + sizeof(digits);
+  const char* const begin = WriteNumberBefore(end, value);
   return Append(TextView(begin, static_cast<std::size_t>(end - begin)));
 }
 

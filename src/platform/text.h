@@ -8,6 +8,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "platform/inline.h"
+
 namespace kio::platform {
 
 // Characters that need not be terminated.
@@ -29,7 +31,13 @@ class TextBuffer {
   TextBuffer(char* data, std::size_t size) : data_(data), room_(size - 1) { data_[0] = '\0'; }
 
   TextBuffer& Append(TextView text);
-  TextBuffer& Append(char character) {
+#ifdef KIO_FOR_SIZE
+  // Out of line: many callers append a literal, and would measure it before the call.
+  TextBuffer& Append(const char* text);
+#else
+  TextBuffer& Append(const char* text) { return Append(TextView(text)); }
+#endif
+  KIO_ONE_BODY TextBuffer& Append(char character) {
     if (size_ < room_) {
       data_[size_++] = character;
       data_[size_] = '\0';
@@ -57,7 +65,15 @@ class TextBuffer {
   std::size_t size_ = 0;
 };
 
+// Writes the number in decimal so that it ends before `end`, and returns where it begins. It takes
+// at most 20 characters, that of an int at most 11.
+char* WriteNumberBefore(char* end, long value);
+
 // Copies `text` into an array of `size` bytes, cut to fit and terminated.
+#ifdef KIO_FOR_SIZE
+void CopyText(char* dst, std::size_t size, TextView text);
+void CopyText(char* dst, std::size_t size, const char* text);
+#else
 inline void CopyText(char* dst, std::size_t size, TextView text) {
   const std::size_t count = text.size() < size - 1 ? text.size() : size - 1;
   if (count > 0) {
@@ -65,8 +81,16 @@ inline void CopyText(char* dst, std::size_t size, TextView text) {
   }
   dst[count] = '\0';
 }
+inline void CopyText(char* dst, std::size_t size, const char* text) {
+  CopyText(dst, size, TextView(text));
+}
+#endif
 template <std::size_t N>
 void CopyText(char (&dst)[N], TextView text) {
+  CopyText(dst, N, text);
+}
+template <std::size_t N>
+void CopyText(char (&dst)[N], const char* text) {
   CopyText(dst, N, text);
 }
 
