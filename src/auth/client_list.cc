@@ -166,8 +166,7 @@ ClientAuthInfo* checkClientAuthIp(ClientAuthInfo* head, const char* ip, const ch
 }
 
 int check_StarterAuthIP(const char* ip, const char* request) {
-  kio::platform::LogName("check_StarterAuthIP");
-  KIO_LOG(kio::platform::kLogDetail, "%s", "");
+  KIO_LOG_NAMED("check_StarterAuthIP", "%s", "");
   kio::CurrentClient() = checkClientAuthIp(kio::Clients(), ip, request, KIOAPP_MATCH_ADDRESS);
   if (kio::CurrentClient() != nullptr) {
     if (kio::auth::Now() < kio::CurrentClient()->logout) {

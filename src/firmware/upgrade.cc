@@ -25,7 +25,6 @@ namespace kio::firmware {
 namespace {
 
 using platform::AppendShellText;
-using platform::kLogDetail;
 using platform::ShellQuotes;
 using platform::TextBuffer;
 using platform::TextView;
@@ -44,14 +43,10 @@ int g_status = KIOAPP_FW_IDLE;
 // The beginning of the download's command, as the list of processes shows it.
 char g_download_tag[16] = "";
 
-void LogBanner(const char* banner) {
-  platform::LogName(kName);
-  KIO_LOG(kLogDetail, "%s\n", banner);
-}
+void LogBanner(const char* banner) { KIO_LOG_NAMED(kName, "%s\n", banner); }
 
 void RunLogged(const char* command) {
-  platform::LogName(kName);
-  KIO_LOG(kLogDetail, "cmd=%s\n", command);
+  KIO_LOG_NAMED(kName, "cmd=%s\n", command);
   platform::RunCommand(command);
 }
 
@@ -64,7 +59,7 @@ void WriteNumber(const char* tag, int value, bool closes = false) {
   WriteElement(tag, TextBuffer(number).AppendNumber(value).c_str(), closes);
 }
 
-void BuildPath(char (&path)[kPathSize], TextView file) {
+void BuildPath(char (&path)[kPathSize], const char* file) {
   TextBuffer(path).Append(Record().tmpPath).Append('/').Append(file);
 }
 
@@ -127,7 +122,8 @@ void Initialise() {
   g_status = KIOAPP_FW_IDLE;
 }
 
-void FetchNotes() {
+// Out of line, as `FetchList`: its texts take no stack while the list is searched.
+[[gnu::noinline]] void FetchNotes() {
   char path[kPathSize];
   BuildPath(path, kNotesFile);
   char address[kPathSize];
@@ -138,7 +134,7 @@ void FetchNotes() {
 }
 
 // Fetches the firmware list into `path`.
-void FetchList(char (&path)[kPathSize]) {
+[[gnu::noinline]] void FetchList(char (&path)[kPathSize]) {
   char model[sizeof(FirmwareData().currFileName)];
   platform::ReadStoreText(kCurrentFileNode, model);
   model[std::strcspn(model, "_")] = '\0';
@@ -217,8 +213,7 @@ void ListDownloads(const char* path) {
 bool HasEnded(const char* processes) {
   char needle[sizeof(g_download_tag) + 1];
   TextBuffer(needle).Append(' ').Append(g_download_tag);
-  platform::LogName(kName);
-  KIO_LOG(kLogDetail, "==BGN=='%s'\n%s\n==END==\n", needle, processes);
+  KIO_LOG_NAMED(kName, "==BGN=='%s'\n%s\n==END==\n", needle, processes);
   const char* const download = std::strstr(processes, needle);
   const char* const grep = std::strstr(processes, " grep ");
   // Quirk "grep-tells-the-end": the command line of grep is listed and holds the tag as well. The
@@ -248,15 +243,13 @@ void Announce() {
 }
 
 void RefuseAction(int action) {
-  platform::LogName(kName);
-  KIO_LOG(kLogDetail, "===FWUPGRADE_ACT_UNKNOW===,act='%c',%d\n", action, action);
+  KIO_LOG_NAMED(kName, "===FWUPGRADE_ACT_UNKNOW===,act='%c',%d\n", action, action);
   // Quirk "unknown-action-shows-for-a-moment": the document is replaced before the call returns.
   char text[64];
   std::snprintf(text, sizeof(text), "Status=%d, Act=%c", g_status, action);
   WriteElement("erractmsg", text);
   WriteNumber("result", KIOAPP_FW_UNKNOWN_ACTION, true);
-  platform::LogName(kName);
-  KIO_LOG(kLogDetail, "rsscheckfw.xml wrong act=%c\n", action);
+  KIO_LOG_NAMED(kName, "rsscheckfw.xml wrong act=%c\n", action);
 }
 
 // Quirk "action-goes-with-status": an action that does not fit the status counts as unknown.

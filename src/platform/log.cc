@@ -62,8 +62,9 @@ bool g_at_line_start = true;
   RunCommand(command);
 }
 
-// Whether `added` more bytes bring the file to its size limit.
-bool ReachesSizeLimit(std::size_t added) {
+// Whether `added` more bytes bring the file to its size limit. Out of line: the status takes no
+// stack while the message is formatted.
+[[gnu::noinline]] bool ReachesSizeLimit(std::size_t added) {
   // Quirk "absent-file-is-minus-one-byte": as an unsigned number this is beyond every limit, unless
   // a byte is added.
   struct stat status = {};
@@ -137,9 +138,23 @@ void WriteName(const char* function) {
 }
 
 void WriteEntry(const char* function) {
-  WriteName(function);
-  logPrintf(kLogDetail, "\n");
+  if (IsLogged(kLogDetail)) {
+    WriteName(function);
+    logPrintf(kLogDetail, "\n");
+  }
 }
+
+#ifdef KIO_FOR_SIZE
+void WriteNamed(const char* function, const char* format, ...) {
+  if (IsLogged(kLogDetail)) {
+    WriteName(function);
+    va_list arguments;
+    va_start(arguments, format);
+    LogMessage(kLogDetail, format, arguments);
+    va_end(arguments);
+  }
+}
+#endif
 
 }  // namespace kio::platform
 

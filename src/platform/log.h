@@ -53,6 +53,20 @@ inline void LogName(const char* function) {
   }
 }
 
+// Logs a line that begins with the uptime and the name of the calling function.
+// NOLINTBEGIN(cppcoreguidelines-macro-usage)
+#ifdef KIO_FOR_SIZE
+KIOAPP_PRINTF(2, 3) void WriteNamed(const char* function, const char* format, ...);
+#define KIO_LOG_NAMED(function, ...) ::kio::platform::WriteNamed(function, __VA_ARGS__)
+#else
+#define KIO_LOG_NAMED(function, ...)                   \
+  do {                                                 \
+    ::kio::platform::LogName(function);                \
+    KIO_LOG(::kio::platform::kLogDetail, __VA_ARGS__); \
+  } while (false)
+#endif
+// NOLINTEND(cppcoreguidelines-macro-usage)
+
 // Notes that a function was entered.
 inline void LogEntry(const char* function) {
 #ifndef KIO_FOR_SIZE

@@ -30,9 +30,8 @@ bool HasMoved(int radio) {
   if (effective == last) {
     return false;
   }
-  platform::LogName("checkWlanChannelUsing");
-  KIO_LOG(platform::kLogDetail, "Wlan_%s Channel:%d ChannelUsing:%d->%d\n", kRadioWords[radio],
-          configured, last, effective);
+  KIO_LOG_NAMED("checkWlanChannelUsing", "Wlan_%s Channel:%d ChannelUsing:%d->%d\n",
+                kRadioWords[radio], configured, last, effective);
   last = effective;
   return true;
 }

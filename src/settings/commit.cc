@@ -80,8 +80,7 @@ unsigned int do_RssXml_Commit(void) {
   if (failed != 0) {
     KIO_LOG(kio::platform::kLogFailure, "exe_ExternalCall was fail!");
   }
-  kio::platform::LogName("do_RssXml_Commit");
-  KIO_LOG(kio::platform::kLogDetail, "done\n");
+  KIO_LOG_NAMED("do_RssXml_Commit", "done\n");
   return failed;
 }
 

@@ -4,10 +4,24 @@
 
 #include <cstddef>
 
+#include "platform/inline.h"
 #include "platform/shell_text.h"
 #include "platform/text.h"
 
 namespace kio::settings {
+
+inline constexpr platform::TextView kEcho = "echo '";
+
+// Appends the command in `line`, whose text ends at `end`. Somebody else may have chosen the text,
+// so each quote in it is escaped. This is done after the cut, so that no cut falls inside an
+// escape.
+KIO_ONE_BODY inline void QuoteEcho(platform::TextView line, std::size_t end,
+                                   platform::TextBuffer& quoted) {
+  quoted.Append(kEcho);
+  platform::AppendShellText(quoted, platform::ShellQuotes::kSingle,
+                            {line.data() + kEcho.size(), end - kEcho.size()});
+  quoted.Append({line.data() + end, line.size() - end});
+}
 
 // echo 'TEXT' REDIRECTION PATH, cut to kSize - 1 characters.
 template <std::size_t kSize>
@@ -22,25 +36,16 @@ class EchoCommand {
 
   // Ends the text and returns the command, which lives as long as the object.
   //
-  // Somebody else may have chosen the text, so each quote in it is escaped. This is done after the
-  // cut, so that no cut falls inside an escape.
   // Quirk "quotes-escaped-after-the-cut": the command may be longer than its size says.
-  const char* To(platform::TextView redirection, platform::TextView directory,
-                 platform::TextView file) {
+  const char* To(const char* redirection, const char* directory, const char* file) {
     const std::size_t end = command_.size();
     command_.Append("' ").Append(redirection).Append(' ').Append(directory).Append(file);
-    const platform::TextView line = command_.view();
     platform::TextBuffer quoted(quoted_);
-    quoted.Append(kEcho);
-    platform::AppendShellText(quoted, platform::ShellQuotes::kSingle,
-                              {line.data() + kEcho.size(), end - kEcho.size()});
-    quoted.Append({line.data() + end, line.size() - end});
+    QuoteEcho(command_.view(), end, quoted);
     return quoted_;
   }
 
  private:
-  static constexpr platform::TextView kEcho = "echo '";
-
   char line_[kSize];
   char quoted_[kSize * 4];
   platform::TextBuffer command_;  // over the line, so declared after it

@@ -74,8 +74,7 @@ bool IsNotConfigurable(BlockReader& block) {
 }
 
 void LogSection(SectionId section, const char* parent_path) {
-  platform::LogName(RowOf(section).parser);
-  KIO_LOG(platform::kLogDetail, "%s\n", parent_path != nullptr ? parent_path : "");
+  KIO_LOG_NAMED(RowOf(section).parser, "%s\n", parent_path != nullptr ? parent_path : "");
 }
 
 }  // namespace kio::settings

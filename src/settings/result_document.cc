@@ -12,32 +12,30 @@ namespace kio::settings {
 namespace {
 
 using platform::TextBuffer;
-using platform::TextView;
 
 // Quirk "commands-of-127": with a long directory a command loses its end.
 constexpr std::size_t kCommandSize = 128;
 
 // Quirk "echo-interprets-backslashes": backslashes in the message are left to the shell.
-int Echo(TextView before, TextView message, TextView after, TextView redirection, TextView path) {
+int Echo(const char* path, const char* redirection, const char* before, const char* message = "",
+         const char* after = "") {
   EchoCommand<kCommandSize> echo;
   echo.text().Append(before).Append(message).Append(after);
   return platform::RunCommand(echo.To(redirection, path, ""));
 }
 
-int WriteResultDocument(TextView path, int code, TextView message, int wait_seconds) {
-  char number[16];
-  TextBuffer code_text(number);
-  code_text.AppendNumber(code);
-  char wait_number[16];
-  TextBuffer wait_text(wait_number);
-  wait_text.AppendNumber(wait_seconds);
-  Echo("<?xml version=\"1.0\" ?>", "", "", ">", path);
-  Echo("<root>", "", "", ">>", path);
-  Echo(" <RssSetResult>", code_text.view(), "</RssSetResult>", ">>", path);
+int WriteResultDocument(const char* path, int code, const char* message, int wait_seconds) {
+  char code_text[16];
+  TextBuffer(code_text).AppendNumber(code);
+  char wait_text[16];
+  TextBuffer(wait_text).AppendNumber(wait_seconds);
+  Echo(path, ">", "<?xml version=\"1.0\" ?>");
+  Echo(path, ">>", "<root>");
+  Echo(path, ">>", " <RssSetResult>", code_text, "</RssSetResult>");
   // Quirk "message-is-not-encoded": the message stands in the document as it is.
-  Echo(" <RssSetMsg>", message, "</RssSetMsg>", ">>", path);
-  Echo(" <RssGetWaitSec>", wait_text.view(), "</RssGetWaitSec>", ">>", path);
-  return Echo("</root>", "", "", ">>", path);
+  Echo(path, ">>", " <RssSetMsg>", message, "</RssSetMsg>");
+  Echo(path, ">>", " <RssGetWaitSec>", wait_text, "</RssGetWaitSec>");
+  return Echo(path, ">>", "</root>");
 }
 
 }  // namespace

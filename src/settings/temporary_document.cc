@@ -12,7 +12,6 @@ namespace kio::settings {
 namespace {
 
 using platform::TextBuffer;
-using platform::TextView;
 
 // Room for a command of 255 characters.
 constexpr std::size_t kCommandSize = 256;
@@ -24,30 +23,28 @@ int g_start_new_file = 1;
 }  // namespace kio::settings
 
 int write_TmpXmlFile(const char* fileName, const char* tag, const char* value, int closing) {
-  using kio::platform::ViewOf;
+  using kio::platform::TextOf;
   using kio::settings::g_start_new_file;
   using kio::settings::TextBuffer;
-  using kio::settings::TextView;
   if (kio::Record().tmpPath[0] == '\0') {
     kio::platform::ReadStoreText(kio::platform::kTempDirectoryNode, kio::Record().tmpPath);
   }
   kio::settings::EchoCommand<kio::settings::kCommandSize> echo;
   TextBuffer& text = echo.text();
-  const TextView redirection = g_start_new_file != 0 ? ">" : ">>";
+  const char* const redirection = g_start_new_file != 0 ? ">" : ">>";
   if (g_start_new_file != 0) {
     text.Append("<?xml version=\"1.0\" ?><root>");
   }
-  text.Append('<').Append(ViewOf(tag)).Append('>').Append(ViewOf(value));
-  text.Append("</").Append(ViewOf(tag)).Append('>').Append(closing != 0 ? "</root>" : "");
+  text.Append('<').Append(TextOf(tag)).Append('>').Append(TextOf(value));
+  text.Append("</").Append(TextOf(tag)).Append('>').Append(closing != 0 ? "</root>" : "");
   // Quirk "closing-starts-a-new-file": the next call begins a new document, whatever file it
   // names.
   g_start_new_file = closing;
 
   char path[sizeof(kio::Record().tmpPath) + 1];
   TextBuffer(path).Append(kio::Record().tmpPath).Append('/');
-  const char* const command = echo.To(redirection, path, ViewOf(fileName));
-  kio::platform::LogName("write_TmpXmlFile");
-  KIO_LOG(kio::platform::kLogDetail, "%s\n", command);
+  const char* const command = echo.To(redirection, path, TextOf(fileName));
+  KIO_LOG_NAMED("write_TmpXmlFile", "%s\n", command);
   return kio::platform::RunCommand(command);
 }
 

@@ -107,7 +107,6 @@ int Verify_RssXml(void) {
   if (!kio::settings::VerifyRadios() || !kio::settings::VerifySafety()) {
     return 0;
   }
-  kio::platform::LogName("Verify_RssXml");
-  KIO_LOG(kio::platform::kLogDetail, "done, ret=1\n");
+  KIO_LOG_NAMED("Verify_RssXml", "done, ret=1\n");
   return 1;
 }

@@ -10,13 +10,10 @@
 namespace kio::variables {
 namespace {
 
-using platform::kLogDetail;
-
 const char* Printable(const char* text) { return text != nullptr ? text : "(null)"; }
 
 void LogResult(const char* function, const char* name, const char* value, int code) {
-  platform::LogName(function);
-  KIO_LOG(kLogDetail, "'%s'='%s', ret=%d\n", Printable(name), Printable(value), code);
+  KIO_LOG_NAMED(function, "'%s'='%s', ret=%d\n", Printable(name), Printable(value), code);
 }
 
 // Validates the value at the end of the caller's text. What a check writes there is cut to the size
@@ -65,12 +62,10 @@ unsigned int set_RssVar(const char* name, char* value) {
 }
 
 int validate_RssVar(const char* name, char* value) {
-  kio::platform::LogName("validate_RssVar");
-  KIO_LOG(kio::platform::kLogDetail, "'%s'='%s'\n", kio::variables::Printable(name),
-          kio::variables::Printable(value));
+  KIO_LOG_NAMED("validate_RssVar", "'%s'='%s'\n", kio::variables::Printable(name),
+                kio::variables::Printable(value));
   const int code = static_cast<int>(setget_RssVar(name, value, KIOAPP_VAR_VALIDATE));
-  kio::platform::LogName("validate_RssVar");
-  KIO_LOG(kio::platform::kLogDetail, "ret=%d\n", code);
+  KIO_LOG_NAMED("validate_RssVar", "ret=%d\n", code);
   return code;
 }
 
@@ -78,8 +73,7 @@ int validate_RssVar2(char* text) {
   constexpr std::size_t kMaxName = 31;
   char* const equals = text != nullptr ? std::strchr(text, '=') : nullptr;
   if (equals == nullptr) {
-    kio::platform::LogName("validate_RssVar2");
-    KIO_LOG(kio::platform::kLogDetail, "Invalid data='%s'\n", kio::variables::Printable(text));
+    KIO_LOG_NAMED("validate_RssVar2", "Invalid data='%s'\n", kio::variables::Printable(text));
     return KIOAPP_VAR_MALFORMED;
   }
   const auto name_size = static_cast<std::size_t>(equals - text);
