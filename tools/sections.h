@@ -16,7 +16,7 @@ namespace kio::tools {
 
 using settings::Field;
 using settings::SectionId;
-using variables::kLiveTables;
+using variables::kLiveNodes;
 using variables::LiveNode;
 using variables::SectionInstance;
 

@@ -184,10 +184,8 @@ std::vector<StoreNode> ListStoreNodes() {
       }
     }
   }
-  for (const variables::LiveTable& table : kLiveTables) {
-    for (const LiveNode& live : table) {
-      list.AddLive(table.section, live);
-    }
+  for (const LiveNode& live : kLiveNodes) {
+    list.AddLive(live.section, live);
   }
   for (const DocumentKind kind : {DocumentKind::kVersion11, DocumentKind::kVersion10}) {
     for (const DocumentElement& element : ListDocumentElements(kind)) {

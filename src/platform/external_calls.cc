@@ -1,4 +1,6 @@
 // The actions of a mask, and the time that each of them needs.
+#include <cstdint>
+
 #include "kioapp/platform.h"
 #include "platform/command.h"
 #include "platform/log.h"
@@ -10,27 +12,39 @@
 namespace kio::platform {
 namespace {
 
+// The texts stand in the row itself: so the table has no addresses, which the loader would set.
 struct Action {
-  unsigned int bit;
-  int seconds;
-  const char* name;
-  const char* line_end;  // of the log message
-  const char* script;    // in the script directory; null for what is left to the host
+  std::uint16_t bit;
+  std::uint8_t seconds;
+  char line_end[2];  // of the log message
+  char name[15];
 };
 
 // In ascending order of the bits. The message of the first does not end its line.
 constexpr Action kActions[] = {
     // Quirk "wan-resync-leaves-its-line-open": the next message continues it.
-    {KIOAPP_SYNC_WAN, 20, "WanResync", "", "/uplink.sh"},
-    {KIOAPP_SYNC_WLAN, 10, "WlanResync", "\n", nullptr},
-    {KIOAPP_SYNC_WLAN_5G, 10, "Wlan5gResync", "\n", nullptr},
-    {KIOAPP_SYNC_DEVICE, 5, "DeviceResync", "\n", "/device_resync.sh"},
-    {KIOAPP_SYNC_SAVE_TO_FLASH, 6, "CfgSaveToFlash", "\n", nullptr},
-    {KIOAPP_SYNC_SITE_SURVEY, 3, "WlanSiteSurvey", "\n", nullptr},
-    {KIOAPP_SYNC_FW_UPGRADE, 50, "FwUpgrade", "\n", nullptr},
-    {KIOAPP_SYNC_UPDATE_STA_RSSI, 1, "UpdateStaRssi", "\n", nullptr},
-    {KIOAPP_SYNC_DEAUTH_STA, 1, "DeauthSta", "\n", nullptr},
+    {KIOAPP_SYNC_WAN, 20, "", "WanResync"},
+    {KIOAPP_SYNC_WLAN, 10, "\n", "WlanResync"},
+    {KIOAPP_SYNC_WLAN_5G, 10, "\n", "Wlan5gResync"},
+    {KIOAPP_SYNC_DEVICE, 5, "\n", "DeviceResync"},
+    {KIOAPP_SYNC_SAVE_TO_FLASH, 6, "\n", "CfgSaveToFlash"},
+    {KIOAPP_SYNC_SITE_SURVEY, 3, "\n", "WlanSiteSurvey"},
+    {KIOAPP_SYNC_FW_UPGRADE, 50, "\n", "FwUpgrade"},
+    {KIOAPP_SYNC_UPDATE_STA_RSSI, 1, "\n", "UpdateStaRssi"},
+    {KIOAPP_SYNC_DEAUTH_STA, 1, "\n", "DeauthSta"},
 };
+
+// The script of an action, in the script directory; null for what is left to the host.
+const char* ScriptOf(const Action& action) {
+  switch (action.bit) {
+    case KIOAPP_SYNC_WAN:
+      return "/uplink.sh";
+    case KIOAPP_SYNC_DEVICE:
+      return "/device_resync.sh";
+    default:
+      return nullptr;
+  }
+}
 
 void RunScript(const char* directory, const char* script) {
   char command[256];
@@ -41,8 +55,8 @@ void RunScript(const char* directory, const char* script) {
 // Quirk "marker-file-ends-the-mask": false when the actions that follow must not run.
 bool RunAction(const Action& action, const char* script_directory) {
   KIO_LOG(kLogAction, "[%s,%s]%s", "exe_ExternalCall", action.name, action.line_end);
-  if (action.script != nullptr) {
-    RunScript(script_directory, action.script);
+  if (const char* const script = ScriptOf(action)) {
+    RunScript(script_directory, script);
   }
   if (action.bit == KIOAPP_SYNC_UPDATE_STA_RSSI) {
     return UpdateStations();

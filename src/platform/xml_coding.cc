@@ -6,9 +6,14 @@
 namespace kio::platform {
 namespace {
 
+constexpr std::size_t kLongestEntity = 5;
+
+// The name stands in the row itself: so the table has no addresses, which the loader would set.
 struct Entity {
-  TextView name;  // what follows the '&'
+  char characters[kLongestEntity + 1];  // what follows the '&'
   char character;
+
+  [[nodiscard]] constexpr TextView name() const { return characters; }
 };
 
 // No entry begins another, so their order does not matter.
@@ -17,7 +22,6 @@ constexpr Entity kDecodedEntities[] = {
     {"nbsp;", ' '}, {"lt;", '<'},  {"gt;", '>'},  {"amp;", '&'}, {"quot;", '"'}, {"apos;", '\''},
     {"#160;", ' '}, {"#60;", '<'}, {"#62;", '>'}, {"#38;", '&'}, {"#34;", '"'},  {"#39;", '\''},
 };
-constexpr std::size_t kLongestEntity = 5;
 
 // What follows the '&' that stands for a character; empty when it stands for itself.
 constexpr TextView EncodedEntity(char character) {
@@ -40,8 +44,8 @@ constexpr TextView EncodedEntity(char character) {
 // The entity that `text` begins with; null when there is none.
 const Entity* FindEntity(TextView text) {
   for (const Entity& entity : kDecodedEntities) {
-    if (text.size() >= entity.name.size() &&
-        std::memcmp(text.data(), entity.name.data(), entity.name.size()) == 0) {
+    const TextView name = entity.name();
+    if (text.size() >= name.size() && std::memcmp(text.data(), name.data(), name.size()) == 0) {
       return &entity;
     }
   }
@@ -90,7 +94,7 @@ std::size_t DecodeXml(char* dst, TextView src, std::size_t limit) {
     // Quirk "entity-past-the-limit": only its & must lie within the limit.
     const Entity* const entity = FindEntity(TextView(src.data() + position, src.size() - position));
     *out++ = entity == nullptr ? '&' : entity->character;
-    position += entity == nullptr ? 0 : entity->name.size();
+    position += entity == nullptr ? 0 : entity->name().size();
   }
   return static_cast<std::size_t>(out - dst);
 }

@@ -27,12 +27,12 @@ TextView Behind(TextView text, std::size_t count) {
 }
 
 unsigned int Serve(const SectionInstance& instance, TextView name, const Request& request) {
-  const Variable* const variable = FindVariable(instance.section, name);
-  if (variable == nullptr) {
+  const Variable variable = FindVariable(instance.section, name);
+  if (!variable.exists()) {
     return KIOAPP_VAR_REFUSED;
   }
-  return variable->field() != nullptr ? ServeField(*variable, instance, request)
-                                      : ServeLive(*variable, instance, request);
+  return variable.field() != nullptr ? ServeField(variable, instance, request)
+                                     : ServeLive(variable, instance, request);
 }
 
 constexpr bool IsDigit(char character) { return character >= '0' && character <= '9'; }
@@ -176,9 +176,8 @@ unsigned int ServePath(const char* path, const Request& request) {
 }  // namespace kio::variables
 
 unsigned int setget_RssVar(const char* name, char* value, int mode) {
-  kio::platform::LogName("setget_RssVar");
-  KIO_LOG(kio::platform::kLogDetail, "Name='%s',Val='%s', Act=%d\n",
-          name != nullptr ? name : "(null)", value != nullptr ? value : "(null)", mode);
+  KIO_LOG_NAMED("setget_RssVar", "Name='%s',Val='%s', Act=%d\n", name != nullptr ? name : "(null)",
+                value != nullptr ? value : "(null)", mode);
   if (name == nullptr || value == nullptr) {
     return KIOAPP_VAR_REFUSED;
   }

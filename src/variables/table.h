@@ -29,8 +29,9 @@ struct LiveNode {
     kAddress,      // with the keywords of the router's own address replaced
   };
 
-  TextView name;
+  SectionId section = SectionId::kCount;
   Kind kind = Kind::kText;
+  TextView name;
   // The path that it tells, below the section's; empty for a slash and the name.
   TextView variable_path = {};
   // The whole path of the node that is read, when it is another; terminated.
@@ -45,11 +46,13 @@ class Variable {
   // section's structure.
   constexpr Variable(SectionId section, bool in_record, const Field& field)
       : section_(section), in_record_(in_record), row_{.field = &field} {}
-  constexpr Variable(SectionId section, const LiveNode& live)
-      : section_(section), is_live_(true), row_{.live = &live} {}
+  explicit constexpr Variable(const LiveNode& live)
+      : section_(live.section), is_live_(true), row_{.live = &live} {}
 
   [[nodiscard]] constexpr SectionId section() const { return section_; }
   [[nodiscard]] constexpr bool in_record() const { return in_record_; }
+  // Whether there is such a variable.
+  [[nodiscard]] constexpr bool exists() const { return is_live_ || row_.field != nullptr; }
   // Null for a live node.
   [[nodiscard]] constexpr const Field* field() const { return is_live_ ? nullptr : row_.field; }
   // Null for a field of the record.
@@ -80,59 +83,44 @@ consteval TextView Below(SectionId section, TextView node) {
   return node;
 }
 
-inline constexpr LiveNode kLiveDevice[] = {
-    {.name = "FactoryDefault",
+// In the order of their sections.
+inline constexpr LiveNode kLiveNodes[] = {
+    {.section = SectionId::kDevice,
      .kind = LiveNode::Kind::kNumberOrOne,
+     .name = "FactoryDefault",
      .variable_path = "/sys/FactoryDefault"},
-    {.name = "DeviceModel", .variable_path = kModelNode},
-    {.name = "DeviceType", .variable_path = "/sys/DeviceType"},
-    {.name = "WirelessConcurrent", .variable_path = "/lan/WirelessConcurrent"},
-};
+    {.section = SectionId::kDevice, .name = "DeviceModel", .variable_path = kModelNode},
+    {.section = SectionId::kDevice, .name = "DeviceType", .variable_path = "/sys/DeviceType"},
+    {.section = SectionId::kDevice,
+     .name = "WirelessConcurrent",
+     .variable_path = "/lan/WirelessConcurrent"},
 
-inline constexpr LiveNode kLiveSite[] = {
     // Quirk "sxtendersite": only the node that is read is spelled so; the path that is told is not.
-    {.name = "ConnStatus", .node = "/uplink/sxtendersite/connstatus"},
-};
+    {.section = SectionId::kSite, .name = "ConnStatus", .node = "/uplink/sxtendersite/connstatus"},
 
-inline constexpr LiveNode kLiveRadio[] = {{.name = "ChannelUsing"}};
+    {.section = SectionId::kRadio, .name = "ChannelUsing"},
 
-inline constexpr LiveNode kLiveFirmware[] = {
-    {.name = "Vendor"},
-    {.name = "DeviceMAC"},
-    {.name = "HwVersion"},
-    {.name = "RegionCode"},
-    {.name = "CurrFwVersion"},
-    {.name = "CurrFwFileName"},
-    {.name = "AccessKey"},
+    {.section = SectionId::kFirmware, .name = "Vendor"},
+    {.section = SectionId::kFirmware, .name = "DeviceMAC"},
+    {.section = SectionId::kFirmware, .name = "HwVersion"},
+    {.section = SectionId::kFirmware, .name = "RegionCode"},
+    {.section = SectionId::kFirmware, .name = "CurrFwVersion"},
+    {.section = SectionId::kFirmware, .name = "CurrFwFileName"},
+    {.section = SectionId::kFirmware, .name = "AccessKey"},
     // Quirk "model-name-lives-elsewhere": its path names a node of the firmware.
-    {.name = "ModelName", .node = kModelNode},
-    {.name = "FwUpgradeURL", .kind = LiveNode::Kind::kAddress},
-};
+    {.section = SectionId::kFirmware, .name = "ModelName", .node = kModelNode},
+    {.section = SectionId::kFirmware, .kind = LiveNode::Kind::kAddress, .name = "FwUpgradeURL"},
 
-inline constexpr LiveNode kLiveSurvey[] = {
-    {.name = "SiteNo",
+    {.section = SectionId::kSurvey,
      .kind = LiveNode::Kind::kNumber,
+     .name = "SiteNo",
      .variable_path = Below(SectionId::kSurvey, kSiteCountNode)},
-};
 
-inline constexpr LiveNode kLiveSurveySite[] = {
-    {.name = "WirelessType"},     {.name = "BSSID"},
-    {.name = "WirelessName"},     {.name = "EncryptionMode"},
-    {.name = "WirelessStrength"},
-};
-
-struct LiveTable {
-  SectionId section;
-  std::span<const LiveNode> nodes;
-
-  [[nodiscard]] constexpr auto begin() const { return nodes.begin(); }
-  [[nodiscard]] constexpr auto end() const { return nodes.end(); }
-};
-
-inline constexpr LiveTable kLiveTables[] = {
-    {SectionId::kDevice, kLiveDevice}, {SectionId::kSite, kLiveSite},
-    {SectionId::kRadio, kLiveRadio},   {SectionId::kFirmware, kLiveFirmware},
-    {SectionId::kSurvey, kLiveSurvey}, {SectionId::kSurveySite, kLiveSurveySite},
+    {.section = SectionId::kSurveySite, .name = "WirelessType"},
+    {.section = SectionId::kSurveySite, .name = "BSSID"},
+    {.section = SectionId::kSurveySite, .name = "WirelessName"},
+    {.section = SectionId::kSurveySite, .name = "EncryptionMode"},
+    {.section = SectionId::kSurveySite, .name = "WirelessStrength"},
 };
 
 class VariableList {
@@ -145,9 +133,9 @@ class VariableList {
     }
     return *this;
   }
-  constexpr VariableList& Add(const LiveTable& table) {
-    for (const LiveNode& live : table) {
-      rows_[size_++] = Variable(table.section, live);
+  constexpr VariableList& Add(std::span<const LiveNode> nodes) {
+    for (const LiveNode& live : nodes) {
+      rows_[size_++] = Variable(live);
     }
     return *this;
   }
@@ -174,42 +162,52 @@ consteval VariableList CollectVariables() {
   for (const settings::Section& row : settings::kSections) {
     list.Add(row.id, false, row.fields).Add(row.id, true, row.rules);
   }
-  for (const LiveTable& table : kLiveTables) {
-    list.Add(table);
-  }
+  list.Add(kLiveNodes);
   return list;
 }
 
+// All of them, for what is proved below and for the pages that are made of them. The library looks
+// into the rows themselves.
 inline constexpr std::array kVariables = CollectVariables().Sorted<CollectVariables().size()>();
 
-// Where the variables of each section begin, and where the last ones end.
-inline constexpr auto kFirstVariables = [] {
-  std::array<std::uint8_t, static_cast<std::size_t>(SectionId::kCount) + 1> first = {};
-  for (std::size_t section = 0; section < first.size(); ++section) {
-    first[section] = static_cast<std::uint8_t>(
-        std::count_if(kVariables.begin(), kVariables.end(), [=](const Variable& variable) {
-          return static_cast<std::size_t>(variable.section()) < section;
-        }));
-  }
-  return first;
-}();
+constexpr bool IsNamed(TextView row, TextView name) {
+  return row.size() == name.size() &&
+         TextView::traits_type::compare(row.data(), name.data(), name.size()) == 0;
+}
 
-constexpr const Variable* FindVariable(SectionId section, TextView name) {
-  const auto index = static_cast<std::size_t>(section);
-  for (std::size_t i = kFirstVariables[index]; i < kFirstVariables[index + 1]; ++i) {
-    const TextView found = kVariables[i].name();
-    if (found.size() == name.size() &&
-        TextView::traits_type::compare(found.data(), name.data(), name.size()) == 0) {
-      return &kVariables[i];
+// The row of a variable; null when the table has none of that name.
+constexpr const Field* FindField(FieldTable table, TextView name) {
+  for (const Field& field : table) {
+    if (field.variable_kind != VariableKind::kNone && IsNamed(field.element, name)) {
+      return &field;
     }
   }
   return nullptr;
 }
 
+// One that does not exist when the section has no variable of that name.
+constexpr Variable FindVariable(SectionId section, TextView name) {
+  const settings::Section& row = settings::RowOf(section);
+  if (const Field* const field = FindField(row.fields, name)) {
+    return {section, false, *field};
+  }
+  if (const Field* const field = FindField(row.rules, name)) {
+    return {section, true, *field};
+  }
+  for (const LiveNode& live : kLiveNodes) {
+    if (live.section == section && IsNamed(live.name, name)) {
+      return Variable(live);
+    }
+  }
+  return {};
+}
+
 // Proof that no name stands twice in its section and that each one is found.
 consteval bool AllAreFound() {
   for (const Variable& variable : kVariables) {
-    if (FindVariable(variable.section(), variable.name()) != &variable) {
+    const Variable found = FindVariable(variable.section(), variable.name());
+    if (found.field() != variable.field() || found.live() != variable.live() ||
+        found.in_record() != variable.in_record()) {
       return false;
     }
   }

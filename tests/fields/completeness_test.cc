@@ -224,11 +224,9 @@ void PrintTo(const LibraryVariable& variable, std::ostream* out) { *out << varia
 
 std::vector<LibraryVariable> LiveVariables() {
   std::vector<LibraryVariable> all;
-  for (const variables::LiveTable& table : variables::kLiveTables) {
-    for (const variables::LiveNode& live : table) {
-      all.push_back({TestName(Text(settings::RowOf(table.section).element)) + "_" + Text(live.name),
-                     table.section, &live});
-    }
+  for (const variables::LiveNode& live : variables::kLiveNodes) {
+    all.push_back({TestName(Text(settings::RowOf(live.section).element)) + "_" + Text(live.name),
+                   live.section, &live});
   }
   return all;
 }

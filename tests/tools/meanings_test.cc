@@ -25,10 +25,8 @@ void ForEachRow(const Function& look) {
       look(table.section, NameOf(field));
     }
   }
-  for (const auto& table : kLiveTables) {
-    for (const LiveNode& live : table) {
-      look(table.section, NameOf(live));
-    }
+  for (const LiveNode& live : kLiveNodes) {
+    look(live.section, NameOf(live));
   }
 }
 
