@@ -207,7 +207,7 @@ Step ApplyRadio(const Radio& radio) {
 
 bool ApplyRadios() {
   for (int number = 0; number < kRadioCount; ++number) {
-    RssWlan& wlan = Record().wlan[number];
+    RssWlan& wlan = RadioOf(number);
     if (!RadioExists(number) || wlan.configurable == 0) {
       continue;
     }

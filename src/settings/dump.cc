@@ -125,7 +125,7 @@ void DumpUplink() {
 }
 
 void DumpAccessControl(int radio) {
-  const RssWlan& wlan = Record().wlan[radio];
+  const RssWlan& wlan = RadioOf(radio);
   KIO_LOG(kLogAction, "     +- %s\n", wlan.accessControlPath);
   DumpFields({SectionId::kAccess, radio}, Group::kBasic, "         ");
   if (wlan.wlAcEnbl != 1) {
@@ -139,7 +139,7 @@ void DumpAccessControl(int radio) {
 }
 
 void DumpRadio(int radio) {
-  const RssWlan& wlan = Record().wlan[radio];
+  const RssWlan& wlan = RadioOf(radio);
   KIO_LOG(kLogAction, " +- %s\n", wlan.path);
   KIO_LOG(kLogAction, "     +- Configurable=%d\n", wlan.configurable);
   DumpFields({SectionId::kRadio, radio}, Group::kNone, "     ");
@@ -156,17 +156,33 @@ void DumpSafety() {
   KIO_LOG(kLogAction, "     +- restart=%d\n", safety.restart);
 }
 
+// What stands in no section.
+struct Flag {
+  Member member;
+  char name[19];  // here, so that the table has no addresses, which the loader would set
+};
+
+constexpr Flag kFlags[] = {
+    {KIO_MEMBER(RssXmlData, apCloningOnly), "apCloningOnly"},
+    {KIO_MEMBER(RssXmlData, apCloningFeature), "apCloningFeature"},
+    {KIO_MEMBER(RssXmlData, fwUpgradeFeature), "fwUpgradeFeature"},
+    {KIO_MEMBER(RssXmlData, easyRoamingFeature), "easyRoamingFeature"},
+    {KIO_MEMBER(RssXmlData, safetyVyrFeature), "safetyVyrFeature"},
+    {KIO_MEMBER(RssXmlData, wlan24Feature), "wlan24Feature"},
+    {KIO_MEMBER(RssXmlData, wlan5Feature), "wlan5Feature"},
+    {KIO_MEMBER(RssXmlData, tmpPath), "tmpPath"},
+    {KIO_MEMBER(RssXmlData, scriptPath), "scriptPath"},
+    {KIO_MEMBER(RssXmlData, saveflag), "saveflag"},
+};
+
 void DumpFlags() {
-  KIO_LOG(kLogAction, "+- apCloningOnly=%d\n", Record().apCloningOnly);
-  KIO_LOG(kLogAction, "+- apCloningFeature=%d\n", Record().apCloningFeature);
-  KIO_LOG(kLogAction, "+- fwUpgradeFeature=%d\n", Record().fwUpgradeFeature);
-  KIO_LOG(kLogAction, "+- easyRoamingFeature=%d\n", Record().easyRoamingFeature);
-  KIO_LOG(kLogAction, "+- safetyVyrFeature=%d\n", Record().safetyVyrFeature);
-  KIO_LOG(kLogAction, "+- wlan24Feature=%d\n", Record().wlan24Feature);
-  KIO_LOG(kLogAction, "+- wlan5Feature=%d\n", Record().wlan5Feature);
-  KIO_LOG(kLogAction, "+- tmpPath=%s\n", Record().tmpPath);
-  KIO_LOG(kLogAction, "+- scriptPath=%s\n", Record().scriptPath);
-  KIO_LOG(kLogAction, "+- saveflag=%d\n", Record().saveflag);
+  for (const Flag& flag : kFlags) {
+    if (flag.member.type == Member::Type::kText) {
+      KIO_LOG(kLogAction, "+- %s=%s\n", flag.name, TextOf(&Record(), flag.member));
+    } else {
+      KIO_LOG(kLogAction, "+- %s=%d\n", flag.name, ByteOf(&Record(), flag.member));
+    }
+  }
   KIO_LOG(kLogAction, "----RSSXML_END----\n");
 }
 

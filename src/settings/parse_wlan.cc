@@ -141,7 +141,7 @@ bool ParseAccessControl(const Block& radio_block, RssWlan& wlan) {
 
 bool ParseRadio(const char* parent_path, const Block& device, int radio) {
   LogSection(SectionId::kRadio, parent_path);
-  RssWlan& wlan = Record().wlan[radio];
+  RssWlan& wlan = RadioOf(radio);
   if (wlan.configurable == 0) {
     JoinPath(wlan.accessControlPath, wlan.path, RowOf(SectionId::kAccess).element);
     return true;

@@ -30,6 +30,15 @@ inline bool HasSiteUplink() {
   return Record().upLink.hardwareTypeCode == kHardwareWireless || IsExtender10();
 }
 
+inline RssWlan& RadioOf(int radio) {
+  RssWlan* wlan = &Record().wlan[radio];
+#ifdef KIO_FOR_SIZE
+  // Otherwise the compiler works the address out again for each use.
+  __asm__("" : "+r"(wlan));
+#endif
+  return *wlan;
+}
+
 inline bool RadioExists(int radio) {
   return (radio == 0 ? Record().wlan24Feature : Record().wlan5Feature) != 0;
 }

@@ -112,7 +112,7 @@ void LoadFeatures() {
 }
 
 void LoadAccessControl(int radio) {
-  RssWlan& wlan = Record().wlan[radio];
+  RssWlan& wlan = RadioOf(radio);
   JoinPath(wlan.accessControlPath, wlan.path, RowOf(SectionId::kAccess).element);
   LoadSection({SectionId::kAccess, radio}, Snapshot::kFullOnly);
   // Quirk "rule-count-below-configurable": the number of rules is looked for below the radio's
@@ -131,7 +131,7 @@ void LoadAccessControl(int radio) {
 }
 
 void LoadRadio(int radio, bool full) {
-  RssWlan& wlan = Record().wlan[radio];
+  RssWlan& wlan = RadioOf(radio);
   platform::TextBuffer path(wlan.path);
   path.Append(Record().devicePath).Append('/');
   RowText(RowOf(SectionId::kRadio).element, radio).AppendTo(path);

@@ -117,7 +117,7 @@ int CheckChannel(RssWlan& wlan) {
 
 bool VerifyRadios() {
   for (int radio = 0; radio < kRadioCount; ++radio) {
-    RssWlan& wlan = Record().wlan[radio];
+    RssWlan& wlan = RadioOf(radio);
     if (!RadioExists(radio) || wlan.configurable == 0) {
       continue;
     }
