@@ -20,21 +20,37 @@ OpeningTag TagAt(const char* tag, const char* end, TextView key) {
   return {tag, tag != nullptr ? BehindOpeningTag(tag, end, key) : nullptr};
 }
 
-// A tag by the first and the last character of its key, or of what the tag's cut leaves of it. The
-// key stands behind `mark`, the `index`th character of the tag.
+// A tag by the first and the last character but one of its key, or of what the tag's cut leaves of
+// it. Many keys end alike. The key stands behind `mark`, the `index`th character of the tag.
 KIO_INLINE inline Pattern PatternOf(char mark, std::size_t index, TextView key) {
   const std::size_t size = std::min(key.size(), kTagLimit - 1 - index);
+  const std::size_t last = std::max<std::size_t>(size, 2) - 1;
   return size == 0 ? Pattern{mark, 0, mark, 0, mark}
-                   : Pattern{key.front(), 1, key[size - 1], size, mark};
+                   : Pattern{key.front(), 1, key[last - 1], last, mark};
 }
 
 // The characters of a tag that may have to be looked at, the longest form of an empty one included.
 std::size_t ReachOf(TextView key) { return key.size() + TextView("< />").size(); }
 
+// The first tags of empty elements of a key, in either form.
+struct EmptyTags {
+  const char* plain = nullptr;
+  const char* blank = nullptr;
+
+  // Notes the one at `tag`, if there is one. Out of line: there are few.
+  [[gnu::noinline]] void Note(const char* tag, const char* end, TextView key) {
+    const EmptyTag form = EmptyTagAt(tag, end, key);
+    if (form == EmptyTag::kPlain && plain == nullptr) {
+      plain = tag;
+    } else if (form == EmptyTag::kBlank && blank == nullptr) {
+      blank = tag;
+    }
+  }
+};
+
 // The first opening tag of `key` at or behind `from`, or the first tag of an empty element.
 OpeningTag FindOpeningTag(SearchText& text, const char* from, TextView key) {
-  const char* empty = nullptr;
-  const char* empty_blank = nullptr;
+  EmptyTags empty;
   const char* content = nullptr;
   const char* const tag =
       text.Find(from, PatternOf('<', 0, key), ReachOf(key), [&](const char* hit) KIO_INLINE {
@@ -42,27 +58,25 @@ OpeningTag FindOpeningTag(SearchText& text, const char* from, TextView key) {
           return false;
         }
         content = BehindOpeningTag(hit, text.known(), key);
-        if (content != nullptr) {
-          return true;
+        if (content == nullptr) {
+          empty.Note(hit, text.known(), key);
         }
-        const EmptyTag form = EmptyTagAt(hit, text.known(), key);
-        if (form == EmptyTag::kPlain && empty == nullptr) {
-          empty = hit;
-        } else if (form == EmptyTag::kBlank && empty_blank == nullptr) {
-          empty_blank = hit;
-        }
-        return false;
+        return content != nullptr;
       });
   if (tag != nullptr) {
     return {tag, content};
   }
   // Quirk "opening-tag-first": an empty element counts only where no opening tag follows.
-  return {empty != nullptr ? empty : empty_blank, nullptr};
+  return {empty.plain != nullptr ? empty.plain : empty.blank, nullptr};
 }
 
-// The closing tag of `key` at or behind `from`, or null. Looked for by its slash, which is rarer
-// than its '<'.
+// The closing tag of `key` at or behind `from`, or null. Most elements hold a text alone: the next
+// tag is then the one. Otherwise it is looked for by its slash, which is rarer than its '<'.
 const char* FindClosingTag(SearchText& text, const char* from, TextView key) {
+  const char* const next = FindTagStart(from, text.known());
+  if (next != nullptr && BehindClosingTag(next, text.known(), key) != nullptr) {
+    return next;
+  }
   const char* const slash =
       text.Find(from + 1, PatternOf('/', 1, key), ReachOf(key), [&](const char* hit) KIO_INLINE {
         return *hit == '/' && hit[-1] == '<' &&

@@ -46,6 +46,10 @@ inline bool AreAlike(char a, char b) { return ((a ^ b) & kComparedBits) == 0; }
 using ByteBlock = unsigned char __attribute__((vector_size(16)));
 inline constexpr std::ptrdiff_t kBlockSize = sizeof(ByteBlock);
 
+// Most hits are within so many characters: to look at four blocks at once costs more there than it
+// saves.
+inline constexpr std::ptrdiff_t kNear = 8 * kBlockSize;
+
 inline ByteBlock LoadBlock(const char* position) {
   using Unaligned = unsigned char __attribute__((vector_size(16), aligned(1), may_alias));
   return *reinterpret_cast<const Unaligned*>(position);
@@ -96,6 +100,7 @@ template <typename Accept>
            Repeat(kComparedBits);
   };
   const char* const stop = end - kBlockSize;
+  const char* const near_end = from + std::min(kNear, stop - from);
   for (;;) {
     for (std::uint64_t mask = MaskOfZeros(compare(from)); mask != 0; mask &= mask - 1) {
       const char* const hit = from + std::countr_zero(mask) / kBitsOfPosition;
@@ -109,7 +114,7 @@ template <typename Accept>
     // The last block may overlap the one before.
     from = std::min(from + kBlockSize, stop);
     // On a long way, four blocks at a time.
-    while (stop - from >= 4 * kBlockSize &&
+    while (from >= near_end && stop - from >= 4 * kBlockSize &&
            MaskOfZeros(Smallest(
                Smallest(compare(from), compare(from + kBlockSize)),
                Smallest(compare(from + 2 * kBlockSize), compare(from + 3 * kBlockSize)))) == 0) {

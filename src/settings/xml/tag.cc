@@ -19,28 +19,7 @@ inline const char* Behind(const char* position, const char* end, TextView piece,
              : nullptr;
 }
 
-// `result`, if the texts are equal ignoring case, else null.
-const char* IfEqualsFold(const char* a, const char* b, std::size_t size, const char* result) {
-  return EqualsFold(a, b, size) ? result : nullptr;
-}
-
 }  // namespace
-
-const char* BehindRest(const char* name, const char* end, TextView key, const char* cut) {
-  const std::size_t size = std::min(key.size(), static_cast<std::size_t>(cut - name));
-  if (static_cast<std::size_t>(end - name) < size) {
-    return nullptr;
-  }
-  const char* behind = name + size;
-  if (behind != cut) {
-    if (behind == end || *behind != '>') {
-      return nullptr;
-    }
-    ++behind;
-  }
-  return AreSameWords(name, key.data(), size) ? behind
-                                              : IfEqualsFold(name, key.data(), size, behind);
-}
 
 EmptyTag EmptyTagAt(const char* tag, const char* end, TextView key) {
   const char* const cut = tag + kTagLimit;

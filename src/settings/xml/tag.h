@@ -2,10 +2,12 @@
 #ifndef KIO_SETTINGS_XML_TAG_H
 #define KIO_SETTINGS_XML_TAG_H
 
+#include <algorithm>
 #include <cstddef>
 
 #include "platform/inline.h"
 #include "platform/text.h"
+#include "settings/xml/equals_fold.h"
 
 namespace kio::settings {
 
@@ -17,7 +19,22 @@ inline constexpr std::size_t kTagLimit = 127;
 // Behind the rest of a tag that stands at `name`, the key and a '>', or null. The text ends at
 // `end`, the tag's own text at `cut`.
 // Quirk "plain-tags-only": attributes or blanks in a tag make it another one.
-const char* BehindRest(const char* name, const char* end, platform::TextView key, const char* cut);
+KIO_INLINE KIO_ONE_BODY inline const char* BehindRest(const char* name, const char* end,
+                                                      platform::TextView key, const char* cut) {
+  const std::size_t size = std::min(key.size(), static_cast<std::size_t>(cut - name));
+  if (static_cast<std::size_t>(end - name) < size) {
+    return nullptr;
+  }
+  const char* behind = name + size;
+  if (behind != cut) {
+    if (behind == end || *behind != '>') {
+      return nullptr;
+    }
+    ++behind;
+  }
+  const bool is_same = AreSameWords(name, key.data(), size) || EqualsFold(name, key.data(), size);
+  return is_same ? behind : nullptr;
+}
 
 // Behind the opening tag of `key` at `tag`, or null.
 KIO_INLINE inline const char* BehindOpeningTag(const char* tag, const char* end,
