@@ -4,8 +4,10 @@
 //
 // "exchange" runs one accepted exchange of the full document on a device in factory state,
 // "exchange-again" the same document a second time; "calls" and "calls-again" make the store calls
-// of these exchanges again, with their paths resolved. The scenarios with a size tell how the cost
-// of a text grows (kGrowths below). Only what is named is counted.
+// of these exchanges again, with their paths resolved. "wrong-key" checks a wrong key, "asking"
+// asks the host and the system what that check asks them, and "digest" takes a digest. The
+// scenarios with a size tell how the cost of a text grows (kGrowths below). Only what is named is
+// counted.
 #include <unistd.h>
 #include <valgrind/callgrind.h>
 
@@ -165,16 +167,69 @@ void CountExchange(const std::string& scenario) {
   }
 }
 
+// As long as the source of a key usually is: slot, address, "admin" and a password.
+constexpr char kSource[] = "1234567192.168.100.123adminHome-Router-12345!!";
+
+void CheckWrongKey() {
+  const int result =
+      starter_auth_check("kioAppKey= 0123456789abcdef0123456789abcdef", "192.168.100.123", "");
+  if (result != -1) {
+    std::fprintf(stderr, "a wrong key is good\n");
+    std::exit(1);
+  }
+}
+
+void AskHost() {
+  char password[4096];
+  xget_str(password, "%s", "/sys/user:1/password");
+  static_cast<void>(sys_uptime_seconds());
+}
+
+void TakeDigest() {
+  unsigned char digest[16];
+  MD5Digest(kSource, sizeof(kSource) - 1, digest);
+}
+
+// A step of the login.
+struct LoginStep {
+  const char* name;
+  void (*run)();
+};
+
+constexpr LoginStep kLoginSteps[] = {
+    {"wrong-key", CheckWrongKey}, {"asking", AskHost}, {"digest", TakeDigest}};
+
+const LoginStep* FindLoginStep(const std::string& name) {
+  for (const LoginStep& step : kLoginSteps) {
+    if (name == step.name) {
+      return &step;
+    }
+  }
+  return nullptr;
+}
+
+void CountLoginStep(const LoginStep& step) {
+  kio::bench::StoreFactoryDevice();
+  xset_str("Home-Router-12345!!", "%s", "/sys/user:1/password");
+  // The first run binds the symbols.
+  step.run();
+  CALLGRIND_START_INSTRUMENTATION;
+  step.run();
+  CALLGRIND_STOP_INSTRUMENTATION;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   const std::string scenario = argc > 1 ? argv[1] : "";
   const Growth* const growth = argc == 3 ? FindGrowth(scenario) : nullptr;
+  const LoginStep* const step = argc == 2 ? FindLoginStep(scenario) : nullptr;
   const bool is_exchange = scenario == "exchange" || scenario == "exchange-again" ||
                            scenario == "calls" || scenario == "calls-again";
-  if (growth == nullptr && (argc != 2 || !is_exchange)) {
+  if (growth == nullptr && step == nullptr && (argc != 2 || !is_exchange)) {
     std::fprintf(stderr,
                  "usage: kio_counts exchange|exchange-again|calls|calls-again\n"
+                 "       kio_counts wrong-key|asking|digest\n"
                  "       kio_counts batch|batch-lines|list-empty|list-ranges|list-entries SIZE\n");
     return 2;
   }
@@ -183,6 +238,8 @@ int main(int argc, char** argv) {
   std::snprintf(daemon_log_header, sizeof(daemon_log_header), "kio_counts_%d", getpid());
   if (growth != nullptr) {
     CountGrowth(*growth, std::strtoul(argv[2], nullptr, 10));
+  } else if (step != nullptr) {
+    CountLoginStep(*step);
   } else {
     CountExchange(scenario);
   }

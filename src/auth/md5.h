@@ -13,7 +13,7 @@
 namespace kio::auth {
 
 struct Digest {
-  std::uint8_t bytes[16];
+  alignas(std::uint32_t) std::uint8_t bytes[16];
 };
 
 void Md5(platform::TextView text, Digest& digest);

@@ -1,4 +1,5 @@
 // Keys made from the administrator password: made for the host, and checked in requests.
+#include <algorithm>
 #include <cstring>
 
 #include "auth/client_list.h"
@@ -6,6 +7,7 @@
 #include "auth/md5.h"
 #include "kioapp/auth.h"
 #include "kioapp/platform.h"
+#include "platform/inline.h"
 #include "platform/log.h"
 #include "platform/nodes.h"
 #include "platform/store.h"
@@ -41,37 +43,53 @@ class Password {
   char text_[64];
 };
 
-// The text whose digest is the key of a time slot. The object clears its copy when it ends.
+// The texts whose digests are the keys of the time slots: the number of the slot, and behind it
+// what is the same for all. The object clears them when it ends.
 class KeySource {
  public:
-  KeySource(const char* ip, const Password& password) {
-    TextBuffer(rest_).Append(ViewOf(ip)).Append(kUserName).Append(password.c_str());
-  }
-  ~KeySource() { platform::Wipe(rest_); }
+  KeySource(const char* ip, const Password& password)
+      : size_(TextBuffer(rest(), kSize)
+                  .Append(ViewOf(ip))
+                  .Append(kUserName)
+                  .Append(password.c_str())
+                  .size()) {}
+  ~KeySource() { platform::Wipe(text_); }
   KeySource(const KeySource&) = delete;
   KeySource& operator=(const KeySource&) = delete;
 
-  using Text = char[128];
-
-  // Writes the source of a time slot, cut to the room that `text` has, and returns it.
-  TextView Write(long time_slot, Text& text) const {
-    return TextBuffer(text).AppendNumber(static_cast<int>(time_slot)).Append(rest_).view();
+  // The source of a time slot, cut to 127 characters, until the next call.
+  TextView Of(int time_slot) {
+    char& last_digit = rest()[-1];
+    // Mostly nothing but the last digit differs from the slot before.
+    if (time_slot > 0 && time_slot_ == time_slot - 1 && last_digit != '9') {
+      ++last_digit;
+    } else {
+      begin_ = platform::WriteNumberBefore(rest(), time_slot);
+    }
+    time_slot_ = time_slot;
+    return {begin_, std::min(static_cast<std::size_t>(rest() - begin_) + size_, kSize - 1)};
   }
 
  private:
-  Text rest_;  // what is the same for all time slots
+  static constexpr std::size_t kSize = 128;
+  static constexpr std::size_t kNumberSize = 12;
+
+  char* rest() { return text_ + kNumberSize; }
+
+  char text_[kNumberSize + kSize];
+  std::size_t size_;  // of the rest
+  const char* begin_ = nullptr;
+  int time_slot_ = -1;  // of the number in the text
 };
 
 // Writes the first `bytes` bytes of the present key to `string`.
 char* WriteKey(const char* ip, int bytes) {
   const Password password;
-  const KeySource source(ip, password);
-  KeySource::Text text;
+  KeySource source(ip, password);
   Digest digest;
-  Md5(source.Write(sys_uptime_seconds() / kSlotSeconds, text), digest);
+  Md5(source.Of(static_cast<int>(sys_uptime_seconds() / kSlotSeconds)), digest);
   Hex2String(digest.bytes, DigestText(), bytes);
   WipeMd5Stack();
-  platform::Wipe(text);
   platform::Wipe(digest);
   return DigestText();
 }
@@ -121,35 +139,37 @@ bool ReadKey(const ShownKey& key, Digest& digest) {
   return true;
 }
 
-// Compares the first `bytes` bytes, a multiple of four, in a time that does not depend on where the
-// two differ.
+// Compares the first bytes, those of a short or of a full key, in a time that does not depend on
+// where the two differ.
 bool IsSame(const Digest& first, const Digest& second, int bytes) {
-  std::uint32_t difference = 0;
-  for (int i = 0; i < bytes; i += static_cast<int>(sizeof(difference))) {
-    difference |= LoadMd5Word(first.bytes + i) ^ LoadMd5Word(second.bytes + i);
-  }
-  return difference == 0;
+  const auto difference = [&](int i) KIO_INLINE {
+    std::uint32_t words[2];
+    std::memcpy(&words[0], first.bytes + i, sizeof(words[0]));
+    std::memcpy(&words[1], second.bytes + i, sizeof(words[1]));
+    return words[0] ^ words[1];
+  };
+  static_assert(kShortKeyBytes == 4 && kFullKeyBytes == 16);
+  const std::uint32_t behind_short = difference(4) | difference(8) | difference(12);
+  return (difference(0) | (bytes == kFullKeyBytes ? behind_short : 0)) == 0;
 }
 
 // Whether the key is that of one of the time slots around `now`. All of them are compared even
 // after one fits.
 bool IsGoodKey(const ShownKey& key, long now, const char* ip, const Password& password) {
-  Digest shown;
+  Digest shown = {};
   if (!ReadKey(key, shown)) {
     return false;
   }
-  const KeySource source(ip, password);
+  KeySource source(ip, password);
   // Quirk "slot-before-the-first": in the first slot after boot the one before is -1, and the
   // source holds that number.
-  KeySource::Text text;
   Digest digest;
   bool is_good = false;
   for (int i = 0; i < kSlots; ++i) {
-    Md5(source.Write(now / kSlotSeconds - 1 + i, text), digest);
+    Md5(source.Of(static_cast<int>(now / kSlotSeconds - 1 + i)), digest);
     is_good |= IsSame(shown, digest, key.bytes);
   }
   WipeMd5Stack();
-  platform::Wipe(text);
   platform::Wipe(digest);
   platform::Wipe(shown);
   return is_good;
