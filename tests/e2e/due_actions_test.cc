@@ -35,17 +35,17 @@ void ExpectInForce(const HostProcess& host) {
 }
 
 TEST(DueActionsTest, AKillAtAnyMomentIsMadeUpForAtTheNextStart) {
-  constexpr int kManySteps =
-      250;  // an exchange with its commit has fewer; the last part of an address
+  // An exchange with its commit has fewer. It is the last part of an address as well.
+  constexpr int kMostSteps = 250;
   HostProcess host;
   HostSteps steps(&host);
   ASSERT_TRUE(host.Start());
-  EXPECT_EQ(Post(host.port(), "/settings", Numbered(kManySteps)).status, 200);
+  EXPECT_EQ(Post(host.port(), "/settings", Numbered(kMostSteps)).status, 200);
   EXPECT_EQ(host.End(SIGTERM), 0);
   ExpectInForce(host);
   int made_up = 0;
   bool killed = true;
-  for (int step = 1; killed && step < kManySteps; ++step) {
+  for (int step = 1; killed && step < kMostSteps; ++step) {
     ASSERT_TRUE(steps.Start());
     ExpectInForce(host);
     made_up += host.Output().find(kMadeUp) != std::string::npos ? 1 : 0;

@@ -24,15 +24,15 @@ using Clients = std::vector<std::unique_ptr<Connection>>;
 constexpr size_t kMostOfAnAddress = 16;
 constexpr size_t kMost = 64;
 constexpr char kGetDevice[] = "GET /device HTTP/1.1\r\nHost: router\r\n\r\n";
-constexpr char kFirst[] = "127.0.0.1";
-constexpr char kSecond[] = "127.0.0.2";
+constexpr char kFirstAddress[] = "127.0.0.1";
+constexpr char kSecondAddress[] = "127.0.0.2";
 
 class LimitsTest : public ::testing::Test {
  protected:
   void SetUp() override { ASSERT_TRUE(clock_.Start()); }
 
   // Connections that have sent `bytes`.
-  Clients Connect(size_t count, const std::string& bytes, const std::string& from = kFirst) {
+  Clients Connect(size_t count, const std::string& bytes, const std::string& from = kFirstAddress) {
     Clients clients;
     for (size_t i = 0; i < count; ++i) {
       clients.push_back(std::make_unique<Connection>(host_.port(), from));
@@ -65,8 +65,8 @@ size_t Answered(Clients* clients, int status) {
 TEST_F(LimitsTest, IdleConnectionsMakeRoomForNewOnes) {
   for (const char* bytes : {"", kGetDevice}) {
     const Clients idle = Connect(100, bytes);
-    EXPECT_EQ(Status(kFirst), 200);
-    EXPECT_EQ(Status(kSecond), 200);
+    EXPECT_EQ(Status(kFirstAddress), 200);
+    EXPECT_EQ(Status(kSecondAddress), 200);
     for (const auto& client : idle) {
       if (*bytes != '\0') {
         EXPECT_EQ(client->Read().status, 200);
@@ -88,7 +88,7 @@ TEST_F(LimitsTest, TheOldestIdleConnectionOfAnyAddressMakesRoom) {
     idle.push_back(std::move(Connect(1, kGetDevice, address).front()));
     EXPECT_EQ(idle.back()->Read().status, 200) << i;
   }
-  EXPECT_EQ(Status(kFirst), 200);
+  EXPECT_EQ(Status(kFirstAddress), 200);
   EXPECT_TRUE(idle[0]->WaitForClose(5));
   for (size_t i = 1; i < kMost; ++i) {
     EXPECT_TRUE(idle[i]->StaysSilent(0)) << i;
@@ -98,7 +98,7 @@ TEST_F(LimitsTest, TheOldestIdleConnectionOfAnyAddressMakesRoom) {
 TEST_F(LimitsTest, AnAddressThatTakesAllItGetsLocksNobodyElseOut) {
   Clients begun = Connect(kMostOfAnAddress, "G");
   // They have come, and each has begun a request.
-  EXPECT_EQ(Status(kSecond), 200);
+  EXPECT_EQ(Status(kSecondAddress), 200);
   Connection beyond(host_.port());
   const HttpResponse refusal = beyond.Read();
   EXPECT_EQ(refusal.status, 503);
@@ -116,12 +116,12 @@ TEST_F(LimitsTest, AnAddressThatTakesAllItGetsLocksNobodyElseOut) {
     ASSERT_TRUE(clock_.Settle());
   }
   EXPECT_EQ(eager.Read().status, 503);
-  EXPECT_EQ(Status(kSecond), 200);
+  EXPECT_EQ(Status(kSecondAddress), 200);
   EXPECT_EQ(Answered(&begun, 503), 0U);
   // One that goes makes room.
   begun.pop_back();
   ASSERT_TRUE(clock_.Settle());
-  EXPECT_EQ(Status(kFirst), 200);
+  EXPECT_EQ(Status(kFirstAddress), 200);
   for (const auto& client : begun) {
     ASSERT_TRUE(client->Send("ET /device HTTP/1.1\r\nHost: router\r\n\r\n"));
     EXPECT_EQ(client->Read().status, 200);
@@ -137,7 +137,7 @@ TEST_F(LimitsTest, ThereAre64ConnectionsInAll) {
   EXPECT_EQ(beyond.Read().status, 503);
   begun.front().pop_back();
   ASSERT_TRUE(clock_.Settle());
-  EXPECT_EQ(Status(kFirst), 200);
+  EXPECT_EQ(Status(kFirstAddress), 200);
 }
 
 void SendAll(const Clients& clients, const std::string& piece) {
@@ -150,7 +150,7 @@ TEST_F(LimitsTest, SlowHeadsAndBodiesAreEndedAfter10Seconds) {
   const std::string post = "POST /settings HTTP/1.1\r\nHost: router\r\nContent-Length: ";
   constexpr size_t kBodies = 8;
   Clients heads = Connect(kMost, "GET /dev");
-  Clients bodies = Connect(kBodies, post + "5000\r\n\r\n", kSecond);
+  Clients bodies = Connect(kBodies, post + "5000\r\n\r\n", kSecondAddress);
   // More than 1 KiB a second and to the end, in 15 seconds.
   const Clients steady = Connect(1, post + "45000\r\n\r\n", "127.0.0.3");
   for (int i = 0; i < 30; ++i) {
@@ -159,8 +159,8 @@ TEST_F(LimitsTest, SlowHeadsAndBodiesAreEndedAfter10Seconds) {
     SendAll(steady, std::string(1500, 'x'));
     ASSERT_TRUE(clock_.Advance(milliseconds(500)));
     if (i == 18) {
-      EXPECT_EQ(Status(kFirst), 503);
-      EXPECT_EQ(Status(kSecond), 200);
+      EXPECT_EQ(Status(kFirstAddress), 503);
+      EXPECT_EQ(Status(kSecondAddress), 200);
     }
   }
   // The bytes have not stopped for as long as the host waits in silence.
@@ -181,7 +181,7 @@ TEST_F(LimitsTest, SlowHeadsAndBodiesAreEndedAfter10Seconds) {
   }
   EXPECT_EQ(ended, kMostOfAnAddress);
   EXPECT_EQ(refused, kMost - kMostOfAnAddress);
-  EXPECT_EQ(Status(kFirst), 200);
+  EXPECT_EQ(Status(kFirstAddress), 200);
   EXPECT_EQ(steady.front()->Read().body, "the settings document has no root element\n");
 }
 
@@ -219,7 +219,7 @@ TEST_F(LimitsTest, ASlowCommandOfTheHostIsNotTheClientsFault) {
   host_.UseScript("uplink.sh", kHeldScript);
   const std::string document =
       With(FactoryDocument(), "UpLinkConnection", StaticUplink("192.0.2.7"));
-  Clients begun = Connect(1, "GET /dev", kSecond);
+  Clients begun = Connect(1, "GET /dev", kSecondAddress);
   EXPECT_EQ(Status("127.0.0.3"), 200);
   EXPECT_EQ(Post(host_.port(), "/settings", document).status, 200);
   ASSERT_TRUE(WaitFor([this] { return ReadFile(host_.dir().File("begun")) == "begun\n"; }));
@@ -303,7 +303,7 @@ TEST_F(LimitsTest, WithoutDescriptorsIdleConnectionsMakeRoom) {
   const rlimit few = {16, 16};
   ASSERT_EQ(prlimit(host_.pid(), RLIMIT_NOFILE, &few, nullptr), 0);
   const Clients idle = Connect(14, "");
-  EXPECT_EQ(Status(kFirst), 200);
+  EXPECT_EQ(Status(kFirstAddress), 200);
   EXPECT_TRUE(idle.back()->StaysSilent(0));
 }
 
