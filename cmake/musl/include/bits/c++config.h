@@ -1,5 +1,5 @@
-// Debian's headers of the C++ library are configured for glibc, and ask for its version by a macro that
-// musl has not. This stands before their configuration.
+// Debian's headers of the C++ library are configured for glibc, and ask for its version by a macro
+// that musl has not. This stands before their configuration.
 #ifndef KIO_MUSL_CXXCONFIG_H
 #define KIO_MUSL_CXXCONFIG_H
 
