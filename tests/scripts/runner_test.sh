@@ -6,7 +6,8 @@
 . "$(dirname "$0")/check.sh"
 copy_scripts
 cd "$work/tree"
-export REAL_CTEST=$2 WORK=$work
+REAL_CTEST=$(command -v "$2")
+export REAL_CTEST WORK=$work
 mkdir "$work/dev" "$work/asan"
 stand_in cmake << 'END'
 #!/bin/bash
