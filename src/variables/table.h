@@ -175,23 +175,24 @@ constexpr bool IsNamed(TextView row, TextView name) {
          TextView::traits_type::compare(row.data(), name.data(), name.size()) == 0;
 }
 
-// The row of a variable; null when the table has none of that name.
-constexpr const Field* FindField(FieldTable table, TextView name) {
-  for (const Field& field : table) {
-    if (field.variable_kind != VariableKind::kNone && IsNamed(field.element, name)) {
-      return &field;
-    }
+// The row of a variable; the end of the table when it has none of that name. No null pointer, since
+// the sanitizers' builds compare no address with that in a constant expression.
+constexpr FieldTable::iterator FindField(FieldTable table, TextView name) {
+  FieldTable::iterator field = table.begin();
+  while (field != table.end() &&
+         (field->variable_kind == VariableKind::kNone || !IsNamed(field->element, name))) {
+    ++field;
   }
-  return nullptr;
+  return field;
 }
 
 // One that does not exist when the section has no variable of that name.
 constexpr Variable FindVariable(SectionId section, TextView name) {
   const settings::Section& row = settings::RowOf(section);
-  if (const Field* const field = FindField(row.fields, name)) {
+  if (const auto field = FindField(row.fields, name); field != row.fields.end()) {
     return {section, false, *field};
   }
-  if (const Field* const field = FindField(row.rules, name)) {
+  if (const auto field = FindField(row.rules, name); field != row.rules.end()) {
     return {section, true, *field};
   }
   for (const LiveNode& live : kLiveNodes) {
