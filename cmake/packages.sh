@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# packages.sh [demo|test|target[=NAME[,NAME...]] [COMMAND]]: installs the Debian packages that ./demo,
-# ./test (the default) or ./test --target needs, as far as they are missing: for the targets that are
-# named, or for all. This is the one list of them. COMMAND is what to type once it has failed and the
-# reason is gone.
+# packages.sh [demo|test|docs|packaging|target[=NAME[,NAME...]] [COMMAND]]: installs the Debian packages
+# that ./demo, ./test (the default), the target `docs` of the build, what makes and checks packages, or
+# ./test --target needs, as far as they are missing: for the targets that are named, or for all. This is
+# the one list of them. COMMAND is what to type once it has failed and the reason is gone.
 set -euo pipefail
 # shellcheck source=cmake/progress.sh
 . "$(dirname "${BASH_SOURCE[0]}")/progress.sh"
@@ -39,6 +39,20 @@ test_packages=(
   valgrind
   zlib1g-dev
 )
+# The manual pages and the reference of the headers.
+docs_packages=(
+  doxygen
+  scdoc
+)
+# To make packages, to try them, and to compare binary interfaces.
+packaging_packages=(
+  abigail-tools
+  debhelper
+  debootstrap
+  dpkg-dev
+  fakeroot
+  lintian
+)
 # add_target NAME: adds what a target needs: the cross compiler with the headers that belong to it,
 # the emulator, and what the C library or the unit tests are built from. musl is fetched by its
 # sysroot.sh.
@@ -68,6 +82,8 @@ wanted=("${demo_packages[@]}")
 case ${1:-test} in
   demo) ;;
   test) wanted+=("${test_packages[@]}") ;;
+  docs) wanted+=("${docs_packages[@]}") ;;
+  packaging) wanted+=("${docs_packages[@]}" "${packaging_packages[@]}") ;;
   target | target=*)
     wanted+=("${test_packages[@]}")
     names=("$(dirname "${BASH_SOURCE[0]}")"/toolchains/*-*.cmake)
@@ -81,7 +97,7 @@ case ${1:-test} in
     done
     ;;
   *)
-    echo "usage: ${0##*/} [demo|test|target[=NAME[,NAME...]] [COMMAND]]" >&2
+    echo "usage: ${0##*/} [demo|test|docs|packaging|target[=NAME[,NAME...]] [COMMAND]]" >&2
     exit 2
     ;;
 esac

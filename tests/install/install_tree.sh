@@ -22,6 +22,8 @@ expected() {
   for file in Config ConfigVersion Targets; do
     echo "$libdir/cmake/kioapp/kioapp$file.cmake"
   done
+  # The manual pages, when the target docs has made them.
+  find "$build_dir/man" -name '*.[0-9]' -printf '%f\n' | sed 's|.*\.\([0-9]\)$|share/man/man\1/&|'
 }
 # The file of the build type's own is named after it.
 installed() {
