@@ -1,8 +1,9 @@
-# The manual pages: `cmake --build --preset dev --target docs`, if scdoc is there (cmake/packages.sh
-# docs). No other target needs them.
+# The manual pages and the reference of the headers: `cmake --build --preset dev --target docs`, as far
+# as scdoc and doxygen are there (cmake/packages.sh docs). No other target needs them.
 find_program(KIO_AWK awk)
+find_program(KIO_DOXYGEN doxygen)
 find_program(KIO_SCDOC scdoc)
-mark_as_advanced(KIO_AWK KIO_SCDOC)
+mark_as_advanced(KIO_AWK KIO_DOXYGEN KIO_SCDOC)
 
 set(kio_man_dir ${PROJECT_BINARY_DIR}/man)
 set(kio_man_pages)
@@ -44,7 +45,23 @@ if(KIO_SCDOC AND KIO_AWK)
   add_dependencies(docs man_pages)
 endif()
 
-foreach(program scdoc)
+if(KIO_DOXYGEN AND KIO_AWK)
+  configure_file(docs/reference/Doxyfile.in ${PROJECT_BINARY_DIR}/Doxyfile @ONLY)
+  file(GLOB kio_headers include/kioapp/*.h)
+  add_custom_command(
+    OUTPUT html/index.html
+    COMMAND ${CMAKE_COMMAND} -E rm -rf html
+    COMMAND ${KIO_DOXYGEN} Doxyfile
+    DEPENDS ${kio_headers} docs/reference/comments.awk docs/reference/main.md
+            ${PROJECT_BINARY_DIR}/Doxyfile
+    WORKING_DIRECTORY ${PROJECT_BINARY_DIR}
+    COMMENT "Making the reference of the headers"
+    VERBATIM)
+  add_custom_target(reference DEPENDS html/index.html)
+  add_dependencies(docs reference)
+endif()
+
+foreach(program scdoc doxygen)
   string(TOUPPER KIO_${program} found)
   if(NOT ${found})
     add_custom_command(

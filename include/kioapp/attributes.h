@@ -3,7 +3,9 @@
 #define KIOAPP_ATTRIBUTES_H
 
 #ifdef __cplusplus
+/* Begins declarations with C linkage. */
 #define KIOAPP_BEGIN_DECLS extern "C" {
+/* Ends them. */
 #define KIOAPP_END_DECLS }
 #else
 #define KIOAPP_BEGIN_DECLS

@@ -23,11 +23,11 @@ KIOAPP_BEGIN_DECLS
 
 /* A client. The list owns it; texts that are longer than a member are cut. */
 typedef struct ClientAuthInfo {
-  struct ClientAuthInfo *next;
-  char ip[128];
-  char username[64];
-  char password[64];   /* the administrator password when the client logged in */
-  char sessionid[32];  /* eight lower-case hexadecimal digits; guessable, so no secret */
+  struct ClientAuthInfo *next; /* null behind the last */
+  char ip[128];                /* address */
+  char username[64];           /* user name that was given */
+  char password[64];           /* the administrator password when the client logged in */
+  char sessionid[32];          /* eight lower-case hexadecimal digits; guessable, so no secret */
   unsigned int logout; /* second of the uptime at which the login lapses; 0: it has lapsed */
 } ClientAuthInfo;
 
@@ -41,9 +41,9 @@ extern KIOAPP_API ClientAuthInfo *cur_authinfo;
 /* How clients are told apart: with the mode KIOAPP_MATCH_ADDRESS by their address alone, with any
  * other by address and session: the request text must then hold the client's session id. */
 enum {
-  KIOAPP_MATCH_LAPSED = 0, /* by address and session; adds a client whose login has lapsed */
-  KIOAPP_MATCH_ADDRESS = 1,
-  KIOAPP_MATCH_SESSION = 2
+  KIOAPP_MATCH_LAPSED = 0,  /* by address and session; adds a client whose login has lapsed */
+  KIOAPP_MATCH_ADDRESS = 1, /* by address alone */
+  KIOAPP_MATCH_SESSION = 2  /* by address and session */
 };
 
 /* Adds a client at the end of the list `*head`, logged in for 300 seconds (lapsed with

@@ -35,22 +35,22 @@ enum {
 
 /* Status of the upgrade. */
 enum {
-  KIOAPP_FW_IDLE = 0,
-  KIOAPP_FW_NONE_NEWER = 1,
-  KIOAPP_FW_FOUND = 2, /* its release notes are being fetched */
-  KIOAPP_FW_DOWNLOADING = 3,
-  KIOAPP_FW_DOWNLOADED = 4,
-  KIOAPP_FW_ANNOUNCED = 5,
-  KIOAPP_FW_NO_LIST = -1, /* not to be had, or not valid */
-  KIOAPP_FW_NOT_ANNOUNCED = -2,
+  KIOAPP_FW_IDLE = 0,           /* nothing has been looked for */
+  KIOAPP_FW_NONE_NEWER = 1,     /* the list has nothing newer for this router */
+  KIOAPP_FW_FOUND = 2,          /* its release notes are being fetched */
+  KIOAPP_FW_DOWNLOADING = 3,    /* the image is being fetched */
+  KIOAPP_FW_DOWNLOADED = 4,     /* the image is there */
+  KIOAPP_FW_ANNOUNCED = 5,      /* the upgrade has been announced */
+  KIOAPP_FW_NO_LIST = -1,       /* not to be had, or not valid */
+  KIOAPP_FW_NOT_ANNOUNCED = -2, /* announcing the upgrade failed */
   KIOAPP_FW_UNKNOWN_ACTION = -3 /* in the status document alone */
 };
 
 /* What matching an entry or a list leads to. */
 enum {
-  KIOAPP_FW_LIST_ERROR = 0, /* the search ends */
-  KIOAPP_FW_LIST_NO_MATCH = 1,
-  KIOAPP_FW_LIST_MATCH = 2
+  KIOAPP_FW_LIST_ERROR = 0,    /* the search ends */
+  KIOAPP_FW_LIST_NO_MATCH = 1, /* it does not fit this router */
+  KIOAPP_FW_LIST_MATCH = 2     /* it fits */
 };
 
 /* Kinds of lists: what they are made of, and what an item is compared with. */
@@ -70,6 +70,7 @@ typedef struct {
   char currFileName[130];     /* file name of the running firmware, as in the store */
 } FwXmlData;
 
+/* What the last firmware list gave. */
 extern KIOAPP_API FwXmlData fwXmlData;
 
 /* Base URL of the firmware server, without a slash at its end: a constant of the build. */

@@ -44,13 +44,13 @@ KIOAPP_API char *sys_uptime_sec_str(void);
 
 /* A one-shot timer. */
 typedef struct KioTimer {
-  struct KioTimer *next;
-  unsigned int remaining; /* ticks left */
-  unsigned int interval;  /* ticks given at creation */
-  unsigned int user_b;
-  uintptr_t arg;
-  unsigned int user_a;
-  void (*callback)(uintptr_t arg);
+  struct KioTimer *next;           /* for the list of pending timers */
+  unsigned int remaining;          /* ticks left */
+  unsigned int interval;           /* ticks given at creation */
+  unsigned int user_b;             /* the caller's */
+  uintptr_t arg;                   /* given to the callback */
+  unsigned int user_a;             /* the caller's */
+  void (*callback)(uintptr_t arg); /* called when no ticks are left; or null */
 } KioTimer;
 
 /* Version of the settings document format that the library speaks, "1.1". */

@@ -26,15 +26,16 @@
 
 KIOAPP_BEGIN_DECLS
 
+/* Results of an exchange, as the app is told. */
 enum {
-  KIOAPP_RESULT_APPLIED = 0,
+  KIOAPP_RESULT_APPLIED = 0,          /* the settings are in the store */
   KIOAPP_RESULT_VERSION_MISMATCH = 1, /* document and device differ in the format version */
-  KIOAPP_RESULT_MISSING_ELEMENT = 2,
-  KIOAPP_RESULT_INVALID_VALUE = 3,
-  KIOAPP_RESULT_BAD_LENGTH = 10,
-  KIOAPP_RESULT_BAD_CHARACTER = 11,
-  KIOAPP_RESULT_ABOVE_MAXIMUM = 20,
-  KIOAPP_RESULT_BELOW_MINIMUM = 21
+  KIOAPP_RESULT_MISSING_ELEMENT = 2,  /* a required element is not there */
+  KIOAPP_RESULT_INVALID_VALUE = 3,    /* a value is of no use, or must not be changed */
+  KIOAPP_RESULT_BAD_LENGTH = 10,      /* a text is too short or too long for its rule */
+  KIOAPP_RESULT_BAD_CHARACTER = 11,   /* a text holds a character that its rule does not allow */
+  KIOAPP_RESULT_ABOVE_MAXIMUM = 20,   /* a number is above the maximum of its rule */
+  KIOAPP_RESULT_BELOW_MINIMUM = 21    /* a number is below the minimum of its rule */
 };
 
 /* Runs one exchange over the settings document `text`: reads it into the record, verifies every

@@ -36,7 +36,7 @@ enum {
 /* Results. Other results are those of `validate_RssData` or, of actions and batches, the result
  * codes of a settings exchange. */
 enum {
-  KIOAPP_VAR_DONE = 0,
+  KIOAPP_VAR_DONE = 0,             /* read, checked or set */
   KIOAPP_VAR_NOT_CONFIGURABLE = 1, /* the section of the variable cannot be written */
   KIOAPP_VAR_REFUSED = 2,          /* unknown name, not in this mode, or a bad value */
   KIOAPP_VAR_MALFORMED = 3,        /* no "name=value" text, or a name of 32 characters and more */

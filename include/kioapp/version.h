@@ -6,9 +6,13 @@
 
 KIOAPP_BEGIN_DECLS
 
-/* Of these headers. NOLINTBEGIN(cppcoreguidelines-macro-usage): for C, too. */
+/* NOLINTBEGIN(cppcoreguidelines-macro-usage): for C, too. */
+
+/* Major version of these headers. */
 #define KIOAPP_VERSION_MAJOR 1
+/* Minor version of these headers. */
 #define KIOAPP_VERSION_MINOR 2
+/* Patch of these headers. */
 #define KIOAPP_VERSION_PATCH 3
 
 /* Version of the library, "b1.2.3a": a letter, major, minor and patch, a letter. */

@@ -14,12 +14,20 @@ KIOAPP_BEGIN_DECLS
 
 /* Keyword tables. The code of a word is its index. Each ends with the entry "\0_": an empty text
  * followed by '_' (an ordinary empty text is a word). */
+
+/* Kinds of devices. */
 extern KIOAPP_API const char *const DeviceTypeArray[];
+/* Ciphers of a radio. */
 extern KIOAPP_API const char *const WlanEncrypTypeArray[];
+/* How a radio's network is encrypted. */
 extern KIOAPP_API const char *const WlanEncrypModeArray[];
+/* What the uplink runs over. */
 extern KIOAPP_API const char *const HardwareTypeArray[];
+/* Bands of an upstream network. */
 extern KIOAPP_API const char *const WirelessTypeArray[];
+/* How the uplink gets its address. */
 extern KIOAPP_API const char *const ConnTypeArray[];
+/* Encapsulations of a DSL circuit. */
 extern KIOAPP_API const char *const ADslEncapModeArray[];
 
 /* Called with the block's path (or null) and the element's name when a required element is missing.
@@ -57,9 +65,11 @@ KIOAPP_API int GetXmlKeyStrValue_(char *block, int len, const char *key, char *d
 KIOAPP_API int GetXmlKeyIntValue_(char *block, int len, const char *key, int *out);
 
 /* The same two for required elements: a missing one is reported through `XmlErrMsg_LostKey` with
- * `parentPath`. */
+ * `parentPath`. This one reads a text. */
 KIOAPP_API int GetXmlKeyStrValue(char *block, int len, const char *parentPath, const char *key,
                                  char *dst, int cap);
+
+/* This one reads an integer. */
 KIOAPP_API int GetXmlKeyIntValue(char *block, int len, const char *parentPath, const char *key,
                                  int *out);
 
