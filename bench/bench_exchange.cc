@@ -14,7 +14,7 @@ class Exchange {
  public:
   explicit Exchange(const char* document) : text_(ReadFile(document)) {}
 
-  // The library cuts the text at its end: each exchange gets a copy.
+  // Each exchange gets a copy: the library writes a terminator behind the root element.
   void Run() {
     buffer_ = text_;
     if (do_RssXml_Parser(buffer_.data()) != 1) {
@@ -58,7 +58,7 @@ void Unchanged(benchmark::State& state, const char* name, const char* document, 
   AddFigure({prefix + " sent again, time / its store calls", pair.ratio, "x time"});
 }
 
-// With the real commands: the share of the time that is not theirs.
+// Runs the real commands, and takes the share of the time that goes elsewhere.
 void RealCommands(benchmark::State& state) {
   Exchange exchange(KIO_SAMPLE_DOCUMENTS "/full.xml");
   SetCommands(Commands::kTimed);

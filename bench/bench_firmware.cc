@@ -21,7 +21,7 @@ constexpr const char* kRunning = "AB12_FW1.0.2_0101.bin";
 
 using ZlibCrc = unsigned long (*)(unsigned long, const unsigned char*, unsigned int);
 
-// Looked up, for it has the name of the library's.
+// Looked up by dlsym: the linker would take the library's crc32, which has the same name.
 ZlibCrc FindZlibCrc() {
   void* const zlib = dlopen(KIO_ZLIB, RTLD_NOW | RTLD_LOCAL);
   const auto function = zlib != nullptr ? reinterpret_cast<ZlibCrc>(dlsym(zlib, "crc32")) : nullptr;
@@ -76,7 +76,7 @@ std::string MakeList(int entries, int macs) {
 
 char g_file_url[128];
 
-// Both parsers work in their text, a copy of their own.
+// Both parsers write into their text, so each gets a copy.
 std::vector<char> g_copy;
 
 char* CopyOf(const std::string& list) {
@@ -90,7 +90,7 @@ int ParseByLibrary(const std::string& list) {
 
 using Node = rapidxml::xml_node<>*;
 
-// The text of a value, ended in place as rapidxml does.
+// rapidxml has written a terminator behind each value.
 bool FitsAny(Node container, const char* item, const char* own) {
   for (Node node = container->first_node(item); node != nullptr; node = node->next_sibling(item)) {
     if (strWildcardCmp(own, node->value()) == 0) {

@@ -10,7 +10,7 @@ namespace {
 int g_sysinfo_calls = 0;
 }  // namespace
 
-// Stands before libc's for the whole program, the library included.
+// Replaces that of libc for the whole program, the library included.
 int sysinfo(struct sysinfo* info) noexcept {
   using Function = int (*)(struct sysinfo*);
   static const auto libc_sysinfo = reinterpret_cast<Function>(dlsym(RTLD_NEXT, "sysinfo"));
@@ -18,8 +18,8 @@ int sysinfo(struct sysinfo* info) noexcept {
   return libc_sysinfo(info);
 }
 
-// KIO_LOG finds the level by this table. The library's own is hidden in it; this one has the level
-// alone.
+// KIO_LOG reads the level through this table. The library does not export its own table; this one
+// holds the address of the level and nothing else.
 static_assert(kio::kDataLogLevel == 4);
 void* const kio::kExportedData[kDataCount] = {nullptr, nullptr, nullptr, nullptr,
                                               &daemon_log_level};
@@ -27,7 +27,7 @@ void* const kio::kExportedData[kDataCount] = {nullptr, nullptr, nullptr, nullptr
 namespace kio::bench {
 namespace {
 
-// As the library's functions log: the level is read and compared in place, at each call.
+// Logs as the library's functions do: each call reads the level and compares it inline.
 [[gnu::always_inline]] inline void DroppedCall(int value) {
   KIO_LOG(platform::kLogDetail, "%ld:value=%d\n", sys_uptime_seconds(), value);
   benchmark::ClobberMemory();
@@ -47,7 +47,7 @@ void Dropped(benchmark::State& state) {
   AddFigure({"log: the same without the call, for comparison", pair.second, "ns"});
   AddFigure(
       {"log: sysinfo calls", static_cast<double>(g_sysinfo_calls), "calls", Bound::kAtMost, 0});
-  // The counter counts: a kept call reads the uptime.
+  // Shows that the counter works: a kept call reads the uptime.
   daemon_log_level = 7;
   DroppedCall(1);
   daemon_log_level = 5;

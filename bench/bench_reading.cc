@@ -1,5 +1,5 @@
-// Reading every leaf of a document: the library against parsers of other makes, against plain
-// searches, and against itself on documents of other sizes.
+// Reading every leaf of a document: the library against other XML parsers, against plain searches,
+// and against itself on documents of other sizes.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -22,7 +22,7 @@ const std::string& FullDocument() {
 
 Settings g_settings;
 
-// The finders never change a text, yet take it as writable.
+// The finders take a writable text and never change it.
 void ReadBy(const Toolkit& toolkit, const std::string& document) {
   g_settings.radios[0].rule_count = 0;
   g_settings.radios[1].rule_count = 0;
@@ -34,7 +34,7 @@ void ReadBy(TreeReader reader, const std::string& document) {
   g_settings.radios[0].rule_count = 0;
   g_settings.radios[1].rule_count = 0;
   if (!reader(document.data(), document.size(), g_settings)) {
-    std::fprintf(stderr, "a peer refuses the document\n");
+    std::fprintf(stderr, "a parser refuses the document\n");
     std::exit(1);
   }
   benchmark::ClobberMemory();
@@ -79,7 +79,7 @@ bool SameSettings(const Settings& a, const Settings& b) {
          SameRadio(a.radios[0], b.radios[0]) && SameRadio(a.radios[1], b.radios[1]);
 }
 
-// A comparison of speed is worth something only when all read the same.
+// The times compare only when all readers read the same values.
 void CheckReader(const char* name, const auto& reader) {
   const Settings expected = ReadOnce(kLibraryToolkit, FullDocument());
   if (expected.radios[1].rule_count != kRuleCapacity || expected.safety[2] != 1) {
@@ -92,24 +92,24 @@ void CheckReader(const char* name, const auto& reader) {
   }
 }
 
-void Against(benchmark::State& state, const char* name, TreeReader peer, double limit) {
+void CompareWithTree(benchmark::State& state, const char* name, TreeReader parser, double limit) {
   const std::string& document = FullDocument();
   const Pair pair = MeasurePair(
-      state, [&] { ReadBy(kLibraryToolkit, document); }, [&] { ReadBy(peer, document); });
+      state, [&] { ReadBy(kLibraryToolkit, document); }, [&] { ReadBy(parser, document); });
   AddFigure({std::string("leaves: ") + name + ", ns of the first", pair.first, "ns"});
   AddFigure({std::string("leaves: ") + name, pair.ratio, "x time",
              limit > 0 ? Bound::kAtMost : Bound::kNone, limit});
 }
 
-void AgainstPlain(benchmark::State& state) {
+void CompareWithPlainSearch(benchmark::State& state) {
   const std::string& document = FullDocument();
   const Pair pair = MeasurePair(
       state, [&] { ReadBy(kPlainToolkit, document); }, [&] { ReadBy(kLibraryToolkit, document); });
   AddFigure({"leaves: plain search / library", pair.ratio, "x time", Bound::kAtLeast, 20});
 }
 
-// A document of about `size` bytes: the full one with more rules in its second radio. A document
-// that is to be shorter than the full one loses rules there.
+// A document of about `size` bytes: the full one with rules added to its second radio, or removed
+// from it.
 std::string DocumentOfSize(std::size_t size) {
   std::string document = FullDocument();
   const std::size_t end = document.rfind("   </AccessControl>");
@@ -124,8 +124,8 @@ std::string DocumentOfSize(std::size_t size) {
   return document;
 }
 
-// Searches every rule of a document, and from the start the first and the last element of a block.
-// This is a reading of all leaves of whatever number of rules.
+// Reads both leaves of every rule of a document, however many rules there are. Returns the number of
+// rules with an address.
 int ReadAllRules(const Toolkit& toolkit, const std::string& document) {
   char* const text = const_cast<char*>(document.data());
   int count = 0;
@@ -179,14 +179,14 @@ void RegisterReading() {
   CheckReader("pugixml", ReadByPugixml);
   CheckReader("rapidxml", ReadByRapidxml);
   CheckReader("expat", ReadByExpat);
-  const auto against = [](const char* name, TreeReader peer, double limit) {
+  const auto compare = [](const char* name, TreeReader parser, double limit) {
     RegisterPaired(std::string("leaves/") + name,
-                   [=](benchmark::State& state) { Against(state, name, peer, limit); });
+                   [=](benchmark::State& state) { CompareWithTree(state, name, parser, limit); });
   };
-  against("library / pugixml", ReadByPugixml, 1.0);
-  against("library / rapidxml", ReadByRapidxml, 0);
-  against("library / expat", ReadByExpat, 0);
-  RegisterPaired("leaves/plain / library", AgainstPlain);
+  compare("library / pugixml", ReadByPugixml, 1.0);
+  compare("library / rapidxml", ReadByRapidxml, 0);
+  compare("library / expat", ReadByExpat, 0);
+  RegisterPaired("leaves/plain / library", CompareWithPlainSearch);
   RegisterPaired("leaves/growth", Growth);
 }
 

@@ -14,13 +14,13 @@ struct Case {
   std::string needle;
 };
 
-// Texts that are shorter have no limit.
+// Shorter texts have no limit.
 constexpr std::size_t kShortest = 1024;
 
 double g_worst = 0;
 double g_worst_run = 0;
 
-// A stretch of the full document, repeated to fill the size.
+// The full document, cut or repeated to the size.
 std::string Haystack(std::size_t size) {
   static const std::string document = ReadFile(KIO_SAMPLE_DOCUMENTS "/full.xml");
   std::string text;
@@ -89,8 +89,8 @@ void Compare(benchmark::State& state, const Case& search, double limit, double* 
   const Pair pair = MeasurePair(
       state, [&] { benchmark::DoNotOptimize(kLibraryToolkit.strstri(haystack, needle)); },
       [&] { benchmark::DoNotOptimize(strcasestr(haystack, needle)); });
-  // Of a needle that is longer than the text nothing is searched: both are done after a look at the
-  // lengths. In a short text the call itself takes longer than the search.
+  // A needle that is longer than the text is not searched for: both functions only compare lengths.
+  // In a short text the call itself takes longer than the search.
   if (search.needle.size() > search.haystack.size() || search.haystack.size() < kShortest) {
     AddFigure({"strstri: " + search.name, pair.ratio, "x strcasestr"});
     return;

@@ -22,8 +22,8 @@ void Require(bool condition, const char* what) {
   }
 }
 
-// The sample device's nodes in an SQLite table, which is kept in memory: a file would only be
-// slower. One of them is read by a prepared statement.
+// Reads single nodes of the sample device from an SQLite table, by a prepared statement. The table
+// is kept in memory: a file would only be slower.
 class PointRead {
  public:
   PointRead() {
@@ -81,7 +81,7 @@ struct Sample {
   const char* node;
 };
 
-// Of each depth of a name. The last is the longest way to a value.
+// One for each depth of names. The last takes the most steps to its value.
 constexpr Sample kSamples[] = {
     {"rss_DeviceName", "/sys/friendlyname"},
     {"rss_Wl2_Channel", "/lan/wireless2.4:1/channel"},
@@ -130,7 +130,7 @@ void SetOne(benchmark::State& state) {
   AddFigure({"variables: setting rss_DeviceName, with its rule", pair.first, "ns"});
 }
 
-// Rules of both radios, which are what a client sends in numbers, 40 variables in all.
+// 40 variables of the access control of both radios: clients send rules in large numbers.
 std::string BatchOf40() {
   std::string batch;
   for (const char* radio : {"Wl2", "Wl5"}) {

@@ -4,10 +4,10 @@
 //
 // "exchange" runs one accepted exchange of the full document on a device in factory state,
 // "exchange-again" the same document a second time; "calls" and "calls-again" make the store calls
-// of these exchanges again, with their paths resolved. "wrong-key" checks a wrong key, "asking"
-// asks the host and the system what that check asks them, and "digest" takes a digest. The
-// scenarios with a size tell how the cost of a text grows (kGrowths below). Only what is named is
-// counted.
+// of these exchanges again, with their paths resolved. "wrong-key" checks a wrong key, "host-share"
+// reads what that check reads from the host and the system, and "digest" takes a digest. The
+// scenarios with a size (kGrowths below) show how the cost grows with a text. The preparation of a
+// scenario is not counted.
 #include <unistd.h>
 #include <valgrind/callgrind.h>
 
@@ -126,7 +126,7 @@ void CountGrowth(const Growth& growth, std::size_t size) {
   kio::bench::StoreFactoryDevice();
   MemoryStore::Get().nodes["/fwupgradeinfo/devicemac"] = "00:1A:2B:3C:4D:5E";
   const std::string text = growth.text(size);
-  // As with an exchange, the first run brings everything to where it is later.
+  // The first run is not counted: it binds symbols and chooses the log file.
   for (const bool counted : {false, true}) {
     init_RssVar();
     std::string copy = text;
@@ -147,8 +147,8 @@ void CountExchange(const std::string& scenario) {
   const bool again = scenario.ends_with("-again");
   const std::string document = kio::bench::ReadFile(KIO_SAMPLE_DOCUMENTS "/full.xml");
 
-  // The first run notes the calls, and brings everything to where it is in a process that has run
-  // for a while: symbols bound, log file chosen.
+  // The first run notes the calls. It also binds symbols and chooses the log file, which happens
+  // only once in a process.
   MemoryStore& store = MemoryStore::Get();
   Prepare(document, again);
   store.recording = true;
@@ -159,7 +159,8 @@ void CountExchange(const std::string& scenario) {
   if (scenario.starts_with("exchange")) {
     RunExchange(document, true);
   } else {
-    // As before an exchange: a large allocation puts the allocator's small ones in order.
+    // RunExchange copies the document before it counts. So large an allocation has the allocator
+    // merge its small free blocks; the calls must find them merged too.
     const std::vector<char> text(document.begin(), document.end());
     CALLGRIND_START_INSTRUMENTATION;
     kio::bench::Replay(store.calls);
@@ -197,7 +198,7 @@ struct LoginStep {
 };
 
 constexpr LoginStep kLoginSteps[] = {
-    {"wrong-key", CheckWrongKey}, {"asking", AskHost}, {"digest", TakeDigest}};
+    {"wrong-key", CheckWrongKey}, {"host-share", AskHost}, {"digest", TakeDigest}};
 
 const LoginStep* FindLoginStep(const std::string& name) {
   for (const LoginStep& step : kLoginSteps) {
@@ -211,7 +212,7 @@ const LoginStep* FindLoginStep(const std::string& name) {
 void CountLoginStep(const LoginStep& step) {
   kio::bench::StoreFactoryDevice();
   xset_str("Home-Router-12345!!", "%s", "/sys/user:1/password");
-  // The first run binds the symbols.
+  // The first run is not counted: it binds the symbols.
   step.run();
   CALLGRIND_START_INSTRUMENTATION;
   step.run();
@@ -229,7 +230,7 @@ int main(int argc, char** argv) {
   if (growth == nullptr && step == nullptr && (argc != 2 || !is_exchange)) {
     std::fprintf(stderr,
                  "usage: kio_counts exchange|exchange-again|calls|calls-again\n"
-                 "       kio_counts wrong-key|asking|digest\n"
+                 "       kio_counts wrong-key|host-share|digest\n"
                  "       kio_counts batch|batch-lines|list-empty|list-ranges|list-entries SIZE\n");
     return 2;
   }

@@ -55,7 +55,7 @@ class ExpatReader {
   }
 
   void Append(std::string_view data) {
-    // A number is read from a text as well.
+    // The text of a number is collected first and converted when the element ends.
     char* const text = leaf_.text != nullptr ? leaf_.text : number_;
     const int capacity = leaf_.text != nullptr ? leaf_.capacity : static_cast<int>(sizeof(number_));
     if (leaf_.name.empty()) {

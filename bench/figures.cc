@@ -9,7 +9,7 @@
 namespace kio::bench {
 namespace {
 
-std::vector<Figure>& Store() {
+std::vector<Figure>& MutableFigures() {
   static std::vector<Figure> figures;
   return figures;
 }
@@ -26,9 +26,9 @@ std::string LimitText(const Figure& figure) {
 
 }  // namespace
 
-void AddFigure(const Figure& figure) { Store().push_back(figure); }
+void AddFigure(const Figure& figure) { MutableFigures().push_back(figure); }
 
-const std::vector<Figure>& Figures() { return Store(); }
+const std::vector<Figure>& Figures() { return MutableFigures(); }
 
 void PrintFigures() {
   std::printf("\n%-58s %12s %-12s %-10s\n", "figure", "value", "unit", "limit");

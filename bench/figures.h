@@ -50,7 +50,7 @@ double MeanTime(int repeats, const Function& function) {
   return time.count() / repeats;
 }
 
-// How many calls of a function take about `nanoseconds`.
+// The number of calls, a power of two, that takes at least `nanoseconds`.
 template <typename Function>
 int RepeatsFor(double nanoseconds, const Function& function) {
   int repeats = 1;
@@ -63,15 +63,15 @@ int RepeatsFor(double nanoseconds, const Function& function) {
 constexpr int kRounds = 51;
 constexpr double kRoundTime = 100'000;
 
-// Medians over rounds in which two functions take turns.
+// Two functions that take turns: medians over all rounds.
 struct Pair {
-  double ratio = 0;  // of the first one's time to the second's
-  double first = 0;  // nanoseconds
+  double ratio = 0;  // of the first function's time to the second's
+  double first = 0;  // nanoseconds of one call
   double second = 0;
 };
 
-// Runs the rounds, each an iteration of `state` whose time is the first one's. The two go first in
-// turn, so that neither always finds the other's cache.
+// Each round is one iteration of `state`, whose time is that of the first function. The functions
+// take turns in going first, so that not always the same one runs on the other's cache.
 template <typename First, typename Second>
 Pair MeasurePair(benchmark::State& state, const First& first, const Second& second) {
   const int first_repeats = RepeatsFor(kRoundTime, first);

@@ -27,7 +27,7 @@ class LogDirectory {
       std::exit(1);
     }
     std::snprintf(daemon_log_path, sizeof(daemon_log_path), "%s", path_.c_str());
-    // No moving away of a full file within a measurement.
+    // So large that the log file is not rotated within a measurement.
     daemon_log_file_size_k = 1024 * 1024;
   }
   ~LogDirectory() {

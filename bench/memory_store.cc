@@ -59,7 +59,7 @@ void Write(const Path& path, std::string_view value) {
   }
 }
 
-// Number of instances of a node; -1 when there is none.
+// The highest number of the instances of a node; -1 when there is none.
 int CountInstances(std::string_view path) {
   std::string stem(path.substr(0, path.size() - 1));
   stem += ':';
@@ -204,7 +204,7 @@ int xdel(const char* format, ...) {
   return 0;
 }
 
-// Stands before libc's for the whole program, the library included.
+// Replaces that of libc for the whole program, the library included.
 int system(const char* command) {
   using Function = int (*)(const char*);
   static const auto libc_system = reinterpret_cast<Function>(dlsym(RTLD_NEXT, "system"));

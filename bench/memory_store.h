@@ -1,6 +1,6 @@
-// The host of the benchmarks: an ordinary configuration store in memory, and `system` in three
-// manners. It is not the store of testing/: what an exchange takes is compared with the calls of a
-// store that keeps its nodes on the heap, as a router's does, and the other is a third cheaper.
+// The host of the benchmarks: a configuration store in memory, and a `system` that the benchmarks
+// control. An exchange is compared with its store calls, so the store keeps its nodes on the heap, as
+// a router's does. That of testing/ takes no heap, and its calls cost a third less.
 #ifndef KIO_BENCH_MEMORY_STORE_H
 #define KIO_BENCH_MEMORY_STORE_H
 
@@ -22,7 +22,7 @@ struct StoreCall {
   int number = 0;    // what kSetInt wrote
 };
 
-// Lets a table of texts be asked without a copy of what is looked for.
+// Lets a table of texts be searched for a text view without copying it.
 struct HashText {
   using is_transparent = void;  // NOLINT(readability-identifier-naming): the library's name
   std::size_t operator()(std::string_view text) const {
@@ -35,18 +35,17 @@ class MemoryStore {
  public:
   static MemoryStore& Get();
 
-  // By their paths in lower case.
+  // The texts of the nodes, by path in lower case.
   std::unordered_map<std::string, std::string, HashText, std::equal_to<>> nodes;
   // When set, every call is appended to `calls`.
   bool recording = false;
   std::vector<StoreCall> calls;
 };
 
-// Puts the nodes of the sample device, as from the factory, into the store, in place of all that it
-// holds.
+// Replaces all nodes of the store by those of the sample device in its factory state.
 void StoreFactoryDevice();
 
-// Makes the same calls again through the five functions.
+// Makes the calls again through the five store functions.
 void Replay(const std::vector<StoreCall>& calls);
 
 // Whether the call changes the store.
@@ -58,11 +57,11 @@ inline bool IsWrite(const StoreCall& call) {
 enum class Commands {
   kIgnored,  // nothing
   kRun,      // what libc's does
-  kTimed,    // the same, adding up the time that it takes
+  kTimed,    // the same, and adds up the time
 };
 void SetCommands(Commands commands);
 
-// Seconds that timed commands took since the last call, and their number.
+// The timed commands since the last call of TakeCommandTime.
 struct CommandTime {
   double seconds = 0;
   int count = 0;

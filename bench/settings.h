@@ -1,4 +1,4 @@
-// What every contender reads out of a settings document: all leaves, into fixed buffers.
+// What every reader takes out of a settings document: all leaves, into fixed buffers.
 #ifndef KIO_BENCH_SETTINGS_H
 #define KIO_BENCH_SETTINGS_H
 
@@ -27,7 +27,7 @@ struct Radio {
   Rule rules[kRuleCapacity];
 };
 
-// Zero-initialised before it is read into, so that two readings can be compared byte by byte.
+// Zeroed before it is compared: what one reader leaves out then differs from what another reads.
 struct Settings {
   int major;
   int minor;
@@ -49,12 +49,12 @@ struct Settings {
 
 // Reads every leaf in the order in which the library's own parser does. A reader offers
 //
-//     Node Child(Node parent, const char* key)           an element that must be there
+//     Node Child(Node parent, const char* key)
 //     void Text(Node parent, const char* key, char (&buffer)[N])
 //     void Int(Node parent, const char* key, int& number)
 //     Node FirstRule(Node parent), NextRule(Node parent, Node rule)
 //
-// and a Node converts to false when there is none.
+// and a Node converts to false when there is no such element.
 template <typename Reader, typename Node>
 void ReadRadio(Reader& reader, const Node& node, Radio& radio) {
   reader.Int(node, "Configurable", radio.configurable);

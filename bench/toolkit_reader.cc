@@ -34,8 +34,8 @@ class ToolkitReader {
   Node NextRule(const Node& parent, const Node& rule) { return Rule(parent, rule.text); }
 
  private:
-  // One search finds a rule's tag and its content, as in the parser: the tag ends where the content
-  // begins.
+  // The next rule from `from` on. A rule's content stands behind its tag, so a search that begins at
+  // the content finds the rule after it.
   Node Rule(const Node& parent, char* from) {
     const int left = parent.length - static_cast<int>(from - parent.text);
     Node node;

@@ -10,11 +10,11 @@ namespace kio::bench {
 using test::kPlainToolkit;
 using test::Toolkit;
 
-// The library's.
+// The finders that the library exports.
 extern const Toolkit kLibraryToolkit;
 
-// Reads the document. Each search is bounded by the block in which it looks, as the library's own
-// parser does.
+// Reads the document. Each search is limited to the block that holds the leaf, as in the library's
+// own parser.
 void ReadByToolkit(const Toolkit& toolkit, char* document, Settings& out);
 
 }  // namespace kio::bench

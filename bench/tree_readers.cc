@@ -73,7 +73,7 @@ bool ReadByPugixml(const char* document, std::size_t size, Settings& out) {
 }
 
 bool ReadByRapidxml(const char* document, std::size_t size, Settings& out) {
-  // It parses in place, a copy of its own.
+  // rapidxml parses in place, so it gets a copy.
   std::vector<char> text(document, document + size);
   text.push_back('\0');
   rapidxml::xml_document<> tree;

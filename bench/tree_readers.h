@@ -1,8 +1,8 @@
-// Reading a settings document with XML parsers of other makes.
+// Reading a settings document with other XML parsers.
 //
-// Each reader takes the document as a text of known size that it must not change, parses it anew
-// and copies the same leaves into the same buffers as the others, entities decoded. Names are
-// compared exactly, which is less than the library's finders do.
+// Each reader takes the document as a text of known size, which it must not change, and parses it
+// anew at each call. All copy the same leaves into the same buffers, with entities decoded. They
+// compare names exactly; the library's finders do more, as they ignore the case of names.
 #ifndef KIO_BENCH_TREE_READERS_H
 #define KIO_BENCH_TREE_READERS_H
 

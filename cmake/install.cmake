@@ -4,7 +4,7 @@ include(CMakePackageConfigHelpers)
 set(kio_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/kioapp)
 
 install(TARGETS kioapp EXPORT kioappTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-# Not the headers of what is left out, and a features.h that says so.
+# The headers of parts that are left out are not installed, and the installed features.h says so.
 set(kio_headers_left_out)
 set(KIO_COMPONENTS)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS include/kioapp/features.h)

@@ -22,8 +22,9 @@ jq -s --arg bench "$PWD/bench/" '
   .[0] + (.[1] | map(select(.file | startswith($bench))))
   | map(.command |= sub(" -fno-tree-pre "; " "))  # an option of GCC that clang refuses
   | unique_by(.file)' "$build"/{dev,bench}/compile_commands.json > "$build/files.json" || exit 1
-# The test files of a program are one unit: most of the time goes into the headers that all of them
-# include. Not so where the analyzer looks: it passes over what a unit includes.
+# The test files of a program are checked as one unit: most of the time goes into the headers that all
+# of them include. All other files stay single: the analyzer checks them, and it passes over the files
+# that a unit includes.
 jq --arg tests "^$PWD/tests/(?!abi/).*\\.cc$" --arg units "$build/units" '
   def program: .command | capture(" -o (?<to>\\S+\\.dir)/").to;
   group_by(if .file | test($tests) then program else .file end)
@@ -41,7 +42,7 @@ done < <(jq -r '.[] | select(.members) | .file as $unit | .members[] | "\($unit)
   "$build/units.json")
 
 mapfile -t sources < <(find "${folders[@]}" -name '*.cc' -o -name '*.c' -o -name '*.h' | sort)
-# The units of many files come first, so that no processor is left with one of them at the end.
+# The units of many files begin first, so that none of them runs alone at the end.
 mapfile -t units < <(jq -r 'sort_by(-(.members | length))[].file' "$build/units.json")
 mapfile -t scripts < <({
   grep -rlIE '^#!(/usr)?/bin/(env )?(ba)?sh' --exclude-dir=build --exclude-dir=.git .

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # packages.sh [demo|test|docs|packaging|target[=NAME[,NAME...]] [COMMAND]]: installs the Debian packages
-# that ./demo, ./test (the default), the target `docs` of the build, what makes and checks packages, or
-# ./test --target needs, as far as they are missing: for the targets that are named, or for all. This is
-# the one list of them. COMMAND is what to type once it has failed and the reason is gone.
+# that are missing: those of ./demo, of ./test (the default), of the build's target `docs`, of making
+# and checking packages, or of ./test --target. Without a NAME they are those of all targets. This is the
+# only list of packages. COMMAND is what a failure advises to type again.
 set -euo pipefail
 # shellcheck source=cmake/progress.sh
 . "$(dirname "${BASH_SOURCE[0]}")/progress.sh"

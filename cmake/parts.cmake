@@ -18,7 +18,7 @@ foreach(part ${KIO_PARTS})
   endif()
 endforeach()
 
-# Each of these uses all parts.
+# The host, the benchmarks and the fuzz targets use all parts.
 foreach(user HOST BENCH FUZZ)
   if(KIO_BUILD_${user} AND KIO_LEFT_OUT)
     list(TRANSFORM KIO_LEFT_OUT PREPEND KIO_WITH_)
@@ -46,8 +46,8 @@ function(kio_combination number name left_out)
   set(${left_out} ${others} PARENT_SCOPE)
 endfunction()
 
-# kio_write_exports(FILE PART...): writes the linker's list of exported names, that of src/exports.map
-# but for the sections of the parts.
+# kio_write_exports(FILE PART...): writes the linker's list of exported names: src/exports.map without
+# the sections of these parts.
 function(kio_write_exports file)
   set(map ${PROJECT_SOURCE_DIR}/src/exports.map)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${map})

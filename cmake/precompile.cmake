@@ -1,6 +1,6 @@
-# Headers that many files include, compiled once for all of them. A file that includes too little is
-# found where this is off. It is by default where a launcher such as ccache is used, which would hold
-# nothing of what is compiled so.
+# Headers that many files include are compiled once for all of them. Only a build without this finds a
+# file that includes too little. It is off by default where a launcher such as ccache is used, which
+# does not cache what is compiled in this way.
 if(CMAKE_CXX_COMPILER_LAUNCHER)
   set(kio_precompile OFF)
 else()

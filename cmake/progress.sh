@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Building with a word on how far it is, for the scripts that people run; `source` it.
+# Building with a line of progress, for the scripts that people run; `source` it.
 set -o pipefail
 
 # On a terminal progress is one line that is written over, elsewhere a line for every tenth.

@@ -5,7 +5,7 @@ include(CheckCSourceCompiles)
 if(KIO_TARGET_LIBC STREQUAL uclibc)
   set(kio_other_libc "!defined(__UCLIBC__)")
 elseif(KIO_TARGET_LIBC STREQUAL musl)
-  # The one that does not tell its name.
+  # musl has no macro that names it.
   set(kio_other_libc "defined(__GLIBC__) || defined(__UCLIBC__)")
 else()
   # uClibc calls itself glibc as well.
@@ -19,7 +19,7 @@ check_c_source_compiles(
 int main(void) { return 0; }"
   KIO_HAS_TARGET_LIBC)
 if(NOT KIO_HAS_TARGET_LIBC)
-  # The answer must not outlive a sysroot that is mended.
+  # Not kept: the sysroot may be mended before the next configuration.
   unset(KIO_HAS_TARGET_LIBC CACHE)
   message(
     FATAL_ERROR

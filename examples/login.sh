@@ -19,8 +19,8 @@ export LC_ALL=C
 # The answer is {"model": ..., "name": ..., "uptime": SECONDS, "events": [...]}; curl adds a line with
 # the address that it was asked from.
 answer=$(curl -sSf -w '\n%{local_ip}' "$router/device")
-# Events have an uptime as well, and any text may stand in the name: all that is quoted goes but the
-# word itself, then what is nested, so that one "uptime" is left.
+# Events have an uptime as well, and the name may be any text. So all other quoted texts are removed,
+# then all that is nested: one "uptime" is left.
 uptime=$(tr -d ' \t\r\n' <<<"${answer%$'\n'*}" |
   sed -n 's/\\.//g; s/"uptime":/u/g; s/"[^"]*"//g
     :nested
@@ -32,10 +32,11 @@ address=${answer##*$'\n'}
   exit 1
 }
 
-# Slot, address, user and password, of which 63 bytes count, make the source, of which 127 do.
+# The key is the digest of slot, address, user and password. 63 bytes of the password count, and 127 of
+# the whole.
 source=$((uptime / 20))${address}admin${KIO_PASSWORD:0:63}
 key=$(printf '%s' "${source:0:127}" | md5sum | cut -c 1-32)
 
-# One character between the marker and the key is skipped by the router. The short form would be
-# "BKey=" and the first 8 digits.
+# The router skips one character between the marker and the key. The short form would be "BKey=" and
+# the first 8 digits.
 printf 'kioAppKey=:%s' "$key" | curl -sS --fail-with-body --data-binary @- "$router/login"

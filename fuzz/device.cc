@@ -13,7 +13,7 @@ void ResetDevice() {
   test::ClearRecord();
   XmlErrMsg_LostKey = nullptr;
   daemon_log_file_size_k = 0;
-  // Every message is put together, and none is kept.
+  // Every message is formatted; the file is off.
   daemon_log_level = 7;
 }
 

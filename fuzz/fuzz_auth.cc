@@ -1,6 +1,6 @@
-// A login and what follows: a line with the uptime, a line with the client's address, then the
-// request. "@0" to "@9" in the request stand for the keys of ten slots, the fifth the present one.
-// The outcome is compared with that of a plain reading of the rules.
+// A login and what follows. The input is a line with the uptime, a line with the client's address, and
+// the request. "@0" to "@9" in the request stand for the keys of ten slots; "@4" is that of the
+// present slot. The result is compared with that of a plain model.
 #include <cstdio>
 #include <cstring>
 
@@ -33,7 +33,7 @@ std::string WithKeys(const std::string& request, long uptime, const std::string&
   return text;
 }
 
-// What the library is to say.
+// The result that starter_auth_check must give.
 int Expected(const std::string& request, long uptime, const std::string& ip) {
   std::size_t digits = 32;
   std::size_t key = request.find("kioAppKey=");
@@ -81,8 +81,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   host.uptime = number < 0 ? 0 : number;
   const std::string ip = input.Line();
   const std::string request = WithKeys(input.Rest(), host.uptime, ip);
-  const kio::fuzz::EndText text(request);
-  const kio::fuzz::EndText address(ip);
+  const kio::fuzz::GuardedText text(request);
+  const kio::fuzz::GuardedText address(ip);
 
   const int result = starter_auth_check(text.get(), address.get(), text.get());
   if (result != Expected(request, host.uptime, ip)) {

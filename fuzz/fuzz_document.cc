@@ -1,5 +1,6 @@
-// A settings document from the app: a whole exchange. The first line chooses the device: "1.0" for
-// the older dialect, "clone" for the settings of another access point, anything else for neither.
+// A whole exchange. The input is a line with the mode, and the settings document. The mode is "1.0"
+// for a device of the older dialect, "clone" for the settings of another access point, anything else
+// for neither.
 #include "device.h"
 #include "input.h"
 #include "kioapp/kioapp.h"
@@ -9,7 +10,7 @@
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   kio::fuzz::Input input(data, size);
   const std::string mode = input.Line();
-  const kio::fuzz::EndText document(input.Rest());
+  const kio::fuzz::GuardedText document(input.Rest());
   kio::fuzz::ResetDevice();
   if (mode == "1.0") {
     kio::test::StoreVersion10Device();

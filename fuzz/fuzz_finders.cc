@@ -1,6 +1,5 @@
-// The finders on a text and a key from the input: they stay inside the text, leave it as it was and
-// find what a plain search finds. The input is a line with the key, one with a length, and the
-// text.
+// The finders: they stay inside the text, leave it as it was and find what a plain search finds. The
+// input is a line with the key, a line with the length, and the text.
 #include <cstring>
 
 #include "input.h"
@@ -11,7 +10,7 @@ namespace {
 
 using kio::test::kPlainToolkit;
 
-void CheckFind(const kio::fuzz::EndText& text, const kio::fuzz::EndText& copy, int length,
+void CheckFind(const kio::fuzz::GuardedText& text, const kio::fuzz::GuardedText& copy, int length,
                const char* key) {
   int found_length = 0;
   int expected_length = 0;
@@ -39,11 +38,11 @@ void CheckStrstri(const char* text, const char* key) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   kio::fuzz::Input input(data, size);
-  const kio::fuzz::EndText key(input.Line());
+  const kio::fuzz::GuardedText key(input.Line());
   const int length = input.Number();
   const std::string rest = input.Rest();
-  const kio::fuzz::EndText text(rest);
-  const kio::fuzz::EndText copy(rest);
+  const kio::fuzz::GuardedText text(rest);
+  const kio::fuzz::GuardedText copy(rest);
   CheckFind(text, copy, length, key.get());
   CheckStrstri(text.get(), key.get());
 
@@ -54,7 +53,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     kio::fuzz::Report("a path has no terminator");
   }
   const int capacity = 1 + length % 40 * (length > 0 ? 1 : 0);
-  const kio::fuzz::EndBuffer value(static_cast<std::size_t>(capacity));
+  const kio::fuzz::GuardedBuffer value(static_cast<std::size_t>(capacity));
   GetXmlKeyStrValue(text.get(), length, "Device", key.get(), value.get(), capacity);
   if (strnlen(value.get(), static_cast<std::size_t>(capacity)) ==
       static_cast<std::size_t>(capacity)) {

@@ -1,5 +1,5 @@
-// A firmware list, against the plainest reading of it. The first two lines are the router's MAC and
-// the file name of its firmware.
+// A firmware list, compared with a plain model. The input is a line with the router's MAC, a line with
+// the file name of its firmware, and the list.
 #include "device.h"
 #include "input.h"
 #include "kioapp/kioapp.h"
@@ -11,14 +11,14 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string mac = input.Line();
   const std::string file_name = input.Line();
   const std::string text = input.Rest();
-  const kio::fuzz::EndText document(text);
+  const kio::fuzz::GuardedText document(text);
   kio::fuzz::ResetDevice();
   kio::test::FakeHost& host = kio::test::FakeHost::Get();
-  // A host's texts are shorter than what the library has room for.
+  // A host may give the library texts of up to 4095 characters.
   host.Set("/fwupgradeinfo/devicemac", mac.substr(0, 4000));
   host.Set("/fwupgradeinfo/currfwfilename", file_name.substr(0, 4000));
-  const kio::fuzz::EndBuffer file_url(128);
-  const kio::fuzz::EndBuffer notes_url(128);
+  const kio::fuzz::GuardedBuffer file_url(128);
+  const kio::fuzz::GuardedBuffer notes_url(128);
   kio::test::ListResult result;
   result.result = do_FwXml_Parser(document.get(), file_url.get(), notes_url.get());
   result.file_url = file_url.get();
@@ -29,7 +29,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (host.Text("/fwupgradeinfo/newfw/fileurl").has_value() != (result.result == 2)) {
     kio::fuzz::Report("the store does not hold what was found");
   }
-  // The pieces by themselves, read where they are.
+  // The parsers of single lists and entries must stay inside the text as well.
   for (int kind = 0; kind < 4; ++kind) {
     do_FwEntryList_Parser(document.get(), static_cast<int>(text.size() / 2), kind);
   }

@@ -1,5 +1,5 @@
-// A store with texts of any kind: lines "path=text" change the sample device, then the record is
-// filled, verified and applied from it.
+// A store with any texts. The input is lines: "path=text" sets a node of the sample device, "path"
+// deletes one. Then the record is loaded from the store, verified and applied.
 #include "device.h"
 #include "input.h"
 #include "kioapp/kioapp.h"

@@ -1,5 +1,5 @@
-// A value judged by a rule: a line with the value, then the rule. The other validators see the
-// value too.
+// A value checked by a rule. The input is a line with the value, and the rule. The other validators
+// check the value too.
 #include "input.h"
 #include "kioapp/kioapp.h"
 
@@ -29,8 +29,8 @@ bool IsKnown(int code) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   kio::fuzz::Input input(data, size);
-  const kio::fuzz::EndText value(input.Line());
-  const kio::fuzz::EndText rule(input.Rest());
+  const kio::fuzz::GuardedText value(input.Line());
+  const kio::fuzz::GuardedText rule(input.Rest());
   if (!IsKnown(validate_RssData(value.get(), rule.get())) ||
       !IsKnown(validate_RssData(value.get(), nullptr))) {
     kio::fuzz::Report("a rule gives an unknown code");

@@ -1,4 +1,4 @@
-// Variables: a line with a mode in decimal, a line with a name, a line with a value, then a batch.
+// Variables. The input is a line each with a mode (in decimal), a name and a value, and a batch.
 #include <unistd.h>
 
 #include <algorithm>
@@ -11,7 +11,7 @@
 
 namespace {
 
-// The shortest buffer that a caller may give for a value.
+// The value in the shortest buffer that a caller may give for it.
 std::vector<char> ValueBuffer(const std::string& text) {
   std::vector<char> buffer(std::max<std::size_t>(KIOAPP_VAR_SIZE, text.size() + 1));
   buffer.shrink_to_fit();
@@ -25,7 +25,7 @@ void CheckBuffer(const std::vector<char>& buffer) {
   }
 }
 
-// A name that a path gives leads back to it.
+// A conversion gives a name with its prefix, or a path with its first slash.
 void CheckConversion(const char* text) {
   const char* const name = cvtRss_XmlPathVsVarName(text, 0);
   if (name != nullptr && std::strncmp(name, "rss_", 4) != 0) {
@@ -42,7 +42,7 @@ void CheckConversion(const char* text) {
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   kio::fuzz::Input input(data, size);
   const auto mode = static_cast<int>(std::strtol(input.Line().c_str(), nullptr, 10));
-  const kio::fuzz::EndText name(input.Line());
+  const kio::fuzz::GuardedText name(input.Line());
   const std::string value = input.Line();
   const std::string batch = input.Rest();
   kio::fuzz::ResetDevice();
@@ -52,12 +52,12 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::vector<char> buffer = ValueBuffer(value);
   setget_RssVar(name.get(), buffer.data(), mode);
   CheckBuffer(buffer);
-  const kio::fuzz::EndText pair(std::string(name.get()) + '=' + value);
+  const kio::fuzz::GuardedText pair(std::string(name.get()) + '=' + value);
   validate_RssVar2(pair.get());
   getRssVar(name.get());
 
   char message[KIOAPP_VAR_SIZE] = "";
-  const kio::fuzz::EndText text(batch);
+  const kio::fuzz::GuardedText text(batch);
   do_RssVar_Parser(text.get(), '&', message, 1);
   if (std::memchr(message, '\0', sizeof(message)) == nullptr) {
     kio::fuzz::Report("the message has lost its terminator");

@@ -9,7 +9,7 @@
 
 namespace kio::fuzz {
 
-EndText::EndText(const std::string& text) : memory_(nullptr), size_(0), text_(nullptr) {
+GuardedText::GuardedText(const std::string& text) : memory_(nullptr), size_(0), text_(nullptr) {
   const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
   const std::size_t used = (text.size() + page) / page * page;
   size_ = used + page;
@@ -26,7 +26,7 @@ EndText::EndText(const std::string& text) : memory_(nullptr), size_(0), text_(nu
   std::memcpy(text_, text.c_str(), text.size() + 1);
 }
 
-EndText::~EndText() { munmap(memory_, size_); }
+GuardedText::~GuardedText() { munmap(memory_, size_); }
 
 std::string Input::Line() {
   const std::size_t end = rest_.find('\n');

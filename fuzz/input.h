@@ -1,4 +1,4 @@
-// Taking an input apart and placing it where a reading beyond its end is noticed.
+// Taking an input apart, and memory in which a read or write beyond the end is noticed.
 #ifndef KIO_FUZZ_INPUT_H
 #define KIO_FUZZ_INPUT_H
 
@@ -11,14 +11,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
 namespace kio::fuzz {
 
-// A writable text whose terminator is the last byte of its allocation: behind it lies memory that
-// cannot be touched, with or without a sanitizer.
-class EndText {
+// A writable text. Its terminator is the last byte before a page that cannot be accessed, so that an
+// access beyond it is noticed without a sanitizer too.
+class GuardedText {
  public:
-  explicit EndText(const std::string& text);
-  ~EndText();
-  EndText(const EndText&) = delete;
-  EndText& operator=(const EndText&) = delete;
+  explicit GuardedText(const std::string& text);
+  ~GuardedText();
+  GuardedText(const GuardedText&) = delete;
+  GuardedText& operator=(const GuardedText&) = delete;
 
   [[nodiscard]] char* get() const { return text_; }
 
@@ -28,17 +28,18 @@ class EndText {
   char* text_;
 };
 
-// Room for `size` bytes, the last one the last of its allocation as above.
-class EndBuffer {
+// A buffer of `size` bytes, guarded in the same way.
+class GuardedBuffer {
  public:
-  explicit EndBuffer(std::size_t size) : text_(std::string(size - 1, '\xA5')) {}
+  explicit GuardedBuffer(std::size_t size) : text_(std::string(size - 1, '\xA5')) {}
   [[nodiscard]] char* get() const { return text_.get(); }
 
  private:
-  EndText text_;
+  GuardedText text_;
 };
 
-// Reads lines and numbers off an input; behind its end there are empty ones.
+// Takes lines and numbers from the front of an input. Once it is used up, lines are empty and numbers
+// 0.
 class Input {
  public:
   Input(const std::uint8_t* data, std::size_t size)

@@ -2,8 +2,8 @@
 //
 //     TARGET [--mutations=N] FILE_OR_DIRECTORY...
 //
-// Each file is run as it stands; then N inputs made from them by changes drawn from a fixed seed,
-// the same ones in every run.
+// Runs each file as it is, then N mutations of them. These are drawn from a fixed seed and so are the
+// same in every run.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -30,7 +30,8 @@ std::size_t Draw(Random& random, std::size_t limit) { return limit == 0 ? 0 : ra
 
 const std::string* g_input = nullptr;
 
-// Writes the input that ends the program where the program was started, to be run again on its own.
+// Writes the input that ended the program to finding.input in the working directory, so that it can
+// be run by itself.
 extern "C" void KeepInput(int signal_number) {
   const int file = open("finding.input", O_WRONLY | O_CREAT | O_TRUNC, 0644);
   if (file >= 0 && g_input != nullptr) {
@@ -45,7 +46,8 @@ void RunInput(const std::string& input) {
   LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), input.size());
 }
 
-// One change: a byte, a stretch removed, repeated, or taken from another input.
+// One change: a byte set or inserted, a stretch removed, repeated or taken from another input, or the
+// end cut off.
 void Mutate(std::string& input, const std::string& other, Random& random) {
   const std::size_t position = Draw(random, input.size() + 1);
   const std::size_t length = Draw(random, 1U << Draw(random, 7));

@@ -19,7 +19,7 @@ std::string Lower(std::string text) {
   return text;
 }
 
-// A document and, beside it, the same in lower case.
+// A document and a copy of it in lower case.
 struct Text {
   explicit Text(const std::string& whole) : own(whole), lower(Lower(whole)) {}
   std::string own;
@@ -40,7 +40,7 @@ std::size_t FindIn(const std::string& text, const std::string& what, std::size_t
   return hit != std::string::npos && hit + what.size() <= end ? hit : std::string::npos;
 }
 
-// Of [begin, end); an end at or before the beginning is that of the text.
+// The first element in [begin, end). An `end` at or before `begin` stands for the end of the text.
 Found Find(const Text& text, std::size_t begin, std::size_t end, const std::string& key) {
   const std::string name = Lower(key);
   end = end <= begin ? text.lower.size() : std::min(end, text.lower.size());
@@ -65,6 +65,7 @@ Found Find(const Text& text, std::size_t begin, std::size_t end, const std::stri
   return found;
 }
 
+// Results and kinds of lists are the numbers of kioapp/firmware.h.
 class Reader {
  public:
   Reader(const std::string& document, std::string mac, std::string file)

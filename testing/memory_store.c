@@ -12,7 +12,7 @@
 enum { kNodes = 1024, kBuckets = 512 };
 
 struct Node {
-  struct Node *next; /* in its bucket, or of the free ones */
+  struct Node *next; /* in its bucket, or in the list of free nodes */
   unsigned int hash;
   size_t size; /* of the path */
   char path[kStorePathSize];
@@ -26,15 +26,16 @@ struct Path {
   char text[kStorePathSize];
 };
 
-struct StoreManner g_store_manner;
+struct StoreBehaviour g_store_behaviour;
 
 static struct Node g_nodes[kNodes];
-static int g_used = 0; /* of them; the others were never taken */
+static int g_used = 0; /* so many of g_nodes have been taken at some time */
 static struct Node *g_free = NULL;
 static struct Node *g_buckets[kBuckets];
 static int g_writes = 0;
 
-/* Of a call, and of what the program itself asks for. Not on the stack. */
+/* The path of a store call, and the one that the program itself asks for. They are static because the
+ * stack is measured. */
 static struct Path g_called;
 static struct Path g_asked;
 
@@ -200,8 +201,8 @@ void VisitNodes(void (*visit)(void *context, const char *path, const char *text)
 
 int StoreWrites(void) { return g_writes; }
 
-/* Reads the path of a call of the host's functions and tells of the call. The library gives each
- * path as a text of its own, which takes no formatting. */
+/* Reads the path of a store call and reports the call. The library always gives the format "%s",
+ * which needs no vsnprintf. */
 static void Begin(enum StoreFunction function, const char *text, const char *format,
                   va_list arguments) {
   if (strcmp(format, "%s") == 0) {
@@ -209,8 +210,8 @@ static void Begin(enum StoreFunction function, const char *text, const char *for
   } else {
     vsnprintf(g_called.text, sizeof(g_called.text), format, arguments);
   }
-  if (g_store_manner.watch != NULL) {
-    g_store_manner.watch(function, g_called.text, text);
+  if (g_store_behaviour.watch != NULL) {
+    g_store_behaviour.watch(function, g_called.text, text);
   }
   Fold(&g_called);
 }
@@ -220,16 +221,16 @@ int xget_str(char *dst, const char *format, ...) {
   va_start(arguments, format);
   Begin(kXgetStr, dst, format, arguments);
   va_end(arguments);
-  const char *const every = g_store_manner.text_for_every_node;
+  const char *const every = g_store_behaviour.text_for_every_node;
   const char *const text = every != NULL ? every : Read(&g_called);
   if (text != NULL) {
-    memcpy(dst, text, strlen(text) + (g_store_manner.leaves_out_terminator ? 0 : 1));
-    return g_store_manner.result;
+    memcpy(dst, text, strlen(text) + (g_store_behaviour.leaves_out_terminator ? 0 : 1));
+    return g_store_behaviour.result;
   }
-  if (!g_store_manner.absent_leaves_buffer) {
+  if (!g_store_behaviour.absent_leaves_buffer) {
     dst[0] = '\0';
   }
-  return g_store_manner.absent_result;
+  return g_store_behaviour.absent_result;
 }
 
 int xset_str(const char *value, const char *format, ...) {
@@ -239,7 +240,7 @@ int xset_str(const char *value, const char *format, ...) {
   va_end(arguments);
   ++g_writes;
   Write(&g_called, value);
-  return g_store_manner.result;
+  return g_store_behaviour.result;
 }
 
 int xget_int(const char *format, ...) {
@@ -260,7 +261,7 @@ int xset_int(int value, const char *format, ...) {
   va_end(arguments);
   ++g_writes;
   Write(&g_called, digits);
-  return g_store_manner.result;
+  return g_store_behaviour.result;
 }
 
 int xdel(const char *format, ...) {
@@ -269,5 +270,5 @@ int xdel(const char *format, ...) {
   Begin(kXdel, "", format, arguments);
   va_end(arguments);
   Delete(&g_called);
-  return g_store_manner.result;
+  return g_store_behaviour.result;
 }

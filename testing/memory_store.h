@@ -1,7 +1,7 @@
 /* A host's configuration store in memory: the five functions of kioapp/store.h, for the tests, the
- * benchmarks, the fuzz targets and the comparison of two libraries. It is written in C, takes no
- * heap and no large buffer on the stack, so that it serves where there is no C++ run time and where
- * heap and stack are measured. */
+ * benchmarks, the fuzz targets and the comparison of two libraries. It is written in C and takes no
+ * heap and no large buffer on the stack: it also runs where there is no C++ run time, and where heap
+ * and stack are measured. */
 #ifndef KIO_TESTING_MEMORY_STORE_H
 #define KIO_TESTING_MEMORY_STORE_H
 
@@ -9,14 +9,14 @@
 extern "C" {
 #endif
 
-/* Room for a path and for a text, their terminators included: 4096 bytes are what the library
- * offers a host. Longer ones are cut. */
+/* Bytes of a path and of a text, their terminators included. The library offers a host 4096 bytes for
+ * a text. Longer ones are cut. */
 enum { kStorePathSize = 1024, kStoreTextSize = 4096 };
 
 /* Empties the store. */
 void ClearStore(void);
 
-/* Fill the store with the sample device (sample_device.h), in place of all that it holds. */
+/* Replace all nodes by those of the sample device (sample_device.h), in either state. */
 void StoreFactoryDevice(void);
 void StoreDeviceInUse(void);
 
@@ -24,8 +24,8 @@ void StoreDeviceInUse(void);
 void SetNode(const char *path, const char *text);
 void DeleteNode(const char *path); /* with what is below it */
 
-/* The text of a node until the store changes; null when it is absent. The text of a path that ends
- * in '#' is the number of instances, unless there is a node of that very name. */
+/* The text of a node; null when it is absent. It is good until the store changes. The text of a path
+ * that ends in '#' is the number of instances, unless a node has that very path. */
 const char *NodeText(const char *path);
 
 /* Calls `visit` for each node, in no order, with its path in lower case. */
@@ -36,8 +36,8 @@ int StoreWrites(void);
 
 enum StoreFunction { kXgetStr, kXsetStr, kXgetInt, kXsetInt, kXdel };
 
-/* What hosts differ in, and what a program wants to see. All 0 to begin with. */
-struct StoreManner {
+/* What differs from host to host, and how a program watches the calls. All 0 at the start. */
+struct StoreBehaviour {
   /* Called before each call of a store function is carried out. `text` is what is written, or the
    * buffer that is read into, or empty. */
   void (*watch)(enum StoreFunction function, const char *path, const char *text);
@@ -52,7 +52,7 @@ struct StoreManner {
   /* What xget_str returns for an absent node. */
   int absent_result;
 };
-extern struct StoreManner g_store_manner;
+extern struct StoreBehaviour g_store_behaviour;
 
 #ifdef __cplusplus
 }

@@ -1,5 +1,5 @@
-// Tag texts made by printf, a comparison at every byte, a terminator put at the block's end for the
-// time of the search.
+// Tags are formatted by snprintf and compared at every byte. A terminator is written at the end of the
+// block for the time of the search.
 #include "testing/plain_toolkit.h"
 
 #include <strings.h>

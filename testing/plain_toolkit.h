@@ -1,11 +1,11 @@
-// The searches of kioapp/xml.h as one would write them first: what the library finds, and how fast,
-// is compared with them.
+// A plain model of the searches of kioapp/xml.h. What the library finds is compared with it, and how
+// fast.
 #ifndef KIO_TESTING_PLAIN_TOOLKIT_H
 #define KIO_TESTING_PLAIN_TOOLKIT_H
 
 namespace kio::test {
 
-// The exported finders, or others of the same meaning (kioapp/xml.h).
+// The finders that the library exports (kioapp/xml.h), or functions that find the same.
 struct Toolkit {
   char* (*find)(char* text, int len, const char* key, int* out_len);
   char* (*find_header)(char* text, int len, const char* key);
@@ -17,7 +17,7 @@ struct Toolkit {
   char* (*strstri)(const char* haystack, const char* needle);
 };
 
-// The searches of the library without their speed: a case-folding comparison at every byte.
+// A comparison at every byte, without regard to case.
 extern const Toolkit kPlainToolkit;
 
 }  // namespace kio::test

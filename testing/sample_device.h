@@ -10,11 +10,11 @@ extern "C" {
 /* A node and its text in each state, null where there is no such node. */
 struct SampleNode {
   const char *path;
-  /* As it comes from the factory: what the documents in documents/ are meant for. full.xml changes
-   * nearly all of it. */
+  /* As it comes from the factory. The documents in documents/ are meant for this state; full.xml
+   * changes nearly all of it. */
   const char *factory;
-  /* As it is used, with rules of access control. Fields that are alike hold different texts, so
-   * that a test sees which one was read. */
+  /* In use, with access rules. Fields of one kind hold different texts, so that a test sees which
+   * one was read. */
   const char *in_use;
 };
 

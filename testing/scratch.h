@@ -1,4 +1,4 @@
-/* A temporary directory of a program in C. */
+/* A temporary directory for programs in C. */
 #ifndef KIO_TESTING_SCRATCH_H
 #define KIO_TESTING_SCRATCH_H
 

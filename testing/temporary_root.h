@@ -5,12 +5,12 @@
 #include <stdlib.h>
 #include <string.h>
 
-/* For mkdtemp: a name below the root. C has no other constant of text. */
+/* The end of a template for mkdtemp, behind the root. A macro, as C has no text constants. */
 /* NOLINTNEXTLINE(cppcoreguidelines-macro-usage) */
 #define KIO_TEMPORARY_NAME "/k.XXXXXX"
 
-/* $TMPDIR, which ./test sets to a directory that it removes, or /tmp. A longer path is not taken,
- * since the library's commands hold it. */
+/* $TMPDIR, which ./test sets to a directory that it removes. It is /tmp when that is no short absolute
+ * path: the library's commands hold the path and are cut at 127 characters. */
 static inline const char *TemporaryRoot(void) {
   const char *const root = getenv("TMPDIR");
   return root != NULL && root[0] == '/' && strlen(root) < sizeof("/tmp/k.XXXX") ? root : "/tmp";

@@ -6,16 +6,17 @@
 namespace kio::tools {
 namespace {
 
-struct Note {
+// What the library's code cannot tell of an action.
+struct Description {
   unsigned int bit;
   const char* name;
-  const char* asked;
-  const char* library;
-  const char* script;
-  const char* host;
+  const char* asked;    // by what
+  const char* library;  // what the library does itself; empty for nothing
+  const char* script;   // that it runs, below the script directory
+  const char* host;     // what is left to the host
 };
 
-constexpr Note kNotes[] = {
+constexpr Description kDescriptions[] = {
     {KIOAPP_SYNC_WAN, "WanResync", "anything below `/uplink` changed", "runs `uplink.sh`",
      "/uplink.sh", "Supply the script. It brings the uplink up anew from the store."},
     {KIOAPP_SYNC_WLAN, "WlanResync", "anything of the 2.4 GHz radio changed", "", "",
@@ -44,10 +45,10 @@ constexpr Note kNotes[] = {
      "Write that node before it asks."},
 };
 
-const Note* FindNote(unsigned int bit) {
-  for (const Note& note : kNotes) {
-    if (note.bit == bit) {
-      return &note;
+const Description* FindDescription(unsigned int bit) {
+  for (const Description& description : kDescriptions) {
+    if (description.bit == bit) {
+      return &description;
     }
   }
   return nullptr;
@@ -68,8 +69,14 @@ std::vector<Action> ListActions() {
       continue;
     }
     Action action{.bit = bit, .seconds = seconds};
-    if (const Note* const note = FindNote(bit); note != nullptr) {
-      action = {bit, note->name, seconds, note->asked, note->library, note->script, note->host};
+    if (const Description* const description = FindDescription(bit); description != nullptr) {
+      action = {bit,
+                description->name,
+                seconds,
+                description->asked,
+                description->library,
+                description->script,
+                description->host};
     }
     actions.push_back(action);
   }

@@ -10,14 +10,14 @@ namespace kio::tools {
 struct Action {
   unsigned int bit = 0;
   std::string name = {};
-  int seconds = 0;           // that the action needs, as the library tells
+  int seconds = 0;           // that it takes, as get_ExternalCall_UseSec says
   std::string asked = {};    // by what
   std::string library = {};  // what the library does itself; empty for nothing
   std::string script = {};   // that it runs, below the script directory
   std::string host = {};     // what is left to the host
 };
 
-// By bit: each one that the library knows.
+// All actions that the library knows, in the order of their bits.
 std::vector<Action> ListActions();
 
 // The table of the actions, in Markdown.

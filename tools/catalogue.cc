@@ -13,7 +13,7 @@ using variables::Variable;
 constexpr std::size_t kValueCapacity = KIOAPP_VAR_SIZE - 1;
 constexpr int kLastTwoDigits = 99;
 
-// The name of the variable that holds a rule, next to `instance`.
+// The name of the variable that holds a rule for the fields of `instance`.
 std::string RuleName(const settings::Member& rule, const SectionInstance& instance) {
   const bool in_record = instance.section != SectionId::kRadio;
   for (const Variable& variable : variables::kVariables) {

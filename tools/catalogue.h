@@ -1,4 +1,4 @@
-// The list of all variables, read from the tables that the library serves them by.
+// The list of all variables, made from the library's own tables.
 #ifndef TOOLS_CATALOGUE_H
 #define TOOLS_CATALOGUE_H
 
@@ -8,15 +8,15 @@
 
 namespace kio::tools {
 
-// A variable; those of an access rule or a site once for all, with "??" for the two digits of the
+// A variable. Those of an access rule or a site are listed once, with "??" for the two digits of the
 // index.
 struct CatalogueEntry {
   enum class Kind { kText, kInteger, kKeyword };
 
   std::string name;
   std::string document_path;
-  // The node that the value is loaded from; empty when it comes from no one node. For an index,
-  // "??" or "(??+N)" stands for its instance.
+  // The node that the value is loaded from; empty when there is no single one. "??" or "(??+N)"
+  // stands for the instance of an index.
   std::string store_node;
   // What a read of the path gives; empty when it gives the value.
   std::string path_answer;
@@ -34,10 +34,10 @@ struct CatalogueEntry {
   std::string index_count;  // the variable that says how many there are
 };
 
-// In the order of the sections; in each one by name.
+// All variables, in the order of the sections, and by name within a section.
 std::vector<CatalogueEntry> ListVariables();
 
-// As a JSON document, and as a page of Markdown.
+// The catalogue as a JSON document, and as a page in Markdown.
 std::string CatalogueJson(const std::vector<CatalogueEntry>& entries);
 std::string CatalogueMarkdown(const std::vector<CatalogueEntry>& entries);
 

@@ -9,7 +9,7 @@ namespace {
 using settings::Group;
 using settings::Versions;
 
-// A step of the parser: it looks for a block, or reads the fields of a group from the one before.
+// A step of the parser: it looks for a block, or reads the fields of a group from the last block.
 struct Step {
   const char* block = "";  // path; empty for fields
   const char* when = "";
@@ -121,7 +121,7 @@ DocumentElement FieldElement(const Step& step, const Field& field) {
   const SectionInstance instance{.section = step.section};
   DocumentElement element;
   const std::string prefix = step.prefix != nullptr ? step.prefix : ElementPrefix(instance);
-  element.path = ForAll(prefix + Text(field.element));
+  element.path = WithPlaceholders(prefix + Text(field.element));
   element.when = step.when;
   element.is_required = field.optional != settings::Optional::kAlways;
   if (field.optional == settings::Optional::kWhileCloning) {
@@ -136,7 +136,7 @@ DocumentElement FieldElement(const Step& step, const Field& field) {
         field.document_limit != 0 ? field.document_limit : field.member.size - std::size_t{1};
   }
   if (!field.node.empty()) {
-    element.node = ForAll(NodePrefix(instance) + Text(field.node));
+    element.node = WithPlaceholders(NodePrefix(instance) + Text(field.node));
   }
   const variables::Variable* const variable = VariableOf(step.section, field);
   if (variable != nullptr) {

@@ -14,7 +14,7 @@ enum class DocumentKind { kVersion11, kVersion10, kFirmwareList };
 struct DocumentElement {
   std::string path = {};  // below the root; "{band}" stands for 2.4 and 5
   bool is_required = true;
-  std::string when = {};  // when it is read; empty for with its block
+  std::string when = {};  // the condition for reading it, beside that of its block
   bool is_block = false;
   std::string type = {};
   std::string range = {};

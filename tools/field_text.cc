@@ -25,7 +25,7 @@ std::string RuleNode(const Field& field, const SectionInstance& instance) {
     for (const Field& row : table) {
       if (row.load == Load::kRule && row.member.offset == field.rule.offset &&
           (table.section == SectionId::kRadio) == IsOfRadio(instance.section)) {
-        return ForAll(NodePrefix({.section = table.section, .radio = instance.radio}) +
+        return WithPlaceholders(NodePrefix({.section = table.section, .radio = instance.radio}) +
                       Text(row.node));
       }
     }
@@ -33,13 +33,13 @@ std::string RuleNode(const Field& field, const SectionInstance& instance) {
   return {};
 }
 
-std::string Ruled(const Field& field, const SectionInstance& instance) {
+std::string RuleReference(const Field& field, const SectionInstance& instance) {
   return "the rule in " + Code(RuleNode(field, instance));
 }
 
 }  // namespace
 
-std::string ForAll(std::string path) {
+std::string WithPlaceholders(std::string path) {
   Replace(path, "ireless2.4", "ireless{band}");
   Replace(path,
           "?"
@@ -85,7 +85,7 @@ std::string RangeOf(const Field& field, const SectionInstance& instance) {
     case Check::kFilled:
       return "not empty";
     case Check::kRule:
-      return Ruled(field, instance);
+      return RuleReference(field, instance);
     case Check::kKeyword:
       return "a word";
     case Check::kHostAddress:
@@ -97,11 +97,11 @@ std::string RangeOf(const Field& field, const SectionInstance& instance) {
     case Check::kEncryptionType:
       return "a word that the mode allows";
     case Check::kRadioKey:
-      return "a key for the mode, and " + Ruled(field, instance);
+      return "a key for the mode, and " + RuleReference(field, instance);
     case Check::kSiteKey:
-      return "a key of some kind or empty, and " + Ruled(field, instance);
+      return "a key of some kind or empty, and " + RuleReference(field, instance);
     case Check::kChannel:
-      return "a channel of " + Code(ForAll(NodePrefix(instance)) + "/channellist");
+      return "a channel of " + Code(WithPlaceholders(NodePrefix(instance)) + "/channellist");
   }
   return {};
 }

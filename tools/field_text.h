@@ -8,21 +8,21 @@
 
 namespace kio::tools {
 
-// For both radios at once: the first one's band in a node or an element becomes "{band}", and the
-// index of a rule or a site "{n}".
-std::string ForAll(std::string path);
+// A node or an element of the 2.4 GHz radio, written for both radios and all indexes: "2.4" becomes
+// "{band}", and the index of a rule or a site becomes "{n}".
+std::string WithPlaceholders(std::string path);
 
-// A list of words in code, or of whatever else, with commas.
+// The text in backquotes; the parts that are not empty, with separators between them.
 std::string Code(const std::string& text);
 std::string Joined(const std::vector<std::string>& parts, const std::string& separator);
 
 // "text, 127" or "integer".
 std::string TypeOf(const Field& field);
 
-// The words of a field, as a list; empty when any text will do.
+// The words that a field may hold, with commas; empty when it has no such list.
 std::string WordList(const Field& field);
 
-// What a document may hold there; empty for anything.
+// What a document may hold in the field; empty when that is anything.
 std::string RangeOf(const Field& field, const SectionInstance& instance);
 
 }  // namespace kio::tools

@@ -1,5 +1,5 @@
-// What each row of the library's tables means to a host or an app, in words. A test looks whether
-// each row has a meaning, and each meaning a row (tests/tools/meanings_test.cc).
+// What each row of the library's tables means to a host or an app, in words. A test checks that each
+// row has a meaning, and each meaning a row (tests/tools/meanings_test.cc).
 #ifndef TOOLS_MEANINGS_H
 #define TOOLS_MEANINGS_H
 
@@ -9,11 +9,11 @@ namespace kio::tools {
 
 struct Meaning {
   SectionId section;
-  platform::TextView name;  // of the element or variable; of a row without a name, its node
+  platform::TextView name;  // of the element or variable, or the node of a row without a name
   const char* text;
 };
 
-// The section that the meanings of another one stand in.
+// The section under which the meanings of `section` stand. APN and DSL share theirs.
 constexpr SectionId ExplainedSection(SectionId section) {
   return section == SectionId::kApn ? SectionId::kDsl : section;
 }

@@ -1,5 +1,5 @@
-// What the library does with the store beside its tables: nodes that are in none of them, and
-// further uses of those that are.
+// What the library's code does with the store apart from its tables: nodes that stand in no table,
+// and further uses of nodes that do.
 #ifndef TOOLS_NODE_USES_H
 #define TOOLS_NODE_USES_H
 
@@ -8,7 +8,7 @@ namespace kio::tools {
 struct NodeUse {
   const char* path;
   const char* read = "";   // when; empty for never
-  const char* write = "";  // when and for whom
+  const char* write = "";  // for whom and when; empty for never
   bool is_own = false;     // written by the library alone
   // Of a node that is in no table.
   const char* value = "";

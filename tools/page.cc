@@ -35,7 +35,7 @@ const std::map<std::string, std::function<std::string()>>& Tables() {
   return tables;
 }
 
-// What stands for the line "@@MARK".
+// What replaces the line "@@MARK"; null for an unknown mark or a file that cannot be read.
 std::optional<std::string> Replacement(const std::string& source_dir, const std::string& mark) {
   const std::string file_mark = "file ";
   if (mark.compare(0, file_mark.size(), file_mark) == 0) {

@@ -8,7 +8,7 @@ namespace {
 
 using variables::Variable;
 
-// A row's text, with `word` for '*'.
+// The text of a row, with its '*' replaced by `word`.
 std::string WithWord(platform::TextView row_text, const std::string& word) {
   std::string text = Text(row_text);
   if (const std::size_t star = text.find('*'); star != std::string::npos) {

@@ -1,4 +1,4 @@
-// The library's tables one after the other, and how the pages name what stands in them.
+// A walk over all tables of the library, and the names that the pages give to what stands in them.
 #ifndef TOOLS_SECTIONS_H
 #define TOOLS_SECTIONS_H
 
@@ -20,7 +20,7 @@ using variables::kLiveNodes;
 using variables::LiveNode;
 using variables::SectionInstance;
 
-// A table of the library's, and the section that it belongs to.
+// A table and the section that it belongs to.
 template <typename Row>
 struct Table {
   SectionId section = SectionId::kDevice;
@@ -70,12 +70,12 @@ std::string NodePrefix(const SectionInstance& instance);
 // The path of a block in a settings document, a slash behind it: "Device/Wireless2.4/".
 std::string ElementPrefix(const SectionInstance& instance);
 
-// The path that a variable is read from or answers with. Of an index, "(??+N)" stands for the
-// instance, N being that of index 0.
+// The path that a variable is read from or answers with. "(??+N)" stands for the instance of an index;
+// N is the instance of index 0.
 std::string VariablePath(const variables::Variable& variable, const SectionInstance& instance,
                          bool is_indexed);
 
-// The variable that is made of a row of a section; null when there is none.
+// The variable that a row of a section makes; null when it makes none.
 const variables::Variable* VariableOf(SectionId section, const Field& field);
 const variables::Variable* VariableOf(SectionId section, const LiveNode& live);
 

@@ -142,7 +142,7 @@ class NodeList {
 
  private:
   StoreNode& Node(const std::string& path) {
-    const std::string folded = ForAll(LowerCase(path));
+    const std::string folded = WithPlaceholders(LowerCase(path));
     const auto found = std::find_if(nodes_.begin(), nodes_.end(), [&folded](const StoreNode& node) {
       return node.path == folded;
     });
@@ -159,7 +159,7 @@ class NodeList {
 };
 
 std::string WriterCell(const StoreNode& node) {
-  // What is read is the host's to supply, unless the library does.
+  // The host supplies what the library reads and does not write for itself.
   const std::string host = node.reads.empty() || node.is_own ? "" : "host";
   return Joined({host, Joined(node.writes, "; ")}, "; ");
 }

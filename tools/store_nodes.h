@@ -20,7 +20,7 @@ struct StoreNode {
   std::vector<std::string> variables = {};  // those of the first radio for both
 };
 
-// By path.
+// All nodes, sorted by path.
 std::vector<StoreNode> ListStoreNodes();
 
 // The table of the nodes, in Markdown.

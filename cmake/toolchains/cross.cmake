@@ -1,12 +1,12 @@
-# What the toolchain files of the targets share. Without further ado the compilers are Debian's, and
-# the sysroot with uClibc or musl is made by the sysroot.sh of its folder unless it is there. Another
-# toolchain:
+# What the toolchain files of the targets share. By default the compilers are Debian's, and the sysroot
+# with uClibc or musl is made by cmake/uclibc/sysroot.sh or cmake/musl/sysroot.sh, unless it is there.
+# For another toolchain:
 #
 #   KIO_CROSS_PREFIX  what its programs' names begin with, such as /opt/vendor/bin/mips-linux-
-#   KIO_SYSROOT       the root of its headers and libraries; may be left out when its compiler knows
+#   KIO_SYSROOT       the root of its headers and libraries, if its compiler does not know it
 #
-# A toolchain file gives KIO_TARGET_ARCH and KIO_TARGET_LIBC, and where they are not named after the
-# architecture, KIO_TARGET_TRIPLE of Debian's compiler and KIO_TARGET_EMULATOR.
+# A toolchain file sets KIO_TARGET_ARCH and KIO_TARGET_LIBC. It also sets KIO_TARGET_TRIPLE, of Debian's
+# compiler, and KIO_TARGET_EMULATOR, where these are not named after the architecture.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR ${KIO_TARGET_ARCH})
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES KIO_CROSS_PREFIX KIO_SYSROOT)
@@ -16,7 +16,7 @@ endif()
 if(NOT KIO_TARGET_EMULATOR)
   set(KIO_TARGET_EMULATOR qemu-${KIO_TARGET_ARCH})
 endif()
-# Without a C++ run time there: what is built for it is C, but for the library.
+# uClibc and musl come without a C++ run time: what is built for them is C, but for the library.
 if(KIO_TARGET_LIBC STREQUAL glibc)
   set(KIO_TARGET_HAS_CXX_RUN_TIME ON)
 else()
@@ -42,14 +42,14 @@ else()
         message(FATAL_ERROR "There is no sysroot with ${KIO_TARGET_LIBC}, as told above.")
       endif()
     endif()
-    # Debian's compiler looks for glibc first; these specs leave that out. Of its C++ library the
-    # headers are used, with the C library's configuration before their own.
+    # Debian's compiler looks for glibc first; these specs prevent that. The headers of its C++ library
+    # are used, with the C library's bits/c++config.h before their own.
     list(APPEND CMAKE_C_COMPILER -specs=${kio_libc}/gcc.specs)
     execute_process(
       COMMAND ${KIO_TARGET_TRIPLE}-g++ -dumpversion
       OUTPUT_VARIABLE kio_version
       OUTPUT_STRIP_TRAILING_WHITESPACE)
-    # Those of this machine's own compiler lie elsewhere than those of a cross compiler.
+    # The headers of the native compiler lie elsewhere than those of a cross compiler.
     set(kio_cxx_headers /usr/${KIO_TARGET_TRIPLE}/include/c++/${kio_version})
     set(kio_cxx_target_headers ${kio_cxx_headers}/${KIO_TARGET_TRIPLE})
     if(NOT EXISTS ${kio_cxx_headers})
@@ -77,7 +77,7 @@ if(NOT KIO_TARGET_HAS_CXX_RUN_TIME)
   set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
 endif()
 if(KIO_TARGET_LIBC STREQUAL uclibc)
-  # The loader reads no other table of names.
+  # The loader of uClibc reads this table of names only.
   foreach(kio_kind SHARED MODULE EXE)
     set(CMAKE_${kio_kind}_LINKER_FLAGS_INIT "-Wl,--hash-style=sysv")
   endforeach()

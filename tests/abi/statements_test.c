@@ -58,8 +58,8 @@ static void Start(void) {
     SetNode(kDevice[i][0], kDevice[i][1]);
   }
   g_calls[0] = g_reads[0] = g_commands[0] = '\0';
-  g_store_manner.watch = Note;
-  g_store_manner.result = 0;
+  g_store_behaviour.watch = Note;
+  g_store_behaviour.result = 0;
 }
 
 static int Exchange(const char *name) {
@@ -132,7 +132,7 @@ static void CheckCount(void) {
 /* store.h: a write that failed is not told. */
 static void CheckFailedWrite(void) {
   Start();
-  g_store_manner.result = -1;
+  g_store_behaviour.result = -1;
   EXPECT_INT(Exchange("Cellar"), 1);
   EXPECT_INT(strstr(g_calls, "=Cellar\n") != NULL, 1);
   EXPECT_INT(rssXmlData.setResult, KIOAPP_RESULT_APPLIED);

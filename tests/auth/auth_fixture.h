@@ -16,7 +16,7 @@
 
 namespace kio::test {
 
-// What the library asks of the C library for its clients.
+// What functions of the C library give to the list of clients in these tests.
 struct Sandbox {
   bool calloc_fails = false;
   // What `time` tells and `rand` gives.
@@ -30,7 +30,7 @@ struct Sandbox {
 };
 Sandbox& TheSandbox();
 
-// Those of the uptimes that can be told, `ahead` seconds more included: a long may have 32 bits.
+// The uptimes that a long can hold even `ahead` seconds later: a long may have 32 bits.
 inline std::vector<long> PossibleUptimes(std::initializer_list<long long> uptimes, long ahead) {
   std::vector<long> possible;
   for (const long long uptime : uptimes) {

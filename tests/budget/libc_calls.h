@@ -1,5 +1,5 @@
-// The calls into libc that a measurement counts or takes out: this program's own functions stand
-// before libc's for all of the program.
+// Calls into libc that a measurement counts or leaves out: functions of this program replace those of
+// libc, for the library too.
 #ifndef KIO_TESTS_BUDGET_LIBC_CALLS_H
 #define KIO_TESTS_BUDGET_LIBC_CALLS_H
 
@@ -11,7 +11,7 @@ long HeapCalls();
 // Commands given to `system`, none of which is run.
 int CommandCount();
 
-// Whether printf-style formatting is libc's; otherwise it writes "text\n" and takes no stack.
+// Whether vsnprintf and its like are libc's. Otherwise they write "text\n" and take no stack.
 void UseLibcFormatting(bool use);
 
 }  // namespace kio::test

@@ -1,4 +1,4 @@
-// A stack on which a function runs, and what it leaves there.
+// Measuring the stack that a function takes, and searching it afterwards.
 #ifndef KIO_TESTS_BUDGET_PAINTED_STACK_H
 #define KIO_TESTS_BUDGET_PAINTED_STACK_H
 

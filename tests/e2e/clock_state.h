@@ -1,4 +1,4 @@
-/* The clock of a host, which held_clock.c shows. */
+/* The clock that held_clock.c shows to a host. */
 #ifndef TESTS_E2E_CLOCK_STATE_H
 #define TESTS_E2E_CLOCK_STATE_H
 

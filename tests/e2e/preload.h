@@ -1,4 +1,4 @@
-// What the hosts that are started in its scope load before libc.
+// Preloads a library into the hosts that are started in its scope.
 #ifndef TESTS_E2E_PRELOAD_H
 #define TESTS_E2E_PRELOAD_H
 
@@ -7,7 +7,7 @@
 
 class Preload {
  public:
-  // `variable` tells the library what it needs.
+  // The library reads the environment variable `variable`.
   Preload(const char* library, const char* variable, const std::string& value) {
     setenv("LD_PRELOAD", library, 1);
     setenv(variable, value.c_str(), 1);

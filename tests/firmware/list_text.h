@@ -46,7 +46,7 @@ class FirmwareTest : public ::testing::Test {
 
   // The result for a copy of `text`; the addresses go to file_url_ and notes_url_.
   int Parse(const std::string& text);
-  // The result of a list of its own.
+  // The result of a list by itself, without the document around it.
   static int ParseList(const std::string& text, int kind, int length = 0);
 
   FakeHost& host_ = FakeHost::Get();

@@ -72,7 +72,7 @@ class UpgradeTest : public FirmwareTest {
                     std::to_string(result) + "</result>");
   }
 
-  // A step that leads there from status 0.
+  // Take the steps from status 0 to the status in the name.
   void GoToFound() {
     server_[Address("/AB12/AB12.xml")] =
         FirmwareList(Entry(MacList({"*"}), "fw/AB12_FW1.0.8_0312"));

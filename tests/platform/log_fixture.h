@@ -13,9 +13,9 @@
 
 namespace kio::test {
 
-// The file's name is chosen once in a process, so each test of this file logs in a process of its
-// own, started afresh. An emulated program cannot start itself; there the process is a copy, and
-// the tests are started one by one.
+// The library chooses the log file once in a process, so each test of the log logs in a new process.
+// An emulated program cannot start itself again: there the process is a fork, and each test is run
+// in a program of its own.
 class LogTest : public SandboxTest {
  protected:
   LogTest() { GTEST_FLAG_SET(death_test_style, KIO_TEST_EMULATED ? "fast" : "threadsafe"); }
@@ -31,7 +31,7 @@ class LogTest : public SandboxTest {
         ::testing::ExitedWithCode(0), "");
   }
 
-  // A copy leaves what it shares with the test, such as the sandbox's files.
+  // A fork must not remove what it shares with the test, such as the sandbox's files.
   [[noreturn]] static void EndProcess(int status) {
     if (KIO_TEST_EMULATED) {
       std::fflush(nullptr);

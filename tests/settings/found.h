@@ -6,10 +6,10 @@
 
 namespace kio::test {
 
-// The length before a search tells one.
+// The length before a search sets it.
 inline constexpr int kUntouched = -77;
 
-// What a search found: the offset in the text (-1 for null) and the length that it told.
+// What a search found: the offset in the text (-1 for null) and the length that it set.
 struct Found {
   long offset;
   int length;

@@ -23,22 +23,22 @@
 namespace kio::test {
 namespace {
 
-// Tells the host of a call, and the store how it is to behave.
+// Notes a call, and hands the host's settings for it to the store.
 void Watch(StoreFunction function, const char* path, const char* text) {
   FakeHost& host = FakeHost::Get();
-  g_store_manner.text_for_every_node =
+  g_store_behaviour.text_for_every_node =
       host.text_for_every_node.has_value() ? host.text_for_every_node->c_str() : nullptr;
-  g_store_manner.leaves_out_terminator = host.leaves_out_terminator ? 1 : 0;
-  g_store_manner.absent_leaves_buffer = host.absent_leaves_buffer ? 1 : 0;
-  g_store_manner.absent_result = -1;
+  g_store_behaviour.leaves_out_terminator = host.leaves_out_terminator ? 1 : 0;
+  g_store_behaviour.absent_leaves_buffer = host.absent_leaves_buffer ? 1 : 0;
+  g_store_behaviour.absent_result = -1;
   host.NoteCall(static_cast<StoreCall::Kind>(function), path, text);
 }
 
 int ToInt(const char* text) { return static_cast<int>(std::strtol(text, nullptr, 10)); }
 
-// From the start of the program on.
+// Set before main, so that no call is missed.
 [[maybe_unused]] const bool kIsWatching = [] {
-  g_store_manner.watch = Watch;
+  g_store_behaviour.watch = Watch;
   return true;
 }();
 
@@ -102,7 +102,7 @@ int FakeHost::RunCommand(const char* command) {
   if (!run_commands) {
     return system_status;
   }
-  // A copy of a process under the sanitizers takes long, and longer the more tests it has run.
+  // Not by fork: under the sanitizers it takes long, and longer the more tests have run.
   std::string words[] = {"sh", "-c", command};
   char* const arguments[] = {words[0].data(), words[1].data(), words[2].data(), nullptr};
   pid_t child = 0;
@@ -115,8 +115,8 @@ int FakeHost::RunCommand(const char* command) {
 
 namespace {
 
-// The directories of this process and of those that it is a copy of. A process that ends within a
-// test leaves the scopes of the directories' owners by no way of theirs.
+// The directories of this process, and those that it has inherited by a fork. A process that exits
+// within a test runs no destructor of their owners; then this removes those of the process itself.
 class LiveDirectories {
  public:
   ~LiveDirectories() {
@@ -204,7 +204,7 @@ using kio::test::FakeHost;
 
 extern "C" {
 
-// Replace libc's in the test program.
+// These replace the functions of libc in the test program.
 int system(const char* command) { return FakeHost::Get().RunCommand(command); }
 
 int sysinfo(struct sysinfo* info) noexcept {

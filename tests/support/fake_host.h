@@ -72,8 +72,8 @@ class FakeHost {
   std::vector<std::string> commands_;
 };
 
-// A temporary directory, removed with its contents with its owner or at the exit of the process
-// that made it, and by no copy of that.
+// A temporary directory. Its destructor removes it with its contents, or else the exit of the process
+// that made it. A forked copy of that process never removes it.
 class TemporaryDirectory {
  public:
   TemporaryDirectory();
@@ -92,8 +92,8 @@ class TemporaryDirectory {
 std::string ReadFile(const std::string& path);
 bool FileExists(const std::string& path);
 
-// The library's log. Its file is chosen once in the life of a process: the first call of any of
-// these points it into a directory of the test program's own.
+// The library's log. The library chooses the file once in the life of a process: the first call of
+// any of these points it into a directory of the test program's own.
 namespace log_file {
 // Sets the level and empties the log.
 void Start(int level);

@@ -14,7 +14,7 @@ inline constexpr int kEventLevel = 5;
 inline constexpr int kActionLevel = 6;
 inline constexpr int kDetailLevel = 7;
 
-// A time before a message, behind the one that begins the line: it is a message of its own.
+// Before some messages the library logs the uptime by a call of its own, here behind the line's prefix.
 inline constexpr const char* kTimeBefore = "1000: 1000:";
 
 // One message.

@@ -30,7 +30,7 @@ class Pool {
     }
     return ends_[next_++];
   }
-  void TakeBack() { next_ = 0; }
+  void Release() { next_ = 0; }
 
  private:
   std::size_t room_;
@@ -59,9 +59,9 @@ Buffer::Buffer(std::size_t size) : data_(Take(size)), size_(size) {
   std::memset(data_, 0xA5, size);
 }
 
-void TakeBackBuffers() {
-  g_small.TakeBack();
-  g_large.TakeBack();
+void ReleaseBuffers() {
+  g_small.Release();
+  g_large.Release();
 }
 
 }  // namespace kio::differential

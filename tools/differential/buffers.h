@@ -1,4 +1,4 @@
-// Texts and buffers given to the library, each with memory behind it that cannot be touched.
+// Texts and buffers given to the library, each with memory behind it that cannot be accessed.
 #ifndef KIO_DIFFERENTIAL_BUFFERS_H
 #define KIO_DIFFERENTIAL_BUFFERS_H
 
@@ -8,7 +8,7 @@
 
 namespace kio::differential {
 
-// Memory of one text or buffer; taken back by the next scenario.
+// The memory of one text or buffer. It is good until ReleaseBuffers, which the next scenario calls.
 class Buffer {
  public:
   // A writable text whose terminator is the last byte before the guard.
@@ -20,7 +20,7 @@ class Buffer {
   [[nodiscard]] std::size_t size() const { return size_; }
   // All bytes: what the library wrote, and what it left.
   [[nodiscard]] std::string_view bytes() const { return {data_, size_}; }
-  // As bytes, without the terminator that ended the text at first.
+  // All bytes but the last, which was the terminator of the text at first.
   [[nodiscard]] std::string_view text() const { return {data_, size_ - 1}; }
 
  private:
@@ -28,8 +28,8 @@ class Buffer {
   std::size_t size_;
 };
 
-// Makes the memory of all buffers free for new ones.
-void TakeBackBuffers();
+// Gives the memory of all buffers to new ones.
+void ReleaseBuffers();
 
 }  // namespace kio::differential
 

@@ -78,7 +78,7 @@ for side in old new; do
     sort | comm -23 - <(grep -v '^#' "$here/libc.allow" | sort) | xargs)
   [[ -z $unknown ]] ||
     fail "'$library' needs what $here/libc.allow does not list: $unknown" \
-      "(replace it in machine.cc when it depends on the machine)"
+      "(replace it in libc.cc when it depends on the machine)"
 done
 
 # run SIDE ARGUMENT...: runs scenarios over one of the libraries.
@@ -90,7 +90,7 @@ old_job=$!
 run new --output="$work/new.txt" || fail "the scenarios of the new library did not run"
 wait "$old_job" || fail "the scenarios of the old library did not run"
 
-# Two outputs of nothing are the same, too. The new library may have stopped early: that differs.
+# Two empty outputs would be equal, so the old one must be complete. An incomplete new one differs.
 lines=$(wc -l < "$work/old.txt")
 [[ $lines -eq $scenarios ]] || fail "$lines of $scenarios scenarios ran over the old library"
 ended=$(grep -c ended-by-signal "$work/old.txt" || true)
@@ -104,7 +104,7 @@ show() {
   run "$1" --show="$2" | sed -E -f "$work/allowed.sed"
 }
 
-# Many at once: what is allowed is looked for in each of them.
+# Many at once: with allowed differences, each scenario that differs must be looked at.
 chunk=500
 if [[ ! -s $work/allowed.sed ]]; then
   chunk=1

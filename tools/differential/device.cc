@@ -186,7 +186,7 @@ void MakeDevice(Random& random, int strange) {
       continue;
     }
     SetNodes(random, radio, kRadioNodes, strange);
-    // Most radios accept a change, and a device what it has itself.
+    // Most radios hold valid settings, so that a document that repeats them is accepted.
     if (random.Chance(90)) {
       const Encryption& encryption = GoodEncryption(random);
       Store::Set(std::string(radio) + "/encryptionmode", encryption.mode);

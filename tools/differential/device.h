@@ -1,4 +1,4 @@
-// The devices of the scenarios: what the store holds.
+// The devices of the scenarios: the nodes of the store.
 #ifndef KIO_DIFFERENTIAL_DEVICE_H
 #define KIO_DIFFERENTIAL_DEVICE_H
 
@@ -8,13 +8,13 @@
 
 namespace kio::differential {
 
-// Fills the store with a device. Of a thousand nodes, `strange` are absent or hold anything.
+// Fills the store with a device. `strange` of a thousand nodes are absent or hold anything.
 void MakeDevice(Random& random, int strange);
 
-// Changes some nodes of the device that is there.
+// Changes some nodes of the device in the store.
 void ChangeDevice(Random& random);
 
-// A value that the node may well have; anything for a path that no device has.
+// A plausible value of the node; anything for a path that no device has.
 std::string ValueFor(Random& random, const std::string& path);
 
 // A mode, a type and a key of a radio that go together.
@@ -25,7 +25,7 @@ struct Encryption {
 };
 const Encryption& GoodEncryption(Random& random);
 
-// The path of some node of a device.
+// The path of any node of a device.
 std::string AnyNode(Random& random);
 
 }  // namespace kio::differential

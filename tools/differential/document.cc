@@ -75,7 +75,7 @@ Element MakeUplink(Random& random) {
     uplink.children.push_back(
         Leaf("MTU", random.OneIn(30) ? Number(random) : std::to_string(random.Between(1, 1493))));
   }
-  // What the types call for, and at times what they do not.
+  // The blocks of all types: which of them a document needs depends on its types.
   Append(uplink, Section(random, "", "/uplink", {"LoginUserName", "LoginPassword"}));
   Append(uplink, Section(random, "", "/uplink", {"IP", "NetMask", "Gateway", "DNS"}));
   if (random.OneIn(8)) {
@@ -166,13 +166,13 @@ Element MakeDeviceElement(Random& random) {
   return device;
 }
 
-// Some element below `root`, with what it stands in.
+// Any element below `root`, and its parent.
 Element* AnyElement(Random& random, Element& root, Element*& parent) {
   parent = &root;
   Element* element = &root;
   while (!element->children.empty() && (element == &root || !random.OneIn(4))) {
     const auto count = static_cast<int>(element->children.size());
-    // The last element of the root holds nearly all there is.
+    // The last element of the root holds nearly all elements.
     const int index = element == &root && random.Chance(85) ? count - 1 : random.Below(count);
     parent = element;
     element = &element->children[static_cast<std::size_t>(index)];

@@ -37,7 +37,7 @@ void RunDocument(Random& random) {
   if (random.OneIn(2)) {
     Commit(random);
   }
-  // The same once more: nothing is left to change.
+  // The same document again: nothing is left to change.
   if (random.OneIn(6)) {
     Exchange(random, text, clones);
     Commit(random);
@@ -79,7 +79,7 @@ void RunNoDocument(Random& random) {
   }
 }
 
-// The parsers of a version, a provider and an upstream network, on a block of a document.
+// The exported parsers of parts of a document: a version, a provider and an upstream network.
 void RunPartParsers(Random& random) {
   constexpr const char* kParents[] = {nullptr, "Device", "", "Device/UpLinkConnection"};
   constexpr const char* kKeys[] = {"specVersion", "DSL", "APN", "ExtenderSite", "Device", "AcRule"};
@@ -89,7 +89,7 @@ void RunPartParsers(Random& random) {
   Note("block", {text});
   const int length = random.OneIn(2) ? 0 : random.Between(-1, static_cast<int>(text.size()));
   XmlErrMsg_LostKey = random.OneIn(3) ? nullptr : write_RssXml_LostKeyError;
-  Accept();
+  AcceptChanges();
   const Buffer parent(random.OneIn(8) ? Letters(random, 130) : "Device");
   const char* const parent_path = random.OneIn(3) ? parent.get() : random.Of(kParents);
   const char* const key = random.Of(kKeys);

@@ -16,7 +16,7 @@ namespace kio::differential {
 namespace {
 
 constexpr int kFirstDescriptor = 1000;
-// What is mapped into memory is never larger.
+// A larger mapping is refused.
 constexpr std::size_t kLargestMapping = 1 << 20;
 
 struct OpenFile {
@@ -85,20 +85,20 @@ ssize_t WriteTo(OpenFile& open, const void* data, std::size_t size) {
     size = std::min<std::size_t>(size, 1 + size / 2);
   }
   open.written.append(static_cast<const char*>(data), size);
-  // Log files alone are written, and nobody reads them: their size is enough.
+  // Only log files are written, and nothing reads them: their size is enough.
   if (File* const file = Find(open.path)) {
-    file->told_size = file->told_size.value_or(0) + size;
+    file->reported_size = file->reported_size.value_or(0) + size;
   }
   return static_cast<ssize_t>(size);
 }
 
-int TellStatus(const File* file, int error, struct stat* status) {
+int FillStatus(const File* file, int error, struct stat* status) {
   if (file == nullptr) {
     return Fail(error);
   }
   *status = {};
   status->st_mode = S_IFREG | 0644;
-  status->st_size = static_cast<off_t>(file->told_size.value_or(file->content.size()));
+  status->st_size = static_cast<off_t>(file->reported_size.value_or(file->content.size()));
   return 0;
 }
 
@@ -117,7 +117,7 @@ int OpenFileAt(const char* path, int flags, unsigned mode) {
   const bool writes = (flags & O_ACCMODE) != O_RDONLY;
   const bool exists = Find(path) != nullptr;
   const bool opens = !machine.nothing_opens && (exists || (writes && (flags & O_CREAT) != 0));
-  // What is written is told when the file is closed.
+  // What is written becomes an event when the file is closed.
   if (!writes || !opens) {
     Event("open", {path, flags, mode, opens ? "" : "fails"});
   }
@@ -171,12 +171,12 @@ ssize_t WriteFile(int descriptor, const void* data, std::size_t size) {
 }
 
 int FileStatus(const char* path, struct stat* status) {
-  return TellStatus(Find(path), ENOENT, status);
+  return FillStatus(Find(path), ENOENT, status);
 }
 
 int OpenFileStatus(int descriptor, struct stat* status) {
   const OpenFile* const open = FindOpen(descriptor);
-  return TellStatus(open != nullptr ? Find(open->path) : nullptr, EBADF, status);
+  return FillStatus(open != nullptr ? Find(open->path) : nullptr, EBADF, status);
 }
 
 int FileAccess(const char* path) { return Find(path) != nullptr ? 0 : Fail(ENOENT); }
@@ -193,7 +193,7 @@ bool CopyForMapping(int descriptor, std::size_t size, std::string& content) {
   return true;
 }
 
-void TellOpenFiles() {
+void ReportOpenFiles() {
   while (!g_open_files.empty()) {
     Event("left open", {g_open_files.begin()->second.path});
     CloseFile(g_open_files.begin()->first);

@@ -1,4 +1,4 @@
-// The files of the machine, as libc's functions would serve them: each sets `errno`.
+// The files of the machine, with functions that behave as those of libc, `errno` included.
 #ifndef KIO_DIFFERENTIAL_FILES_H
 #define KIO_DIFFERENTIAL_FILES_H
 
@@ -24,11 +24,11 @@ ssize_t WriteFile(int descriptor, const void* data, std::size_t size);
 int FileStatus(const char* path, struct stat* status);
 int OpenFileStatus(int descriptor, struct stat* status);
 int FileAccess(const char* path);
-// What memory holds into which `size` bytes of a file are mapped.
+// Copies what a mapping of `size` bytes of a file shows. Returns false when it cannot be mapped.
 bool CopyForMapping(int descriptor, std::size_t size, std::string& content);
 
-// Makes events of files that the library has not closed.
-void TellOpenFiles();
+// Makes an event of each file that the library has not closed, and closes it.
+void ReportOpenFiles();
 
 }  // namespace kio::differential
 

@@ -31,7 +31,7 @@ std::string Tagged(Random& random, const std::string& name, const std::string& c
   }
 }
 
-// One of this router's texts, what is near to it, or a pattern that takes more.
+// The router's own text, one that is close to it, or a pattern that fits more texts.
 std::string Pattern(Random& random, const std::string& own) {
   switch (random.Below(8)) {
     case 0:
@@ -198,7 +198,7 @@ std::string MakeImage(Random& random) {
   PutBigEndian(image, 4, CrcOf(image));
   image += data;
   if (random.OneIn(3)) {
-    // One bit anywhere.
+    // Flips one bit.
     const int place = random.Below(static_cast<int>(random.OneIn(2) ? 64 : image.size()));
     image[static_cast<std::size_t>(place)] =
         static_cast<char>(image[static_cast<std::size_t>(place)] ^ (1 << random.Below(8)));
@@ -214,11 +214,11 @@ void RunImage(Random& random) {
   Machine& machine = Machine::Get();
   File file{Bytes(random, before) + image + Bytes(random, random.OneIn(3) ? 50 : 0)};
   if (random.OneIn(8)) {
-    // The file is cut after its size has been told.
-    file.told_size = file.content.size();
-    file.content.resize(static_cast<std::size_t>(random.Below(static_cast<int>(*file.told_size))));
+    // The file is cut after the library has asked for its size.
+    file.reported_size = file.content.size();
+    file.content.resize(static_cast<std::size_t>(random.Below(static_cast<int>(*file.reported_size))));
   } else if (random.OneIn(10)) {
-    file.told_size = random.OneIn(2) ? 0 : 40000000;
+    file.reported_size = random.OneIn(2) ? 0 : 40000000;
   }
   if (random.OneIn(8)) {
     file.bad_from =

@@ -1,4 +1,4 @@
-// Replacements of libc, under its names: the library finds them in the program.
+// Functions that replace those of libc, by the same names: the library finds them in the program.
 #include <fcntl.h>
 #include <net/if.h>
 #include <sys/ioctl.h>
@@ -28,7 +28,7 @@ using kio::differential::Machine;
 
 namespace {
 
-// What mmap of libc does.
+// The mmap of libc.
 void* Map(void* address, std::size_t size, int protection, int flags, int file, off_t offset) {
   // NOLINTNEXTLINE(performance-no-int-to-ptr): the result of a system call is a number.
   return reinterpret_cast<void*>(syscall(SYS_mmap, address, size, protection, flags, file, offset));
@@ -142,7 +142,7 @@ int access(const char* path, int mode) noexcept {
                               : static_cast<int>(syscall(SYS_access, path, mode));
 }
 
-// Of a file that is open, memory with its content.
+// For an open file: memory with a copy of its content.
 void* mmap(void* address, std::size_t size, int protection, int flags, int descriptor,
            off_t offset) noexcept {
   std::string content;

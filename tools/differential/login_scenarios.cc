@@ -41,7 +41,7 @@ void MoveClock(Random& random) {
   Note("uptime", {uptime});
 }
 
-// The key of a slot near to the present one, made of what the headers say.
+// The key of a time slot near the present one, made as kioapp/auth.h describes it.
 std::string Key(Random& random, const std::string& address) {
   const long slot = Machine::Get().uptime / 20 + random.Between(-2, 4);
   const std::string password = Store::Text("/sys/user:1/password").value_or("");
@@ -80,7 +80,7 @@ std::string Request(Random& random, const std::string& address) {
       break;
   }
   request += random.OneIn(2) ? " HTTP/1.1" : "";
-  // The session ids of clients that are there.
+  // The session ids of some clients of the list.
   for (const ClientAuthInfo* client = clientauthinfo; client != nullptr; client = client->next) {
     if (random.OneIn(3)) {
       request += std::string(" session=") + client->sessionid;
@@ -101,7 +101,7 @@ void LogIn(Random& random) {
   Answer("starter_auth_check", {result});
 }
 
-// Where a client is in the lists.
+// The place of a client in the two lists, counted from 1; 0 for null, -1 when it is in neither.
 long Where(const ClientAuthInfo* client) {
   long place = 0;
   for (const ClientAuthInfo* head : {clientauthinfo, g_other_clients}) {

@@ -19,7 +19,7 @@ Machine& Machine::Get() {
   return machine;
 }
 
-// The one thing that commands do here: `rm -f "FILE"` removes a file.
+// Only `rm -f "FILE"` has an effect: it removes a file.
 void RunCommand(std::string_view command) {
   constexpr std::string_view kRemove = "rm -f \"";
   if (command.starts_with(kRemove) && command.ends_with('"')) {

@@ -1,5 +1,5 @@
-// The machine of the scenarios: what the library gets of libc that depends on the world. Files, the
-// clock, commands, the network and memory are made up; nothing of the real machine is seen.
+// The machine of the scenarios: all that libc gives the library and that depends on the machine. Files,
+// the clock, commands, the network and memory are made up, and nothing of the real machine is used.
 #ifndef KIO_DIFFERENTIAL_MACHINE_H
 #define KIO_DIFFERENTIAL_MACHINE_H
 
@@ -17,9 +17,9 @@ namespace kio::differential {
 
 struct File {
   std::string content;
-  // What `stat` tells, when it is another than the size of the content.
-  std::optional<std::uint64_t> told_size = std::nullopt;
-  // Reading at or behind this place fails.
+  // The size that `stat` reports, when it differs from that of the content.
+  std::optional<std::uint64_t> reported_size = std::nullopt;
+  // A read at or behind this offset fails.
   std::size_t bad_from = std::string::npos;
 };
 
@@ -27,7 +27,7 @@ struct Machine {
   // The machine that the library runs on.
   static Machine& Get();
 
-  // While it is off, what is replaced here goes to the real libc.
+  // While it is off, the functions that replace libc's call the real ones.
   bool is_on = false;
 
   long uptime = 0;
@@ -35,20 +35,21 @@ struct Machine {
   std::int64_t time_of_day = 0;
 
   std::map<std::string, File, std::less<>> files;
-  // A file whose path ends so is there, too: for paths that the library builds.
+  // Files by the end of their path: for paths that the library builds.
   std::map<std::string, File, std::less<>> files_ending;
   bool nothing_opens = false;
   bool nothing_is_written = false;
   // The next file that is opened gets the descriptor 0.
   bool gives_descriptor_0 = false;
-  // Reads and writes do less than they are asked for, or are interrupted, each so many calls; 0 for
-  // never.
+  // When it is N and not 0: every Nth call is interrupted, and reads and writes move fewer bytes than
+  // they are asked for.
   int interruption = 0;
 
-  // What a command returns, and what it does besides.
+  // The status of every command.
   int command_status = 0;
+  // The last command that was started in the background.
   std::string last_background_command;
-  // Runs after each command.
+  // Called after each command.
   std::function<void(const std::string& command)> on_command;
 
   // Interfaces that are up, as a set of bits: 4 for each radio.
@@ -56,17 +57,18 @@ struct Machine {
   bool no_socket = false;
   bool no_memory = false;
 
-  // What `signal` was given last.
+  // The handler of the last call of `signal`.
   void (*handler)(int) = nullptr;
 
-  // Clients that the library may free: their passwords must be gone by then.
+  // Clients that the library may free. The event of a freed client has its password, which must have
+  // been cleared.
   std::vector<const ClientAuthInfo*> clients;
 };
 
-// What a command does here.
+// Does what a command does to the files of this machine.
 void RunCommand(std::string_view command);
 
-// Makes events of what the library prints, for the life of the process.
+// From here on, what the library prints becomes events.
 void WatchConsole();
 
 }  // namespace kio::differential

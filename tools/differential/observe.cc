@@ -13,7 +13,7 @@ ClientAuthInfo* g_other_clients = nullptr;
 
 namespace {
 
-// Exported data and how it was when it was looked at last.
+// Exported data, and its content at the last look.
 struct Region {
   std::string_view name;
   char* data;
@@ -38,7 +38,7 @@ Region g_regions[] = {
 std::string g_clients_seen;
 void (*g_handler_seen)(const char* path, const char* key) = nullptr;
 
-// Changes that are nearer to each other than this make one event.
+// Changes that are closer to each other than this make one event.
 constexpr std::size_t kGap = 16;
 
 void ObserveRegion(Region& region) {
@@ -104,7 +104,7 @@ void Observe() {
   }
 }
 
-void Accept() {
+void AcceptChanges() {
   for (Region& region : g_regions) {
     region.seen.assign(region.data, region.size);
   }
@@ -122,7 +122,7 @@ void WatchClients() {
   }
 }
 
-long Place(const char* pointer, const char* text, std::size_t size) {
+long OffsetIn(const char* pointer, const char* text, std::size_t size) {
   if (pointer == nullptr) {
     return -1;
   }

@@ -1,4 +1,4 @@
-// What the library leaves behind in its exported data.
+// What the library changes in its exported data.
 #ifndef KIO_DIFFERENTIAL_OBSERVE_H
 #define KIO_DIFFERENTIAL_OBSERVE_H
 
@@ -10,23 +10,24 @@ namespace kio::differential {
 // A second list of clients, beside the library's own.
 extern ClientAuthInfo* g_other_clients;
 
-// Makes events of what has changed in the exported data since the last call of one of these two.
+// Makes events of what has changed in the exported data since the last Observe or AcceptChanges.
 void Observe();
 
-// Takes the data as they are: the scenario has changed them itself.
-void Accept();
+// Makes no events of the changes so far: the scenario itself has made them.
+void AcceptChanges();
 
-// Before a call: the clients of both lists, whose passwords must be gone when they are freed.
+// Notes the clients of both lists before a call that may free them (Machine::clients).
 void WatchClients();
 
-// A call of the library, or an answer of it, with what has changed.
+// Makes an event of a call and its answer, and of what the call has changed.
 inline void Answer(std::string_view name, Parts parts) {
   Event(name, parts);
   Observe();
 }
 
-// The place of a pointer in a text that was given to the library; -1 for null, -2 for elsewhere.
-long Place(const char* pointer, const char* text, std::size_t size);
+// The offset of a pointer in a text that was given to the library; -1 for null, -2 when it points
+// elsewhere.
+long OffsetIn(const char* pointer, const char* text, std::size_t size);
 
 }  // namespace kio::differential
 

@@ -82,14 +82,14 @@ void RunLog(Random& random) {
     if (random.OneIn(4)) {
       daemon_log_file_size_k = random.Between(-1, 2);
       daemon_log_level = random.Between(-1, 9);
-      Accept();
+      AcceptChanges();
     }
     Machine::Get().uptime += random.Below(3);
   }
 }
 
 long g_ticks_seen = 0;
-void TellTimer(uintptr_t argument) {
+void ReportTimer(uintptr_t argument) {
   Event("timer", {argument});
   ++g_ticks_seen;
 }
@@ -99,7 +99,7 @@ void RunTimers(Random& random) {
   for (int i = random.Between(1, 5); i > 0; --i) {
     Machine::Get().no_memory = random.OneIn(10);
     KioTimer* const timer = create_timer(
-        static_cast<unsigned>(random.Below(3)), random.OneIn(5) ? nullptr : TellTimer,
+        static_cast<unsigned>(random.Below(3)), random.OneIn(5) ? nullptr : ReportTimer,
         random.Next(), static_cast<unsigned>(random.Next()), static_cast<unsigned>(random.Next()));
     Machine::Get().no_memory = false;
     Answer("create_timer", {timer != nullptr});
@@ -112,7 +112,7 @@ void RunTimers(Random& random) {
       next = timers[other] == timer->next ? static_cast<int>(other) : next;
     }
     Answer("add_timer", {timer->remaining, timer->interval, timer->user_a, timer->user_b,
-                         timer->arg, timer->callback == TellTimer, next, g_ticks_seen});
+                         timer->arg, timer->callback == ReportTimer, next, g_ticks_seen});
     timers.push_back(timer);
   }
 }

@@ -1,4 +1,4 @@
-// Numbers drawn from a seed: the same ones for both libraries.
+// Numbers drawn from a seed, the same for both libraries.
 #ifndef KIO_DIFFERENTIAL_RANDOM_H
 #define KIO_DIFFERENTIAL_RANDOM_H
 
@@ -10,7 +10,7 @@ namespace kio::differential {
 
 class Random {
  public:
-  // Different streams of one seed have nothing to do with each other.
+  // Different streams of one seed are independent of each other.
   Random(std::uint64_t seed, std::uint64_t stream) : state_(seed * 0x9E3779B97F4A7C15 + stream) {
     Next();
     state_ ^= stream << 32;

@@ -1,4 +1,4 @@
-// The settings record: filled from the store, changed by hand, verified, applied and told.
+// The settings record: loaded from the store, changed by hand, verified, applied and dumped.
 #include <cerrno>
 #include <cstdio>
 #include <vector>
@@ -159,7 +159,7 @@ void ChangeRecord(Random& random, int changes) {
       *number = NumberFor(random, number);
     }
   }
-  Accept();
+  AcceptChanges();
 }
 
 void TakeStep(Random& random) {
@@ -221,7 +221,7 @@ void RunResults(Random& random) {
   if (random.OneIn(2)) {
     const std::string directory = Directory(random);
     std::snprintf(rssXmlData.tmpPath, sizeof(rssXmlData.tmpPath), "%s", directory.c_str());
-    Accept();
+    AcceptChanges();
   }
   const Buffer path(Odd(random));
   const Buffer key(Odd(random));
@@ -255,7 +255,7 @@ void RunTemporaryDocument(Random& random) {
   constexpr const char* kTags[] = {"width", "fwsize", "x"};
   if (random.OneIn(4)) {
     rssXmlData.tmpPath[0] = '\0';
-    Accept();
+    AcceptChanges();
   }
   for (int i = random.Between(1, 5); i > 0; --i) {
     const Buffer value(random.OneIn(3) ? Name(random) : Odd(random));

@@ -25,12 +25,12 @@
 namespace kio::differential {
 namespace {
 
-// Scenarios that run in one process, one after the other: what the library keeps to itself goes on
-// from each to the next.
+// Scenarios that run in one process, one after the other: what the library keeps in its own memory
+// lasts from one to the next.
 constexpr int kGroupSize = 20;
-// A group takes some milliseconds of the processor; one that never ends is ended.
+// Processor time after which a group is ended. It usually takes some milliseconds.
 constexpr rlim_t kSecondsOfAGroup = 10;
-// So many groups that are ended are enough to know about.
+// The run stops after so many groups that did not come to their end.
 constexpr int kMostEnded = 10;
 
 // How far a group has come; shared with the process that runs it.
@@ -39,7 +39,7 @@ struct Progress {
   char kind[40];
 };
 
-// Where a process that ends tells what it has seen.
+// Where PrintUnfinished prints.
 FILE* g_output = nullptr;
 
 std::vector<const Kind*> CollectKinds() {
@@ -53,7 +53,7 @@ std::vector<const Kind*> CollectKinds() {
   return kinds;
 }
 
-// Messages of the higher levels are dropped, so that a message is seen to have the level it has.
+// At a lower level the messages above it are dropped: this shows the level of each message.
 int LogLevel(Random& random) {
   constexpr int kLevels[] = {7, 7, 7, 7, 7, 7, 7, 6, 6, 5, 5, 4, 3, 8, 0};
   return random.Of(kLevels);
@@ -119,22 +119,22 @@ void PrepareStore(Random& random, bool begins) {
 
 void RunScenario(const Kind& kind, const Plan& plan, int scenario, bool begins) {
   Random random(plan.seed, static_cast<std::uint64_t>(scenario));
-  TakeBackBuffers();
+  ReleaseBuffers();
   PrepareMachine(random, begins);
   PrepareLibrary(random, begins);
   PrepareStore(random, begins);
-  Accept();
+  AcceptChanges();
   Machine& machine = Machine::Get();
   Note("machine", {"level", daemon_log_level, "uptime", machine.uptime, "interruption",
                    machine.interruption, "command status", machine.command_status});
   machine.is_on = true;
   kind.run(random);
   Observe();
-  TellOpenFiles();
+  ReportOpenFiles();
   machine.is_on = false;
 }
 
-void Tell(const Plan& plan, const Kind& kind, int scenario, FILE* output) {
+void PrintScenario(const Plan& plan, const Kind& kind, int scenario, FILE* output) {
   const std::string name(kind.name);
   const Transcript& transcript = TheTranscript();
   if (plan.shown.empty()) {
@@ -148,8 +148,8 @@ void Tell(const Plan& plan, const Kind& kind, int scenario, FILE* output) {
   std::fflush(output);
 }
 
-// The events of a shown scenario so far, before the process ends.
-void TellUnfinished(int number) {
+// Handler of the signals that end a process: prints the events of a shown scenario so far.
+void PrintUnfinished(int number) {
   if (TheTranscript().keeps_text()) {
     std::fwrite(TheTranscript().text().data(), 1, TheTranscript().text().size(), g_output);
     std::fflush(g_output);
@@ -163,7 +163,7 @@ void WatchForSignals(FILE* output) {
   const stack_t alternate{stack, 0, sizeof(stack)};
   sigaltstack(&alternate, nullptr);
   struct sigaction action = {};
-  action.sa_handler = TellUnfinished;
+  action.sa_handler = PrintUnfinished;
   action.sa_flags = static_cast<int>(SA_ONSTACK | SA_RESETHAND | SA_NODEFER);
   for (const int number : {SIGSEGV, SIGBUS, SIGABRT, SIGFPE, SIGILL, SIGXCPU}) {
     sigaction(number, &action, nullptr);
@@ -177,7 +177,7 @@ void WatchForSignals(FILE* output) {
   const rlimit limit{kSecondsOfAGroup, kSecondsOfAGroup};
   setrlimit(RLIMIT_CPU, &limit);
   Random random(~plan.seed, static_cast<std::uint64_t>(begin));
-  // Groups of one kind go deeper, mixed ones see what kinds do to each other.
+  // A group of one kind tries that kind thoroughly; a mixed one shows what kinds do to each other.
   const Kind* const only = random.OneIn(3) ? random.Of(kinds) : nullptr;
   for (int scenario = begin; scenario < end; ++scenario) {
     const Kind& kind = only != nullptr ? *only : *random.Of(kinds);
@@ -185,14 +185,14 @@ void WatchForSignals(FILE* output) {
     progress->kind[kind.name.copy(progress->kind, sizeof(progress->kind) - 1)] = '\0';
     TheTranscript().Begin(plan.shown.contains(scenario));
     RunScenario(kind, plan, scenario, scenario == begin);
-    Tell(plan, kind, scenario, output);
+    PrintScenario(plan, kind, scenario, output);
   }
   progress->scenario = end;
   std::exit(0);
 }
 
-// The scenario that ended the process, and those that did not come any more.
-int TellEnd(const Plan& plan, const Progress& progress, int end, int status, FILE* output) {
+// Prints the scenario that ended the process of a group, and those of the group that did not run.
+int PrintEnd(const Plan& plan, const Progress& progress, int end, int status, FILE* output) {
   if (progress.scenario >= end) {
     return 0;
   }
@@ -241,7 +241,7 @@ int Run(const Plan& plan, FILE* output) {
       std::fprintf(stderr, "no process for a group: %s\n", std::strerror(errno));
       std::exit(2);
     }
-    ended += TellEnd(plan, *progress, end, status, output);
+    ended += PrintEnd(plan, *progress, end, status, output);
   }
   std::fflush(output);
   return ended;

@@ -1,4 +1,4 @@
-// Running scenarios, and what comes out of them.
+// Running scenarios and printing what the library did.
 #ifndef KIO_DIFFERENTIAL_RUN_H
 #define KIO_DIFFERENTIAL_RUN_H
 
@@ -11,7 +11,7 @@ namespace kio::differential {
 struct Plan {
   std::uint64_t seed = 1;
   int scenarios = 1000;
-  // When there are any, these alone are told, with all their events.
+  // When it is not empty, only these scenarios are printed, with all their events.
   std::set<int> shown;
 };
 

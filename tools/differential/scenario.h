@@ -13,7 +13,7 @@ namespace kio::differential {
 
 struct Kind {
   std::string_view name;
-  int weight;  // how often it comes
+  int weight;  // how often it is chosen, compared with the others
   void (*run)(Random& random);
 };
 
@@ -31,7 +31,7 @@ extern const std::span<const Kind> kPlatformKinds;
 // A firmware list for the device in the store.
 std::string MakeFirmwareList(Random& random);
 
-// A commit, of one of the ways that there are.
+// Commits by any of the exported functions that do.
 void Commit(Random& random);
 
 }  // namespace kio::differential

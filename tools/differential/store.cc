@@ -9,7 +9,7 @@ namespace {
 void Watch(StoreFunction function, const char* path, const char* text) {
   switch (function) {
     case kXgetStr:
-      // The library gives an empty buffer, whatever the store does with it.
+      // The library must give an empty buffer.
       Event("xget_str", {path, text[0] == '\0' ? "" : "into a text"});
       break;
     case kXsetStr:
@@ -30,10 +30,10 @@ void Watch(StoreFunction function, const char* path, const char* text) {
 }  // namespace
 
 void Store::Begin(bool absent_leaves_buffer, int result) {
-  g_store_manner.watch = Watch;
-  g_store_manner.absent_leaves_buffer = absent_leaves_buffer ? 1 : 0;
-  g_store_manner.result = result;
-  g_store_manner.absent_result = result;
+  g_store_behaviour.watch = Watch;
+  g_store_behaviour.absent_leaves_buffer = absent_leaves_buffer ? 1 : 0;
+  g_store_behaviour.result = result;
+  g_store_behaviour.absent_result = result;
 }
 
 void Store::Clear() { ClearStore(); }

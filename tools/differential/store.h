@@ -1,4 +1,4 @@
-// The host's part of the scenarios: the store in memory, which tells each call.
+// The host of the scenarios: the store in memory, whose calls become events.
 #ifndef KIO_DIFFERENTIAL_STORE_H
 #define KIO_DIFFERENTIAL_STORE_H
 
@@ -12,14 +12,15 @@ namespace kio::differential {
 // The store that the library's calls reach.
 class Store {
  public:
-  // From here on it tells each call. Reading an absent node leaves the caller's buffer as it is, or
-  // empties it. `result` is what the reading and writing functions return; the library must not
-  // care.
+  // From here on each call becomes an event. A read of an absent node leaves the caller's buffer as it
+  // is, or empties it. `result` is what the functions but xget_int return; the library must not depend
+  // on it.
   static void Begin(bool absent_leaves_buffer, int result);
 
   static void Clear();
   static void Set(std::string_view path, std::string_view text);
-  // The text of a node; none when it is absent. A path that ends in '#' counts instances.
+  // The text of a node; null when it is absent. That of a path that ends in '#' is the number of
+  // instances.
   [[nodiscard]] static std::optional<std::string> Text(std::string_view path);
   static void Delete(std::string_view path);
   [[nodiscard]] static std::map<std::string, std::string> Nodes();

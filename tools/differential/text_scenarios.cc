@@ -28,11 +28,11 @@ void RunCoders(Random& random) {
                                {"strncpy_XmlDecode", strncpy_XmlDecode},
                                {"strncpy_XmlEncode", strncpy_XmlEncode}};
   for (const Coder& coder : kCoders) {
-    // An escape of a URL may take one character more.
+    // The URL encoder may write one character more than the limit.
     const Buffer dst(static_cast<std::size_t>(std::max(limit, 0) + 1));
     const char* const from = random.OneIn(50) ? nullptr : source.get();
     const char* const result = coder.run(dst.get(), from, limit);
-    Answer(coder.name, {Place(result, dst.get(), dst.size()), dst.bytes()});
+    Answer(coder.name, {OffsetIn(result, dst.get(), dst.size()), dst.bytes()});
     if (random.OneIn(50)) {
       Answer(coder.name, {coder.run(nullptr, from, limit) == nullptr});
     }
@@ -65,14 +65,14 @@ void RunTrimming(Random& random) {
   const std::string text = CharactersOf(random, " \t\nab", random.Below(12)) + Odd(random) +
                            CharactersOf(random, " \t\r", random.Below(4));
   const Buffer trimmed(text);
-  Answer("trim", {Place(trim(trimmed.get()), trimmed.get(), trimmed.size()), trimmed.bytes()});
+  Answer("trim", {OffsetIn(trim(trimmed.get()), trimmed.get(), trimmed.size()), trimmed.bytes()});
   const Buffer source(text);
   const Buffer dst(text.size() + 1);
-  Answer("trimTo", {Place(trimTo(dst.get(), source.get()), dst.get(), dst.size()), dst.bytes()});
+  Answer("trimTo", {OffsetIn(trimTo(dst.get(), source.get()), dst.get(), dst.size()), dst.bytes()});
   const Buffer stripped(text);
   const Buffer set(random.OneIn(2) ? " \t" : CharactersOf(random, " \tab\n", random.Below(4)));
   Answer("strip_chars",
-         {Place(strip_chars(stripped.get(), set.get()), stripped.get(), stripped.size()),
+         {OffsetIn(strip_chars(stripped.get(), set.get()), stripped.get(), stripped.size()),
           stripped.bytes()});
 }
 

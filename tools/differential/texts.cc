@@ -14,7 +14,7 @@ std::string Word(Random& random, std::initializer_list<const char*> words) {
   return *(words.begin() + random.Below(static_cast<int>(words.size())));
 }
 
-// What a device hardly has, but may.
+// Whether to make a value that is rare on devices.
 bool IsRare(Random& random) { return random.OneIn(60); }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Texts of all kinds: as they should be, nearly so, and hostile.
+// Texts of all kinds: valid, nearly valid, and hostile.
 #ifndef KIO_DIFFERENTIAL_TEXTS_H
 #define KIO_DIFFERENTIAL_TEXTS_H
 
@@ -11,7 +11,7 @@ namespace kio::differential {
 
 using Maker = std::string (*)(Random& random);
 
-// Values as a device has them.
+// Values of a device, mostly valid.
 std::string Switch(Random& random);       // 0 or 1
 std::string WideSwitch(Random& random);   // 0 to 3, mostly 0 or 1
 std::string SmallNumber(Random& random);  // 0 to 9
@@ -39,14 +39,14 @@ std::string Vci(Random& random);
 std::string Directory(Random& random);
 std::string FirmwareFile(Random& random);
 std::string FetchTemplate(Random& random);
-std::string AnyAddress(Random& random);  // with the keywords of the router's own, at times
+std::string AnyAddress(Random& random);  // a URL, at times with `$lanip` and `$rssport`
 
-// A number in decimal, or nearly one, at the ends of all ranges.
+// A decimal number or nearly one, often at the end of a range.
 std::string Number(Random& random);
 // Anything: of a length around one of the library's limits, or with characters that mean something
 // to a shell, to XML, to printf or to URLs. At most 4095 characters.
 std::string Odd(Random& random);
-// The same of at most `limit` characters.
+// The same, cut to `limit` characters.
 std::string Odd(Random& random, std::size_t limit);
 // A length at or around one of the library's limits.
 int Length(Random& random);
@@ -57,9 +57,9 @@ std::string CharactersOf(Random& random, std::string_view set, int length);
 
 // The text with a few changes: bytes changed, stretches removed or repeated, cases changed.
 std::string Mutated(Random& random, std::string text, int changes);
-// Letters in upper or lower case, as it comes.
+// The text with letters in random case.
 std::string MixedCase(Random& random, std::string text);
-// With the five special characters of XML encoded.
+// The text with the five special characters of XML encoded.
 std::string XmlEncoded(std::string_view text);
 
 }  // namespace kio::differential

@@ -1,4 +1,4 @@
-// The finders and readers of XML, keyword tables and comparisons with the store.
+// The finders and readers of XML, keyword tables, comparisons with the store and reads of nodes.
 #include "buffers.h"
 #include "device.h"
 #include "document.h"
@@ -11,7 +11,7 @@
 namespace kio::differential {
 namespace {
 
-// A name of few different characters, so that others are nearly the same.
+// A name of few different characters, so that many names are nearly the same.
 std::string TagName(Random& random) {
   constexpr const char* kNames[] = {"a", "ab", "aB", "abc", "Device", "AcRule", "MAC", "x"};
   if (random.OneIn(12)) {
@@ -71,7 +71,7 @@ Asked Ask(Random& random) {
   Asked asked{AnyBlock(random), TagName(random), 0};
   const auto size = static_cast<int>(asked.text.size());
   if (random.OneIn(2)) {
-    // A tag that is there.
+    // The key of a tag in the text.
     const std::size_t tag = asked.text.find('<', static_cast<std::size_t>(random.Below(size + 1)));
     const std::size_t end =
         tag == std::string::npos ? tag : asked.text.find_first_of(" />", tag + 1);
@@ -91,7 +91,7 @@ void RunFinders(Random& random) {
   const Asked asked = Ask(random);
   const Buffer text(asked.text);
   const Buffer key(asked.key);
-  const auto place = [&text](const char* found) { return Place(found, text.get(), text.size()); };
+  const auto place = [&text](const char* found) { return OffsetIn(found, text.get(), text.size()); };
   int length = -7;
   int* const out = random.OneIn(8) ? nullptr : &length;
   const long contain = place(FindXmlKeyContain(text.get(), asked.length, key.get(), out));
@@ -124,18 +124,18 @@ void RunSearch(Random& random) {
   const Buffer wanted(needle);
   Note("search", {text, needle});
   Answer("strstri",
-         {Place(strstri(haystack.get(), wanted.get()), haystack.get(), haystack.size())});
+         {OffsetIn(strstri(haystack.get(), wanted.get()), haystack.get(), haystack.size())});
 }
 
-void TellLostKey(const char* path, const char* key) { Event("lost key", {path, key}); }
+void ReportLostKey(const char* path, const char* key) { Event("lost key", {path, key}); }
 
 void RunReaders(Random& random) {
   const Asked asked = Ask(random);
   const Buffer text(asked.text);
   const Buffer key(asked.key);
   const Buffer parent(random.OneIn(6) ? Odd(random, 200) : "Device/Part");
-  XmlErrMsg_LostKey = random.OneIn(4) ? nullptr : TellLostKey;
-  Accept();
+  XmlErrMsg_LostKey = random.OneIn(4) ? nullptr : ReportLostKey;
+  AcceptChanges();
   constexpr int kRooms[] = {1, 2, 8, 16, 18, 32, 128, 300};
   const int room = random.Of(kRooms);
   const Buffer value(static_cast<std::size_t>(room));
@@ -157,7 +157,7 @@ void RunReaders(Random& random) {
   const Buffer out_path(std::size_t{128});
   int length = -7;
   const long place =
-      Place(prepareXmlBlockData(path, text.get(), asked.length, key.get(), out_path.get(), &length),
+      OffsetIn(prepareXmlBlockData(path, text.get(), asked.length, key.get(), out_path.get(), &length),
             text.get(), text.size());
   Answer("prepareXmlBlockData", {place, length, out_path.bytes()});
   if (random.OneIn(30)) {

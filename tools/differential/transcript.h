@@ -1,4 +1,4 @@
-// What is seen of the library from outside, in the order in which it is seen.
+// The transcript of a scenario: what the library does as seen from outside, in order.
 #ifndef KIO_DIFFERENTIAL_TRANSCRIPT_H
 #define KIO_DIFFERENTIAL_TRANSCRIPT_H
 
@@ -36,12 +36,12 @@ using Parts = std::initializer_list<Part>;
 
 class Transcript {
  public:
-  // Begins a scenario. With `keep_text` the events are kept to be read, else only their digest.
+  // Begins a scenario. With `keep_text` it keeps the events as text; the digest of them it always has.
   void Begin(bool keep_text);
 
-  // Something that the library did: it counts for the comparison.
+  // Something that the library did. It is part of the comparison.
   void Event(std::string_view name, Parts parts);
-  // What the scenario did, for readers alone.
+  // Something that the scenario did. It is printed for readers and not compared.
   void Note(std::string_view name, Parts parts);
 
   [[nodiscard]] bool keeps_text() const { return keeps_text_; }
@@ -57,13 +57,13 @@ class Transcript {
   std::string text_;
 };
 
-// The one of the running scenario.
+// The transcript of the running scenario.
 Transcript& TheTranscript();
 
 inline void Event(std::string_view name, Parts parts) { TheTranscript().Event(name, parts); }
 inline void Note(std::string_view name, Parts parts) { TheTranscript().Note(name, parts); }
 
-// A text on one line, with everything but plain characters escaped.
+// The text on one line: all but printable ASCII characters are escaped.
 std::string Escaped(std::string_view text);
 
 }  // namespace kio::differential

@@ -13,7 +13,7 @@
 namespace kio::differential {
 namespace {
 
-// A list of processes as `ps` tells it: the download, the search for it, both or neither.
+// A list of processes as `ps` prints it, with the download, the search for it, both or neither.
 std::string Processes(Random& random) {
   std::string command;
   for (const char character : Machine::Get().last_background_command) {
@@ -51,7 +51,7 @@ std::string ListFile(Random& random) {
   return random.OneIn(10) ? Mutated(random, list, 3) : list;
 }
 
-// What the machine has when the next step looks.
+// Prepares the files that the next step finds.
 void PrepareFiles(Random& random) {
   Machine& machine = Machine::Get();
   machine.files_ending.clear();
@@ -84,7 +84,7 @@ void RunUpgrade(Random& random) {
   } else if (random.OneIn(2)) {
     std::snprintf(rssXmlData.tmpPath, sizeof(rssXmlData.tmpPath), "%s", Directory(random).c_str());
   }
-  Accept();
+  AcceptChanges();
   if (random.Chance(80)) {
     TakeStep(random, KIOAPP_FW_INIT);
   }
@@ -102,7 +102,7 @@ void RunUpgrade(Random& random) {
   }
 }
 
-// Steps in any order, from whatever status the ones before have led to.
+// Steps in any order, from any status.
 void RunSteps(Random& random) {
   constexpr int kActions[] = {'0', '1', '2', '3', '4', '9', '%'};
   for (int i = random.Between(1, 8); i > 0; --i) {

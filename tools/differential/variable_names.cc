@@ -99,12 +99,12 @@ constexpr Variable kActions[] = {{"SiteSurvey", Anything},      {"VerifyAllRssVa
                                  {"SetRssVars", nullptr},       {"Nothing", Anything}};
 
 template <std::size_t N>
-Named Pick(Random& random, const char* group, const Variable (&list)[N]) {
+NamedMaker Pick(Random& random, const char* group, const Variable (&list)[N]) {
   const Variable& variable = random.Of(list);
   return {std::string("rss_") + group + variable.name, variable.make};
 }
 
-Named PickRule(Random& random) {
+NamedMaker PickRule(Random& random) {
   char name[48];
   std::snprintf(name, sizeof(name), "rss_Wl%d_Acl_R%02d_%s", random.OneIn(2) ? 2 : 5,
                 random.OneIn(3) ? random.Below(50) : random.Below(4),
@@ -114,7 +114,7 @@ Named PickRule(Random& random) {
 
 }  // namespace
 
-Named PickVariable(Random& random) {
+NamedMaker PickVariable(Random& random) {
   switch (random.Below(12)) {
     case 0:
     case 1:
@@ -140,7 +140,7 @@ Named PickVariable(Random& random) {
   }
 }
 
-Named PickSettable(Random& random) {
+NamedMaker PickSettable(Random& random) {
   static constexpr Variable kSettable[] = {
       {"DeviceName", Name},
       {"DevicePwd", Password},

@@ -1,4 +1,4 @@
-// Names of variables, each with values that it may have.
+// Names of variables, each with a maker of values for it.
 #ifndef KIO_DIFFERENTIAL_VARIABLE_NAMES_H
 #define KIO_DIFFERENTIAL_VARIABLE_NAMES_H
 
@@ -9,18 +9,18 @@
 
 namespace kio::differential {
 
-struct Named {
+struct NamedMaker {
   std::string name;
   Maker make;  // null for an action that takes a batch
 };
 
 // Any variable or action.
-Named PickVariable(Random& random);
+NamedMaker PickVariable(Random& random);
 
 // A variable that a batch may set.
-Named PickSettable(Random& random);
+NamedMaker PickSettable(Random& random);
 
-// A name as it should not be.
+// The name, changed or replaced by an odd text.
 std::string OddName(Random& random, const std::string& name);
 
 }  // namespace kio::differential

@@ -18,7 +18,7 @@ namespace {
 
 std::string Batch(Random& random, char separator);
 
-std::string ValueOf(Random& random, const Named& variable) {
+std::string ValueOf(Random& random, const NamedMaker& variable) {
   if (variable.make == nullptr) {
     return Batch(random, '&');
   }
@@ -28,7 +28,7 @@ std::string ValueOf(Random& random, const Named& variable) {
   return variable.make(random);
 }
 
-// The name of a call: as it is, odd, or as a path.
+// How a call names the variable: by its name, by an odd name, or by its path.
 std::string CalledName(Random& random, const std::string& name) {
   if (random.OneIn(6)) {
     return OddName(random, name);
@@ -51,7 +51,7 @@ Buffer ValueBuffer(std::string_view value) {
 void CallVariable(Random& random) {
   constexpr int kModes[] = {0x001, 0x001, 0x101, 0x101, 0x200, 0x200, 0x200, 0x400, 0x400,
                             0x201, 0x600, 0x401, 0x100, 0x300, 0x701, 0,     2,     -1};
-  const Named variable = PickVariable(random);
+  const NamedMaker variable = PickVariable(random);
   const Buffer name(CalledName(random, variable.name));
   const Buffer value = ValueBuffer(ValueOf(random, variable));
   Note("variable", {name.text(), value.get()});
@@ -82,7 +82,7 @@ void CallVariable(Random& random) {
   }
 }
 
-// The alarm that a deferred commit has set.
+// Runs the handler of the alarm, if a deferred commit has set one.
 void LetAlarmRing() {
   if (void (*const handler)(int) = std::exchange(Machine::Get().handler, nullptr)) {
     handler(SIGALRM);
@@ -99,7 +99,7 @@ void RunVariables(Random& random) {
     for (RssWlan& wlan : rssXmlData.wlan) {
       wlan.wlAcRuleNo = random.Between(0, 44);
     }
-    Accept();
+    AcceptChanges();
   }
   for (int i = random.Between(1, 12); i > 0; --i) {
     CallVariable(random);
@@ -115,8 +115,8 @@ std::string Batch(Random& random, char separator) {
   constexpr const char* kSeparators[] = {"\n", "\r\n", "&", ";", "  ", "\t", ""};
   std::string text = random.OneIn(6) ? CharactersOf(random, " \t\r\n&", random.Below(5)) : "";
   for (int i = random.OneIn(12) ? random.Between(10, 60) : random.Below(6); i > 0; --i) {
-    Named variable = random.Chance(92) ? PickSettable(random) : PickVariable(random);
-    // Not one batch inside another.
+    NamedMaker variable = random.Chance(92) ? PickSettable(random) : PickVariable(random);
+    // No batch inside a batch.
     if (variable.make == nullptr) {
       variable = {"rss_DeviceName", Name};
     }
@@ -154,12 +154,12 @@ void RunBatch(Random& random) {
   }
 }
 
-// "name=value" in a text of its own length.
+// "name=value" in a buffer without room behind it.
 void RunValidateInPlace(Random& random) {
   init_RssVar();
   Answer("init_RssVar", {});
   for (int i = random.Between(1, 6); i > 0; --i) {
-    const Named variable = PickVariable(random);
+    const NamedMaker variable = PickVariable(random);
     std::string pair = variable.name + (random.OneIn(15) ? "" : "=") + ValueOf(random, variable);
     if (random.OneIn(5)) {
       pair.insert(0, Letters(random, random.Between(29, 33)) + "=");
