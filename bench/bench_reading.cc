@@ -124,8 +124,8 @@ std::string DocumentOfSize(std::size_t size) {
   return document;
 }
 
-// Reads both leaves of every rule of a document, however many rules there are. Returns the number of
-// rules with an address.
+// Reads both leaves of every rule of a document, however many rules there are. Returns the number
+// of rules with an address.
 int ReadAllRules(const Toolkit& toolkit, const std::string& document) {
   char* const text = const_cast<char*>(document.data());
   int count = 0;

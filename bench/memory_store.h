@@ -1,6 +1,6 @@
 // The host of the benchmarks: a configuration store in memory, and a `system` that the benchmarks
-// control. An exchange is compared with its store calls, so the store keeps its nodes on the heap, as
-// a router's does. That of testing/ takes no heap, and its calls cost a third less.
+// control. An exchange is compared with its store calls, so the store keeps its nodes on the heap,
+// as a router's does. That of testing/ takes no heap, and its calls cost a third less.
 #ifndef KIO_BENCH_MEMORY_STORE_H
 #define KIO_BENCH_MEMORY_STORE_H
 

@@ -34,8 +34,8 @@ class ToolkitReader {
   Node NextRule(const Node& parent, const Node& rule) { return Rule(parent, rule.text); }
 
  private:
-  // The next rule from `from` on. A rule's content stands behind its tag, so a search that begins at
-  // the content finds the rule after it.
+  // The next rule from `from` on. A rule's content stands behind its tag, so a search that begins
+  // at the content finds the rule after it.
   Node Rule(const Node& parent, char* from) {
     const int left = parent.length - static_cast<int>(from - parent.text);
     Node node;

@@ -1,5 +1,5 @@
-// A login and what follows. The input is a line with the uptime, a line with the client's address, and
-// the request. "@0" to "@9" in the request stand for the keys of ten slots; "@4" is that of the
+// A login and what follows. The input is a line with the uptime, a line with the client's address,
+// and the request. "@0" to "@9" in the request stand for the keys of ten slots; "@4" is that of the
 // present slot. The result is compared with that of a plain model.
 #include <cstdio>
 #include <cstring>

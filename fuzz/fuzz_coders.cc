@@ -10,8 +10,8 @@ namespace {
 
 using Coder = char* (*)(char* dst, const char* src, int n);
 
-// Ends the program when a coder writes further than its limit allows: the guard stands `beyond` bytes
-// behind that.
+// Ends the program when a coder writes further than its limit allows: the guard stands `beyond`
+// bytes behind that.
 void RunCoder(Coder coder, const char* source, int limit, int beyond) {
   const auto room = static_cast<std::size_t>(std::max(limit, 1) + beyond);
   const kio::fuzz::GuardedBuffer dst(room);

@@ -1,6 +1,6 @@
 // A whole exchange. The input is a line with the mode, and the settings document. The mode is "1.0"
-// for a device of the older dialect, "clone" for the settings of another access point, anything else
-// for neither.
+// for a device of the older dialect, "clone" for the settings of another access point, anything
+// else for neither.
 #include "device.h"
 #include "input.h"
 #include "kioapp/kioapp.h"

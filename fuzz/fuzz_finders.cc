@@ -1,5 +1,5 @@
-// The finders: they stay inside the text, leave it as it was and find what a plain search finds. The
-// input is a line with the key, a line with the length, and the text.
+// The finders: they stay inside the text, leave it as it was and find what a plain search finds.
+// The input is a line with the key, a line with the length, and the text.
 #include <cstring>
 
 #include "input.h"

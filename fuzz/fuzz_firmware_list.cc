@@ -1,5 +1,5 @@
-// A firmware list, compared with a plain model. The input is a line with the router's MAC, a line with
-// the file name of its firmware, and the list.
+// A firmware list, compared with a plain model. The input is a line with the router's MAC, a line
+// with the file name of its firmware, and the list.
 #include "device.h"
 #include "input.h"
 #include "kioapp/kioapp.h"

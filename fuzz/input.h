@@ -11,8 +11,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
 namespace kio::fuzz {
 
-// A writable text. Its terminator is the last byte before a page that cannot be accessed, so that an
-// access beyond it is noticed without a sanitizer too.
+// A writable text. Its terminator is the last byte before a page that cannot be accessed, so that
+// an access beyond it is noticed without a sanitizer too.
 class GuardedText {
  public:
   explicit GuardedText(const std::string& text);
@@ -38,8 +38,8 @@ class GuardedBuffer {
   GuardedText text_;
 };
 
-// Takes lines and numbers from the front of an input. Once it is used up, lines are empty and numbers
-// 0.
+// Takes lines and numbers from the front of an input. Once it is used up, lines are empty and
+// numbers 0.
 class Input {
  public:
   Input(const std::uint8_t* data, std::size_t size)

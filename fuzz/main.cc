@@ -2,8 +2,8 @@
 //
 //     TARGET [--mutations=N] FILE_OR_DIRECTORY...
 //
-// Runs each file as it is, then N mutations of them. These are drawn from a fixed seed and so are the
-// same in every run.
+// Runs each file as it is, then N mutations of them. These are drawn from a fixed seed and so are
+// the same in every run.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -46,8 +46,8 @@ void RunInput(const std::string& input) {
   LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), input.size());
 }
 
-// One change: a byte set or inserted, a stretch removed, repeated or taken from another input, or the
-// end cut off.
+// One change: a byte set or inserted, a stretch removed, repeated or taken from another input, or
+// the end cut off.
 void Mutate(std::string& input, const std::string& other, Random& random) {
   const std::size_t position = Draw(random, input.size() + 1);
   const std::size_t length = Draw(random, 1U << Draw(random, 7));

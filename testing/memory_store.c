@@ -34,8 +34,8 @@ static struct Node *g_free = NULL;
 static struct Node *g_buckets[kBuckets];
 static int g_writes = 0;
 
-/* The path of a store call, and the one that the program itself asks for. They are static because the
- * stack is measured. */
+/* The path of a store call, and the one that the program itself asks for. They are static because
+ * the stack is measured. */
 static struct Path g_called;
 static struct Path g_asked;
 

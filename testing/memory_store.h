@@ -1,7 +1,7 @@
 /* A host's configuration store in memory: the five functions of kioapp/store.h, for the tests, the
  * benchmarks, the fuzz targets and the comparison of two libraries. It is written in C and takes no
- * heap and no large buffer on the stack: it also runs where there is no C++ run time, and where heap
- * and stack are measured. */
+ * heap and no large buffer on the stack: it also runs where there is no C++ run time, and where
+ * heap and stack are measured. */
 #ifndef KIO_TESTING_MEMORY_STORE_H
 #define KIO_TESTING_MEMORY_STORE_H
 
@@ -9,8 +9,8 @@
 extern "C" {
 #endif
 
-/* Bytes of a path and of a text, their terminators included. The library offers a host 4096 bytes for
- * a text. Longer ones are cut. */
+/* Bytes of a path and of a text, their terminators included. The library offers a host 4096 bytes
+ * for a text. Longer ones are cut. */
 enum { kStorePathSize = 1024, kStoreTextSize = 4096 };
 
 /* Empties the store. */
@@ -24,8 +24,8 @@ void StoreDeviceInUse(void);
 void SetNode(const char *path, const char *text);
 void DeleteNode(const char *path); /* with what is below it */
 
-/* The text of a node; null when it is absent. It is good until the store changes. The text of a path
- * that ends in '#' is the number of instances, unless a node has that very path. */
+/* The text of a node; null when it is absent. It is good until the store changes. The text of a
+ * path that ends in '#' is the number of instances, unless a node has that very path. */
 const char *NodeText(const char *path);
 
 /* Calls `visit` for each node, in no order, with its path in lower case. */

@@ -1,5 +1,5 @@
-// Tags are formatted by snprintf and compared at every byte. A terminator is written at the end of the
-// block for the time of the search.
+// Tags are formatted by snprintf and compared at every byte. A terminator is written at the end of
+// the block for the time of the search.
 #include "testing/plain_toolkit.h"
 
 #include <strings.h>

@@ -1,5 +1,5 @@
-// A plain model of the searches of kioapp/xml.h. What the library finds is compared with it, and how
-// fast.
+// A plain model of the searches of kioapp/xml.h. What the library finds is compared with it, and
+// how fast.
 #ifndef KIO_TESTING_PLAIN_TOOLKIT_H
 #define KIO_TESTING_PLAIN_TOOLKIT_H
 

@@ -9,8 +9,8 @@
 /* NOLINTNEXTLINE(cppcoreguidelines-macro-usage) */
 #define KIO_TEMPORARY_NAME "/k.XXXXXX"
 
-/* $TMPDIR, which ./test sets to a directory that it removes. It is /tmp when that is no short absolute
- * path: the library's commands hold the path and are cut at 127 characters. */
+/* $TMPDIR, which ./test sets to a directory that it removes. It is /tmp when that is no short
+ * absolute path: the library's commands hold the path and are cut at 127 characters. */
 static inline const char *TemporaryRoot(void) {
   const char *const root = getenv("TMPDIR");
   return root != NULL && root[0] == '/' && strlen(root) < sizeof("/tmp/k.XXXX") ? root : "/tmp";

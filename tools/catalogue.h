@@ -8,8 +8,8 @@
 
 namespace kio::tools {
 
-// A variable. Those of an access rule or a site are listed once, with "??" for the two digits of the
-// index.
+// A variable. Those of an access rule or a site are listed once, with "??" for the two digits of
+// the index.
 struct CatalogueEntry {
   enum class Kind { kText, kInteger, kKeyword };
 

@@ -26,7 +26,7 @@ std::string RuleNode(const Field& field, const SectionInstance& instance) {
       if (row.load == Load::kRule && row.member.offset == field.rule.offset &&
           (table.section == SectionId::kRadio) == IsOfRadio(instance.section)) {
         return WithPlaceholders(NodePrefix({.section = table.section, .radio = instance.radio}) +
-                      Text(row.node));
+                                Text(row.node));
       }
     }
   }

@@ -1,5 +1,5 @@
-// What each row of the library's tables means to a host or an app, in words. A test checks that each
-// row has a meaning, and each meaning a row (tests/tools/meanings_test.cc).
+// What each row of the library's tables means to a host or an app, in words. A test checks that
+// each row has a meaning, and each meaning a row (tests/tools/meanings_test.cc).
 #ifndef TOOLS_MEANINGS_H
 #define TOOLS_MEANINGS_H
 

@@ -1,5 +1,5 @@
-// Calls into libc that a measurement counts or leaves out: functions of this program replace those of
-// libc, for the library too.
+// Calls into libc that a measurement counts or leaves out: functions of this program replace those
+// of libc, for the library too.
 #ifndef KIO_TESTS_BUDGET_LIBC_CALLS_H
 #define KIO_TESTS_BUDGET_LIBC_CALLS_H
 

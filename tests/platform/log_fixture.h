@@ -13,9 +13,9 @@
 
 namespace kio::test {
 
-// The library chooses the log file once in a process, so each test of the log logs in a new process.
-// An emulated program cannot start itself again: there the process is a fork, and each test is run
-// in a program of its own.
+// The library chooses the log file once in a process, so each test of the log logs in a new
+// process. An emulated program cannot start itself again: there the process is a fork, and each
+// test is run in a program of its own.
 class LogTest : public SandboxTest {
  protected:
   LogTest() { GTEST_FLAG_SET(death_test_style, KIO_TEST_EMULATED ? "fast" : "threadsafe"); }

@@ -72,8 +72,8 @@ class FakeHost {
   std::vector<std::string> commands_;
 };
 
-// A temporary directory. Its destructor removes it with its contents, or else the exit of the process
-// that made it. A forked copy of that process never removes it.
+// A temporary directory. Its destructor removes it with its contents, or else the exit of the
+// process that made it. A forked copy of that process never removes it.
 class TemporaryDirectory {
  public:
   TemporaryDirectory();

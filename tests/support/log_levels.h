@@ -14,7 +14,8 @@ inline constexpr int kEventLevel = 5;
 inline constexpr int kActionLevel = 6;
 inline constexpr int kDetailLevel = 7;
 
-// Before some messages the library logs the uptime by a call of its own, here behind the line's prefix.
+// Before some messages the library logs the uptime by a call of its own, here behind the line's
+// prefix.
 inline constexpr const char* kTimeBefore = "1000: 1000:";
 
 // One message.

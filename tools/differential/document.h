@@ -16,12 +16,12 @@ struct Element {
   std::string markup;  // when not empty, written instead of the element
 };
 
-// A document for the device in the store, mostly of the device's version. Many values are those of the
-// device. Then it is spoilt `faults` times.
+// A document for the device in the store, mostly of the device's version. Many values are those of
+// the device. Then it is spoilt `faults` times.
 Element MakeDocument(Random& random, int faults);
 
-// Spoils the document once: an element becomes missing, double, empty, unclosed, of a bad value, and so
-// on.
+// Spoils the document once: an element becomes missing, double, empty, unclosed, of a bad value,
+// and so on.
 void Spoil(Random& random, Element& root);
 
 // The text, with blanks between the elements or without.

@@ -216,7 +216,8 @@ void RunImage(Random& random) {
   if (random.OneIn(8)) {
     // The file is cut after the library has asked for its size.
     file.reported_size = file.content.size();
-    file.content.resize(static_cast<std::size_t>(random.Below(static_cast<int>(*file.reported_size))));
+    file.content.resize(
+        static_cast<std::size_t>(random.Below(static_cast<int>(*file.reported_size))));
   } else if (random.OneIn(10)) {
     file.reported_size = random.OneIn(2) ? 0 : 40000000;
   }

@@ -1,5 +1,6 @@
-// The machine of the scenarios: all that libc gives the library and that depends on the machine. Files,
-// the clock, commands, the network and memory are made up, and nothing of the real machine is used.
+// The machine of the scenarios: all that libc gives the library and that depends on the machine.
+// Files, the clock, commands, the network and memory are made up, and nothing of the real machine
+// is used.
 #ifndef KIO_DIFFERENTIAL_MACHINE_H
 #define KIO_DIFFERENTIAL_MACHINE_H
 
@@ -41,8 +42,8 @@ struct Machine {
   bool nothing_is_written = false;
   // The next file that is opened gets the descriptor 0.
   bool gives_descriptor_0 = false;
-  // When it is N and not 0: every Nth call is interrupted, and reads and writes move fewer bytes than
-  // they are asked for.
+  // When it is N and not 0: every Nth call is interrupted, and reads and writes move fewer bytes
+  // than they are asked for.
   int interruption = 0;
 
   // The status of every command.
@@ -60,8 +61,8 @@ struct Machine {
   // The handler of the last call of `signal`.
   void (*handler)(int) = nullptr;
 
-  // Clients that the library may free. The event of a freed client has its password, which must have
-  // been cleared.
+  // Clients that the library may free. The event of a freed client has its password, which must
+  // have been cleared.
   std::vector<const ClientAuthInfo*> clients;
 };
 

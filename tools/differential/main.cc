@@ -1,5 +1,5 @@
-// kio_differential: runs scenarios over the library that the loader has loaded and prints what it did
-// in each of them.
+// kio_differential: runs scenarios over the library that the loader has loaded and prints what it
+// did in each of them.
 #include <link.h>
 
 #include <cerrno>

@@ -12,9 +12,9 @@ namespace kio::differential {
 // The store that the library's calls reach.
 class Store {
  public:
-  // From here on each call becomes an event. A read of an absent node leaves the caller's buffer as it
-  // is, or empties it. `result` is what the functions but xget_int return; the library must not depend
-  // on it.
+  // From here on each call becomes an event. A read of an absent node leaves the caller's buffer as
+  // it is, or empties it. `result` is what the functions but xget_int return; the library must not
+  // depend on it.
   static void Begin(bool absent_leaves_buffer, int result);
 
   static void Clear();

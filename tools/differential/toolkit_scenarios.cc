@@ -91,7 +91,9 @@ void RunFinders(Random& random) {
   const Asked asked = Ask(random);
   const Buffer text(asked.text);
   const Buffer key(asked.key);
-  const auto place = [&text](const char* found) { return OffsetIn(found, text.get(), text.size()); };
+  const auto place = [&text](const char* found) {
+    return OffsetIn(found, text.get(), text.size());
+  };
   int length = -7;
   int* const out = random.OneIn(8) ? nullptr : &length;
   const long contain = place(FindXmlKeyContain(text.get(), asked.length, key.get(), out));
@@ -156,9 +158,9 @@ void RunReaders(Random& random) {
   Answer("GetXmlKeyIntValue", {has_again, number});
   const Buffer out_path(std::size_t{128});
   int length = -7;
-  const long place =
-      OffsetIn(prepareXmlBlockData(path, text.get(), asked.length, key.get(), out_path.get(), &length),
-            text.get(), text.size());
+  const long place = OffsetIn(
+      prepareXmlBlockData(path, text.get(), asked.length, key.get(), out_path.get(), &length),
+      text.get(), text.size());
   Answer("prepareXmlBlockData", {place, length, out_path.bytes()});
   if (random.OneIn(30)) {
     const bool is_null = prepareXmlBlockData(path, text.get(), asked.length, nullptr,

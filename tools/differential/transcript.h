@@ -36,7 +36,7 @@ using Parts = std::initializer_list<Part>;
 
 class Transcript {
  public:
-  // Begins a scenario. With `keep_text` it keeps the events as text; the digest of them it always has.
+  // Begins a scenario. There is always a digest of the events; `keep_text` keeps their text too.
   void Begin(bool keep_text);
 
   // Something that the library did. It is part of the comparison.
