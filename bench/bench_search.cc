@@ -17,8 +17,8 @@ struct Case {
 // Shorter texts have no limit.
 constexpr std::size_t kShortest = 1024;
 
-double g_worst = 0;
-double g_worst_run = 0;
+double g_worst_in_document = 0;
+double g_worst_in_one_letter = 0;
 
 // The full document, cut or repeated to the size.
 std::string Haystack(std::size_t size) {
@@ -58,7 +58,7 @@ std::vector<Case> DocumentCases() {
   return cases;
 }
 
-std::vector<Case> RunCases() {
+std::vector<Case> OneLetterCases() {
   const std::string text(std::size_t{64} * 1024, 'a');
   std::vector<Case> cases;
   cases.push_back({"absent letter in a run", text, "b"});
@@ -113,16 +113,17 @@ void AddWorst(benchmark::State& state) {
   for (auto round : state) {
     static_cast<void>(round);
   }
-  AddFigure({"strstri: worst needle in a document", g_worst, "x strcasestr", Bound::kAtMost, 0.6});
-  AddFigure({"strstri: worst needle in 64 KiB of one letter", g_worst_run, "x strcasestr",
+  AddFigure({"strstri: worst needle in a document", g_worst_in_document, "x strcasestr",
+             Bound::kAtMost, 0.6});
+  AddFigure({"strstri: worst needle in 64 KiB of one letter", g_worst_in_one_letter, "x strcasestr",
              Bound::kAtMost, 1.0});
 }
 
 }  // namespace
 
 void RegisterSearch() {
-  Register(DocumentCases(), 0.6, &g_worst);
-  Register(RunCases(), 1.0, &g_worst_run);
+  Register(DocumentCases(), 0.6, &g_worst_in_document);
+  Register(OneLetterCases(), 1.0, &g_worst_in_one_letter);
   benchmark::RegisterBenchmark("strstri/worst", AddWorst)->Iterations(1);
 }
 

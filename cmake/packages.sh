@@ -135,7 +135,7 @@ if [[ $(id -u) -ne 0 ]]; then
 fi
 apt_get=("${as_root[@]}" apt-get -qq -o DPkg::Lock::Timeout=120 -o Dpkg::Use-Pty=0)
 
-# show_apt: tells the progress from the status lines of apt-get and drops the rest.
+# show_apt: shows the progress from the status lines of apt-get and drops the rest.
 show_apt() {
   local kind item percent what stage=
   while IFS=: read -r kind item percent what; do

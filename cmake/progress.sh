@@ -41,7 +41,7 @@ built_elsewhere() {
   advise 'Remove build/ and begin again. Type:' "rm -rf build && $2"
 }
 
-# show_build LOG: tells the progress of the build whose output comes in, and keeps all of it.
+# show_build LOG: shows the progress of the build whose output comes in, and adds all of it to LOG.
 show_build() {
   local line step='^\[([0-9]+)/([0-9]+)\] (.*)$'
   while IFS= read -r line; do

@@ -48,8 +48,8 @@ end_test() {
   fi
 }
 
-# show_tests LOG: tells the progress of the ctest whose output comes in, and keeps all of it. Leaves
-# the counts in tests_done and the names in tests_failed.
+# show_tests LOG: shows the progress of the ctest whose output comes in, and adds all of it to LOG.
+# Leaves the count in tests_done and the names in tests_failed.
 show_tests() {
   local line name verdict hundredths failed=
   local result='^ *[0-9]+/[0-9]+ +Test +#[0-9]+: ([^ ]+) \.*(.*) ([0-9]+)\.([0-9][0-9]) sec *$'

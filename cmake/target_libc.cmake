@@ -1,5 +1,5 @@
-# Fails unless the compiler that a target's preset is pointed at has the C library of the preset. Its
-# headers tell: no program can be linked when the compilers are checked.
+# Fails unless the compiler of a target's preset has the headers of the preset's C library. Only the
+# headers are checked: no program can be linked yet.
 include(CheckCSourceCompiles)
 
 if(KIO_TARGET_LIBC STREQUAL uclibc)

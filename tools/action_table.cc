@@ -6,7 +6,7 @@
 namespace kio::tools {
 namespace {
 
-// What the library's code cannot tell of an action.
+// What the library's code does not say about an action.
 struct Description {
   unsigned int bit;
   const char* name;

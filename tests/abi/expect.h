@@ -1,4 +1,4 @@
-/* Checks for the test programs in C: a failed one is told and counted, and the program goes on. */
+/* Checks for the test programs in C. A failed one is printed and counted; the program goes on. */
 #ifndef KIO_TESTS_ABI_EXPECT_H
 #define KIO_TESTS_ABI_EXPECT_H
 
@@ -11,8 +11,8 @@ void ExpectInt(const char *file, int line, const char *what, long actual, long e
 void ExpectText(const char *file, int line, const char *what, const char *actual,
                 const char *expected);
 
-/* Tells how many checks ran and failed; the exit status of the program: 0 when some ran and all
- * held. */
+/* Prints how many checks ran and failed. Returns the exit status of the program: 0 when some ran
+ * and all held. */
 int ExpectStatus(void);
 
 #endif

@@ -1,4 +1,4 @@
-/* What the host of namesake_host.c calls by the names of the library's data. */
+/* The data of the host in namesake_host.c that have the names of the library's data. */
 #ifndef KIO_TESTS_ABI_NAMESAKES_H
 #define KIO_TESTS_ABI_NAMESAKES_H
 

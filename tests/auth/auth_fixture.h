@@ -19,7 +19,7 @@ namespace kio::test {
 // What functions of the C library give to the list of clients in these tests.
 struct Sandbox {
   bool calloc_fails = false;
-  // What `time` tells and `rand` gives.
+  // The results of `time` and `rand`.
   std::time_t time = 1'000'000'000;
   int random = 0x0012ABCD;
   // Seeds given to `srand`, in order.

@@ -1,5 +1,4 @@
-// A firmware server on the loopback address: the demo's, with a list, release notes and
-// an image.
+// The demo's firmware server on the loopback address, with a list, release notes and an image.
 #ifndef TESTS_E2E_FIRMWARE_SERVER_H
 #define TESTS_E2E_FIRMWARE_SERVER_H
 

@@ -31,8 +31,8 @@ class HostClock {
   // Waits until the host has nothing left to do before its clock goes on. Returns false when there
   // is no end to it within some seconds.
   bool Settle() {
-    constexpr int kBegunBefore =
-        1;  // a wait that may have ended before the test has sent something
+    // A wait that began before the test sent something may end after it.
+    constexpr int kBegunBefore = 1;
     const int before = state_->idle_waits;
     return WaitFor([this, before] { return state_->idle_waits - before > kBegunBefore; });
   }

@@ -54,7 +54,7 @@ class FakeHost {
   int system_status = 0;
   // When set, called for each command before it is run.
   std::function<void(const std::string&)> on_command;
-  // The uptime that `sysinfo` tells, in seconds; negative for the machine's own.
+  // The uptime that `sysinfo` gives, in seconds; negative for the machine's own.
   long uptime = 1000;
   // When set, every xget_str writes this text, whatever the path.
   std::optional<std::string> text_for_every_node;

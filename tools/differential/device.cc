@@ -132,9 +132,10 @@ constexpr Node kSiteNodes[] = {{"/wirelesstype", RadioWord},
                                {"/wirelessstrength", SmallNumber}};
 
 template <std::size_t N>
-void SetNodes(Random& random, const std::string& stem, const Node (&nodes)[N], int strange) {
+void SetNodes(Random& random, const std::string& stem, const Node (&nodes)[N],
+              int odd_per_thousand) {
   for (const Node& node : nodes) {
-    if (random.Below(1000) >= strange) {
+    if (random.Below(1000) >= odd_per_thousand) {
       Store::Set(stem + std::string(node.path), node.make(random));
     } else if (random.Chance(60)) {
       Store::Set(stem + std::string(node.path), random.OneIn(2) ? Number(random) : Odd(random));
@@ -161,11 +162,11 @@ int RuleCount(Random& random) {
   }
 }
 
-void MakeRules(Random& random, const std::string& radio, int strange) {
+void MakeRules(Random& random, const std::string& radio, int odd_per_thousand) {
   const std::string access = radio + "/accesscontrol";
   const int count = RuleCount(random);
   for (int i = 1; i <= count; ++i) {
-    SetNodes(random, access + "/acrule:" + std::to_string(i), kRuleNodes, strange);
+    SetNodes(random, access + "/acrule:" + std::to_string(i), kRuleNodes, odd_per_thousand);
   }
   if (random.OneIn(3)) {
     Store::Set(radio + "/configurable/acrule#", std::to_string(random.Between(-1, 44)));
@@ -177,15 +178,15 @@ void MakeRules(Random& random, const std::string& radio, int strange) {
 
 }  // namespace
 
-void MakeDevice(Random& random, int strange) {
+void MakeDevice(Random& random, int odd_per_thousand) {
   Store::Clear();
-  SetNodes(random, "", kNodes, strange);
+  SetNodes(random, "", kNodes, odd_per_thousand);
   for (const char* const radio : kRadios) {
     // Devices with one radio, or none.
     if (random.OneIn(10)) {
       continue;
     }
-    SetNodes(random, radio, kRadioNodes, strange);
+    SetNodes(random, radio, kRadioNodes, odd_per_thousand);
     // Most radios hold valid settings, so that a document that repeats them is accepted.
     if (random.Chance(90)) {
       const Encryption& encryption = GoodEncryption(random);
@@ -202,7 +203,7 @@ void MakeDevice(Random& random, int strange) {
       Store::Set(std::string(radio) + "/wirelessname_validate", "0,32,1");
       Store::Set(std::string(radio) + "/encryptionkey_validate", "0,64,0");
     }
-    MakeRules(random, radio, strange);
+    MakeRules(random, radio, odd_per_thousand);
   }
   if (random.Chance(90)) {
     Store::Set("/sys/friendlyname_validate", "0,32,1");
@@ -220,7 +221,7 @@ void MakeDevice(Random& random, int strange) {
     }
   }
   for (int i = random.Below(5); i > 0; --i) {
-    SetNodes(random, "/wirelesssitesurvey/site:" + std::to_string(i), kSiteNodes, strange);
+    SetNodes(random, "/wirelesssitesurvey/site:" + std::to_string(i), kSiteNodes, odd_per_thousand);
   }
 }
 

@@ -8,8 +8,8 @@
 
 namespace kio::differential {
 
-// Fills the store with a device. `strange` of a thousand nodes are absent or hold anything.
-void MakeDevice(Random& random, int strange);
+// Fills the store with a device. So many of a thousand nodes are absent or hold anything.
+void MakeDevice(Random& random, int odd_per_thousand);
 
 // Changes some nodes of the device in the store.
 void ChangeDevice(Random& random);

@@ -103,9 +103,9 @@ void PrepareLibrary(Random& random, bool begins) {
 }
 
 void PrepareStore(Random& random, bool begins) {
-  constexpr int kStrange[] = {0, 0, 0, 0, 0, 5, 5, 20, 100, 400};
+  constexpr int kOddPerThousand[] = {0, 0, 0, 0, 0, 5, 5, 20, 100, 400};
   if (begins || random.Chance(75)) {
-    MakeDevice(random, random.Of(kStrange));
+    MakeDevice(random, random.Of(kOddPerThousand));
   } else {
     ChangeDevice(random);
   }
