@@ -41,6 +41,7 @@ TEST(DueActionsTest, AKillAtAnyMomentIsMadeUpForAtTheNextStart) {
   HostSteps steps(&host);
   ASSERT_TRUE(host.Start());
   EXPECT_EQ(Post(host.port(), "/settings", Numbered(kMostSteps)).status, 200);
+  ASSERT_TRUE(host.WaitForOutput("action CfgSaveToFlash"));
   EXPECT_EQ(host.End(SIGTERM), 0);
   ExpectInForce(host);
   int made_up = 0;
