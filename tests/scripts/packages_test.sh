@@ -50,6 +50,10 @@ expect 'exit code with all of them' 0 "$code"
 expect 'with all of them' '' "$(cat "$work/said" "$ASKED")"
 run cmake/packages.sh test
 expect_in 'the packages of the tests' ' install -y --no-install-recommends binutils busybox ' "$ASKED"
+run cmake/packages.sh docs
+expect_in 'the packages of the pages' ' install -y --no-install-recommends doxygen scdoc' "$ASKED"
+run cmake/packages.sh packaging
+expect_in 'the packages that make packages' ' doxygen scdoc abigail-tools debhelper ' "$ASKED"
 
 sed -i '/^wget$/d' "$HAVE"
 by_hand='    apt-get update && apt-get install --no-install-recommends wget'
