@@ -1,7 +1,7 @@
 /* What the library holds: 1 where it is there, 0 where the build left it out. The headers declare
  * nothing of what is not there, and those of a part that is not there are not installed.
  *
- * An installed copy of this file tells what the library beside it was built with. */
+ * An installed copy of this file tells what the library beside it holds. */
 #ifndef KIOAPP_FEATURES_H
 #define KIOAPP_FEATURES_H
 

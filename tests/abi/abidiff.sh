@@ -76,7 +76,7 @@ if ! diff <(objects "$work/data.so") <(objects "$library") >&2; then
   exit 1
 fi
 
-# describe LIBRARY FILE: the names of a library with their types; nothing of where it was built.
+# describe LIBRARY FILE: the names of a library with their types; nothing of its build folder.
 describe() {
   abidw --exported-interfaces-only --drop-undefined-syms --no-corpus-path --no-comp-dir-path \
     --no-elf-needed --no-show-locs --no-architecture --type-id-style hash --out-file "$2" "$1"
@@ -97,7 +97,8 @@ compare() { abidiff --harmless --no-added-syms "$2" "$work/$1.abi" > "$work/repo
 for what in functions data; do
   compare $what "$records/$what.abi" || {
     cat "$work/report" >&2
-    echo "The binary interface is not that of $records/$what.abi; docs/abi.md tells what may change." >&2
+    echo "The binary interface is not that of $records/$what.abi." >&2
+    echo "docs/binary-interface.md tells what may change." >&2
     exit 1
   }
 done
