@@ -3,6 +3,8 @@
 // The rows of each section are walked. What no row describes, paths and the bookkeeping of an
 // exchange, is written by code of its own between them.
 
+#include <algorithm>
+
 #include "kioapp/settings.h"
 #include "platform/exported_data.h"
 #include "platform/log.h"
@@ -174,6 +176,9 @@ constexpr Flag kFlags[] = {
     {KIO_MEMBER(RssXmlData, scriptPath), "scriptPath"},
     {KIO_MEMBER(RssXmlData, saveflag), "saveflag"},
 };
+static_assert(std::ranges::all_of(kFlags, [](const Flag& flag) {
+  return flag.member.type == Member::Type::kText || flag.member.type == Member::Type::kByte;
+}));
 
 void DumpFlags() {
   for (const Flag& flag : kFlags) {
