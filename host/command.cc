@@ -4,7 +4,7 @@
 // pending when the command begins, would be lost, and it waits for as long as the command takes. It
 // hands the host's blocked and ignored signals on to the command. And it leaves the command in the
 // host's process group, where Ctrl-C would end a resync script, or the writing of a result
-// document, half-way.
+// document, half-way. Nor does it spare the shell where none is needed.
 #include "command.h"
 
 #include <spawn.h>
@@ -21,6 +21,7 @@
 #include <optional>
 #include <utility>
 
+#include "echo_command.h"
 #include "signals.h"
 
 namespace kiohost {
@@ -129,14 +130,10 @@ class Ending {
 class Children {
  public:
   int Run(const char* command) {
-    // Processes that commands leave in the background become children of the host, and not of a
-    // process that may never wait for them.
-    prctl(PR_SET_CHILD_SUBREAPER, 1);
     CommandResult result;
     result.command = command;
-    const pid_t shell = StartShell(command);
-    if (shell > 0) {
-      AwaitEnd(shell, &result);
+    if (!RunWithoutShell(command, &result.status)) {
+      RunByShell(command, &result);
     }
     results_.push_back(result);
     if (results_.size() > kMostResults) {
@@ -144,6 +141,8 @@ class Children {
     }
     return result.status;
   }
+
+  void set_always_shell(bool always) { always_shell_ = always; }
 
   std::vector<CommandResult> TakeResults() {
     std::vector<CommandResult> taken(results_.begin(), results_.end());
@@ -186,6 +185,24 @@ class Children {
  private:
   static constexpr size_t kMostResults = 32;
 
+  // Writes a line of a document. Returns false when a shell has to run the command.
+  bool RunWithoutShell(const char* command, int* status) const {
+    const std::optional<EchoCommand> echo = always_shell_ ? std::nullopt : ReadEchoCommand(command);
+    const std::optional<int> done = echo ? RunEchoCommand(*echo) : std::nullopt;
+    *status = done.value_or(*status);
+    return done.has_value();
+  }
+
+  void RunByShell(const char* command, CommandResult* result) {
+    // Processes that commands leave in the background become children of the host, and not of a
+    // process that may never wait for them.
+    prctl(PR_SET_CHILD_SUBREAPER, 1);
+    const pid_t shell = StartShell(command);
+    if (shell > 0) {
+      AwaitEnd(shell, result);
+    }
+  }
+
   void AwaitEnd(pid_t shell, CommandResult* result) {
     ChildWait wait;
     Ending ending(shell);
@@ -201,6 +218,7 @@ class Children {
     }
   }
 
+  bool always_shell_ = false;
   std::deque<CommandResult> results_;
   std::vector<pid_t> left_groups_;  // whose shells have ended
 };
@@ -238,6 +256,8 @@ std::string DescribeFailure(const CommandResult& result) {
                  : code == kNotExecutable ? " (not executable)"
                                           : "");
 }
+
+void AlwaysRunShell(bool always) { TheChildren().set_always_shell(always); }
 
 std::vector<CommandResult> TakeCommandResults() { return TheChildren().TakeResults(); }
 

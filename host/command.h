@@ -18,6 +18,10 @@ struct CommandResult {
 // "exit status 7" and the like, for a command that is not ok.
 std::string DescribeFailure(const CommandResult& result);
 
+// Whether a shell runs the commands that write documents, too. By default the host writes those
+// itself (echo_command.h).
+void AlwaysRunShell(bool always);
+
 // The results since the last call, the oldest first. Of many, the latest are kept.
 std::vector<CommandResult> TakeCommandResults();
 

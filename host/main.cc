@@ -208,6 +208,7 @@ Status Serve(const Options& options, Store* store) {
   }
   std::snprintf(daemon_log_header, sizeof daemon_log_header, "kiohost");
   daemon_log_level = options.log_level;
+  AlwaysRunShell(options.always_shell);
   BindStore(store);
   if (options.open) {
     PrintError(

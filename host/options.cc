@@ -35,6 +35,7 @@ change them over HTTP (docs/http.md).
   --name NAME        a further name by which browsers and apps reach the router (default router;
                      its addresses and localhost always count)
   --open             let everybody in without a login: for demonstrations only
+  --shell=always     have a shell write the library's documents, too, and not the host itself
   --core-dumps       leave core dumps, which hold the password, to look for a fault
   --log-level N      the library's log: 4 failures, 5 events, 6 actions with whole documents and
                      their passwords, 7 everything (default 5)
@@ -60,6 +61,7 @@ enum OptionId {
   kRealWaitsOption,
   kNameOption,
   kOpenOption,
+  kShellOption,
   kCoreDumpsOption,
   kLogLevelOption,
   kDumpOption,
@@ -81,6 +83,7 @@ constexpr option kOptions[] = {
     {"real-waits", no_argument, nullptr, kRealWaitsOption},
     {"name", required_argument, nullptr, kNameOption},
     {"open", no_argument, nullptr, kOpenOption},
+    {"shell", required_argument, nullptr, kShellOption},
     {"core-dumps", no_argument, nullptr, kCoreDumpsOption},
     {"log-level", required_argument, nullptr, kLogLevelOption},
     {"dump", optional_argument, nullptr, kDumpOption},
@@ -109,6 +112,13 @@ Status ParsePort(Options* options) {
   Status status = ParseNumber("--port", optarg, 0, kMaxPort, &port);
   options->port = port;
   return status;
+}
+
+Status ParseShell(Options* options) {
+  options->always_shell = std::string_view(optarg) == "always";
+  return options->always_shell
+             ? Status()
+             : UsageError(std::string("--shell takes always, not \"") + optarg + "\"");
 }
 
 Status ParseGet(Options* options) {
@@ -179,6 +189,8 @@ Status ParseOption(int id, const char* word, Options* options) {
     case kOpenOption:
       options->open = true;
       return {};
+    case kShellOption:
+      return ParseShell(options);
     case kCoreDumpsOption:
       options->core_dumps = true;
       return {};

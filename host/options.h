@@ -28,6 +28,7 @@ struct Options {
   bool real_waits = false;
   bool open = false;
   bool core_dumps = false;
+  bool always_shell = false;                    // for the library's documents, too
   std::vector<std::string> names = {"router"};  // the router's, in Host headers
 };
 

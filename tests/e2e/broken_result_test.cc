@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <ostream>
 #include <string>
+#include <vector>
 
 #include "documents.h"
 #include "host_process.h"
@@ -18,18 +20,27 @@ using ::testing::Not;
 
 constexpr int kCommands = 6;
 
-class BrokenResultTest : public ::testing::TestWithParam<const char*> {
+// How one of the commands goes wrong, and the host's options.
+struct Fault {
+  const char* name;
+  const char* how;
+  std::vector<std::string> options;
+};
+
+[[maybe_unused]] void PrintTo(const Fault& fault, std::ostream* stream) { *stream << fault.name; }
+
+class BrokenResultTest : public ::testing::TestWithParam<Fault> {
  protected:
   void SetUp() override {
     WriteFile(file_, "");
-    const Preload preload(KIO_FAKE_SPAWN, "KIO_TEST_SPAWN", file_);
-    ASSERT_TRUE(host_.Start());
+    const Preload preload(KIO_FAKE_COMMAND, "KIO_TEST_COMMAND", file_);
+    ASSERT_TRUE(host_.Start(GetParam().options));
     before_ = host_.Dump();
   }
 
   // Of the commands to come, this one goes wrong.
   void Break(int command) {
-    WriteFile(file_, std::to_string(command) + " " + GetParam());
+    WriteFile(file_, std::to_string(command) + " " + GetParam().how);
     command_ = command;
   }
 
@@ -44,7 +55,7 @@ class BrokenResultTest : public ::testing::TestWithParam<const char*> {
   std::string before_;
 
  private:
-  std::string file_ = host_.dir().File("spawn");
+  std::string file_ = host_.dir().File("command");
   int command_ = 0;
 };
 
@@ -103,11 +114,12 @@ TEST_P(BrokenResultTest, OfARefusedApplyIsNotServed) {
   EXPECT_EQ(Get(host_.port(), "/result").body, ResultDocument(3, "Device/RouterEnbl", 0));
 }
 
-INSTANTIATE_TEST_SUITE_P(Commands, BrokenResultTest, ::testing::Values("start", "write"),
-                         [](const ::testing::TestParamInfo<const char*>& test) {
-                           return std::string(test.param) == "start" ? "CannotBeStarted"
-                                                                     : "FindsNoRoom";
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    Commands, BrokenResultTest,
+    ::testing::Values(Fault{"ShellCannotBeStarted", "start", {"--shell=always"}},
+                      Fault{"ShellFindsNoRoom", "write", {"--shell=always"}},
+                      Fault{"HostFindsNoRoom", "line", {}}),
+    [](const ::testing::TestParamInfo<Fault>& test) { return std::string(test.param.name); });
 
 // A name that a client chose stands in the document as it is, whatever the shell would make of it.
 TEST(ResultMessageTest, AnyNameOfABatchIsToldAsItIs) {
@@ -131,6 +143,20 @@ TEST(ResultMessageTest, AnyNameOfABatchIsToldAsItIs) {
     EXPECT_EQ(Post(host.port(), "/vars", full + "=1").status, 404) << full;
     EXPECT_EQ(Get(host.port(), "/result").body, ResultDocument(2, full, 0)) << full;
   }
+}
+
+TEST(ResultMessageTest, NoShellWritesTheDocument) {
+  HostProcess host;
+  const std::string file = host.dir().File("command");
+  WriteFile(file, "");
+  const Preload preload(KIO_FAKE_COMMAND, "KIO_TEST_COMMAND", file);
+  ASSERT_TRUE(host.Start());
+  WriteFile(file, "1 start");
+  EXPECT_EQ(Post(host.port(), "/settings", FactoryDocument()).body, ResultDocument(0, "", 0));
+  EXPECT_EQ(Post(host.port(), "/vars", "rss_a\\tb'c=1").status, 404);
+  EXPECT_EQ(ReadFile(host.dir().File("rssset_result.xml")), ResultDocument(2, "rss_a\\tb'c", 0));
+  EXPECT_EQ(Post(host.port(), "/firmware/9", "").status, 200);
+  EXPECT_EQ(ReadFile(file), "1 start");
 }
 
 // A message that the commands do not hold is no document that an app could read.

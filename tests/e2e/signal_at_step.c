@@ -51,6 +51,7 @@ static void Wait(void) {
   }
 
 typedef ssize_t PositionedWrite(int, const void *, size_t, off64_t);
+typedef ssize_t Write(int, const void *, size_t);
 typedef int FileFunction(int);
 typedef int Unlink(const char *);
 typedef ssize_t Send(int, const void *, size_t, int);
@@ -64,6 +65,12 @@ ssize_t pwrite64(int fd, const void *data, size_t size, off64_t at) {
   REAL(pwrite64, PositionedWrite)
   Step();
   return real(fd, data, size, at);
+}
+
+ssize_t write(int fd, const void *data, size_t size) {
+  REAL(write, Write)
+  Step();
+  return real(fd, data, size);
 }
 
 int fsync(int fd) {

@@ -34,6 +34,7 @@ TEST(OptionsTest, HaveSafeDefaults) {
   EXPECT_FALSE(options.open);
   EXPECT_FALSE(options.shared_temp_dir);
   EXPECT_FALSE(options.core_dumps);
+  EXPECT_FALSE(options.always_shell);
   EXPECT_THAT(options.names, ElementsAre("router"));
 }
 
@@ -60,7 +61,8 @@ TEST(OptionsTest, AreAllUnderstood) {
                      "--name",
                      "kio.lan",
                      "--shared-temp-dir",
-                     "--core-dumps"},
+                     "--core-dumps",
+                     "--shell=always"},
                     &options)
                   .ok());
   EXPECT_EQ(options.store, "s.db");
@@ -76,6 +78,7 @@ TEST(OptionsTest, AreAllUnderstood) {
   EXPECT_TRUE(options.open);
   EXPECT_TRUE(options.shared_temp_dir);
   EXPECT_TRUE(options.core_dumps);
+  EXPECT_TRUE(options.always_shell);
   EXPECT_THAT(options.names, ElementsAre("router", "kio.lan"));
 }
 
@@ -92,9 +95,9 @@ TEST(OptionsTest, QueriesNameTheirNode) {
 
 TEST(OptionsTest, MistakesNameTheirOption) {
   const std::vector<std::vector<std::string>> mistakes = {
-      {"--port", "x"}, {"--port", "65536"},     {"--port", "-1"}, {"--port"},
-      {"--prot", "1"}, {"--log-level", "8"},    {"--get", "sys"}, {"--dump=sys/"},
-      {"--store", ""}, {"--factory-reset=yes"}, {"--port", "80 "}};
+      {"--port", "x"}, {"--port", "65536"},     {"--port", "-1"},  {"--port"},
+      {"--prot", "1"}, {"--log-level", "8"},    {"--get", "sys"},  {"--dump=sys/"},
+      {"--store", ""}, {"--factory-reset=yes"}, {"--port", "80 "}, {"--shell", "never"}};
   for (const std::vector<std::string>& words : mistakes) {
     Options options;
     const Status status = Parse(words, &options);
