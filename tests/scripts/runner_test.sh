@@ -104,6 +104,15 @@ expect_in 'what was left' ': bash -c sleep 60; true ' "$work/said"
 expect 'what was left, after it was told' ended \
   "$(state "$(sed -n 's/^process \([0-9]*\): bash -c sleep.*/\1/p' "$work/said")")"
 
+# So is what a test leaves on an emulated target.
+mkdir "$work/mips-glibc"
+suite mips-glibc <<< 'dirty touch $TMPDIR/left.over'
+run ./test --target=mips-glibc
+expect 'exit code with something left on a target' 1 "$code"
+expect 'the closing line with something left on a target' \
+  '50% tests passed, 1 tests failed out of 2' "$(closing)"
+expect_in 'what was left on a target' '/left.over' "$work/said"
+
 # Parts that fail without a test do not end in a line of success.
 suite dev <<< 'clean true'
 touch "$work/dev.broken"
