@@ -13,6 +13,7 @@
 #include <string.h>
 #include <sys/prctl.h>
 #include <sys/sysinfo.h>
+#include <time.h>
 
 #include "marks.h"
 #include "scenarios.h"
@@ -44,6 +45,15 @@ int sysinfo(struct sysinfo *info) {
   memset(info, 0, sizeof(*info));
   info->uptime = 123456;
   return 0;
+}
+
+/* The session's number is made from it, and its digits are counted. */
+time_t time(time_t *place) {
+  const time_t now = 1234567890;
+  if (place != NULL) {
+    *place = now;
+  }
+  return now;
 }
 
 static union {

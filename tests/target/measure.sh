@@ -6,6 +6,9 @@ set -euo pipefail
 tools=$1 library=$2 mips16_library=$3 program=$4 plugin=$5
 shift 5
 emulator=("$@")
+# The C library looks through the environment, and the temporary directory's path has a length: both are
+# part of the figures.
+alone=(env -i PATH=/usr/bin:/bin)
 
 stripped=$(mktemp)
 trap 'rm -f "$stripped" "$stripped.16"' EXIT
@@ -24,9 +27,9 @@ echo "settings_record $record"
   $1 ~ /^\.s?(data|bss)$/ { writable += $2 }
   END { print "other_static_buffers", writable - record }'
 
-"${emulator[@]}" "$program"
+"${alone[@]}" "${emulator[@]}" "$program"
 # "cost_NAME ALL SHARE"
-costs=$("${emulator[0]}" -plugin "$plugin" "${emulator[@]:1}" "$program" --costs)
+costs=$("${alone[@]}" "${emulator[0]}" -plugin "$plugin" "${emulator[@]:1}" "$program" --costs)
 if ! grep -Eq '^cost_' <<< "$costs" || grep -Evq '^cost_[a-z0-9_]+ [1-9][0-9]* [1-9][0-9]*$' <<< "$costs"; then
   echo "the instructions are not counted: $costs" >&2
   exit 1
