@@ -60,7 +60,7 @@ add_target() {
   local debian triple=${1%-*}-linux-gnu
   case $1 in
     mips-uclibc | mips-glibc) debian=mips ;;
-    mipsel-uclibc | mipsel-glibc) debian=mipsel ;;
+    mipsel-uclibc | mipsel-glibc | mipsel-musl) debian=mipsel ;;
     aarch64-musl) debian=arm64 ;;
     x86_64-musl)
       wanted+=(qemu-user)

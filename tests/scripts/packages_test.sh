@@ -55,6 +55,17 @@ expect_in 'the packages of the pages' ' install -y --no-install-recommends doxyg
 run cmake/packages.sh packaging
 expect_in 'the packages that make packages' ' doxygen scdoc abigail-tools debhelper ' "$ASKED"
 
+# What a target needs: each has a toolchain file.
+run cmake/packages.sh target=mipsel-musl
+expect_in 'the packages of a target' ' g++-mipsel-linux-gnu libc6-dev-mipsel-cross ' "$ASKED"
+for file in "$source_dir"/cmake/toolchains/*-*.cmake; do
+  name=${file##*/}
+  run cmake/packages.sh "target=${name%.cmake}"
+  expect "exit code of $name" 0 "$code"
+done
+run cmake/packages.sh target=armhf-none
+expect 'exit code of no target' 2 "$code"
+
 sed -i '/^wget$/d' "$HAVE"
 by_hand='    apt-get update && apt-get install --no-install-recommends wget'
 for codes in '100 0' '0 100'; do

@@ -113,6 +113,12 @@ expect 'the closing line with something left on a target' \
   '50% tests passed, 1 tests failed out of 2' "$(closing)"
 expect_in 'what was left on a target' '/left.over' "$work/said"
 
+# Each toolchain is a target by its name.
+run ./test --help
+expect 'the targets' \
+  "$(cd "$source_dir/cmake/toolchains" && printf '%s\n' *-*.cmake | sed 's/\.cmake$//' | sort)" \
+  "$(sed -n '/^Targets: /,/\.$/p' "$work/said" | grep -oE '[a-z0-9_]+-[a-z]+' | sort)"
+
 # Parts that fail without a test do not end in a line of success.
 suite dev <<< 'clean true'
 touch "$work/dev.broken"
