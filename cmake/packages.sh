@@ -61,7 +61,10 @@ add_target() {
   case $1 in
     mips-uclibc | mips-glibc) debian=mips ;;
     mipsel-uclibc | mipsel-glibc | mipsel-musl) debian=mipsel ;;
-    aarch64-musl) debian=arm64 ;;
+    aarch64-musl | aarch64-glibc) debian=arm64 ;;
+    armhf-glibc) debian=armhf triple=arm-linux-gnueabihf ;;
+    riscv64-glibc) debian=riscv64 ;;
+    i686-glibc) debian=i386 ;;
     x86_64-musl)
       wanted+=(qemu-user)
       return

@@ -7,6 +7,7 @@
 #
 # A toolchain file sets KIO_TARGET_ARCH and KIO_TARGET_LIBC. It also sets KIO_TARGET_TRIPLE, of Debian's
 # compiler, and KIO_TARGET_EMULATOR, where these are not named after the architecture.
+# KIO_TARGET_LOADER names the C library's loader, for programs that this machine's kernel may run.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR ${KIO_TARGET_ARCH})
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES KIO_CROSS_PREFIX KIO_SYSROOT)
@@ -97,3 +98,14 @@ else()
   set(kio_emulated_root /usr/${KIO_TARGET_TRIPLE})
 endif()
 set(CMAKE_CROSSCOMPILING_EMULATOR "${KIO_TARGET_EMULATOR};-L;${kio_emulated_root}")
+# No emulator is needed where the kernel runs the loader.
+if(KIO_TARGET_LOADER)
+  set(kio_loader ${kio_emulated_root}/lib/${KIO_TARGET_LOADER})
+  execute_process(
+    COMMAND ${kio_loader} --version
+    RESULT_VARIABLE kio_loader_result
+    OUTPUT_QUIET ERROR_QUIET)
+  if(kio_loader_result EQUAL 0)
+    set(CMAKE_CROSSCOMPILING_EMULATOR "${kio_loader};--library-path;${kio_emulated_root}/lib")
+  endif()
+endif()
