@@ -54,9 +54,10 @@ const Entity* FindEntity(TextView text) {
 
 // Writes at most `limit` characters; the terminator only when it is reached within them.
 void EncodeXml(char* dst, const char* src, std::size_t limit) {
-  const char* const end = dst + limit;
-  for (; dst < end; ++src) {
+  // Counted, as the limit may reach behind the end of the address space.
+  for (std::size_t room = limit; room > 0; ++src) {
     const TextView entity = EncodedEntity(*src);
+    --room;
     if (entity.empty()) {
       *dst++ = *src;
       if (*src == '\0') {
@@ -65,11 +66,11 @@ void EncodeXml(char* dst, const char* src, std::size_t limit) {
       continue;
     }
     *dst++ = '&';
-    const auto room = static_cast<std::size_t>(end - dst);
     // Quirk "encoded-entity-cut": the limit may fall inside an entity.
     const std::size_t count = entity.size() < room ? entity.size() : room;
     std::memcpy(dst, entity.data(), count);
     dst += count;
+    room -= count;
   }
 }
 

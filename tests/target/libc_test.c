@@ -5,6 +5,7 @@
 #include <stdlib.h>
 #include <string.h>
 #include <strings.h>
+#include <sys/mman.h>
 #include <sys/sysinfo.h>
 
 #include "expect.h"
@@ -109,6 +110,30 @@ static void CheckFileSizes(void) {
   remove(ScratchPath("large"));
 }
 
+/* A text in the upper half of 32-bit addresses, and limits that reach behind their end. Programs on
+ * MIPS have the lower half only. */
+static void CheckLargestLimits(void) {
+  enum { kSize = 4096 };
+  static const int kLimits[] = {INT_MAX, INT_MAX - kSize};
+  char *const place = (char *)mmap((void *)0xA0000000U, kSize, PROT_READ | PROT_WRITE,
+                                   MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  EXPECT_INT(place != MAP_FAILED, 1);
+  if (place == MAP_FAILED) {
+    return;
+  }
+#if defined(__i386__) || defined(__arm__)
+  EXPECT_INT((unsigned long)place > 0x80000000U, 1);
+#endif
+  for (size_t i = 0; i < sizeof(kLimits) / sizeof(kLimits[0]); ++i) {
+    EXPECT_TEXT(strncpy_XmlEncode(place, "<a> & b", kLimits[i]), "&lt;a&gt; &amp; b");
+    EXPECT_TEXT(strncpy_XmlDecode(place, "&lt;a&gt; &amp; b", kLimits[i]), "<a> & b");
+    EXPECT_TEXT(strncpy_HtmlEncode(place, "<a> b", kLimits[i]), "%3Ca%3E+b");
+    EXPECT_TEXT(strncpy_HtmlDecode(place, "%3Ca%3E+b", kLimits[i]), "<a> b");
+    memset(place, 0, kSize);
+  }
+  munmap(place, kSize);
+}
+
 int main(void) {
   snprintf(daemon_log_path, sizeof(daemon_log_path), "%s", ScratchDirectory());
   snprintf(daemon_log_header, sizeof(daemon_log_header), "target");
@@ -118,5 +143,6 @@ int main(void) {
   CheckNumberRules();
   CheckSearches();
   CheckFileSizes();
+  CheckLargestLimits();
   return ExpectStatus();
 }
