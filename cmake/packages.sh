@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# packages.sh [demo|test|docs|packaging|target[=NAME[,NAME...]] [COMMAND]]: installs the Debian packages
-# that are missing: those of ./demo, of ./test (the default), of the build's target `docs`, of making
-# and checking packages, or of ./test --target. Without a NAME they are those of all targets. This is the
-# only list of packages. COMMAND is what a failure advises to type again.
+# packages.sh [demo|test|docs|abi|packaging|target[=NAME[,NAME...]] [COMMAND]]: installs the Debian
+# packages that are missing: those of ./demo, of ./test (the default), of the build's target `docs`, of
+# comparing binary interfaces, of making and checking packages, or of ./test --target. Without a NAME
+# they are those of all targets. This is the only list of packages. COMMAND is what a failure advises to
+# type again.
 set -euo pipefail
 # shellcheck source=cmake/progress.sh
 . "$(dirname "${BASH_SOURCE[0]}")/progress.sh"
@@ -44,9 +45,12 @@ docs_packages=(
   doxygen
   scdoc
 )
-# To make packages, to try them, and to compare binary interfaces.
-packaging_packages=(
+# To compare binary interfaces.
+abi_packages=(
   abigail-tools
+)
+# To make packages and to try them.
+packaging_packages=(
   debhelper
   debootstrap
   dpkg-dev
@@ -86,7 +90,8 @@ case ${1:-test} in
   demo) ;;
   test) wanted+=("${test_packages[@]}") ;;
   docs) wanted+=("${docs_packages[@]}") ;;
-  packaging) wanted+=("${docs_packages[@]}" "${packaging_packages[@]}") ;;
+  abi) wanted+=("${abi_packages[@]}") ;;
+  packaging) wanted+=("${docs_packages[@]}" "${abi_packages[@]}" "${packaging_packages[@]}") ;;
   target | target=*)
     wanted+=("${test_packages[@]}")
     names=("$(dirname "${BASH_SOURCE[0]}")"/toolchains/*-*.cmake)
@@ -100,7 +105,7 @@ case ${1:-test} in
     done
     ;;
   *)
-    echo "usage: ${0##*/} [demo|test|docs|packaging|target[=NAME[,NAME...]] [COMMAND]]" >&2
+    echo "usage: ${0##*/} [demo|test|docs|abi|packaging|target[=NAME[,NAME...]] [COMMAND]]" >&2
     exit 2
     ;;
 esac

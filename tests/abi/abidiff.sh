@@ -10,8 +10,8 @@ usage: tests/abi/abidiff.sh [--record] [LIBRARY]
 
 Compares the exported names of the library and their types, those of all members included, with
 packaging/abi. Anything but a name that is new fails. Then looks whether the comparison sees two
-members that change places, and a name that is gone. Needs what `cmake/packages.sh packaging`
-installs, on x86-64.
+members that change places, and a name that is gone. Needs what `cmake/packages.sh abi` installs, on
+x86-64.
 
   LIBRARY   a library with debug information; build/dev/src/libkioapp.so, which is brought up to
             date, by default
@@ -36,7 +36,7 @@ for argument in "$@"; do
 done
 for program in abidw abidiff; do
   if ! command -v $program > /dev/null; then
-    echo "There is no $program. Type: cmake/packages.sh packaging" >&2
+    echo "There is no $program. Type: cmake/packages.sh abi" >&2
     exit 1
   fi
 done
