@@ -16,6 +16,7 @@ demo_packages=(
   libmicrohttpd-dev
   libsqlite3-dev
   ninja-build
+  nlohmann-json3-dev
   pkg-config
   procps
   u-boot-tools
@@ -35,7 +36,6 @@ test_packages=(
   libpugixml-dev
   librapidxml-dev
   libssl-dev
-  nlohmann-json3-dev
   shellcheck
   valgrind
   zlib1g-dev

@@ -50,6 +50,16 @@ std::string ScriptFailure(const Action& action, const std::vector<CommandResult>
 
 }  // namespace
 
+std::vector<NamedAction> ActionsOf(unsigned int mask) {
+  std::vector<NamedAction> actions;
+  for (const Action& action : kActions) {
+    if ((mask & action.bit) != 0) {
+      actions.push_back({action.bit, action.name});
+    }
+  }
+  return actions;
+}
+
 unsigned int ReportActions(unsigned int mask, Events* events) {
   const std::vector<CommandResult> results = TakeCommandResults();
   unsigned int failed = 0;

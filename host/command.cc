@@ -227,6 +227,9 @@ std::string KilledBy(int signal_number) {
   return "killed by signal " + std::to_string(signal_number);
 }
 
+// How many hold the commands. The library calls system() without a context argument.
+int g_holders = 0;
+
 Children& TheChildren() {
   static Children children;
   return children;
@@ -259,6 +262,10 @@ std::string DescribeFailure(const CommandResult& result) {
 
 void AlwaysRunShell(bool always) { TheChildren().set_always_shell(always); }
 
+HeldCommands::HeldCommands() { ++g_holders; }
+
+HeldCommands::~HeldCommands() { --g_holders; }
+
 std::vector<CommandResult> TakeCommandResults() { return TheChildren().TakeResults(); }
 
 void NoteEndedProcesses() { TheChildren().Reap(-1, nullptr); }
@@ -269,6 +276,8 @@ void EndLeftProcesses() { TheChildren().EndLeft(); }
 
 // Returns the command's wait status, -1 when it could not be started.
 extern "C" [[gnu::visibility("default")]] int system(const char* command) {
-  return command == nullptr ? 1  // there is a shell
-                            : kiohost::TheChildren().Run(command);
+  if (command == nullptr) {
+    return 1;  // there is a shell
+  }
+  return kiohost::g_holders > 0 ? 0 : kiohost::TheChildren().Run(command);
 }

@@ -25,6 +25,16 @@ void AlwaysRunShell(bool always);
 // The results since the last call, the oldest first. Of many, the latest are kept.
 std::vector<CommandResult> TakeCommandResults();
 
+// As long as one lives, the library's commands do not run: each counts as done well, and leaves no
+// result.
+class HeldCommands {
+ public:
+  HeldCommands();
+  ~HeldCommands();
+  HeldCommands(const HeldCommands&) = delete;
+  HeldCommands& operator=(const HeldCommands&) = delete;
+};
+
 // Collects processes that commands left in the background and that have ended since.
 void NoteEndedProcesses();
 

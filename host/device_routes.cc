@@ -2,30 +2,38 @@
 
 #include <kioapp/platform.h>
 
-#include <string>
+#include <optional>
 
-#include "json.h"
+#include "json_reply.h"
 
 namespace kiohost {
 namespace {
 
-Reply DescribeDevice(Store* store, const Events& events) {
-  Reply reply;
-  reply.content_type = "application/json";
-  reply.body = "{\"model\": " + JsonString(store->Get("/sys/modelnumber").value_or("")) +
-               ", \"name\": " + JsonString(store->Get("/sys/friendlyname").value_or("")) +
-               ", \"uptime\": " + std::to_string(sys_uptime_seconds()) +
-               ", \"events\": " + events.Json() + "}\n";
-  return reply;
+Json LastApply(ApplyLog* applies) {
+  const std::optional<Apply> last = applies->Last();
+  return last ? Json({{"id", last->id},
+                      {"outcome", OutcomeWord(last->outcome)},
+                      {"uptime", last->uptime}})
+              : Json(nullptr);
+}
+
+Reply DescribeDevice(Store* store, const Events& events, const DeviceState& state) {
+  return JsonReply({{"model", store->Get("/sys/modelnumber").value_or("")},
+                    {"name", store->Get("/sys/friendlyname").value_or("")},
+                    {"uptime", sys_uptime_seconds()},
+                    {"bootId", state.boot_id},
+                    {"state", state.now()},
+                    {"lastApply", LastApply(state.applies)},
+                    {"events", events.AsJson()}});
 }
 
 }  // namespace
 
-void AddDeviceRoutes(Store* store, const Events* events, Router* router) {
+void AddDeviceRoutes(Store* store, const Events* events, const DeviceState& state, Router* router) {
   router->Add({.pattern = "/device",
                .method = MHD_HTTP_METHOD_GET,
-               .handle = [store, events](const RequestView& /*request*/) {
-                 return DescribeDevice(store, *events);
+               .handle = [store, events, state](const RequestView& /*request*/) {
+                 return DescribeDevice(store, *events, state);
                }});
 }
 

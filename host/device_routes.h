@@ -1,15 +1,25 @@
-// What the device is, over HTTP: /device.
+// The resource that tells about the device.
 #ifndef HOST_DEVICE_ROUTES_H
 #define HOST_DEVICE_ROUTES_H
 
+#include <functional>
+#include <string>
+
+#include "apply_log.h"
 #include "events.h"
 #include "router.h"
 #include "store.h"
 
 namespace kiohost {
 
-// The store and the events must outlive the router.
-void AddDeviceRoutes(Store* store, const Events* events, Router* router);
+// What anybody may know of the host. Nothing of it is secret.
+struct DeviceState {
+  std::string boot_id;               // new at each start of the host
+  std::function<const char*()> now;  // "ready", "busy" or "away"
+  ApplyLog* applies;
+};
+
+void AddDeviceRoutes(Store* store, const Events* events, const DeviceState& state, Router* router);
 
 }  // namespace kiohost
 

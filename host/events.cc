@@ -4,7 +4,6 @@
 
 #include <cstdio>
 
-#include "json.h"
 #include "printable_text.h"
 
 namespace kiohost {
@@ -17,14 +16,12 @@ void Events::Add(const std::string& text) {
   PrintLine(stdout, "event " + text);
 }
 
-std::string Events::Json() const {
-  std::string json = "[";
+Json Events::AsJson() const {
+  Json json = Json::array();
   for (const Event& event : events_) {
-    json += json.size() > 1 ? ", " : "";
-    json += "{\"uptime\": " + std::to_string(event.uptime) +
-            ", \"text\": " + JsonString(event.text) + "}";
+    json.push_back({{"uptime", event.uptime}, {"text", event.text}});
   }
-  return json + "]";
+  return json;
 }
 
 }  // namespace kiohost

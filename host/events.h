@@ -5,6 +5,8 @@
 #include <deque>
 #include <string>
 
+#include "json.h"
+
 namespace kiohost {
 
 class Events {
@@ -12,8 +14,8 @@ class Events {
   // Adds an event, and prints it in its printable form.
   void Add(const std::string& text);
 
-  // The events, the oldest first, as a JSON array.
-  std::string Json() const;
+  // The events, the oldest first.
+  Json AsJson() const;
 
  private:
   struct Event {

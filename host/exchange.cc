@@ -3,6 +3,9 @@
 #include <kioapp/kioapp.h>
 #include <unistd.h>
 
+#include <utility>
+
+#include "dry_run.h"
 #include "printable_text.h"
 
 namespace kiohost {
@@ -22,7 +25,7 @@ unsigned int PendingActions(CommitKind kind) {
 Exchange::Outcome Exchange::Run(std::string document, CommitKind kind) {
   // The library looks for the root in the same way. Without one it writes no result document.
   if (FindXmlKeyContain(document.data(), 0, "root", nullptr) == nullptr) {
-    return {Outcome::Kind::kNoRoot, {}, CommitKind::kNone, 0};
+    return {Outcome::Kind::kNoRoot, {}, CommitKind::kNone, 0, {}};
   }
   const int pending = rssXmlData.exeflag;
   const int pending_before = rssXmlData.pre_exeflag;
@@ -42,23 +45,58 @@ Exchange::Outcome Exchange::RunInTransaction(std::string* document, CommitKind k
   StoreTransaction transaction(store_);
   Status status = transaction.begun();
   if (!status.ok()) {
-    return {Outcome::Kind::kFailed, status.reason(), CommitKind::kNone, 0};
+    return {Outcome::Kind::kFailed, status.reason(), CommitKind::kNone, 0, {}};
   }
+  const bool applied = Parse(document, kind);
   ++count_;
-  const bool applied = kind == CommitKind::kSettings
-                           ? do_RssXml_Parser(document->data()) == 1
-                           : do_RssXml_Parser_for_ApCloning(document->data()) == 1;
   const int wait_seconds = applied ? rssXmlData.exeWaitSec : 0;
   status = TakeResult(wait_seconds);
+  std::string apply_id;
   if (status.ok() && applied) {
     store_->AddDueActions(AppliedActions(kind));
+    if (store_->HasChanged()) {
+      apply_id = applies_.NoteApply();
+    }
     status = transaction.Commit();
   }
   if (!status.ok()) {
-    return {Outcome::Kind::kFailed, status.reason(), CommitKind::kNone, 0};
+    return {Outcome::Kind::kFailed, status.reason(), CommitKind::kNone, 0, {}};
   }
-  return {Outcome::Kind::kAnswered, *last_result_, applied ? kind : CommitKind::kNone,
-          wait_seconds};
+  if (applied && apply_id.empty()) {
+    apply_id = applies_.NoteUnchangedApply();
+  }
+  return {Outcome::Kind::kAnswered, *last_result_, applied ? kind : CommitKind::kNone, wait_seconds,
+          std::move(apply_id)};
+}
+
+bool Exchange::Parse(std::string* document, CommitKind kind) const {
+  if (count_ == 0) {
+    // The library does so for the first document that it sees, which may have been that of a dry
+    // run.
+    rssXmlData.pre_exeflag = 0;
+  }
+  return kind == CommitKind::kSettings ? do_RssXml_Parser(document->data()) == 1
+                                       : do_RssXml_Parser_for_ApCloning(document->data()) == 1;
+}
+
+Exchange::Outcome Exchange::RunDry(std::string document, CommitKind kind, Forecast* forecast) {
+  if (FindXmlKeyContain(document.data(), 0, "root", nullptr) == nullptr) {
+    return {Outcome::Kind::kNoRoot, {}, CommitKind::kNone, 0, {}};
+  }
+  DryRun dry_run(store_);
+  if (!dry_run.begun().ok()) {
+    return {Outcome::Kind::kFailed, dry_run.begun().reason(), CommitKind::kNone, 0, {}};
+  }
+  const bool applied = Parse(&document, kind);
+  forecast->code = rssXmlData.setResult;
+  forecast->message = rssXmlData.setMsg;
+  forecast->before = dry_run.before();
+  // What a refused document has written is undone.
+  forecast->after = applied ? dry_run.Now() : dry_run.before();
+  forecast->actions = applied ? PendingActions(kind) : 0;
+  forecast->wait_seconds = applied ? rssXmlData.exeWaitSec : 0;
+  return {
+      Outcome::Kind::kAnswered, {}, applied ? kind : CommitKind::kNone, forecast->wait_seconds, {}};
 }
 
 void Exchange::ExpectResult() {
@@ -87,8 +125,12 @@ unsigned int Exchange::Commit(CommitKind kind) {
   return mask;
 }
 
-void Exchange::FinishCommit(unsigned int mask) {
-  if (!store_->RemoveDueActions(mask)) {
+void Exchange::FinishCommit(unsigned int mask, unsigned int failed) {
+  const bool noted = store_->WriteWithoutWait([this, mask, failed] {
+    store_->RemoveDueActions(mask & ~failed);
+    applies_.NoteCommit(failed, store_->DueActions());
+  });
+  if (!noted) {
     PrintError("the store cannot note that actions have run; the next start repeats them");
   }
 }

@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "apply_log.h"
+#include "forecast.h"
 #include "result_document.h"
 #include "status.h"
 #include "store.h"
@@ -36,15 +38,20 @@ class Exchange {
     std::string text;
     CommitKind commit = CommitKind::kNone;  // to run once the answer is delivered
     int wait_seconds = 0;                   // what the result document promises
+    std::string apply_id;                   // of an accepted document
   };
 
   // The store must be bound to the library. `temp_dir` is the directory that the store names for
   // the result document.
   Exchange(Store* store, const std::string& temp_dir)
-      : store_(store), result_file_(temp_dir + kResultFile) {}
+      : store_(store), applies_(store), result_file_(temp_dir + kResultFile) {}
 
   // Runs an exchange in one transaction, which is undone unless the document was accepted.
   Outcome Run(std::string document, CommitKind kind);
+
+  // Tells what `Run` would do now, and leaves nothing behind. An outcome without `text` has it in
+  // the forecast.
+  Outcome RunDry(std::string document, CommitKind kind, Forecast* forecast);
 
   // Runs the pending actions and returns their mask.
   unsigned int Commit(CommitKind kind);
@@ -52,8 +59,12 @@ class Exchange {
   // Runs the actions that are still due from an earlier run of the host, and returns their mask.
   unsigned int RunDueActions();
 
-  // Notes that the actions of a mask are in force. Others stay due, for the next start.
-  void FinishCommit(unsigned int mask);
+  // Notes that the actions of a mask have run, and which of them failed. These and others stay due,
+  // for the next start.
+  void FinishCommit(unsigned int mask, unsigned int failed);
+
+  // What was applied last.
+  ApplyLog* applies() { return &applies_; }
 
   // How many exchanges have used the record.
   unsigned int count() const { return count_; }
@@ -70,7 +81,11 @@ class Exchange {
  private:
   Outcome RunInTransaction(std::string* document, CommitKind kind);
 
+  // Has the library read, verify and apply a document.
+  bool Parse(std::string* document, CommitKind kind) const;
+
   Store* store_;
+  ApplyLog applies_;
   std::string result_file_;
   std::optional<std::string> last_result_;
   unsigned int count_ = 0;

@@ -14,6 +14,7 @@
 #include "listener.h"
 #include "login_routes.h"
 #include "printable_text.h"
+#include "random_id.h"
 #include "settings_routes.h"
 #include "signals.h"
 #include "variable_routes.h"
@@ -70,7 +71,10 @@ Host::Host(Store* store, const Settings& settings)
     AddLoginFilter(&clients_, &router_);
   }
   AddSettingsRoutes(&exchange_, &events_, &router_);
-  AddDeviceRoutes(store, &events_, &router_);
+  AddDeviceRoutes(store, &events_,
+                  {IdText(RandomNumber()) + IdText(RandomNumber()), [this] { return StateWord(); },
+                   exchange_.applies()},
+                  &router_);
   AddVariableRoutes(&variables_, settings.catalogue, &router_);
   AddLoginRoutes(&clients_, &router_);
   AddFirmwareRoutes(&firmware_, &router_);
@@ -80,7 +84,7 @@ void Host::RunOverdueActions() {
   const unsigned int mask = exchange_.RunDueActions();
   if (mask != 0) {
     PrintLine(stdout, "making up for what was applied before this start and is not in force:");
-    exchange_.FinishCommit(mask & ~ReportActions(mask, &events_));
+    exchange_.FinishCommit(mask, ReportActions(mask, &events_));
   }
 }
 
@@ -130,6 +134,13 @@ void Host::WaitAndServe() {
 long Host::MillisecondsToWait() const {
   const long look = channel_watch_.MillisecondsToWait();
   return std::min(look, server_.MillisecondsToWait().value_or(look));
+}
+
+const char* Host::StateWord() const {
+  if (after_reply_ && settings_.real_waits && after_reply_->wait_seconds > 0) {
+    return "away";
+  }
+  return server_.IsTurnTaken() ? "busy" : "ready";
 }
 
 Status Host::RunAfterReplyWhenReady() {

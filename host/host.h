@@ -51,6 +51,7 @@ class Host {
  private:
   void WaitAndServe();
   long MillisecondsToWait() const;
+  const char* StateWord() const;
   Status RunAfterReplyWhenReady();
   Status RunAfterReplyWhileAway();
 

@@ -51,6 +51,9 @@ class HttpServer {
   // nothing when there is none.
   std::optional<AfterReply> TakeAfterReply();
 
+  // Whether a request has its turn, or has left work behind that is not done.
+  bool IsTurnTaken() const { return turn_queue_.IsTaken(); }
+
   // Lets the next request have its turn. To be called when that work is done.
   void EndTurn();
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "actions.h"
+#include "json_reply.h"
 
 namespace kiohost {
 namespace {
@@ -29,6 +30,9 @@ std::optional<CommitKind> ReadMode(const RequestView& request, std::string* reas
 }
 
 std::optional<Reply> CheckMode(const RequestView& request) {
+  if (std::optional<Reply> refusal = CheckDryRun(request)) {
+    return refusal;
+  }
   std::string reason;
   if (ReadMode(request, &reason)) {
     return std::nullopt;
@@ -43,16 +47,37 @@ Reply ResultDocument(std::string document) {
   return reply;
 }
 
+Reply NoRoot() {
+  return ErrorReply(MHD_HTTP_BAD_REQUEST, "the settings document has no root element");
+}
+
+Reply Foretell(Exchange* exchange, CommitKind kind, const RequestView& request) {
+  Forecast forecast;
+  const Exchange::Outcome outcome = exchange->RunDry(request.body(), kind, &forecast);
+  switch (outcome.kind) {
+    case Exchange::Outcome::Kind::kNoRoot:
+      return NoRoot();
+    case Exchange::Outcome::Kind::kFailed:
+      return ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, outcome.text);
+    case Exchange::Outcome::Kind::kAnswered:
+      break;
+  }
+  return JsonReply(AsJson(forecast, request.peer_address(), request.local_address()));
+}
+
 Reply RunExchange(Exchange* exchange, Events* events, const RequestView& request) {
   std::string reason;
   const std::optional<CommitKind> kind = ReadMode(request, &reason);
   if (!kind) {
     return ErrorReply(MHD_HTTP_BAD_REQUEST, reason);
   }
+  if (*FlagArgument(request, "dry-run")) {
+    return Foretell(exchange, *kind, request);
+  }
   Exchange::Outcome outcome = exchange->Run(request.body(), *kind);
   switch (outcome.kind) {
     case Exchange::Outcome::Kind::kNoRoot:
-      return ErrorReply(MHD_HTTP_BAD_REQUEST, "the settings document has no root element");
+      return NoRoot();
     case Exchange::Outcome::Kind::kFailed:
       return ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, outcome.text);
     case Exchange::Outcome::Kind::kAnswered:
@@ -60,10 +85,11 @@ Reply RunExchange(Exchange* exchange, Events* events, const RequestView& request
   }
   Reply reply = ResultDocument(std::move(outcome.text));
   if (outcome.commit != CommitKind::kNone) {
+    AddApplyId(outcome.apply_id, &reply);
     reply.after_reply.wait_seconds = outcome.wait_seconds;
     reply.after_reply.run = [exchange, events, commit = outcome.commit] {
       const unsigned int mask = exchange->Commit(commit);
-      exchange->FinishCommit(mask & ~ReportActions(mask, events));
+      exchange->FinishCommit(mask, ReportActions(mask, events));
     };
   }
   return reply;

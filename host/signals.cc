@@ -2,6 +2,7 @@
 
 #include <poll.h>
 #include <sys/time.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
@@ -86,6 +87,22 @@ Alarm AlarmState() {
     return Alarm::kSet;
   }
   return IsPending(SIGALRM) ? Alarm::kFired : Alarm::kNone;
+}
+
+AlarmKeeper::AlarmKeeper() { sigaction(SIGALRM, nullptr, &before_); }
+
+AlarmKeeper::~AlarmKeeper() {
+  if (AlarmState() == Alarm::kSet) {
+    alarm(0);
+  }
+  if (IsPending(SIGALRM)) {
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, SIGALRM);
+    const timespec at_once = {};
+    sigtimedwait(&set, nullptr, &at_once);
+  }
+  sigaction(SIGALRM, &before_, nullptr);
 }
 
 bool StopRequested() { return g_stop_requested != 0; }

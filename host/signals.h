@@ -26,6 +26,19 @@ enum class Alarm {
 };
 Alarm AlarmState();
 
+// Keeps the alarm as it is when none is set: at the end of its scope, an alarm that was set
+// meanwhile is taken back, also when it has fired, and its handler is the one from before.
+class AlarmKeeper {
+ public:
+  AlarmKeeper();
+  ~AlarmKeeper();
+  AlarmKeeper(const AlarmKeeper&) = delete;
+  AlarmKeeper& operator=(const AlarmKeeper&) = delete;
+
+ private:
+  struct sigaction before_ = {};
+};
+
 // Waits until a descriptor of the sets is ready, a stop is asked for, an alarm was served, or the
 // time is over (without `milliseconds`: without limit). The sets hold what is ready. A signal is
 // served even when the wait is over at once because a descriptor is ready.

@@ -32,17 +32,20 @@ constexpr char kCount[] =
     "SELECT max(CAST(substr(path, length(?1) + 2) AS INTEGER)) FROM node"
     " WHERE path > ?1 || ':' AND path < ?1 || ';'"
     " AND CAST(substr(path, length(?1) + 2) AS INTEGER) <= CAST(?2 AS INTEGER)";
+// A text that is there already is no change.
 constexpr char kSet[] =
-    "INSERT INTO node VALUES(?1, ?2) ON CONFLICT(path) DO UPDATE SET text = excluded.text";
+    "INSERT INTO node VALUES(?1, ?2) ON CONFLICT(path) DO UPDATE SET text = excluded.text"
+    " WHERE text <> excluded.text";
 constexpr char kDelete[] =
     "DELETE FROM node WHERE path = ?1 OR (path > ?1 || '/' AND path < ?1 || '0')";
 constexpr char kList[] =
     "SELECT path, text FROM node WHERE ?1 = '' OR path = ?1"
     " OR (path > ?1 || '/' AND path < ?1 || '0') ORDER BY path";
-constexpr char kGetDue[] = "SELECT number FROM state WHERE name = 'due actions'";
-constexpr char kSetDue[] =
-    "INSERT INTO state VALUES('due actions', ?1)"
-    " ON CONFLICT(name) DO UPDATE SET number = excluded.number";
+constexpr char kGetNumber[] = "SELECT number FROM state WHERE name = ?1";
+constexpr char kSetNumber[] =
+    "INSERT INTO state VALUES(?1, ?2) ON CONFLICT(name) DO UPDATE SET number = excluded.number";
+constexpr char kRemoveNumber[] = "DELETE FROM state WHERE name = ?1";
+constexpr char kDueActions[] = "due actions";
 
 // Committed after each checkpoint. The first commit after one begins the log anew and waits for the
 // disk once more than others; this one does so instead of an exchange.
@@ -93,8 +96,9 @@ Status Store::Prepare() {
   sqlite3* database = database_.get();
   if (!get_.Prepare(database, kGet) || !count_.Prepare(database, kCount) ||
       !set_.Prepare(database, kSet) || !delete_.Prepare(database, kDelete) ||
-      !list_.Prepare(database, kList) || !get_due_.Prepare(database, kGetDue) ||
-      !set_due_.Prepare(database, kSetDue)) {
+      !list_.Prepare(database, kList) || !get_number_.Prepare(database, kGetNumber) ||
+      !set_number_.Prepare(database, kSetNumber) ||
+      !remove_number_.Prepare(database, kRemoveNumber)) {
     return Failure("use");
   }
   return {};
@@ -211,39 +215,61 @@ bool Store::HasChanged() const {
   return sqlite3_total_changes(database_.get()) != changes_at_begin_;
 }
 
-unsigned int Store::DueActions() {
+std::optional<int64_t> Store::Number(std::string_view name) {
   constexpr int kDecimal = 10;
-  const StatementRun run(&get_due_);
-  const int code = get_due_.Step();
+  const StatementRun run(&get_number_);
+  get_number_.Bind(1, name);
+  const int code = get_number_.Step();
   if (code == SQLITE_ROW) {
-    return static_cast<unsigned int>(std::strtoul(get_due_.Text(0).c_str(), nullptr, kDecimal));
+    return std::strtoll(get_number_.Text(0).c_str(), nullptr, kDecimal);
   }
   if (code != SQLITE_DONE) {
     Fail();
   }
-  return 0;
+  return std::nullopt;
+}
+
+void Store::SetNumber(std::string_view name, int64_t number) {
+  const std::string text = std::to_string(number);
+  set_number_.Bind(1, name);
+  set_number_.Bind(2, text);
+  RunWrite(&set_number_);
+}
+
+void Store::RemoveNumber(std::string_view name) {
+  remove_number_.Bind(1, name);
+  RunWrite(&remove_number_);
+}
+
+bool Store::WriteWithoutWait(const std::function<void()>& write) {
+  bool written = Execute("PRAGMA synchronous=NORMAL");
+  if (written) {
+    StoreTransaction transaction(this);
+    written = transaction.begun().ok();
+    if (written) {
+      write();
+      written = transaction.Commit().ok();
+    }
+  }
+  return Execute("PRAGMA synchronous=FULL") && written;
+}
+
+unsigned int Store::DueActions() {
+  return static_cast<unsigned int>(Number(kDueActions).value_or(0));
 }
 
 void Store::AddDueActions(unsigned int actions) {
   const unsigned int due = DueActions();
   if ((actions & ~due) != 0) {
-    WriteDueActions(due | actions);
+    SetNumber(kDueActions, due | actions);
   }
 }
 
-bool Store::RemoveDueActions(unsigned int actions) {
+void Store::RemoveDueActions(unsigned int actions) {
   const unsigned int due = DueActions();
-  if ((due & actions) == 0) {
-    return true;
+  if ((due & actions) != 0) {
+    SetNumber(kDueActions, due & ~actions);
   }
-  const bool written = Execute("PRAGMA synchronous=NORMAL") && WriteDueActions(due & ~actions);
-  return Execute("PRAGMA synchronous=FULL") && written;
-}
-
-bool Store::WriteDueActions(unsigned int actions) {
-  const std::string number = std::to_string(actions);
-  set_due_.Bind(1, number);
-  return RunWrite(&set_due_);
 }
 
 bool Store::CheckpointWhenDue(bool quiet) {

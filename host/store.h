@@ -3,6 +3,8 @@
 #define HOST_STORE_H
 
 #include <chrono>
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -63,11 +65,20 @@ class Store {
 
   // Actions (bits of kioapp/platform.h) for settings that were applied and are not yet in force.
   // The host keeps them in a table of their own. They are added in the transaction of those
-  // settings. Removing them does not wait for the disk: after a power failure they may be due once
-  // more.
+  // settings. They may be removed without a wait for the disk: after a power failure they may then
+  // be due once more.
   void AddDueActions(unsigned int actions);
-  bool RemoveDueActions(unsigned int actions);
+  void RemoveDueActions(unsigned int actions);
   unsigned int DueActions();
+
+  // Numbers that the host keeps beside the nodes, under names of its own.
+  std::optional<int64_t> Number(std::string_view name);
+  void SetNumber(std::string_view name, int64_t number);
+  void RemoveNumber(std::string_view name);
+
+  // Runs `write` in a transaction that does not wait for the disk: after a power failure it may not
+  // have been. Returns whether it was committed.
+  bool WriteWithoutWait(const std::function<void()>& write);
 
   // Moves the write-ahead log into the database file when that is due: when nothing was written for
   // a moment and nobody waits (`quiet`), or when the log has become long. Returns false when it
@@ -84,7 +95,6 @@ class Store {
   std::optional<std::string> GetCount(std::string_view path);
   bool RunWrite(Statement* statement);
   bool Fail();
-  bool WriteDueActions(unsigned int actions);
   static int NoteCommit(void* store, sqlite3* database, const char* name, int log_pages);
 
   std::string file_;
@@ -94,8 +104,9 @@ class Store {
   Statement set_;
   Statement delete_;
   Statement list_;
-  Statement get_due_;
-  Statement set_due_;
+  Statement get_number_;
+  Statement set_number_;
+  Statement remove_number_;
   bool failed_ = false;       // an access failed since Begin
   int changes_at_begin_ = 0;  // of this connection, when the transaction began
   int log_pages_ = 0;         // of the write-ahead log that are not in the file yet

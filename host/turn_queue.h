@@ -40,6 +40,9 @@ class TurnQueue {
     return current_;
   }
 
+  // Whether it is somebody's turn.
+  bool IsTaken() const { return current_ != nullptr; }
+
   const std::deque<Request>& waiting() const { return waiting_; }
 
  private:

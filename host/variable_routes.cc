@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "json_reply.h"
 #include "variable_codes.h"
 
 namespace kiohost {
@@ -98,11 +99,28 @@ Reply Validate(Variables* variables, const RequestView& request) {
   return ReplyTo(variables, name, variables->Validate(name, request.body()));
 }
 
+std::optional<Reply> CheckBatch(const RequestView& request) {
+  std::optional<Reply> refusal = CheckDryRun(request);
+  return refusal ? refusal : CheckSeparator(request);
+}
+
+Reply Foretell(Variables* variables, char separator, const RequestView& request) {
+  Forecast forecast;
+  const Variables::Answer answer = variables->SetBatchDry(request.body(), separator, &forecast);
+  return answer.store.ok()
+             ? JsonReply(AsJson(forecast, request.peer_address(), request.local_address()))
+             : ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, answer.store.reason());
+}
+
 Reply SetBatch(Variables* variables, const RequestView& request) {
   const char separator = request.Argument("separator").value_or("&").front();
+  if (*FlagArgument(request, "dry-run")) {
+    return Foretell(variables, separator, request);
+  }
   const Variables::Answer answer = variables->SetBatch(request.body(), separator);
   // The text names the variable that was refused, if one was.
   Reply reply = ReplyTo(variables, answer.text, answer);
+  AddApplyId(answer.apply_id, &reply);
   reply.after_reply = variables->TakeAfterReply();
   return reply;
 }
@@ -120,6 +138,7 @@ Reply RunAction(Variables* variables, const RequestView& request) {
   const Variables::Answer answer = variables->RunAction(*action, request.body());
   const bool names_variable = *action == Variables::Action::kSetBatch;
   Reply reply = ReplyTo(variables, names_variable ? answer.text : std::string(), answer);
+  AddApplyId(answer.apply_id, &reply);
   reply.after_reply = variables->TakeAfterReply();
   return reply;
 }
@@ -145,7 +164,7 @@ void AddVariableRoutes(Variables* variables, const std::string& catalogue, Route
        .method = MHD_HTTP_METHOD_POST,
        .body = batch,
        .takes_turn = true,
-       .check = CheckSeparator,
+       .check = CheckBatch,
        .handle = [variables](const RequestView& request) { return SetBatch(variables, request); }});
   router->Add(
       {.pattern = "/vars",

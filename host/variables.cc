@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "actions.h"
+#include "dry_run.h"
 #include "signals.h"
 
 namespace kiohost {
@@ -79,7 +80,7 @@ bool IsAction(const std::string& name) {
   return plain.starts_with(kActionGroup) && plain.find('_') != std::string::npos;
 }
 
-Variables::Answer NoSuchVariable() { return {KIOAPP_VAR_REFUSED, {}, {}}; }
+Variables::Answer NoSuchVariable() { return {KIOAPP_VAR_REFUSED, {}, {}, {}}; }
 
 }  // namespace
 
@@ -90,7 +91,7 @@ Variables::Answer Variables::Read(const std::string& name, bool wants_path) {
   BeginSeries();
   ValueBuffer value("");
   const int code = get_RssVar(name.c_str(), value.data(), wants_path ? 1 : 0);
-  return {static_cast<unsigned int>(code), value.text(), {}};
+  return {static_cast<unsigned int>(code), value.text(), {}, {}};
 }
 
 Variables::Answer Variables::Write(const std::string& name, const std::string& value) {
@@ -98,7 +99,7 @@ Variables::Answer Variables::Write(const std::string& name, const std::string& v
     return NoSuchVariable();
   }
   BeginSeries();
-  return {set_RssVar(name.c_str(), ValueBuffer(value).data()), {}, {}};
+  return {set_RssVar(name.c_str(), ValueBuffer(value).data()), {}, {}, {}};
 }
 
 Variables::Answer Variables::Validate(const std::string& name, const std::string& value) {
@@ -107,7 +108,7 @@ Variables::Answer Variables::Validate(const std::string& name, const std::string
   }
   BeginSeries();
   const int code = validate_RssVar(name.c_str(), ValueBuffer(value).data());
-  return {static_cast<unsigned int>(code), {}, {}};
+  return {static_cast<unsigned int>(code), {}, {}, {}};
 }
 
 bool Variables::Exists(const std::string& name) {
@@ -119,9 +120,47 @@ Variables::Answer Variables::SetBatch(const std::string& batch, char separator) 
   const auto run = [&batch, separator]() -> Answer {
     std::array<char, KIOAPP_VAR_SIZE> fault = {};
     const int code = do_RssVar_Parser(ValueBuffer(batch).data(), separator, fault.data(), 0);
-    return {static_cast<unsigned int>(code), fault.data(), {}};
+    return {static_cast<unsigned int>(code), fault.data(), {}, {}};
   };
   return InTransaction({run, true, CountOf(batch, NameOf(Action::kApplyAll))});
+}
+
+Variables::Answer Variables::SetBatchDry(const std::string& batch, char separator,
+                                         Forecast* forecast) {
+  DryRun dry_run(store_);
+  if (!dry_run.begun().ok()) {
+    return {0, {}, dry_run.begun(), {}};
+  }
+  LoadRecord();
+  forecast->before = dry_run.before();
+  std::array<char, KIOAPP_VAR_SIZE> fault = {};
+  // Applying sets it.
+  constexpr int kNotApplied = -1;
+  rssXmlData.exeWaitSec = kNotApplied;
+  forecast->code = do_RssVar_Parser(ValueBuffer(batch).data(), separator, fault.data(), 0);
+  forecast->message = fault.data();
+  Forecast::Batch& more = forecast->batch.emplace();
+  if (forecast->code == KIOAPP_VAR_DONE) {
+    more.applies = rssXmlData.exeWaitSec != kNotApplied;
+    more.commits = AlarmState() != Alarm::kNone;
+    bool applied = more.applies;
+    if (!applied) {
+      ValueBuffer element("");
+      const std::string name = std::string(kActionPrefix).append(NameOf(Action::kApplyAll));
+      const unsigned int code = setget_RssVar(name.c_str(), element.data(), KIOAPP_VAR_READ);
+      more.apply_code = static_cast<int>(code);
+      more.apply_message = element.text();
+      applied = code == KIOAPP_VAR_DONE;
+    }
+    if (applied) {
+      forecast->after = dry_run.Now();
+      forecast->actions = PendingActions(CommitKind::kSettings);
+      forecast->wait_seconds = forecast->actions == 0 ? 0 : rssXmlData.exeWaitSec;
+      return {static_cast<unsigned int>(forecast->code), {}, {}, {}};
+    }
+  }
+  forecast->after = dry_run.before();
+  return {static_cast<unsigned int>(forecast->code), fault.data(), {}, {}};
 }
 
 std::optional<Action> Variables::FindAction(const std::string& name) {
@@ -146,7 +185,7 @@ Variables::Answer Variables::RunAction(Action action, const std::string& text) {
     ValueBuffer value(text);
     const std::string name = std::string(kActionPrefix).append(NameOf(action));
     const unsigned int code = setget_RssVar(name.c_str(), value.data(), KIOAPP_VAR_READ);
-    return {code, value.text(), {}};
+    return {code, value.text(), {}, {}};
   };
   const bool writes_result = action == Action::kVerifyAll || action == Action::kSetBatch;
   const size_t applies = action == Action::kApplyAll   ? 1
@@ -178,12 +217,25 @@ AfterReply Variables::TakeAfterReply() {
 
 bool Variables::CommitIsScheduled() const { return commit_is_due_ && AlarmState() == Alarm::kSet; }
 
+bool Variables::LoadRecord() {
+  if (in_series_ && exchanges_seen_ == exchange_->count()) {
+    return false;
+  }
+  if (!has_loaded_) {
+    // The library does so when it loads the record for the first time, which may have been for a
+    // dry run.
+    rssXmlData.pre_exeflag = 0;
+  }
+  // The record keeps the mode of the last exchange. In cloning mode the device's own settings would
+  // not be applied.
+  rssXmlData.apCloningOnly = 0;
+  init_RssVar();
+  return true;
+}
+
 void Variables::BeginSeries() {
-  if (!in_series_ || exchanges_seen_ != exchange_->count()) {
-    // The record keeps the mode of the last exchange. In cloning mode the device's own settings
-    // would not be applied.
-    rssXmlData.apCloningOnly = 0;
-    init_RssVar();
+  if (LoadRecord()) {
+    has_loaded_ = true;
     in_series_ = true;
     exchanges_seen_ = exchange_->count();
   }
@@ -196,7 +248,7 @@ Variables::Answer Variables::InTransaction(const Call& call) {
   }
   StoreTransaction transaction(store_);
   if (!transaction.begun().ok()) {
-    return {0, {}, transaction.begun()};
+    return {0, {}, transaction.begun(), {}};
   }
   Answer answer = call.run();
   const bool done = answer.code == KIOAPP_VAR_DONE;
@@ -208,6 +260,7 @@ Variables::Answer Variables::InTransaction(const Call& call) {
       // The record holds the actions of the last applying only.
       store_->AddDueActions(call.applies == 1 ? AppliedActions(CommitKind::kSettings)
                                               : kAppliedActions);
+      answer.apply_id = exchange_->applies()->NoteApply();
     }
     answer.store = transaction.Commit();
   }
@@ -221,7 +274,7 @@ void Variables::FinishCommit(unsigned int mask) {
     do_RssVar_Commit();
   }
   commit_is_due_ = false;
-  exchange_->FinishCommit(mask & ~ReportActions(mask, events_));
+  exchange_->FinishCommit(mask, ReportActions(mask, events_));
 }
 
 }  // namespace kiohost

@@ -25,6 +25,7 @@ class Variables {
     // Not ok when the store failed, or the result document could not be written. The store is then
     // unchanged.
     Status store;
+    std::string apply_id;  // when the record was applied
   };
 
   // The actions that the library runs when their variables are read.
@@ -48,6 +49,9 @@ class Variables {
 
   // Sets a batch, in one transaction: it may hold actions.
   Answer SetBatch(const std::string& batch, char separator);
+
+  // Tells what `SetBatch` would do now, and leaves nothing behind.
+  Answer SetBatchDry(const std::string& batch, char separator, Forecast* forecast);
 
   // The action that a name stands for: the action's own ("CommitRssVars"), a variable's
   // ("rss_Act_CommitRssVars") or a document path; nothing when there is no such action.
@@ -75,6 +79,8 @@ class Variables {
     size_t applies;             // how often it may apply the record
   };
 
+  // Loads the record for a request, unless it goes on with a series. Returns whether it did.
+  bool LoadRecord();
   void BeginSeries();
   Answer InTransaction(const Call& call);
   void FinishCommit(unsigned int mask);
@@ -83,6 +89,7 @@ class Variables {
   Exchange* exchange_;
   Events* events_;
   bool in_series_ = false;
+  bool has_loaded_ = false;  // the record, once, and not for a dry run
   unsigned int exchanges_seen_ = 0;
   bool commit_is_due_ = false;
 };

@@ -37,7 +37,11 @@ awk -v dir="$work" '
   /^```$/     { file = ""; next }
   file != ""  { print > file }' "$source_dir/docs/http.md"
 
-same_uptime() { sed 's/"uptime": [0-9][0-9]*/"uptime": N/'; }
+# What is another in each run.
+same_uptime() {
+  sed 's/"uptime": [0-9][0-9]*/"uptime": N/; s/"\(bootId\|id\)": "[0-9a-f]*"/"\1": "N"/
+       s/^\(Kio-Apply-Id:\) [0-9a-f]*/\1 N/'
+}
 
 cd "$source_dir"
 examples=0

@@ -49,8 +49,10 @@ TEST_F(HttpTest, DeviceSaysWhatItIs) {
   const HttpResponse answer = Get(host_.port(), "/device");
   EXPECT_EQ(answer.status, 200);
   EXPECT_EQ(answer.Header("Content-Type"), "application/json");
-  EXPECT_THAT(answer.body, MatchesRegex("\\{\"model\": \"DR-2400\", \"name\": \"Home router\", "
-                                        "\"uptime\": [0-9]+, \"events\": \\[\\]\\}\n"));
+  EXPECT_THAT(answer.body,
+              MatchesRegex("\\{\n  \"model\": \"DR-2400\",\n  \"name\": \"Home router\",\n  "
+                           "\"uptime\": [0-9]+,\n  \"bootId\": \"[0-9a-f]{32}\",\n  \"state\": "
+                           "\"ready\",\n  \"lastApply\": null,\n  \"events\": \\[\\]\n\\}\n"));
 }
 
 TEST_F(HttpTest, ResultIsTheLastResultDocument) {

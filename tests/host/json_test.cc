@@ -8,7 +8,7 @@ namespace {
 TEST(JsonTest, EscapesWhatJsonEscapes) {
   EXPECT_EQ(JsonString(""), R"("")");
   EXPECT_EQ(JsonString("Home router"), R"("Home router")");
-  EXPECT_EQ(JsonString("a\"b\\c\n\x01/"), R"("a\"b\\c\u000a\u0001/")");
+  EXPECT_EQ(JsonString("a\"b\\c\n\x01/"), R"("a\"b\\c\n\u0001/")");
 }
 
 TEST(JsonTest, KeepsWellFormedCharacters) {
@@ -17,10 +17,17 @@ TEST(JsonTest, KeepsWellFormedCharacters) {
 }
 
 TEST(JsonTest, ReplacesOtherBytes) {
-  EXPECT_EQ(JsonString("\xFF"), R"("\ufffd")");
-  EXPECT_EQ(JsonString("\xC3"), R"("\ufffd")");                        // cut short
-  EXPECT_EQ(JsonString("\xC0\xAF"), R"("\ufffd\ufffd")");              // longer than needed
-  EXPECT_EQ(JsonString("\xED\xA0\x80x"), R"("\ufffd\ufffd\ufffdx")");  // a surrogate
+  EXPECT_EQ(JsonString("\xFF"), "\"\xEF\xBF\xBD\"");
+  EXPECT_EQ(JsonString("\xC3"), "\"\xEF\xBF\xBD\"");                  // cut short
+  EXPECT_EQ(JsonString("\xC0\xAF"), "\"\xEF\xBF\xBD\xEF\xBF\xBD\"");  // longer than needed
+  EXPECT_EQ(JsonString("\xF5x"), "\"\xEF\xBF\xBDx\"");                // beyond Unicode
+}
+
+TEST(JsonTest, ADocumentKeepsTheOrderOfItsMembersAndReadsBack) {
+  const Json value = {{"z", "\xFF\n"}, {"a", Json::array({1, nullptr})}};
+  EXPECT_EQ(JsonText(value),
+            "{\n  \"z\": \"\xEF\xBF\xBD\\n\",\n  \"a\": [\n    1,\n    null\n  ]\n}\n");
+  EXPECT_EQ(Json::parse(JsonText(value))["a"][0], 1);
 }
 
 }  // namespace

@@ -193,7 +193,7 @@ TEST_F(StoreTest, KeepsDueActionsWithTheTransactionThatAddsThem) {
     store_.AddDueActions(actions);
     EXPECT_TRUE(transaction.Commit().ok());
   }
-  EXPECT_TRUE(store_.RemoveDueActions(1 | 4));
+  EXPECT_TRUE(store_.WriteWithoutWait([this] { store_.RemoveDueActions(1 | 4); }));
   Store other;
   ASSERT_TRUE(other.Open(file_, Store::Mode::kExisting).ok());
   EXPECT_EQ(other.DueActions(), 48U);
@@ -202,13 +202,34 @@ TEST_F(StoreTest, KeepsDueActionsWithTheTransactionThatAddsThem) {
   EXPECT_EQ(store_.DueActions(), 0U);
 }
 
+TEST_F(StoreTest, KeepsNumbersOutsideTheNodes) {
+  EXPECT_EQ(store_.Number("a"), std::nullopt);
+  store_.SetNumber("a", -1);
+  store_.SetNumber("b", INT64_MAX);
+  store_.SetNumber("a", 7);
+  EXPECT_THAT(store_.Number("a"), Optional(7));
+  EXPECT_THAT(store_.Number("b"), Optional(INT64_MAX));
+  EXPECT_THAT(store_.List(), IsEmpty());
+  store_.RemoveNumber("a");
+  EXPECT_EQ(store_.Number("a"), std::nullopt);
+}
+
+TEST_F(StoreTest, ATextThatIsThereAlreadyIsNoChange) {
+  Fill({"/sys/a"});
+  StoreTransaction transaction(&store_);
+  EXPECT_TRUE(store_.Set("/sys/A", "x"));
+  EXPECT_FALSE(store_.HasChanged());
+  EXPECT_TRUE(store_.Set("/sys/a", "X"));
+  EXPECT_TRUE(store_.HasChanged());
+}
+
 TEST_F(StoreTest, TellsWhetherATransactionWroteAnything) {
   Fill({"/sys/a"});
   StoreTransaction transaction(&store_);
   EXPECT_FALSE(store_.HasChanged());
   EXPECT_THAT(store_.Get("/sys/a"), Optional(std::string("x")));
   EXPECT_FALSE(store_.HasChanged());
-  Fill({"/sys/a"});
+  Fill({"/sys/b"});
   EXPECT_TRUE(store_.HasChanged());
 }
 
