@@ -22,12 +22,13 @@ demo_packages=(
   u-boot-tools
   wget
 )
-# The tests, the benchmarks with what they compare the library with, format and lint.
+# The tests, the benchmarks with what they compare the library with, charts, format and lint.
 test_packages=(
   binutils
   busybox
   clang-format
   clang-tidy
+  gnuplot-nox
   jq
   libbenchmark-dev
   libexpat1-dev

@@ -2,6 +2,7 @@
  *
  *   stack_*   the deepest stack of a call, the C library's share included
  *   heap_*    calls of the allocator during it
+ *   document_rules_*  bytes of a document with so many rules for each radio
  *   cost_*    instructions, those in the C library and in the store included, and after them the
  *             library's own; only under count_plugin.c, which prints these two numbers */
 #include <dlfcn.h>
@@ -150,7 +151,7 @@ static void MarkLibrary(void) {
   fclose(maps);
 }
 
-static void MeasureCost(const struct Scenario *scenario) {
+static void MeasureCost(const struct Scenario *scenario, const char *name) {
   g_run_commands = 0;
   /* The first run brings everything to where it is in a process that has run for a while. */
   for (int run = 0; run < 2; ++run) {
@@ -160,7 +161,7 @@ static void MeasureCost(const struct Scenario *scenario) {
     Mark(kMarkEnd, 0, 0);
     scenario->check();
   }
-  printf("cost_%s ", scenario->name);
+  printf("cost_%s ", name);
   fflush(stdout);
   Mark(kMarkReport, 0, 0);
 }
@@ -180,6 +181,21 @@ static void MeasureStackAndHeap(const struct Scenario *scenario, int level) {
   printf("heap_%s_level%d %d\n", scenario->name, level, heap);
 }
 
+/* The exchange, the first scenario, with documents of several sizes. */
+static void MeasureDocuments(int costs) {
+  enum { kStep = 10 };
+  for (int rules = 0; rules <= kDocumentRules; rules += kStep) {
+    char name[64];
+    SetDocumentRules(rules);
+    if (costs) {
+      snprintf(name, sizeof(name), "%s_rules_%d", kScenarios[0].name, rules);
+      MeasureCost(&kScenarios[0], name);
+    } else {
+      printf("document_rules_%d %lu\n", rules, (unsigned long)DocumentSize());
+    }
+  }
+}
+
 int main(int argc, char **argv) {
   const int costs = argc > 1 && strcmp(argv[1], "--costs") == 0;
   snprintf(daemon_log_path, sizeof(daemon_log_path), "%s", ScratchDirectory());
@@ -188,11 +204,12 @@ int main(int argc, char **argv) {
   }
   for (size_t i = 0; i < kScenarioCount; ++i) {
     if (costs) {
-      MeasureCost(&kScenarios[i]);
+      MeasureCost(&kScenarios[i], kScenarios[i].name);
     } else {
       MeasureStackAndHeap(&kScenarios[i], 5);
       MeasureStackAndHeap(&kScenarios[i], 7);
     }
   }
+  MeasureDocuments(costs);
   return 0;
 }

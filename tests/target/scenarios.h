@@ -14,6 +14,11 @@ struct Scenario {
 extern const struct Scenario kScenarios[];
 extern const size_t kScenarioCount;
 
+/* The exchange is that of the full document, or of one with fewer rules for each radio. */
+enum { kDocumentRules = 40 };
+void SetDocumentRules(int rules);
+size_t DocumentSize(void);
+
 __attribute__((noreturn)) void Stop(const char *what);
 
 #endif
