@@ -54,12 +54,18 @@ Clients::Outcome Clients::Login(const std::string& address, const std::string& t
     return Outcome::kWrongKey;
   }
   throttle_.Forget(address);
+  last_logins_[address] = ++logins_;
   Say("login", address);
   return Outcome::kLoggedIn;
 }
 
 bool Clients::Passes(const std::string& address) {
   return !address.empty() && check_StarterAuthIP(address.c_str(), nullptr) == 0;
+}
+
+unsigned long Clients::LastLogin(const std::string& address) const {
+  const auto found = last_logins_.find(address);
+  return found == last_logins_.end() ? 0 : found->second;
 }
 
 bool Clients::Logout(const std::string& address) {
@@ -90,6 +96,7 @@ void Clients::RemoveLapsed() {
     Remove(address);
     Say("lapsed", address);
   }
+  std::erase_if(last_logins_, [](const auto& login) { return !IsListed(login.first); });
 }
 
 }  // namespace kiohost

@@ -3,6 +3,7 @@
 #define HOST_CLIENTS_H
 
 #include <cstddef>
+#include <map>
 #include <string>
 
 #include "login_throttle.h"
@@ -27,6 +28,10 @@ class Clients {
   // Whether the address is logged in. If it is, the time of its login begins anew.
   bool Passes(const std::string& address);
 
+  // How many logins there have been, and the number of the last one of an address; 0 without one.
+  unsigned long logins() const { return logins_; }
+  unsigned long LastLogin(const std::string& address) const;
+
   // Returns whether it was logged in.
   bool Logout(const std::string& address);
 
@@ -34,9 +39,11 @@ class Clients {
   void SweepIfDue();
 
  private:
-  static void RemoveLapsed();
+  void RemoveLapsed();
 
   LoginThrottle throttle_;
+  unsigned long logins_ = 0;
+  std::map<std::string, unsigned long> last_logins_;  // of those in the list
   long next_sweep_ = 0;
 };
 

@@ -7,6 +7,7 @@
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 
+#include <atomic>
 #include <utility>
 
 #include "peer_address.h"
@@ -23,10 +24,15 @@ std::string AddressOf(MHD_Connection* handle) {
       MHD_get_connection_info(handle, MHD_CONNECTION_INFO_CLIENT_ADDRESS)->client_addr);
 }
 
+std::atomic<unsigned long> g_connections = 0;
+
 }  // namespace
+
+unsigned long Connection::Count() { return g_connections; }
 
 Connection::Connection(MHD_Connection* handle, ClientTimeout::Clock::time_point now)
     : handle_(handle),
+      number_(++g_connections),
       socket_(SocketOf(handle)),
       address_(AddressOf(handle)),
       timeout_(now),

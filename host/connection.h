@@ -26,6 +26,11 @@ class Connection {
   static Connection* Of(MHD_Connection* handle);
 
   MHD_Connection* handle() const { return handle_; }
+  unsigned long number() const { return number_; }
+
+  // How many there have been. Their numbers begin with 1.
+  static unsigned long Count();
+
   int socket() const { return socket_; }
   const std::string& address() const { return address_; }
   ClientTimeout& timeout() { return timeout_; }
@@ -66,6 +71,7 @@ class Connection {
   int64_t BytesSent() const;
 
   MHD_Connection* handle_;
+  unsigned long number_;
   int socket_;
   std::string address_;
   ClientTimeout timeout_;

@@ -17,13 +17,23 @@ Json LastApply(ApplyLog* applies) {
               : Json(nullptr);
 }
 
+Json PendingConfirm(Exchange* exchange) {
+  const std::optional<WayBack::Pending> pending = exchange->pending();
+  const std::optional<Apply> last = exchange->applies()->Last();
+  return pending && last ? Json({{"id", last->id},
+                                 {"seconds", pending->seconds},
+                                 {"secondsLeft", pending->seconds_left}})
+                         : Json(nullptr);
+}
+
 Reply DescribeDevice(Store* store, const Events& events, const DeviceState& state) {
   return JsonReply({{"model", store->Get("/sys/modelnumber").value_or("")},
                     {"name", store->Get("/sys/friendlyname").value_or("")},
                     {"uptime", sys_uptime_seconds()},
                     {"bootId", state.boot_id},
                     {"state", state.now()},
-                    {"lastApply", LastApply(state.applies)},
+                    {"lastApply", LastApply(state.exchange->applies())},
+                    {"pendingConfirm", PendingConfirm(state.exchange)},
                     {"events", events.AsJson()}});
 }
 

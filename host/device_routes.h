@@ -5,8 +5,8 @@
 #include <functional>
 #include <string>
 
-#include "apply_log.h"
 #include "events.h"
+#include "exchange.h"
 #include "router.h"
 #include "store.h"
 
@@ -16,7 +16,7 @@ namespace kiohost {
 struct DeviceState {
   std::string boot_id;               // new at each start of the host
   std::function<const char*()> now;  // "ready", "busy" or "away"
-  ApplyLog* applies;
+  Exchange* exchange;
 };
 
 void AddDeviceRoutes(Store* store, const Events* events, const DeviceState& state, Router* router);

@@ -22,7 +22,7 @@ unsigned int PendingActions(CommitKind kind) {
   return mask != 0 ? mask : static_cast<unsigned int>(rssXmlData.pre_exeflag);
 }
 
-Exchange::Outcome Exchange::Run(std::string document, CommitKind kind) {
+Exchange::Outcome Exchange::Run(std::string document, CommitKind kind, int confirm_within) {
   // The library looks for the root in the same way. Without one it writes no result document.
   if (FindXmlKeyContain(document.data(), 0, "root", nullptr) == nullptr) {
     return {Outcome::Kind::kNoRoot, {}, CommitKind::kNone, 0, {}};
@@ -30,7 +30,7 @@ Exchange::Outcome Exchange::Run(std::string document, CommitKind kind) {
   const int pending = rssXmlData.exeflag;
   const int pending_before = rssXmlData.pre_exeflag;
   ExpectResult();
-  Outcome outcome = RunInTransaction(&document, kind);
+  Outcome outcome = RunInTransaction(&document, kind, confirm_within);
   if (outcome.kind == Outcome::Kind::kFailed) {
     // Otherwise the document would tell the app that the settings were applied, and a later commit
     // would run the actions for settings that are not in the store.
@@ -41,18 +41,26 @@ Exchange::Outcome Exchange::Run(std::string document, CommitKind kind) {
   return outcome;
 }
 
-Exchange::Outcome Exchange::RunInTransaction(std::string* document, CommitKind kind) {
+Exchange::Outcome Exchange::RunInTransaction(std::string* document, CommitKind kind,
+                                             int confirm_within) {
   StoreTransaction transaction(store_);
   Status status = transaction.begun();
   if (!status.ok()) {
     return {Outcome::Kind::kFailed, status.reason(), CommitKind::kNone, 0, {}};
   }
+  const std::vector<Node> before = confirm_within != 0 ? store_->List() : std::vector<Node>();
   const bool applied = Parse(document, kind);
+  has_parsed_ = true;
   ++count_;
   const int wait_seconds = applied ? rssXmlData.exeWaitSec : 0;
   status = TakeResult(wait_seconds);
   std::string apply_id;
   if (status.ok() && applied) {
+    if (confirm_within != 0) {
+      // A survey finds out, and changes nothing that could be taken back.
+      way_back_.Keep(before, confirm_within,
+                     AppliedActions(kind) & ~unsigned{KIOAPP_SYNC_SITE_SURVEY});
+    }
     store_->AddDueActions(AppliedActions(kind));
     if (store_->HasChanged()) {
       apply_id = applies_.NoteApply();
@@ -70,7 +78,7 @@ Exchange::Outcome Exchange::RunInTransaction(std::string* document, CommitKind k
 }
 
 bool Exchange::Parse(std::string* document, CommitKind kind) const {
-  if (count_ == 0) {
+  if (!has_parsed_) {
     // The library does so for the first document that it sees, which may have been that of a dry
     // run.
     rssXmlData.pre_exeflag = 0;
@@ -135,11 +143,34 @@ void Exchange::FinishCommit(unsigned int mask, unsigned int failed) {
   }
 }
 
-unsigned int Exchange::RunDueActions() {
-  const unsigned int mask = store_->DueActions();
+Status Exchange::Confirm() {
+  StoreTransaction transaction(store_);
+  if (!transaction.begun().ok()) {
+    return transaction.begun();
+  }
+  way_back_.Forget();
+  return transaction.Commit();
+}
+
+Status Exchange::GoBack() {
+  StoreTransaction transaction(store_);
+  if (!transaction.begun().ok()) {
+    return transaction.begun();
+  }
+  way_back_.Take();
+  applies_.NoteGoingBack();
+  Status status = transaction.Commit();
+  // What was set by variables and not applied was made for other settings.
+  ++count_;
+  return status;
+}
+
+unsigned int Exchange::RunActions(unsigned int mask) {
   // The mask is not put into the record: the first exchange would take it for its own.
   exe_ExternalCall(mask);
   return mask;
 }
+
+unsigned int Exchange::RunDueActions() { return RunActions(store_->DueActions()); }
 
 }  // namespace kiohost

@@ -10,6 +10,7 @@
 #include "result_document.h"
 #include "status.h"
 #include "store.h"
+#include "way_back.h"
 
 namespace kiohost {
 
@@ -44,10 +45,11 @@ class Exchange {
   // The store must be bound to the library. `temp_dir` is the directory that the store names for
   // the result document.
   Exchange(Store* store, const std::string& temp_dir)
-      : store_(store), applies_(store), result_file_(temp_dir + kResultFile) {}
+      : store_(store), applies_(store), way_back_(store), result_file_(temp_dir + kResultFile) {}
 
-  // Runs an exchange in one transaction, which is undone unless the document was accepted.
-  Outcome Run(std::string document, CommitKind kind);
+  // Runs an exchange in one transaction, which is undone unless the document was accepted. With
+  // `confirm_within` not 0 the same transaction keeps the way back, for so many seconds.
+  Outcome Run(std::string document, CommitKind kind, int confirm_within = 0);
 
   // Tells what `Run` would do now, and leaves nothing behind. An outcome without `text` has it in
   // the forecast.
@@ -59,6 +61,18 @@ class Exchange {
   // Runs the actions that are still due from an earlier run of the host, and returns their mask.
   unsigned int RunDueActions();
 
+  // The settings that wait for their confirmation, if there are any.
+  std::optional<WayBack::Pending> pending() { return way_back_.pending(); }
+
+  // Keeps them for good.
+  Status Confirm();
+
+  // Takes them back: the store is as before the exchange. The actions for that are due.
+  Status GoBack();
+
+  // Runs actions that are due, and returns their mask.
+  static unsigned int RunActions(unsigned int mask);
+
   // Notes that the actions of a mask have run, and which of them failed. These and others stay due,
   // for the next start.
   void FinishCommit(unsigned int mask, unsigned int failed);
@@ -66,7 +80,7 @@ class Exchange {
   // What was applied last.
   ApplyLog* applies() { return &applies_; }
 
-  // How many exchanges have used the record.
+  // How often something else than a variable has used the record or changed the settings.
   unsigned int count() const { return count_; }
 
   // To be called before and after a call that writes a result document. The first removes the last
@@ -79,16 +93,18 @@ class Exchange {
   const std::optional<std::string>& last_result() const { return last_result_; }
 
  private:
-  Outcome RunInTransaction(std::string* document, CommitKind kind);
+  Outcome RunInTransaction(std::string* document, CommitKind kind, int confirm_within);
 
   // Has the library read, verify and apply a document.
   bool Parse(std::string* document, CommitKind kind) const;
 
   Store* store_;
   ApplyLog applies_;
+  WayBack way_back_;
   std::string result_file_;
   std::optional<std::string> last_result_;
   unsigned int count_ = 0;
+  bool has_parsed_ = false;  // a document, and not for a dry run
 };
 
 }  // namespace kiohost

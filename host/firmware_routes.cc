@@ -21,7 +21,12 @@ std::optional<Reply> CheckAction(const RequestView& request) {
   return ErrorReply(MHD_HTTP_BAD_REQUEST, "an action is one character");
 }
 
-Reply TakeStep(Firmware* firmware, const RequestView& request) {
+Reply TakeStep(Firmware* firmware, const ChangeGuard& guard, const RequestView& request) {
+  if (request.name()[0] == KIOAPP_FW_UPGRADE) {
+    if (std::optional<Reply> refusal = guard.RefuseChange(request)) {
+      return *refusal;
+    }
+  }
   Firmware::Outcome outcome = firmware->Act(static_cast<unsigned char>(request.name()[0]));
   if (!outcome.document) {
     return ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR,
@@ -43,13 +48,14 @@ Reply LastStatus(const Firmware& firmware) {
 
 }  // namespace
 
-void AddFirmwareRoutes(Firmware* firmware, Router* router) {
-  router->Add(
-      {.pattern = "/firmware/*",
-       .method = MHD_HTTP_METHOD_POST,
-       .takes_turn = true,
-       .check = CheckAction,
-       .handle = [firmware](const RequestView& request) { return TakeStep(firmware, request); }});
+void AddFirmwareRoutes(Firmware* firmware, const ChangeGuard& guard, Router* router) {
+  router->Add({.pattern = "/firmware/*",
+               .method = MHD_HTTP_METHOD_POST,
+               .takes_turn = true,
+               .check = CheckAction,
+               .handle = [firmware, guard](const RequestView& request) {
+                 return TakeStep(firmware, guard, request);
+               }});
   router->Add(
       {.pattern = "/firmware",
        .method = MHD_HTTP_METHOD_GET,

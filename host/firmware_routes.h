@@ -2,13 +2,14 @@
 #ifndef HOST_FIRMWARE_ROUTES_H
 #define HOST_FIRMWARE_ROUTES_H
 
+#include "change_guard.h"
 #include "firmware.h"
 #include "router.h"
 
 namespace kiohost {
 
 // The firmware must outlive the router.
-void AddFirmwareRoutes(Firmware* firmware, Router* router);
+void AddFirmwareRoutes(Firmware* firmware, const ChangeGuard& guard, Router* router);
 
 }  // namespace kiohost
 

@@ -38,7 +38,7 @@ Json LinkAsJson(const LinkForecast& link) {
           {"rejoin", std::move(rejoin)}};
 }
 
-void AddBatch(const Forecast::Batch& batch, Json* json) {
+void AddBatch(const BatchForecast& batch, Json* json) {
   (*json)["applies"] = batch.applies;
   (*json)["commits"] = batch.commits;
   if (batch.apply_code) {

@@ -11,6 +11,15 @@
 
 namespace kiohost {
 
+// Of a batch: whether it applies the record, and commits, by itself. When it does not apply, the
+// changes are those of an apply after it, whose result this is.
+struct BatchForecast {
+  bool applies = false;
+  bool commits = false;
+  std::optional<int> apply_code;
+  std::string apply_message;
+};
+
 struct Forecast {
   int code = 0;         // of the exchange or the batch
   std::string message;  // the element or variable at fault
@@ -19,15 +28,7 @@ struct Forecast {
   unsigned int actions = 0;  // that the commit runs
   int wait_seconds = 0;      // that the app is told
 
-  // Of a batch: whether it applies the record, and commits, by itself. When it does not apply, the
-  // changes are those of an apply after it, whose result this is.
-  struct Batch {
-    bool applies = false;
-    bool commits = false;
-    std::optional<int> apply_code;
-    std::string apply_message;
-  };
-  std::optional<Batch> batch;
+  std::optional<BatchForecast> batch;
 };
 
 // The nodes that change, with their old and new texts. Secrets are masked: a new text then differs

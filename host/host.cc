@@ -9,6 +9,8 @@
 
 #include "actions.h"
 #include "command.h"
+#include "confirm_routes.h"
+#include "connection.h"
 #include "device_routes.h"
 #include "firmware_routes.h"
 #include "listener.h"
@@ -62,6 +64,7 @@ Host::Host(Store* store, const Settings& settings)
     : store_(store),
       settings_(settings),
       exchange_(store, settings.temp_dir),
+      confirmations_(&exchange_, WhoComes()),
       variables_(store, &exchange_, &events_),
       firmware_(store, &events_, settings.temp_dir, settings.state_dir + "/firmware.partition"),
       channel_watch_(store, &events_),
@@ -70,17 +73,33 @@ Host::Host(Store* store, const Settings& settings)
   if (!settings.open) {
     AddLoginFilter(&clients_, &router_);
   }
-  AddSettingsRoutes(&exchange_, &events_, &router_);
-  AddDeviceRoutes(store, &events_,
-                  {IdText(RandomNumber()) + IdText(RandomNumber()), [this] { return StateWord(); },
-                   exchange_.applies()},
-                  &router_);
-  AddVariableRoutes(&variables_, settings.catalogue, &router_);
+  const ChangeGuard guard(&exchange_);
+  AddSettingsRoutes(&exchange_, &events_, &confirmations_, &router_);
+  AddConfirmRoutes(&confirmations_, &events_, &router_);
+  AddDeviceRoutes(
+      store, &events_,
+      {IdText(RandomNumber()) + IdText(RandomNumber()), [this] { return StateWord(); }, &exchange_},
+      &router_);
+  AddVariableRoutes(&variables_, settings.catalogue, guard, &router_);
   AddLoginRoutes(&clients_, &router_);
-  AddFirmwareRoutes(&firmware_, &router_);
+  AddFirmwareRoutes(&firmware_, guard, &router_);
+}
+
+Confirmations::Arrivals Host::WhoComes() const {
+  if (settings_.open) {
+    return {Connection::Count,
+            [](const RequestView& request) { return request.connection_number(); },
+            "connect anew first: a confirmation takes a connection from after the change"};
+  }
+  return {[this] { return clients_.logins(); },
+          [this](const RequestView& request) { return clients_.LastLogin(request.peer_address()); },
+          "log in anew first: a confirmation takes a login from after the change"};
 }
 
 void Host::RunOverdueActions() {
+  GoBackWhenDue();
+  // Its actions are among those that are due.
+  after_reply_.reset();
   const unsigned int mask = exchange_.RunDueActions();
   if (mask != 0) {
     PrintLine(stdout, "making up for what was applied before this start and is not in force:");
@@ -104,6 +123,7 @@ Status Host::Run() {
   Status status;
   while (status.ok() && !StopRequested()) {
     WaitAndServe();
+    GoBackWhenDue();
     status = RunAfterReplyWhenReady();
   }
   server_.Stop();
@@ -114,6 +134,23 @@ Status Host::Run() {
     after_reply_->run();
   }
   return status;
+}
+
+void Host::GoBackWhenDue() {
+  if (after_reply_) {
+    return;  // one thing after the other
+  }
+  const std::optional<WayBack::Pending> pending = exchange_.pending();
+  if (!pending || pending->seconds_left > 0) {
+    return;
+  }
+  AfterReply work;
+  const Status status = GoBack(&exchange_, &events_, "as no confirmation came", &work);
+  if (status.ok()) {
+    after_reply_ = std::move(work);
+  } else {
+    PrintError("the settings cannot go back yet: " + status.reason());
+  }
 }
 
 void Host::WaitAndServe() {

@@ -8,6 +8,7 @@
 
 #include "channel_watch.h"
 #include "clients.h"
+#include "confirmations.h"
 #include "events.h"
 #include "exchange.h"
 #include "firmware.h"
@@ -49,7 +50,10 @@ class Host {
   Status Run();
 
  private:
+  // How clients are told apart that have come after settings which are to be confirmed.
+  Confirmations::Arrivals WhoComes() const;
   void WaitAndServe();
+  void GoBackWhenDue();
   long MillisecondsToWait() const;
   const char* StateWord() const;
   Status RunAfterReplyWhenReady();
@@ -61,6 +65,7 @@ class Host {
   Clients clients_;
   Events events_;
   Exchange exchange_;
+  Confirmations confirmations_;
   Variables variables_;
   Firmware firmware_;
   ChannelWatch channel_watch_;

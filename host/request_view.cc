@@ -5,6 +5,7 @@
 
 #include <cstring>
 
+#include "connection.h"
 #include "peer_address.h"
 
 namespace kiohost {
@@ -48,6 +49,10 @@ std::string RequestView::local_address() const {
   return info != nullptr && getsockname(info->connect_fd, generic, &length) == 0
              ? AddressText(generic)
              : std::string();
+}
+
+unsigned long RequestView::connection_number() const {
+  return Connection::Of(connection_)->number();
 }
 
 std::optional<bool> FlagArgument(const RequestView& request, const char* name) {

@@ -42,6 +42,9 @@ class RequestView {
   std::string peer_address() const;
   std::string local_address() const;
 
+  // The number of the connection (connection.h).
+  unsigned long connection_number() const;
+
   // The body; empty until it was read to its end.
   const std::string& body() const { return body_; }
 

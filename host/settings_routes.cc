@@ -6,6 +6,8 @@
 #include <utility>
 
 #include "actions.h"
+#include "change_guard.h"
+#include "confirm_routes.h"
 #include "json_reply.h"
 
 namespace kiohost {
@@ -32,6 +34,9 @@ std::optional<CommitKind> ReadMode(const RequestView& request, std::string* reas
 std::optional<Reply> CheckMode(const RequestView& request) {
   if (std::optional<Reply> refusal = CheckDryRun(request)) {
     return refusal;
+  }
+  if (!ConfirmWithin(request)) {
+    return BadConfirmWithin();
   }
   std::string reason;
   if (ReadMode(request, &reason)) {
@@ -65,16 +70,24 @@ Reply Foretell(Exchange* exchange, CommitKind kind, const RequestView& request) 
   return JsonReply(AsJson(forecast, request.peer_address(), request.local_address()));
 }
 
-Reply RunExchange(Exchange* exchange, Events* events, const RequestView& request) {
+Reply RunExchange(Exchange* exchange, Events* events, Confirmations* confirmations,
+                  const RequestView& request) {
+  const ChangeGuard guard(exchange);
+  const bool dry = *FlagArgument(request, "dry-run");
+  if (std::optional<Reply> refusal =
+          dry ? guard.RefuseLook(request) : guard.RefuseChange(request)) {
+    return *refusal;
+  }
   std::string reason;
   const std::optional<CommitKind> kind = ReadMode(request, &reason);
   if (!kind) {
     return ErrorReply(MHD_HTTP_BAD_REQUEST, reason);
   }
-  if (*FlagArgument(request, "dry-run")) {
+  if (dry) {
     return Foretell(exchange, *kind, request);
   }
-  Exchange::Outcome outcome = exchange->Run(request.body(), *kind);
+  const int confirm_within = *ConfirmWithin(request);
+  Exchange::Outcome outcome = exchange->Run(request.body(), *kind, confirm_within);
   switch (outcome.kind) {
     case Exchange::Outcome::Kind::kNoRoot:
       return NoRoot();
@@ -86,6 +99,9 @@ Reply RunExchange(Exchange* exchange, Events* events, const RequestView& request
   Reply reply = ResultDocument(std::move(outcome.text));
   if (outcome.commit != CommitKind::kNone) {
     AddApplyId(outcome.apply_id, &reply);
+    if (confirm_within != 0) {
+      confirmations->NoteApply();
+    }
     reply.after_reply.wait_seconds = outcome.wait_seconds;
     reply.after_reply.run = [exchange, events, commit = outcome.commit] {
       const unsigned int mask = exchange->Commit(commit);
@@ -103,14 +119,15 @@ Reply LastResult(const Exchange& exchange) {
 
 }  // namespace
 
-void AddSettingsRoutes(Exchange* exchange, Events* events, Router* router) {
+void AddSettingsRoutes(Exchange* exchange, Events* events, Confirmations* confirmations,
+                       Router* router) {
   router->Add({.pattern = "/settings",
                .method = MHD_HTTP_METHOD_POST,
                .body = {.need = BodyRule::Need::kFilled, .noun = "settings document"},
                .takes_turn = true,
                .check = CheckMode,
-               .handle = [exchange, events](const RequestView& request) {
-                 return RunExchange(exchange, events, request);
+               .handle = [exchange, events, confirmations](const RequestView& request) {
+                 return RunExchange(exchange, events, confirmations, request);
                }});
   router->Add(
       {.pattern = "/result",

@@ -2,6 +2,7 @@
 #ifndef HOST_SETTINGS_ROUTES_H
 #define HOST_SETTINGS_ROUTES_H
 
+#include "confirmations.h"
 #include "events.h"
 #include "exchange.h"
 #include "router.h"
@@ -9,7 +10,8 @@
 namespace kiohost {
 
 // The exchange and the events must outlive the router.
-void AddSettingsRoutes(Exchange* exchange, Events* events, Router* router);
+void AddSettingsRoutes(Exchange* exchange, Events* events, Confirmations* confirmations,
+                       Router* router);
 
 }  // namespace kiohost
 

@@ -15,14 +15,16 @@ constexpr char kSchema[] =
     "CREATE TABLE IF NOT EXISTS node("
     "path TEXT PRIMARY KEY COLLATE NOCASE, text TEXT NOT NULL) WITHOUT ROWID;"
     "CREATE TABLE IF NOT EXISTS state("
-    "name TEXT PRIMARY KEY, number INTEGER NOT NULL) WITHOUT ROWID;";
+    "name TEXT PRIMARY KEY, number INTEGER NOT NULL) WITHOUT ROWID;"
+    "CREATE TABLE IF NOT EXISTS old_node("
+    "path TEXT PRIMARY KEY COLLATE NOCASE, text TEXT) WITHOUT ROWID;";
 
 // The number of tables in the file, its application id, and how many tables of the schema it has.
 constexpr char kIdentity[] =
     "SELECT (SELECT count(*) FROM sqlite_schema), application_id,"
-    " (SELECT count(*) FROM sqlite_schema WHERE name IN ('node', 'state'))"
+    " (SELECT count(*) FROM sqlite_schema WHERE name IN ('node', 'state', 'old_node'))"
     " FROM pragma_application_id";
-constexpr char kAllTables[] = "2";
+constexpr char kAllTables[] = "3";
 
 // What lies below a path sorts between path + '/' and path + '0', the character after '/'; the
 // instances of a name between name + ':' and name + ';'. Queries use these ranges and no wildcards,
@@ -45,6 +47,11 @@ constexpr char kGetNumber[] = "SELECT number FROM state WHERE name = ?1";
 constexpr char kSetNumber[] =
     "INSERT INTO state VALUES(?1, ?2) ON CONFLICT(name) DO UPDATE SET number = excluded.number";
 constexpr char kRemoveNumber[] = "DELETE FROM state WHERE name = ?1";
+constexpr char kKeepOld[] = "INSERT INTO old_node VALUES(?1, ?2)";
+constexpr char kPutBackOld[] =
+    "DELETE FROM node WHERE path IN (SELECT path FROM old_node WHERE text IS NULL);"
+    "INSERT INTO node SELECT path, text FROM old_node WHERE text IS NOT NULL"
+    " ON CONFLICT(path) DO UPDATE SET text = excluded.text";
 constexpr char kDueActions[] = "due actions";
 
 // Committed after each checkpoint. The first commit after one begins the log anew and waits for the
@@ -98,7 +105,7 @@ Status Store::Prepare() {
       !set_.Prepare(database, kSet) || !delete_.Prepare(database, kDelete) ||
       !list_.Prepare(database, kList) || !get_number_.Prepare(database, kGetNumber) ||
       !set_number_.Prepare(database, kSetNumber) ||
-      !remove_number_.Prepare(database, kRemoveNumber)) {
+      !remove_number_.Prepare(database, kRemoveNumber) || !keep_old_.Prepare(database, kKeepOld)) {
     return Failure("use");
   }
   return {};
@@ -170,7 +177,7 @@ Status Store::Replace(const std::vector<Node>& nodes) {
   if (!transaction.begun().ok()) {
     return transaction.begun();
   }
-  if (!Execute("DELETE FROM node; DELETE FROM state")) {
+  if (!Execute("DELETE FROM node; DELETE FROM state; DELETE FROM old_node")) {
     Fail();
   }
   for (const Node& node : nodes) {
@@ -239,6 +246,26 @@ void Store::SetNumber(std::string_view name, int64_t number) {
 void Store::RemoveNumber(std::string_view name) {
   remove_number_.Bind(1, name);
   RunWrite(&remove_number_);
+}
+
+void Store::KeepOldText(std::string_view path, const std::optional<std::string>& text) {
+  keep_old_.Bind(1, path);
+  if (text) {
+    keep_old_.Bind(2, *text);
+  }
+  RunWrite(&keep_old_);
+}
+
+void Store::PutBackOldTexts() {
+  if (!Execute(kPutBackOld)) {
+    Fail();
+  }
+}
+
+void Store::ForgetOldTexts() {
+  if (!Execute("DELETE FROM old_node")) {
+    Fail();
+  }
 }
 
 bool Store::WriteWithoutWait(const std::function<void()>& write) {

@@ -76,6 +76,12 @@ class Store {
   void SetNumber(std::string_view name, int64_t number);
   void RemoveNumber(std::string_view name);
 
+  // Texts from before, for a later return, in a table of their own: nothing for a node that was not
+  // there. Putting them back leaves other nodes as they are.
+  void KeepOldText(std::string_view path, const std::optional<std::string>& text);
+  void PutBackOldTexts();
+  void ForgetOldTexts();
+
   // Runs `write` in a transaction that does not wait for the disk: after a power failure it may not
   // have been. Returns whether it was committed.
   bool WriteWithoutWait(const std::function<void()>& write);
@@ -107,6 +113,7 @@ class Store {
   Statement get_number_;
   Statement set_number_;
   Statement remove_number_;
+  Statement keep_old_;
   bool failed_ = false;       // an access failed since Begin
   int changes_at_begin_ = 0;  // of this connection, when the transaction began
   int log_pages_ = 0;         // of the write-ahead log that are not in the file yet

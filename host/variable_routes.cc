@@ -112,9 +112,14 @@ Reply Foretell(Variables* variables, char separator, const RequestView& request)
              : ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, answer.store.reason());
 }
 
-Reply SetBatch(Variables* variables, const RequestView& request) {
+Reply SetBatch(Variables* variables, const ChangeGuard& guard, const RequestView& request) {
   const char separator = request.Argument("separator").value_or("&").front();
-  if (*FlagArgument(request, "dry-run")) {
+  const bool dry = *FlagArgument(request, "dry-run");
+  if (std::optional<Reply> refusal =
+          dry ? guard.RefuseLook(request) : guard.RefuseChange(request)) {
+    return *refusal;
+  }
+  if (dry) {
     return Foretell(variables, separator, request);
   }
   const Variables::Answer answer = variables->SetBatch(request.body(), separator);
@@ -130,10 +135,16 @@ Reply Discard(Variables* variables) {
   return ReplyTo(variables, {}, {});
 }
 
-Reply RunAction(Variables* variables, const RequestView& request) {
+Reply RunAction(Variables* variables, const ChangeGuard& guard, const RequestView& request) {
   const std::optional<Variables::Action> action = Variables::FindAction(VariableName(request));
   if (!action) {
     return CodeReply(MHD_HTTP_NOT_FOUND, KIOAPP_VAR_REFUSED, "no such action");
+  }
+  const bool looks =
+      *action == Variables::Action::kVerifyAll || *action == Variables::Action::kSurveySites;
+  if (std::optional<Reply> refusal =
+          looks ? guard.RefuseLook(request) : guard.RefuseChange(request)) {
+    return *refusal;
   }
   const Variables::Answer answer = variables->RunAction(*action, request.body());
   const bool names_variable = *action == Variables::Action::kSetBatch;
@@ -152,20 +163,22 @@ bool JoinsCommit(const Variables& variables, const RequestView& request) {
 
 }  // namespace
 
-void AddVariableRoutes(Variables* variables, const std::string& catalogue, Router* router) {
+void AddVariableRoutes(Variables* variables, const std::string& catalogue, const ChangeGuard& guard,
+                       Router* router) {
   const BodyRule value = {.need = BodyRule::Need::kAnything, .noun = "value"};
   const BodyRule batch = {.need = BodyRule::Need::kAnything, .noun = "batch"};
   router->Add(
       {.pattern = "/vars",
        .method = MHD_HTTP_METHOD_GET,
        .handle = [catalogue](const RequestView& /*request*/) { return SendCatalogue(catalogue); }});
-  router->Add(
-      {.pattern = "/vars",
-       .method = MHD_HTTP_METHOD_POST,
-       .body = batch,
-       .takes_turn = true,
-       .check = CheckBatch,
-       .handle = [variables](const RequestView& request) { return SetBatch(variables, request); }});
+  router->Add({.pattern = "/vars",
+               .method = MHD_HTTP_METHOD_POST,
+               .body = batch,
+               .takes_turn = true,
+               .check = CheckBatch,
+               .handle = [variables, guard](const RequestView& request) {
+                 return SetBatch(variables, guard, request);
+               }});
   router->Add(
       {.pattern = "/vars",
        .method = MHD_HTTP_METHOD_DELETE,
@@ -192,8 +205,8 @@ void AddVariableRoutes(Variables* variables, const std::string& catalogue, Route
        .takes_turn = true,
        .may_join =
            [variables](const RequestView& request) { return JoinsCommit(*variables, request); },
-       .handle =
-           [variables](const RequestView& request) { return RunAction(variables, request); }});
+       .handle = [variables, guard](
+                     const RequestView& request) { return RunAction(variables, guard, request); }});
 }
 
 }  // namespace kiohost

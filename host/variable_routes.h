@@ -4,13 +4,15 @@
 
 #include <string>
 
+#include "change_guard.h"
 #include "router.h"
 #include "variables.h"
 
 namespace kiohost {
 
 // `catalogue` is the file with the list of all variables. The variables must outlive the router.
-void AddVariableRoutes(Variables* variables, const std::string& catalogue, Router* router);
+void AddVariableRoutes(Variables* variables, const std::string& catalogue, const ChangeGuard& guard,
+                       Router* router);
 
 }  // namespace kiohost
 

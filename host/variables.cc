@@ -139,7 +139,7 @@ Variables::Answer Variables::SetBatchDry(const std::string& batch, char separato
   rssXmlData.exeWaitSec = kNotApplied;
   forecast->code = do_RssVar_Parser(ValueBuffer(batch).data(), separator, fault.data(), 0);
   forecast->message = fault.data();
-  Forecast::Batch& more = forecast->batch.emplace();
+  BatchForecast& more = forecast->batch.emplace();
   if (forecast->code == KIOAPP_VAR_DONE) {
     more.applies = rssXmlData.exeWaitSec != kNotApplied;
     more.commits = AlarmState() != Alarm::kNone;

@@ -52,7 +52,8 @@ TEST_F(HttpTest, DeviceSaysWhatItIs) {
   EXPECT_THAT(answer.body,
               MatchesRegex("\\{\n  \"model\": \"DR-2400\",\n  \"name\": \"Home router\",\n  "
                            "\"uptime\": [0-9]+,\n  \"bootId\": \"[0-9a-f]{32}\",\n  \"state\": "
-                           "\"ready\",\n  \"lastApply\": null,\n  \"events\": \\[\\]\n\\}\n"));
+                           "\"ready\",\n  \"lastApply\": null,\n  \"pendingConfirm\": null,\n  "
+                           "\"events\": \\[\\]\n\\}\n"));
 }
 
 TEST_F(HttpTest, ResultIsTheLastResultDocument) {

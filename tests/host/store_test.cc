@@ -214,6 +214,36 @@ TEST_F(StoreTest, KeepsNumbersOutsideTheNodes) {
   EXPECT_EQ(store_.Number("a"), std::nullopt);
 }
 
+TEST_F(StoreTest, PutsOldTextsBackAndLeavesOtherNodes) {
+  Fill({"/a", "/a/b", "/c", "/d", "/New", "/New/below"});
+  store_.KeepOldText("/a", "old");
+  store_.KeepOldText("/Gone", "");
+  store_.KeepOldText("/new", std::nullopt);
+  EXPECT_EQ(store_.List().size(), 6U) << "they are no nodes";
+  store_.PutBackOldTexts();
+  EXPECT_THAT(store_.List(),
+              ElementsAre(Node{"/a", "old"}, Node{"/a/b", "x"}, Node{"/c", "x"}, Node{"/d", "x"},
+                          Node{"/Gone", ""}, Node{"/New/below", "x"}));
+  store_.ForgetOldTexts();
+  EXPECT_TRUE(store_.Set("/a", "later"));
+  store_.PutBackOldTexts();
+  EXPECT_THAT(store_.Get("/a"), Optional(std::string("later")));
+}
+
+// A store of an earlier version has no table for old texts.
+TEST_F(StoreTest, AStoreWithoutALaterTableGetsIt) {
+  Fill({"/a"});
+  sqlite3* database = nullptr;
+  ASSERT_EQ(sqlite3_open(file_.c_str(), &database), SQLITE_OK);
+  EXPECT_EQ(sqlite3_exec(database, "DROP TABLE old_node", nullptr, nullptr, nullptr), SQLITE_OK);
+  sqlite3_close(database);
+  Store other;
+  ASSERT_TRUE(other.Open(file_, Store::Mode::kCreate).ok());
+  other.KeepOldText("/a", std::nullopt);
+  other.PutBackOldTexts();
+  EXPECT_THAT(other.List(), IsEmpty());
+}
+
 TEST_F(StoreTest, ATextThatIsThereAlreadyIsNoChange) {
   Fill({"/sys/a"});
   StoreTransaction transaction(&store_);

@@ -1,0 +1,46 @@
+#include "settings_tag.h"
+
+#include <algorithm>
+
+namespace kiohost {
+namespace {
+
+constexpr std::string_view kBlanks = " \t";
+
+std::string_view Trim(std::string_view text) {
+  const size_t begin = text.find_first_not_of(kBlanks);
+  return begin == std::string_view::npos
+             ? std::string_view()
+             : text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
+}
+
+std::string_view WithoutQuotes(std::string_view text) {
+  return text.size() >= 2 && text.front() == '"' && text.back() == '"'
+             ? text.substr(1, text.size() - 2)
+             : text;
+}
+
+}  // namespace
+
+std::string SettingsTag(const std::optional<Apply>& last) {
+  if (!last) {
+    return "none";
+  }
+  const bool back =
+      last->outcome == ApplyOutcome::kGoingBack || last->outcome == ApplyOutcome::kRolledBack;
+  return last->id + (back ? "-rolled-back" : "");
+}
+
+bool MatchesTag(std::string_view header, std::string_view tag) {
+  while (!header.empty()) {
+    const std::string_view item = header.substr(0, header.find(','));
+    header.remove_prefix(std::min(item.size() + 1, header.size()));
+    const std::string_view named = Trim(item);
+    if (named == "*" || WithoutQuotes(named) == tag) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace kiohost
