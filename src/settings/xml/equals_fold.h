@@ -26,7 +26,7 @@ inline bool EqualsFold(const char* a, const char* b, std::size_t size) {
   return true;
 }
 
-// Whether two texts of four to sixteen characters are the same, as two words tell that may overlap.
+// Whether two texts of two to sixteen characters are the same, as two words tell that may overlap.
 // False for others, and where the compiler is to save space.
 KIO_INLINE inline bool AreSameWords(const char* a, const char* b, std::size_t size) {
 #ifndef KIO_FOR_SIZE
@@ -42,7 +42,10 @@ KIO_INLINE inline bool AreSameWords(const char* a, const char* b, std::size_t si
   if (size >= sizeof(std::uint64_t)) {
     return size <= 2 * sizeof(std::uint64_t) && have_same_ends(std::uint64_t{});
   }
-  return size >= sizeof(std::uint32_t) && have_same_ends(std::uint32_t{});
+  if (size >= sizeof(std::uint32_t)) {
+    return have_same_ends(std::uint32_t{});
+  }
+  return size >= sizeof(std::uint16_t) && have_same_ends(std::uint16_t{});
 #else
   static_cast<void>(a), static_cast<void>(b), static_cast<void>(size);
   return false;
