@@ -85,7 +85,8 @@ class Bound {
 bool ReadAddress(const Block& entry, TextView key, char (&address)[128]) {
   TextBuffer text(address);
   text.Append(get_FwServerWebSite());
-  if (!settings::ReadText(entry, key, address + text.size(), sizeof(address) - text.size())) {
+  if (!settings::ReadText(settings::FindElement(entry, key), address + text.size(),
+                          sizeof(address) - text.size())) {
     KIO_LOG(kLogAction, "%s not found\n", key.data());
     return false;
   }

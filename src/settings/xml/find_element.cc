@@ -37,8 +37,8 @@ struct EmptyTags {
   const char* plain = nullptr;
   const char* blank = nullptr;
 
-  // Notes the one at `tag`, if there is one. Out of line: there are few.
-  [[gnu::noinline]] void Note(const char* tag, const char* end, TextView key) {
+  // Notes the one at `tag`, if there is one. Kept out of the search's loop: there are few.
+  [[gnu::noinline, gnu::cold]] void Note(const char* tag, const char* end, TextView key) {
     const EmptyTag form = EmptyTagAt(tag, end, key);
     if (form == EmptyTag::kPlain && plain == nullptr) {
       plain = tag;
@@ -49,7 +49,7 @@ struct EmptyTags {
 };
 
 // The first opening tag of `key` at or behind `from`, or the first tag of an empty element.
-OpeningTag FindOpeningTag(SearchText& text, const char* from, TextView key) {
+KIO_INLINE inline OpeningTag FindOpeningTag(SearchText& text, const char* from, TextView key) {
   EmptyTags empty;
   const char* content = nullptr;
   const char* const tag =
@@ -93,10 +93,10 @@ Element MakeElement(const Block& block, const char* tag, const char* content, co
 }  // namespace
 
 // Quirk "nesting-unseen": the first tag of the name counts, however deep it stands.
-Element FindElement(const Block& block, TextView key) {
+Element FindElement(const Block& block, TextView key, Wanted wanted) {
   SearchText text = block.Search();
   const OpeningTag tag = FindOpeningTag(text, block.text, key);
-  if (tag.content == nullptr) {
+  if (tag.content == nullptr || wanted == Wanted::kTag) {
     return MakeElement(block, tag.position, tag.position, tag.position);
   }
   const char* const close = FindClosingTag(text, tag.content, key);
@@ -107,8 +107,7 @@ Element FindElement(const Block& block, TextView key) {
 }
 
 char* FindTag(const Block& block, TextView key) {
-  SearchText text = block.Search();
-  return const_cast<char*>(FindOpeningTag(text, block.text, key).position);
+  return FindElement(block, key, Wanted::kTag).tag;
 }
 
 BlockReader::BlockReader(const Block& block) : block_(block) {

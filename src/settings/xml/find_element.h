@@ -45,8 +45,13 @@ struct Element {
 };
 
 // Finds the first element `key` of a block: <key>...</key> before <key/>, and that before <key />,
-// wherever they lie. Tags are compared ignoring case, their first 127 characters alone.
-Element FindElement(const Block& block, platform::TextView key);
+// wherever they lie. Tags are compared ignoring case, their first 127 characters alone. Where the
+// tag alone is wanted, the content that is returned means nothing.
+enum class Wanted { kElement, kTag };
+Element FindElement(const Block& block, platform::TextView key, Wanted wanted = Wanted::kElement);
+
+// The tag of that element alone, or null.
+char* FindTag(const Block& block, platform::TextView key);
 
 // Finds the elements of one block, one after the other, each key at most once.
 //
@@ -82,9 +87,6 @@ class BlockReader {
   const char* next_ = nullptr;
   const char* end_ = nullptr;
 };
-
-// The opening tag alone, or null.
-char* FindTag(const Block& block, platform::TextView key);
 
 }  // namespace kio::settings
 

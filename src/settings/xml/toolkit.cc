@@ -53,15 +53,16 @@ int GetXmlKeyStrValue_(char* block, int len, const char* key, char* dst, int cap
   if (block == nullptr || key == nullptr || dst == nullptr || cap < 1) {
     return 0;
   }
-  return static_cast<int>(
-      kio::settings::ReadText({block, len}, key, dst, static_cast<std::size_t>(cap)));
+  return static_cast<int>(kio::settings::ReadText(kio::settings::FindElement({block, len}, key),
+                                                  dst, static_cast<std::size_t>(cap)));
 }
 
 int GetXmlKeyIntValue_(char* block, int len, const char* key, int* out) {
   if (block == nullptr || key == nullptr || out == nullptr) {
     return 0;
   }
-  return static_cast<int>(kio::settings::ReadInt({block, len}, key, *out));
+  return static_cast<int>(
+      kio::settings::ReadInt(kio::settings::FindElement({block, len}, key), *out));
 }
 
 int GetXmlKeyStrValue(char* block, int len, const char* parentPath, const char* key, char* dst,

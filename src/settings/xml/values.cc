@@ -40,11 +40,9 @@ KIO_INLINE inline bool ReadDigits(const Block& content, int& out) {
   return true;
 }
 
-KIO_INLINE inline bool ReadIntOf(const Element& element, int& out) {
-  return (element.is_complete() && ReadDigits(element.content, out)) || ReadIntOfText(element, out);
-}
+}  // namespace
 
-KIO_INLINE inline bool ReadTextOf(const Element& element, char* dst, std::size_t size) {
+bool ReadText(const Element& element, char* dst, std::size_t size) {
   if (!element.is_complete()) {
     dst[0] = '\0';
     return false;
@@ -63,20 +61,8 @@ KIO_INLINE inline bool ReadTextOf(const Element& element, char* dst, std::size_t
   return true;
 }
 
-}  // namespace
-
-bool ReadText(const Element& element, char* dst, std::size_t size) {
-  return ReadTextOf(element, dst, size);
-}
-
-bool ReadInt(const Element& element, int& out) { return ReadIntOf(element, out); }
-
-bool ReadText(const Block& block, TextView key, char* dst, std::size_t size) {
-  return ReadTextOf(FindElement(block, key), dst, size);
-}
-
-bool ReadInt(const Block& block, TextView key, int& out) {
-  return ReadIntOf(FindElement(block, key), out);
+bool ReadInt(const Element& element, int& out) {
+  return (element.is_complete() && ReadDigits(element.content, out)) || ReadIntOfText(element, out);
 }
 
 }  // namespace kio::settings

@@ -9,17 +9,13 @@
 
 namespace kio::settings {
 
-// As below, for an element already looked up.
-bool ReadText(const Element& element, char* dst, std::size_t size);
-bool ReadInt(const Element& element, int& out);
-
 // Reads the text of an element: at most `size` - 1 characters of the document, decoded. Without
 // such an element the result is false and `dst` is empty.
-bool ReadText(const Block& block, platform::TextView key, char* dst, std::size_t size);
+bool ReadText(const Element& element, char* dst, std::size_t size);
 
 // Reads the integer of an element. Without such an element the result is false and `out` keeps its
 // value.
-bool ReadInt(const Block& block, platform::TextView key, int& out);
+bool ReadInt(const Element& element, int& out);
 
 }  // namespace kio::settings
 
