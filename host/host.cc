@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "actions.h"
+#include "backup_routes.h"
 #include "command.h"
 #include "confirm_routes.h"
 #include "connection.h"
@@ -66,6 +67,7 @@ Host::Host(Store* store, const Settings& settings)
       exchange_(store, settings.temp_dir),
       confirmations_(&exchange_, WhoComes()),
       variables_(store, &exchange_, &events_),
+      backup_(store, settings.catalogue),
       firmware_(store, &events_, settings.temp_dir, settings.state_dir + "/firmware.partition"),
       channel_watch_(store, &events_),
       server_(&router_) {
@@ -74,7 +76,9 @@ Host::Host(Store* store, const Settings& settings)
     AddLoginFilter(&clients_, &router_);
   }
   const ChangeGuard guard(&exchange_);
-  AddSettingsRoutes(&exchange_, &events_, &confirmations_, &router_);
+  const SettingsRoom settings_room = {&exchange_, &events_, &confirmations_};
+  AddSettingsRoutes(settings_room, &router_);
+  AddBackupRoutes(&backup_, settings_room, &router_);
   AddConfirmRoutes(&confirmations_, &events_, &router_);
   AddDeviceRoutes(
       store, &events_,

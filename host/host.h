@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "backup.h"
 #include "channel_watch.h"
 #include "clients.h"
 #include "confirmations.h"
@@ -67,6 +68,7 @@ class Host {
   Exchange exchange_;
   Confirmations confirmations_;
   Variables variables_;
+  Backup backup_;
   Firmware firmware_;
   ChannelWatch channel_watch_;
   HttpServer server_;

@@ -56,9 +56,10 @@ Reply NoRoot() {
   return ErrorReply(MHD_HTTP_BAD_REQUEST, "the settings document has no root element");
 }
 
-Reply Foretell(Exchange* exchange, CommitKind kind, const RequestView& request) {
+Reply Foretell(Exchange* exchange, std::string document, CommitKind kind,
+               const RequestView& request) {
   Forecast forecast;
-  const Exchange::Outcome outcome = exchange->RunDry(request.body(), kind, &forecast);
+  const Exchange::Outcome outcome = exchange->RunDry(std::move(document), kind, &forecast);
   switch (outcome.kind) {
     case Exchange::Outcome::Kind::kNoRoot:
       return NoRoot();
@@ -70,24 +71,35 @@ Reply Foretell(Exchange* exchange, CommitKind kind, const RequestView& request) 
   return JsonReply(AsJson(forecast, request.peer_address(), request.local_address()));
 }
 
-Reply RunExchange(Exchange* exchange, Events* events, Confirmations* confirmations,
+Reply RunBody(const SettingsRoom& room, const RequestView& request) {
+  std::string reason;
+  const std::optional<CommitKind> kind = ReadMode(request, &reason);
+  return kind ? RunDocument(room, request.body(), *kind, request)
+              : ErrorReply(MHD_HTTP_BAD_REQUEST, reason);
+}
+
+Reply LastResult(const Exchange& exchange) {
+  const std::optional<std::string>& result = exchange.last_result();
+  return result ? ResultDocument(*result)
+                : ErrorReply(MHD_HTTP_NOT_FOUND, "there is no result document");
+}
+
+}  // namespace
+
+Reply RunDocument(const SettingsRoom& room, std::string document, CommitKind kind,
                   const RequestView& request) {
+  Exchange* const exchange = room.exchange;
   const ChangeGuard guard(exchange);
   const bool dry = *FlagArgument(request, "dry-run");
   if (std::optional<Reply> refusal =
           dry ? guard.RefuseLook(request) : guard.RefuseChange(request)) {
     return *refusal;
   }
-  std::string reason;
-  const std::optional<CommitKind> kind = ReadMode(request, &reason);
-  if (!kind) {
-    return ErrorReply(MHD_HTTP_BAD_REQUEST, reason);
-  }
   if (dry) {
-    return Foretell(exchange, *kind, request);
+    return Foretell(exchange, std::move(document), kind, request);
   }
   const int confirm_within = *ConfirmWithin(request);
-  Exchange::Outcome outcome = exchange->Run(request.body(), *kind, confirm_within);
+  Exchange::Outcome outcome = exchange->Run(std::move(document), kind, confirm_within);
   switch (outcome.kind) {
     case Exchange::Outcome::Kind::kNoRoot:
       return NoRoot();
@@ -100,10 +112,10 @@ Reply RunExchange(Exchange* exchange, Events* events, Confirmations* confirmatio
   if (outcome.commit != CommitKind::kNone) {
     AddApplyId(outcome.apply_id, &reply);
     if (confirm_within != 0) {
-      confirmations->NoteApply();
+      room.confirmations->NoteApply();
     }
     reply.after_reply.wait_seconds = outcome.wait_seconds;
-    reply.after_reply.run = [exchange, events, commit = outcome.commit] {
+    reply.after_reply.run = [exchange, events = room.events, commit = outcome.commit] {
       const unsigned int mask = exchange->Commit(commit);
       exchange->FinishCommit(mask, ReportActions(mask, events));
     };
@@ -111,28 +123,17 @@ Reply RunExchange(Exchange* exchange, Events* events, Confirmations* confirmatio
   return reply;
 }
 
-Reply LastResult(const Exchange& exchange) {
-  const std::optional<std::string>& result = exchange.last_result();
-  return result ? ResultDocument(*result)
-                : ErrorReply(MHD_HTTP_NOT_FOUND, "there is no result document");
-}
-
-}  // namespace
-
-void AddSettingsRoutes(Exchange* exchange, Events* events, Confirmations* confirmations,
-                       Router* router) {
+void AddSettingsRoutes(const SettingsRoom& room, Router* router) {
   router->Add({.pattern = "/settings",
                .method = MHD_HTTP_METHOD_POST,
                .body = {.need = BodyRule::Need::kFilled, .noun = "settings document"},
                .takes_turn = true,
                .check = CheckMode,
-               .handle = [exchange, events, confirmations](const RequestView& request) {
-                 return RunExchange(exchange, events, confirmations, request);
-               }});
+               .handle = [room](const RequestView& request) { return RunBody(room, request); }});
   router->Add(
       {.pattern = "/result",
        .method = MHD_HTTP_METHOD_GET,
-       .handle = [exchange](const RequestView& /*request*/) { return LastResult(*exchange); }});
+       .handle = [room](const RequestView& /*request*/) { return LastResult(*room.exchange); }});
 }
 
 }  // namespace kiohost

@@ -2,16 +2,29 @@
 #ifndef HOST_SETTINGS_ROUTES_H
 #define HOST_SETTINGS_ROUTES_H
 
+#include <string>
+
 #include "confirmations.h"
 #include "events.h"
 #include "exchange.h"
+#include "reply.h"
+#include "request_view.h"
 #include "router.h"
 
 namespace kiohost {
 
-// The exchange and the events must outlive the router.
-void AddSettingsRoutes(Exchange* exchange, Events* events, Confirmations* confirmations,
-                       Router* router);
+// What settings documents are run with. All of it must outlive the router.
+struct SettingsRoom {
+  Exchange* exchange;
+  Events* events;
+  Confirmations* confirmations;
+};
+
+// Runs a settings document, or tells what it would do, as the parameters of the request say.
+Reply RunDocument(const SettingsRoom& room, std::string document, CommitKind kind,
+                  const RequestView& request);
+
+void AddSettingsRoutes(const SettingsRoom& room, Router* router);
 
 }  // namespace kiohost
 

@@ -79,9 +79,12 @@ bool IsContentTypeTaken(std::string_view content_type) {
   while (!type.empty() && (type.back() == ' ' || type.back() == '\t')) {
     type.remove_suffix(1);
   }
-  constexpr std::string_view kTypes[] = {"application/octet-stream",
-                                         "application/x-www-form-urlencoded", "application/xml",
-                                         "text/plain", "text/xml"};
+  constexpr std::string_view kTypes[] = {"application/json",
+                                         "application/octet-stream",
+                                         "application/x-www-form-urlencoded",
+                                         "application/xml",
+                                         "text/plain",
+                                         "text/xml"};
   return std::any_of(std::begin(kTypes), std::end(kTypes),
                      [type](std::string_view taken) { return IsSameText(type, taken); });
 }

@@ -34,7 +34,8 @@ std::string FirstDifference(const Transcript& a, const Transcript& b) {
 
 int FromEnvironment(const char* name, int otherwise) {
   const char* const text = std::getenv(name);
-  return text != nullptr ? std::atoi(text) : otherwise;
+  constexpr int kDecimal = 10;
+  return text != nullptr ? static_cast<int>(std::strtol(text, nullptr, kDecimal)) : otherwise;
 }
 
 TEST(DryRunDifferentialTest, WhatFollowsIsAsIfItHadNeverBeen) {

@@ -71,9 +71,10 @@ TEST_F(HttpTest, OtherPathsDoNotExist) {
   for (const char* url : {"/", "/settings/", "/Settings", "/result/x", "/../device", "*"}) {
     const HttpResponse answer = Get(host_.port(), url);
     EXPECT_EQ(answer.status, 404) << url;
-    EXPECT_EQ(answer.body,
-              "there is only /settings, /result, /device, /vars, /actions, /login, /logout and "
-              "/firmware\n")
+    EXPECT_EQ(
+        answer.body,
+        "there is only /settings, /result, /backup, /restore, /device, /vars, /actions, /login, "
+        "/logout and /firmware\n")
         << url;
   }
   EXPECT_EQ(Post(host_.port(), "/", FactoryDocument()).status, 404);

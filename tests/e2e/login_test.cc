@@ -111,6 +111,9 @@ TEST_F(LoginTest, WhatIsOpenToAllKeepsNobodyLoggedIn) {
 
 TEST_F(LoginTest, EveryRouteIsRefusedWithoutLogin) {
   const std::vector<std::string> paths = {"/settings",
+                                          "/settings/confirm",
+                                          "/backup",
+                                          "/restore",
                                           "/result",
                                           "/vars",
                                           "/vars/rss_DeviceName",
@@ -323,7 +326,8 @@ TEST_F(LoginTest, OtherContentTypesAreRefused) {
   EXPECT_EQ(put("text/plain; charset=utf-8"), 200);
   EXPECT_EQ(put("application/x-www-form-urlencoded"), 200);
   EXPECT_EQ(put("multipart/form-data; boundary=x"), 415);
-  EXPECT_EQ(put("application/json"), 415);
+  EXPECT_EQ(put("application/pdf"), 415);
+  EXPECT_EQ(put("application/json"), 200);
 }
 
 TEST_F(LoginTest, AllAnswersAreMarkedForBrowsers) {

@@ -1,0 +1,41 @@
+// The settings of the device as an archive that people can read, and back again.
+#ifndef HOST_BACKUP_H
+#define HOST_BACKUP_H
+
+#include <string>
+#include <utility>
+
+#include "json.h"
+#include "status.h"
+#include "store.h"
+
+namespace kiohost {
+
+class Backup {
+ public:
+  // `catalogue` is the file with the list of all variables: what an app can set is a setting.
+  Backup(Store* store, std::string catalogue) : store_(store), catalogue_(std::move(catalogue)) {}
+
+  // The archive. Without `secrets` it holds no passwords and keys.
+  Status Make(bool secrets, Json* archive);
+
+  // The settings document of an archive. What the archive leaves out is as the device has it now.
+  // `other_firmware` takes the archive of another firmware as well. A status that is not ok says
+  // what does not fit.
+  Status Read(const std::string& archive, bool other_firmware, std::string* document);
+
+ private:
+  // All settings, those but the secrets, or one text for each setting that there can be.
+  enum class Contents { kAll, kPublic, kPossible };
+
+  Status Settings(Contents contents, Json* settings);
+  Json Manifest();
+  Status Check(const Json& archive, bool other_firmware);
+
+  Store* store_;
+  std::string catalogue_;
+};
+
+}  // namespace kiohost
+
+#endif  // HOST_BACKUP_H
