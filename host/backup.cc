@@ -154,7 +154,8 @@ std::string FaultOf(const std::string& path, const Json& value, const Json& know
     return path + " is no object";
   }
   for (const auto& [name, content] : value.items()) {
-    const std::string below = path.empty() ? name : path + "/" + name;
+    std::string below = path;
+    below.append(path.empty() ? "" : "/").append(name);
     if (!known.contains(name)) {
       return "this device has no setting " + below;
     }
