@@ -6,8 +6,9 @@
 #include <unistd.h>
 
 #include <cstddef>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -23,11 +24,11 @@ class Guarded {
     void* const memory =
         mmap(nullptr, mapped_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (memory == MAP_FAILED) {
-      throw std::runtime_error("no memory to guard");
+      Fail("no memory to guard");
     }
     base_ = static_cast<char*>(memory);
     if (mprotect(base_ + usable, page, PROT_NONE) != 0) {
-      throw std::runtime_error("memory cannot be guarded");
+      Fail("memory cannot be guarded");
     }
     data_ = base_ + usable - size;
     std::memset(data_, fill, size);
@@ -46,6 +47,11 @@ class Guarded {
   [[nodiscard]] std::string Bytes() const { return {data_, size_}; }
 
  private:
+  [[noreturn]] static void Fail(const char* what) {
+    std::perror(what);
+    std::abort();
+  }
+
   std::size_t size_;
   std::size_t mapped_ = 0;
   char* base_ = nullptr;
