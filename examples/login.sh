@@ -16,7 +16,7 @@ fi
 # The router counts bytes.
 export LC_ALL=C
 
-# The answer is {"model": ..., "name": ..., "uptime": SECONDS, "events": [...]}; curl adds a line with
+# The answer is {"model": ..., "name": ..., "uptime": SECONDS, ..., "events": [...]}; curl adds a line with
 # the address that it was asked from.
 answer=$(curl -sSf -w '\n%{local_ip}' "$router/device")
 # Events have an uptime as well, and the name may be any text. So all other quoted texts are removed,
