@@ -52,21 +52,25 @@ Reply ResultDocument(std::string document) {
   return reply;
 }
 
-Reply NoRoot() {
-  return ErrorReply(MHD_HTTP_BAD_REQUEST, "the settings document has no root element");
+// The answer to a document that the library gave no result for.
+std::optional<Reply> FailureOf(const Exchange::Outcome& outcome) {
+  switch (outcome.kind) {
+    case Exchange::Outcome::Kind::kNoRoot:
+      return ErrorReply(MHD_HTTP_BAD_REQUEST, "the settings document has no root element");
+    case Exchange::Outcome::Kind::kFailed:
+      return ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, outcome.text);
+    case Exchange::Outcome::Kind::kAnswered:
+      break;
+  }
+  return std::nullopt;
 }
 
 Reply Foretell(Exchange* exchange, std::string document, CommitKind kind,
                const RequestView& request) {
   Forecast forecast;
   const Exchange::Outcome outcome = exchange->RunDry(std::move(document), kind, &forecast);
-  switch (outcome.kind) {
-    case Exchange::Outcome::Kind::kNoRoot:
-      return NoRoot();
-    case Exchange::Outcome::Kind::kFailed:
-      return ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, outcome.text);
-    case Exchange::Outcome::Kind::kAnswered:
-      break;
+  if (std::optional<Reply> failure = FailureOf(outcome)) {
+    return *failure;
   }
   return JsonReply(AsJson(forecast, request.peer_address(), request.local_address()));
 }
@@ -100,13 +104,8 @@ Reply RunDocument(const SettingsRoom& room, std::string document, CommitKind kin
   }
   const int confirm_within = *ConfirmWithin(request);
   Exchange::Outcome outcome = exchange->Run(std::move(document), kind, confirm_within);
-  switch (outcome.kind) {
-    case Exchange::Outcome::Kind::kNoRoot:
-      return NoRoot();
-    case Exchange::Outcome::Kind::kFailed:
-      return ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, outcome.text);
-    case Exchange::Outcome::Kind::kAnswered:
-      break;
+  if (std::optional<Reply> failure = FailureOf(outcome)) {
+    return *failure;
   }
   Reply reply = ResultDocument(std::move(outcome.text));
   if (outcome.commit != CommitKind::kNone) {
