@@ -20,7 +20,8 @@ done
 # Each source file once, with the first of its commands.
 jq -s --arg bench "$PWD/bench/" '
   .[0] + (.[1] | map(select(.file | startswith($bench))))
-  | map(.command |= sub(" -fno-tree-pre "; " "))  # an option of GCC that clang refuses
+  # Options of GCC that clang refuses.
+  | map(.command |= gsub(" (-fno-tree-pre|--param=ggc-\\S+)(?= )"; ""))
   | unique_by(.file)' "$build"/{dev,bench}/compile_commands.json > "$build/files.json" || exit 1
 # The test files of a program are checked as one unit: most of the time goes into the headers that all
 # of them include. All other files stay single: the analyzer checks them, and it passes over the files
