@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "nodes.h"
 #include "secrets.h"
 
 namespace kiohost {
@@ -189,7 +190,7 @@ void AddWhatIsNoSetting(Store* store, Json* device) {
   for (const char* band : {"2.4", "5"}) {
     if (const std::string radio = std::string("Wireless") + band; device->contains(radio)) {
       (*device)[radio]["WirelessBSSID"] =
-          store->Get(std::string("/lan/wireless") + band + ":1/wirelessbssid").value_or("");
+          store->Get(RadioNodes(band) + "wirelessbssid").value_or("");
     }
   }
 }
@@ -227,10 +228,9 @@ Json Backup::Manifest() {
   const auto text = [this](const char* node) { return store_->Get(node).value_or(""); };
   return {{"format", kFormat},
           {"formatVersion", kFormatVersion},
-          {"model", text("/sys/modelnumber")},
-          {"firmware", text("/fwupgradeinfo/currfwfilename")},
-          {"documents",
-           text("/zentrolinks/specversion/major") + "." + text("/zentrolinks/specversion/minor")}};
+          {"model", text(kModelNode)},
+          {"firmware", text(kFirmwareNode)},
+          {"documents", text(kMajorNode) + "." + text(kMinorNode)}};
 }
 
 Status Backup::Make(bool secrets, Json* archive) {
@@ -291,9 +291,8 @@ Status Backup::Read(const std::string& archive, bool other_firmware, std::string
   settings.merge_patch(read["settings"]);
   AddWhatIsNoSetting(store_, &settings["Device"]);
   *document = "<?xml version=\"1.0\" ?>\n<root>\n<specVersion><major>" +
-              store_->Get("/zentrolinks/specversion/major").value_or("1") + "</major><minor>" +
-              store_->Get("/zentrolinks/specversion/minor").value_or("1") +
-              "</minor></specVersion>\n";
+              store_->Get(kMajorNode).value_or("1") + "</major><minor>" +
+              store_->Get(kMinorNode).value_or("1") + "</minor></specVersion>\n";
   for (const auto& [name, content] : settings.items()) {
     AppendXml(name, content, document);
   }

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include "nodes.h"
+
 namespace kiohost {
 
 long ChannelWatch::MillisecondsToWait() const {
@@ -28,7 +30,7 @@ void ChannelWatch::CheckWhenDue() {
 void ChannelWatch::NoteMoves() {
   for (size_t radio = 0; radio < channels_.size(); ++radio) {
     const std::string band = WirelessTypeArray[radio];
-    const std::string node = "/lan/wireless" + band + ":1/";
+    const std::string node = RadioNodes(band);
     const std::string set = store_->Get(node + "channel").value_or("");
     // A radio whose channel is set counts as being on it, as it does in the library.
     const bool chooses = set == "0";

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "json_reply.h"
+#include "nodes.h"
 
 namespace kiohost {
 namespace {
@@ -27,7 +28,7 @@ Json PendingConfirm(Exchange* exchange) {
 }
 
 Reply DescribeDevice(Store* store, const Events& events, const DeviceState& state) {
-  return JsonReply({{"model", store->Get("/sys/modelnumber").value_or("")},
+  return JsonReply({{"model", store->Get(kModelNode).value_or("")},
                     {"name", store->Get("/sys/friendlyname").value_or("")},
                     {"uptime", sys_uptime_seconds()},
                     {"bootId", state.boot_id},

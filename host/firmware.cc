@@ -14,13 +14,13 @@
 #include <vector>
 
 #include "actions.h"
+#include "nodes.h"
 
 namespace kiohost {
 namespace {
 
 constexpr char kImageNameNode[] = "/fwupgradeinfo/fwupgradefn";
 constexpr char kFileUrlNode[] = "/fwupgradeinfo/newfw/fileurl";
-constexpr char kRunningNode[] = "/fwupgradeinfo/currfwfilename";
 constexpr char kTemplateNode[] = "/fwupgradeinfo/urlgetcmd";
 
 std::optional<std::string> ReadFile(const std::string& file) {
@@ -122,7 +122,7 @@ void Firmware::WriteImage() {
     return;
   }
   const std::string name = FileName(store_->Get(kFileUrlNode).value_or(""));
-  const bool named = store_->Set(kRunningNode, name);
+  const bool named = store_->Set(kFirmwareNode, name);
   events_->Add("firmware written: " + name + ", " +
                std::to_string(getFileSize(partition_.c_str())) + " bytes" +
                (named ? "" : "; the store could not be written and names the one before"));

@@ -6,11 +6,11 @@
 #include <string_view>
 
 #include "node_changes.h"
+#include "nodes.h"
 
 namespace kiohost {
 namespace {
 
-constexpr std::string_view kLanAddress = "/runtime/zentrolinks/lanip";
 constexpr std::string_view kRouterMode = "/sys/routerenbl";
 constexpr std::string_view kUplinkAddress = "/uplink/ip";
 constexpr std::string_view kUplinkKind = "/uplink/conntype";
@@ -58,14 +58,14 @@ const Radio* RadioOf(const std::string& mac, const std::vector<Node>& nodes) {
 }
 
 LinkForecast::Network NetworkOf(const Radio& radio, const std::vector<Node>& nodes) {
-  const std::string node = std::string("/lan/wireless") + radio.band + ":1/";
+  const std::string node = RadioNodes(radio.band);
   return {radio.band, TextIn(nodes, node + "wirelessname"), TextIn(nodes, node + "encryptionmode"),
           TextIn(nodes, node + "wlenbl") == "1"};
 }
 
 // Finds out which way the client comes; the radio too, if the list of stations has it.
 const Radio* FindWay(const LinkEnds& ends, const std::vector<Node>& nodes, LinkForecast* link) {
-  const std::string lan = TextIn(nodes, kLanAddress);
+  const std::string lan = TextIn(nodes, kLanAddressNode);
   if (IsLoopback(ends.peer_address)) {
     link->by = "host";
     link->known.emplace_back("the client runs on the router itself");

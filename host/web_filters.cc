@@ -6,12 +6,11 @@
 #include <optional>
 #include <utility>
 
+#include "nodes.h"
 #include "peer_address.h"
 
 namespace kiohost {
 namespace {
-
-constexpr char kLanIpNode[] = "/runtime/zentrolinks/lanip";
 
 bool IsSameText(std::string_view a, std::string_view b) {
   return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
@@ -26,7 +25,8 @@ bool IsPort(std::string_view text) {
 std::optional<Reply> JudgeHost(const RequestView& request, Store* store,
                                const std::vector<std::string>& names) {
   const std::vector<std::string> addresses = {
-      request.local_address(), AddressText(std::string_view(store->Get(kLanIpNode).value_or("")))};
+      request.local_address(),
+      AddressText(std::string_view(store->Get(kLanAddressNode).value_or("")))};
   if (NamesRouter(request.host(), addresses, names)) {
     return std::nullopt;
   }

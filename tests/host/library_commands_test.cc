@@ -39,7 +39,7 @@ std::string HostileText(std::mt19937* random) {
 
 // The commands of all functions of the library that write documents, into `directory`. Those that
 // a shell runs in any case are left out: they are cut within the quotes or the redirection, or
-// their file is cut to a directory.
+// their file is cut to a directory. So are those whose file is cut so far that it lies elsewhere.
 std::vector<std::string> LibraryCommands(const std::string& directory) {
   std::mt19937 random(1);
   std::vector<std::string> taken;
@@ -59,7 +59,7 @@ std::vector<std::string> LibraryCommands(const std::string& directory) {
     }
     for (const std::string& command : FakeHost::Get().commands()) {
       const auto echo = kiohost::ReadEchoCommand(command);
-      if (echo && !fs::is_directory(echo->file)) {
+      if (echo && echo->file.starts_with(directory + "/") && !fs::is_directory(echo->file)) {
         taken.push_back(command);
       }
     }
