@@ -59,7 +59,7 @@ std::vector<std::string> LibraryCommands(const std::string& directory) {
     }
     for (const std::string& command : FakeHost::Get().commands()) {
       const auto echo = kiohost::ReadEchoCommand(command);
-      if (echo && echo->file.starts_with(directory + "/") && !fs::is_directory(echo->file)) {
+      if (echo && echo->file.starts_with(directory) && !fs::is_directory(echo->file)) {
         taken.push_back(command);
       }
     }
