@@ -46,8 +46,8 @@ std::vector<std::string> LibraryCommands(const std::string& directory) {
   while (taken.size() < kCommands) {
     // A directory for each document: cutting a file that is there waits for the disk.
     const std::string number = std::to_string(taken.size());
-    std::string below = directory + "/" + number;
-    below.append(random() % 20, 'd');
+    std::string below = directory + "/";
+    below.append(number).append(random() % 20, 'd');
     fs::create_directories(below);
     rssXmlData.tmpPath[below.copy(rssXmlData.tmpPath, sizeof rssXmlData.tmpPath - 1)] = '\0';
     const std::string text = HostileText(&random);
