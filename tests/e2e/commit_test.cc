@@ -198,8 +198,10 @@ TEST(CommitTest, NoMomentOfAnExchangeLosesAStop) {
     ASSERT_TRUE(steps.Start());
     steps.SignalBefore(step, SIGINT, HostSteps::Kind::kEffectsAndWaits);
     Connection client(host.port());
-    ASSERT_TRUE(client.Send(PostRequest("/settings", NewUplink("192.0.2.77"))));
+    // The host may end as soon as the client has come.
+    const bool sent = client.Send(PostRequest("/settings", NewUplink("192.0.2.77")));
     if (step == 0) {
+      ASSERT_TRUE(sent);
       ASSERT_EQ(client.Read().status, 200);
       ASSERT_EQ(Get(host.port(), "/device").status, 200);  // the commit is over
       count = steps.taken();
