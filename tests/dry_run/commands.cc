@@ -1,34 +1,12 @@
 #include "commands.h"
 
-#include <fstream>
-#include <string_view>
-
 #include "../../host/command.h"
+#include "../../host/echo_command.h"
 
 namespace {
 
 std::vector<std::string> g_commands;
 int g_holders = 0;
-
-// Runs "echo 'TEXT' > FILE" and the like; other commands do nothing.
-void Echo(std::string_view command) {
-  constexpr std::string_view kEcho = "echo '";
-  constexpr std::string_view kQuote = "'\\''";
-  if (!command.starts_with(kEcho)) {
-    return;
-  }
-  command.remove_prefix(kEcho.size());
-  std::string text;
-  while (!command.empty() && (command[0] != '\'' || command.starts_with(kQuote))) {
-    text += command[0];
-    command.remove_prefix(command[0] == '\'' ? kQuote.size() : 1);
-  }
-  if (const size_t file = command.find_last_of("> "); file != std::string_view::npos) {
-    const bool appends = command.find(">>") != std::string_view::npos;
-    std::ofstream(std::string(command.substr(file + 1)), appends ? std::ios::app : std::ios::trunc)
-        << text << '\n';
-  }
-}
 
 }  // namespace
 
@@ -46,7 +24,10 @@ std::string DescribeFailure(const CommandResult& /*result*/) { return {}; }
 extern "C" int system(const char* command) {
   if (g_holders == 0) {
     g_commands.emplace_back(command);
-    Echo(command);
+    // Other commands do nothing.
+    if (const auto echo = kiohost::ReadEchoCommand(command)) {
+      kiohost::RunEchoCommand(*echo);
+    }
   }
   return 0;
 }
