@@ -90,6 +90,7 @@ void RemoveGaps(Json* settings) {
   }
 }
 
+// Quotes stay as they are: the library counts the characters of entities, too.
 std::string XmlText(std::string_view text) {
   std::string xml;
   for (const char c : text) {

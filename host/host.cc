@@ -131,16 +131,21 @@ Status Host::Run() {
     status = RunAfterReplyWhenReady();
   }
   server_.Stop();
-  if (!after_reply_) {
-    after_reply_ = server_.TakeAfterReply();
-  }
+  TakeAfterReply();
   if (after_reply_) {
     after_reply_->run();
   }
   return status;
 }
 
+void Host::TakeAfterReply() {
+  if (!after_reply_) {
+    after_reply_ = server_.TakeAfterReply();
+  }
+}
+
 void Host::GoBackWhenDue() {
+  TakeAfterReply();
   if (after_reply_) {
     return;  // one thing after the other
   }
@@ -185,9 +190,7 @@ const char* Host::StateWord() const {
 }
 
 Status Host::RunAfterReplyWhenReady() {
-  if (!after_reply_) {
-    after_reply_ = server_.TakeAfterReply();
-  }
+  TakeAfterReply();
   if (!after_reply_ || (after_reply_->ready && !after_reply_->ready())) {
     return {};
   }

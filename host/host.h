@@ -54,6 +54,7 @@ class Host {
   // How clients are told apart that have come after settings which are to be confirmed.
   Confirmations::Arrivals WhoComes() const;
   void WaitAndServe();
+  void TakeAfterReply();
   void GoBackWhenDue();
   long MillisecondsToWait() const;
   const char* StateWord() const;
