@@ -7,6 +7,8 @@
 namespace kiohost {
 namespace {
 
+constexpr int kBusyMilliseconds = 5000;
+
 // The id of the host's databases: that of another program is not taken for a store.
 constexpr char kApplicationId[] = "1263095631";
 
@@ -67,7 +69,6 @@ constexpr int kLongLog = 1000;  // pages
 }  // namespace
 
 Status Store::Open(const std::string& file, Mode mode) {
-  constexpr int kBusyMilliseconds = 5000;
   file_ = file;
   const int flags = SQLITE_OPEN_READWRITE | (mode == Mode::kCreate ? SQLITE_OPEN_CREATE : 0);
   sqlite3* database = nullptr;
@@ -306,18 +307,36 @@ bool Store::CheckpointWhenDue(bool quiet) {
 }
 
 bool Store::Checkpoint() {
+  // What another program holds is left for later.
+  sqlite3_busy_timeout(database_.get(), 0);
+  const int code = MoveLog();
+  sqlite3_busy_timeout(database_.get(), kBusyMilliseconds);
+  if (code == SQLITE_OK) {
+    log_pages_ = 0;
+    return true;
+  }
+  next_checkpoint_ = std::chrono::steady_clock::now() + kPause;
+  return code == SQLITE_BUSY;
+}
+
+// Returns SQLITE_BUSY when a reader or a writer is in the way.
+int Store::MoveLog() {
   int in_log = 0;
   int in_file = 0;
-  // A passive checkpoint waits for nobody and leaves out what a reader still needs.
+  // A passive checkpoint leaves out what a reader still needs.
   const int code = sqlite3_wal_checkpoint_v2(database_.get(), nullptr, SQLITE_CHECKPOINT_PASSIVE,
                                              &in_log, &in_file);
-  if (code != SQLITE_OK || in_file < in_log) {
-    next_checkpoint_ = std::chrono::steady_clock::now() + kPause;
-    return code == SQLITE_OK;
+  if (code != SQLITE_OK) {
+    return code;
   }
-  const bool begun = Execute("PRAGMA synchronous=NORMAL") && Execute(kBeginLog);
-  log_pages_ = 0;
-  return Execute("PRAGMA synchronous=FULL") && begun;
+  if (in_file < in_log) {
+    return SQLITE_BUSY;
+  }
+  if (!Execute("PRAGMA synchronous=NORMAL")) {
+    return SQLITE_ERROR;
+  }
+  const int begun = sqlite3_exec(database_.get(), kBeginLog, nullptr, nullptr, nullptr);
+  return Execute("PRAGMA synchronous=FULL") ? begun : SQLITE_ERROR;
 }
 
 int Store::NoteCommit(void* store, sqlite3* /*database*/, const char* /*name*/, int log_pages) {

@@ -88,7 +88,7 @@ class Store {
 
   // Moves the write-ahead log into the database file when that is due: when nothing was written for
   // a moment and nobody waits (`quiet`), or when the log has become long. Returns false when it
-  // failed; it is tried again later.
+  // failed; it is tried again later. Another program's lock is no failure and is not waited for.
   bool CheckpointWhenDue(bool quiet);
 
   // The same at once.
@@ -101,6 +101,7 @@ class Store {
   std::optional<std::string> GetCount(std::string_view path);
   bool RunWrite(Statement* statement);
   bool Fail();
+  int MoveLog();
   static int NoteCommit(void* store, sqlite3* database, const char* name, int log_pages);
 
   std::string file_;

@@ -307,6 +307,18 @@ TEST_F(StoreTest, WhatAReaderNeedsStaysInTheLog) {
   EXPECT_THAT(store_.Get("/sys/a"), Optional(std::string("y")));
 }
 
+TEST_F(StoreTest, ACheckpointLeavesAWriterAlone) {
+  Fill({"/sys/a"});
+  sqlite3* raw = nullptr;
+  ASSERT_EQ(sqlite3_open(file_.c_str(), &raw), SQLITE_OK);
+  const Database database(raw);
+  ASSERT_EQ(sqlite3_exec(raw, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+  EXPECT_TRUE(store_.Checkpoint()) << "a writer is no failure";
+  ASSERT_EQ(sqlite3_exec(raw, "ROLLBACK", nullptr, nullptr, nullptr), SQLITE_OK);
+  EXPECT_TRUE(store_.Checkpoint());
+  EXPECT_EQ(store_.Number("checkpoints"), 1) << "one of the two began the log anew";
+}
+
 TEST_F(StoreTest, UsesAWriteAheadLogThatReachesTheDisk) {
   Fill({"/sys/a"});
   sqlite3* raw = nullptr;
