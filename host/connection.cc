@@ -79,6 +79,12 @@ bool Connection::IsUseless() const {
   return request_ != nullptr && request_->IsDroppedWithoutClient() && IsClientGone();
 }
 
+void Connection::set_closing_reply(Reply reply) {
+  // The headers are there when the head was judged.
+  const bool knows_form = request_ != nullptr && request_->judged();
+  closing_reply_ = knows_form ? request_->InAcceptedForm(std::move(reply)) : std::move(reply);
+}
+
 std::optional<Reply> Connection::ClosingReply() const {
   if (closing_reply_) {
     return closing_reply_;

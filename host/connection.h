@@ -62,7 +62,7 @@ class Connection {
   // The reply that is sent without the HTTP server when the connection is closed; nothing when the
   // client was answered, or has sent nothing.
   std::optional<Reply> ClosingReply() const;
-  void set_closing_reply(Reply reply) { closing_reply_ = std::move(reply); }
+  void set_closing_reply(Reply reply);
 
  private:
   // Bytes since the connection began: those that have reached the client, and those and the ones on

@@ -116,6 +116,11 @@ void HttpRequest::EndBody() {
   }
 }
 
+Reply HttpRequest::InAcceptedForm(Reply reply) const {
+  return kiohost::InAcceptedForm(std::move(reply),
+                                 view_->Header(MHD_HTTP_HEADER_ACCEPT).value_or(""));
+}
+
 void HttpRequest::Refuse(Reply reply) {
   refusal_ = std::move(reply);
   body_.clear();

@@ -48,6 +48,9 @@ class HttpRequest {
   // Judges the whole body. It is called again after the request has waited, and then does nothing.
   void EndBody();
 
+  // A reply in the form that the client prefers.
+  Reply InAcceptedForm(Reply reply) const;
+
   // Whether the request is dropped when its client has gone before its turn.
   bool IsDroppedWithoutClient() const { return route_ != nullptr && route_->takes_turn; }
 

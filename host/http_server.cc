@@ -194,7 +194,8 @@ MHD_Result HttpServer::Answer(Connection* connection) {
   return Send(connection, reply);
 }
 
-MHD_Result HttpServer::Send(Connection* connection, const Reply& reply) {
+MHD_Result HttpServer::Send(Connection* connection, const Reply& given) {
+  const Reply reply = connection->request()->InAcceptedForm(given);
   connection->BeginAnswer(Clock::now());
   // The buffer is copied, so that it is never written through this pointer.
   MHD_Response* response = MHD_create_response_from_buffer(

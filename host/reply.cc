@@ -1,11 +1,31 @@
 #include "reply.h"
 
+#include "accept.h"
+
 namespace kiohost {
 
 Reply ErrorReply(unsigned int status, const std::string& reason) {
   Reply reply;
   reply.status = status;
   reply.body = reason + "\n";
+  reply.refusal = {.status = status, .detail = reason};
+  return reply;
+}
+
+Reply InAcceptedForm(Reply reply, std::string_view accept) {
+  const std::string_view type = reply.content_type;
+  if (!reply.refusal || !PrefersProblem(accept, type.substr(0, type.find(';')))) {
+    return reply;
+  }
+  const Refusal& refusal = *reply.refusal;
+  Json problem = {{"type", "about:blank"},
+                  {"title", MHD_get_reason_phrase_for(refusal.status)},
+                  {"status", refusal.status},
+                  {"detail", refusal.detail}};
+  problem.update(refusal.members);
+  reply.status = refusal.status;
+  reply.content_type = kProblemType;
+  reply.body = JsonText(problem);
   return reply;
 }
 

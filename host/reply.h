@@ -5,9 +5,13 @@
 #include <microhttpd.h>
 
 #include <functional>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
+
+#include "json.h"
 
 namespace kiohost {
 
@@ -22,16 +26,27 @@ struct AfterReply {
   int wait_seconds = 0;
 };
 
+// What a refusal tells programs: problem details as in RFC 9457.
+struct Refusal {
+  unsigned int status = MHD_HTTP_BAD_REQUEST;
+  std::string detail;             // what is wrong, in words
+  Json members = Json::object();  // further ones, as far as they are known
+};
+
 struct Reply {
   unsigned int status = MHD_HTTP_OK;
   std::string content_type = "text/plain; charset=utf-8";
   std::string body;
   std::vector<std::pair<std::string, std::string>> headers;  // further ones
-  AfterReply after_reply;                                    // none without `run`
+  std::optional<Refusal> refusal;  // sent instead to a client that prefers problem details
+  AfterReply after_reply;          // none without `run`
 };
 
-// A reply of one line that says what is wrong.
+// A refusal: a line that says what is wrong, or problem details.
 Reply ErrorReply(unsigned int status, const std::string& reason);
+
+// The reply in the form that a client prefers by its header Accept.
+Reply InAcceptedForm(Reply reply, std::string_view accept);
 
 // All headers that the host chooses: the reply's own and those of every reply.
 std::vector<std::pair<std::string, std::string>> AllHeaders(const Reply& reply);

@@ -17,8 +17,15 @@ namespace {
 // "CODE REASON" or "CODE REASON: DETAIL".
 Reply CodeReply(unsigned int status, unsigned int code, const std::string& reason,
                 const std::string& detail = {}) {
-  return ErrorReply(status,
-                    std::to_string(code) + " " + reason + (detail.empty() ? "" : ": " + detail));
+  const std::string text = reason + (detail.empty() ? "" : ": " + detail);
+  Reply reply = ErrorReply(status, std::to_string(code) + " " + text);
+  if (status == MHD_HTTP_OK) {
+    reply.refusal.reset();
+  } else {
+    reply.refusal->detail = text;
+    reply.refusal->members["code"] = code;
+  }
+  return reply;
 }
 
 Reply TooLong() {
