@@ -73,8 +73,13 @@ Exchange::Outcome Exchange::RunInTransaction(std::string* document, CommitKind k
   if (applied && apply_id.empty()) {
     apply_id = applies_.NoteUnchangedApply();
   }
-  return {Outcome::Kind::kAnswered, *last_result_, applied ? kind : CommitKind::kNone, wait_seconds,
-          std::move(apply_id)};
+  return {Outcome::Kind::kAnswered,
+          *last_result_,
+          applied ? kind : CommitKind::kNone,
+          wait_seconds,
+          std::move(apply_id),
+          rssXmlData.setResult,
+          rssXmlData.setMsg};
 }
 
 bool Exchange::Parse(std::string* document, CommitKind kind) const {

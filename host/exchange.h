@@ -40,6 +40,8 @@ class Exchange {
     CommitKind commit = CommitKind::kNone;  // to run once the answer is delivered
     int wait_seconds = 0;                   // what the result document promises
     std::string apply_id;                   // of an accepted document
+    int code = 0;                           // of the result document, with its message
+    std::string message = {};
   };
 
   // The store must be bound to the library. `temp_dir` is the directory that the store names for

@@ -18,6 +18,7 @@
 #include "router.h"
 #include "status.h"
 #include "store.h"
+#include "variable_list.h"
 #include "variables.h"
 
 namespace kiohost {
@@ -68,6 +69,7 @@ class Host {
   Events events_;
   Exchange exchange_;
   Confirmations confirmations_;
+  VariableList variable_list_;
   Variables variables_;
   Backup backup_;
   Firmware firmware_;

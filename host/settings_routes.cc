@@ -1,5 +1,7 @@
 #include "settings_routes.h"
 
+#include <kioapp/kioapp.h>
+
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -9,6 +11,7 @@
 #include "change_guard.h"
 #include "confirm_routes.h"
 #include "json_reply.h"
+#include "variable_codes.h"
 
 namespace kiohost {
 namespace {
@@ -50,6 +53,15 @@ Reply ResultDocument(std::string document) {
   reply.content_type = "application/xml";
   reply.body = std::move(document);
   return reply;
+}
+
+// What a program is told of a document that the library has refused.
+Refusal RefusalOf(const VariableList& variables, const Exchange::Outcome& outcome) {
+  const auto code = static_cast<unsigned int>(outcome.code);
+  const char* const reason = ResultReason(code);
+  return {MHD_HTTP_UNPROCESSABLE_CONTENT,
+          reason + (outcome.message.empty() ? "" : ": " + outcome.message),
+          variables.Explain(code, outcome.message)};
 }
 
 // The answer to a document that the library gave no result for.
@@ -108,6 +120,9 @@ Reply RunDocument(const SettingsRoom& room, std::string document, CommitKind kin
     return *failure;
   }
   Reply reply = ResultDocument(std::move(outcome.text));
+  if (outcome.code != KIOAPP_RESULT_APPLIED) {
+    reply.refusal = RefusalOf(*room.variables, outcome);
+  }
   if (outcome.commit != CommitKind::kNone) {
     AddApplyId(outcome.apply_id, &reply);
     if (confirm_within != 0) {

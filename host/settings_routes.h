@@ -10,6 +10,7 @@
 #include "reply.h"
 #include "request_view.h"
 #include "router.h"
+#include "variable_list.h"
 
 namespace kiohost {
 
@@ -18,6 +19,7 @@ struct SettingsRoom {
   Exchange* exchange;
   Events* events;
   Confirmations* confirmations;
+  const VariableList* variables;
 };
 
 // Runs a settings document, or tells what it would do, as the parameters of the request say.

@@ -31,4 +31,19 @@ const VariableCode* FindVariableCode(unsigned int code) {
   return nullptr;
 }
 
+const char* ResultReason(unsigned int code) {
+  switch (code) {
+    case KIOAPP_RESULT_VERSION_MISMATCH:
+      return "the document's format version is not the device's";
+    case KIOAPP_RESULT_MISSING_ELEMENT:
+      return "a required element is missing";
+    case KIOAPP_RESULT_BAD_LENGTH:
+      return "the length of a text is out of range";
+    default:
+      break;
+  }
+  const VariableCode* row = FindVariableCode(code);
+  return row == nullptr ? "the document was refused" : row->reason;
+}
+
 }  // namespace kiohost

@@ -1,4 +1,4 @@
-// The codes that the library returns for a variable, a batch or an action.
+// The codes that the library returns for a variable, a batch or an action, and for a document.
 #ifndef HOST_VARIABLE_CODES_H
 #define HOST_VARIABLE_CODES_H
 
@@ -12,6 +12,9 @@ struct VariableCode {
 
 // The row of a code; null for a code that the host does not know.
 const VariableCode* FindVariableCode(unsigned int code);
+
+// What the code of a result document says.
+const char* ResultReason(unsigned int code);
 
 }  // namespace kiohost
 

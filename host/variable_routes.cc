@@ -2,9 +2,7 @@
 
 #include <kioapp/kioapp.h>
 
-#include <fstream>
 #include <optional>
-#include <sstream>
 #include <string_view>
 #include <utility>
 
@@ -15,22 +13,30 @@ namespace kiohost {
 namespace {
 
 // "CODE REASON" or "CODE REASON: DETAIL".
-Reply CodeReply(unsigned int status, unsigned int code, const std::string& reason,
-                const std::string& detail = {}) {
-  const std::string text = reason + (detail.empty() ? "" : ": " + detail);
-  Reply reply = ErrorReply(status, std::to_string(code) + " " + text);
-  if (status == MHD_HTTP_OK) {
-    reply.refusal.reset();
-  } else {
-    reply.refusal->detail = text;
-    reply.refusal->members["code"] = code;
-  }
+std::string CodeLine(unsigned int code, const std::string& reason, const std::string& detail) {
+  return std::to_string(code) + " " + reason + (detail.empty() ? "" : ": " + detail);
+}
+
+Reply Done(const std::string& detail) {
+  Reply reply;
+  reply.body = CodeLine(KIOAPP_VAR_DONE, FindVariableCode(KIOAPP_VAR_DONE)->reason, detail) + "\n";
   return reply;
 }
 
-Reply TooLong() {
-  return CodeReply(MHD_HTTP_UNPROCESSABLE_CONTENT, KIOAPP_RESULT_BAD_LENGTH,
-                   "a value has at most " + std::to_string(Variables::kMaxValue) + " characters");
+Reply CodeReply(unsigned int status, unsigned int code, const std::string& reason,
+                const std::string& detail = {}) {
+  Reply reply = ErrorReply(status, CodeLine(code, reason, detail));
+  reply.refusal->detail = reason + (detail.empty() ? "" : ": " + detail);
+  reply.refusal->members["code"] = code;
+  return reply;
+}
+
+Reply TooLong(const VariableList& list, const std::string& name) {
+  Reply reply =
+      CodeReply(MHD_HTTP_UNPROCESSABLE_CONTENT, KIOAPP_RESULT_BAD_LENGTH,
+                "a value has at most " + std::to_string(Variables::kMaxValue) + " characters");
+  reply.refusal->members = list.Explain(KIOAPP_RESULT_BAD_LENGTH, name);
+  return reply;
 }
 
 // A path may be written without its first slash: no variable has a slash in its name.
@@ -53,57 +59,60 @@ std::optional<Reply> CheckSeparator(const RequestView& request) {
 }
 
 // The reply to an answer of the library. `name` is the variable that it is about; empty for none.
-Reply ReplyTo(Variables* variables, const std::string& name, const Variables::Answer& answer) {
+Reply ReplyTo(const VariableRoom& room, const std::string& name, const Variables::Answer& answer) {
   if (!answer.store.ok()) {
     return ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, answer.store.reason());
   }
-  if (answer.code == KIOAPP_VAR_REFUSED && !name.empty() && !variables->Exists(name)) {
-    return CodeReply(MHD_HTTP_NOT_FOUND, answer.code, "no such variable", answer.text);
+  if (answer.code == KIOAPP_VAR_DONE) {
+    return Done(answer.text);
+  }
+  if (answer.code == KIOAPP_VAR_REFUSED && !name.empty() && !room.variables->Exists(name)) {
+    Reply reply = CodeReply(MHD_HTTP_NOT_FOUND, answer.code, "no such variable", answer.text);
+    reply.refusal->members["variable"] = name;
+    return reply;
   }
   const VariableCode* code = FindVariableCode(answer.code);
-  return code != nullptr ? CodeReply(code->http_status, answer.code, code->reason, answer.text)
-                         : CodeReply(MHD_HTTP_INTERNAL_SERVER_ERROR, answer.code,
-                                     "the host does not know this code", answer.text);
-}
-
-// The list of all variables.
-Reply SendCatalogue(const std::string& file) {
-  std::ifstream stream(file, std::ios::binary);
-  std::ostringstream text;
-  if (!stream || !(text << stream.rdbuf())) {
-    return ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, "cannot read " + file);
+  if (code == nullptr) {
+    return CodeReply(MHD_HTTP_INTERNAL_SERVER_ERROR, answer.code,
+                     "the host does not know this code", answer.text);
   }
-  Reply reply;
-  reply.content_type = "application/json";
-  reply.body = text.str();
+  Reply reply = CodeReply(code->http_status, answer.code, code->reason, answer.text);
+  reply.refusal->members =
+      room.list->Explain(answer.code, answer.text.empty() ? name : answer.text);
   return reply;
 }
 
-Reply Read(Variables* variables, const RequestView& request) {
+// The list of all variables.
+Reply SendCatalogue(const VariableList& list) {
+  return list.status().ok() ? JsonReply(list.AsJson())
+                            : ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, list.status().reason());
+}
+
+Reply Read(const VariableRoom& room, const RequestView& request) {
   const std::string name = VariableName(request);
-  Variables::Answer answer = variables->Read(name, *FlagArgument(request, "path"));
+  Variables::Answer answer = room.variables->Read(name, *FlagArgument(request, "path"));
   if (answer.code != KIOAPP_VAR_DONE) {
-    return ReplyTo(variables, name, answer);
+    return ReplyTo(room, name, answer);
   }
   Reply reply;
   reply.body = std::move(answer.text);
   return reply;
 }
 
-Reply Write(Variables* variables, const RequestView& request) {
+Reply Write(const VariableRoom& room, const RequestView& request) {
   if (request.body().size() > Variables::kMaxValue) {
-    return TooLong();
+    return TooLong(*room.list, VariableName(request));
   }
   const std::string name = VariableName(request);
-  return ReplyTo(variables, name, variables->Write(name, request.body()));
+  return ReplyTo(room, name, room.variables->Write(name, request.body()));
 }
 
-Reply Validate(Variables* variables, const RequestView& request) {
+Reply Validate(const VariableRoom& room, const RequestView& request) {
   if (request.body().size() > Variables::kMaxValue) {
-    return TooLong();
+    return TooLong(*room.list, VariableName(request));
   }
   const std::string name = VariableName(request);
-  return ReplyTo(variables, name, variables->Validate(name, request.body()));
+  return ReplyTo(room, name, room.variables->Validate(name, request.body()));
 }
 
 std::optional<Reply> CheckBatch(const RequestView& request) {
@@ -111,15 +120,16 @@ std::optional<Reply> CheckBatch(const RequestView& request) {
   return refusal ? refusal : CheckSeparator(request);
 }
 
-Reply Foretell(Variables* variables, char separator, const RequestView& request) {
+Reply Foretell(const VariableRoom& room, char separator, const RequestView& request) {
   Forecast forecast;
-  const Variables::Answer answer = variables->SetBatchDry(request.body(), separator, &forecast);
+  const Variables::Answer answer =
+      room.variables->SetBatchDry(request.body(), separator, &forecast);
   return answer.store.ok()
              ? JsonReply(AsJson(forecast, request.peer_address(), request.local_address()))
              : ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, answer.store.reason());
 }
 
-Reply SetBatch(Variables* variables, const ChangeGuard& guard, const RequestView& request) {
+Reply SetBatch(const VariableRoom& room, const ChangeGuard& guard, const RequestView& request) {
   const char separator = request.Argument("separator").value_or("&").front();
   const bool dry = *FlagArgument(request, "dry-run");
   if (std::optional<Reply> refusal =
@@ -127,22 +137,22 @@ Reply SetBatch(Variables* variables, const ChangeGuard& guard, const RequestView
     return *refusal;
   }
   if (dry) {
-    return Foretell(variables, separator, request);
+    return Foretell(room, separator, request);
   }
-  const Variables::Answer answer = variables->SetBatch(request.body(), separator);
+  const Variables::Answer answer = room.variables->SetBatch(request.body(), separator);
   // The text names the variable that was refused, if one was.
-  Reply reply = ReplyTo(variables, answer.text, answer);
+  Reply reply = ReplyTo(room, answer.text, answer);
   AddApplyId(answer.apply_id, &reply);
-  reply.after_reply = variables->TakeAfterReply();
+  reply.after_reply = room.variables->TakeAfterReply();
   return reply;
 }
 
-Reply Discard(Variables* variables) {
-  variables->Discard();
-  return ReplyTo(variables, {}, {});
+Reply Discard(const VariableRoom& room) {
+  room.variables->Discard();
+  return ReplyTo(room, {}, {});
 }
 
-Reply RunAction(Variables* variables, const ChangeGuard& guard, const RequestView& request) {
+Reply RunAction(const VariableRoom& room, const ChangeGuard& guard, const RequestView& request) {
   const std::optional<Variables::Action> action = Variables::FindAction(VariableName(request));
   if (!action) {
     return CodeReply(MHD_HTTP_NOT_FOUND, KIOAPP_VAR_REFUSED, "no such action");
@@ -153,11 +163,11 @@ Reply RunAction(Variables* variables, const ChangeGuard& guard, const RequestVie
           looks ? guard.RefuseLook(request) : guard.RefuseChange(request)) {
     return *refusal;
   }
-  const Variables::Answer answer = variables->RunAction(*action, request.body());
+  const Variables::Answer answer = room.variables->RunAction(*action, request.body());
   const bool names_variable = *action == Variables::Action::kSetBatch;
-  Reply reply = ReplyTo(variables, names_variable ? answer.text : std::string(), answer);
+  Reply reply = ReplyTo(room, names_variable ? answer.text : std::string(), answer);
   AddApplyId(answer.apply_id, &reply);
-  reply.after_reply = variables->TakeAfterReply();
+  reply.after_reply = room.variables->TakeAfterReply();
   return reply;
 }
 
@@ -170,50 +180,45 @@ bool JoinsCommit(const Variables& variables, const RequestView& request) {
 
 }  // namespace
 
-void AddVariableRoutes(Variables* variables, const std::string& catalogue, const ChangeGuard& guard,
-                       Router* router) {
+void AddVariableRoutes(const VariableRoom& room, const ChangeGuard& guard, Router* router) {
   const BodyRule value = {.need = BodyRule::Need::kAnything, .noun = "value"};
   const BodyRule batch = {.need = BodyRule::Need::kAnything, .noun = "batch"};
   router->Add(
       {.pattern = "/vars",
        .method = MHD_HTTP_METHOD_GET,
-       .handle = [catalogue](const RequestView& /*request*/) { return SendCatalogue(catalogue); }});
+       .handle = [room](const RequestView& /*request*/) { return SendCatalogue(*room.list); }});
   router->Add({.pattern = "/vars",
                .method = MHD_HTTP_METHOD_POST,
                .body = batch,
                .takes_turn = true,
                .check = CheckBatch,
-               .handle = [variables, guard](const RequestView& request) {
-                 return SetBatch(variables, guard, request);
+               .handle = [room, guard](const RequestView& request) {
+                 return SetBatch(room, guard, request);
                }});
-  router->Add(
-      {.pattern = "/vars",
-       .method = MHD_HTTP_METHOD_DELETE,
-       .handle = [variables](const RequestView& /*request*/) { return Discard(variables); }});
-  router->Add(
-      {.pattern = "/vars/*",
-       .method = MHD_HTTP_METHOD_GET,
-       .check = CheckPathArgument,
-       .handle = [variables](const RequestView& request) { return Read(variables, request); }});
-  router->Add(
-      {.pattern = "/vars/*",
-       .method = MHD_HTTP_METHOD_PUT,
-       .body = value,
-       .handle = [variables](const RequestView& request) { return Write(variables, request); }});
-  router->Add(
-      {.pattern = "/vars/*/validate",
-       .method = MHD_HTTP_METHOD_POST,
-       .body = value,
-       .handle = [variables](const RequestView& request) { return Validate(variables, request); }});
+  router->Add({.pattern = "/vars",
+               .method = MHD_HTTP_METHOD_DELETE,
+               .handle = [room](const RequestView& /*request*/) { return Discard(room); }});
+  router->Add({.pattern = "/vars/*",
+               .method = MHD_HTTP_METHOD_GET,
+               .check = CheckPathArgument,
+               .handle = [room](const RequestView& request) { return Read(room, request); }});
+  router->Add({.pattern = "/vars/*",
+               .method = MHD_HTTP_METHOD_PUT,
+               .body = value,
+               .handle = [room](const RequestView& request) { return Write(room, request); }});
+  router->Add({.pattern = "/vars/*/validate",
+               .method = MHD_HTTP_METHOD_POST,
+               .body = value,
+               .handle = [room](const RequestView& request) { return Validate(room, request); }});
   router->Add(
       {.pattern = "/actions/*",
        .method = MHD_HTTP_METHOD_POST,
        .body = batch,
        .takes_turn = true,
        .may_join =
-           [variables](const RequestView& request) { return JoinsCommit(*variables, request); },
-       .handle = [variables, guard](
-                     const RequestView& request) { return RunAction(variables, guard, request); }});
+           [room](const RequestView& request) { return JoinsCommit(*room.variables, request); },
+       .handle = [room,
+                  guard](const RequestView& request) { return RunAction(room, guard, request); }});
 }
 
 }  // namespace kiohost

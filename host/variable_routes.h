@@ -2,17 +2,20 @@
 #ifndef HOST_VARIABLE_ROUTES_H
 #define HOST_VARIABLE_ROUTES_H
 
-#include <string>
-
 #include "change_guard.h"
 #include "router.h"
+#include "variable_list.h"
 #include "variables.h"
 
 namespace kiohost {
 
-// `catalogue` is the file with the list of all variables. The variables must outlive the router.
-void AddVariableRoutes(Variables* variables, const std::string& catalogue, const ChangeGuard& guard,
-                       Router* router);
+// What requests for variables are answered with. All of it must outlive the router.
+struct VariableRoom {
+  Variables* variables;
+  const VariableList* list;
+};
+
+void AddVariableRoutes(const VariableRoom& room, const ChangeGuard& guard, Router* router);
 
 }  // namespace kiohost
 

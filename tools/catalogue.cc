@@ -26,6 +26,16 @@ std::string RuleName(const settings::Member& rule, const SectionInstance& instan
   return {};
 }
 
+// The variable that holds what a value is checked by.
+std::string RuleIn(const Field& field, const SectionInstance& instance) {
+  if (field.variable_kind == VariableKind::kRule) {
+    return RuleName(field.rule, instance);
+  }
+  return field.variable_kind == VariableKind::kChannel
+             ? NamePrefix(SectionId::kRadio, instance.radio) + "ChannelList"
+             : std::string();
+}
+
 std::string CheckOf(const Field& field, const SectionInstance& instance) {
   switch (field.variable_kind) {
     case VariableKind::kNone:
@@ -40,23 +50,48 @@ std::string CheckOf(const Field& field, const SectionInstance& instance) {
     case VariableKind::kKeyword:
       return "one of the words; a good word that is only checked gives code 2";
     case VariableKind::kRule:
-      return "the rule in " + RuleName(field.rule, instance);
+      return "the rule in " + RuleIn(field, instance);
     case VariableKind::kHostAddress:
       return "an IPv4 address of a host";
     case VariableKind::kNetmask:
       return "an IPv4 netmask";
     case VariableKind::kChannel:
-      return "a channel of " + NamePrefix(SectionId::kRadio, instance.radio) + "ChannelList";
+      return "a channel of " + RuleIn(field, instance);
     case VariableKind::kRoaming:
       return "four numbers: below 0, not below 0, above 0, above 0";
   }
   return {};
 }
 
-// Whether the device may keep the app from changing the section.
-bool HasSwitch(SectionId section) {
-  const settings::Section& row = settings::RowOf(section);
-  return row.configurable.size != 0 || (!settings::IsTopmost(row) && HasSwitch(row.parent));
+// When the app may change the section. A section without a switch goes by the one above it.
+std::vector<CatalogueEntry::Condition> ConfigurableWhen(const SectionInstance& instance) {
+  const settings::Section& row = settings::RowOf(instance.section);
+  const std::string prefix = NodePrefix({.section = instance.section, .radio = instance.radio});
+  if (row.configurable.size == 0) {
+    return settings::IsTopmost(row)
+               ? std::vector<CatalogueEntry::Condition>()
+               : ConfigurableWhen({.section = row.parent, .radio = instance.radio});
+  }
+  for (const Field& field : row.fields) {
+    if (field.member.offset == row.configurable.offset) {
+      return {{prefix + Text(field.node), true, {"1"}}};
+    }
+  }
+  // A radio that is not there cannot be changed, either.
+  return {{prefix + "/configurable", false, {"0"}},
+          {prefix + Text(settings::RowOf(settings::kWlanFields, "WlEnbl").node),
+           true,
+           {"", "0", "1", "3"}}};
+}
+
+void DescribeRange(const Field& field, CatalogueEntry* entry) {
+  entry->has_range = entry->is_writable && (field.check == settings::Check::kInRange ||
+                                            field.variable_kind == VariableKind::kFlag);
+  if (entry->has_range) {
+    const bool has_row = field.check == settings::Check::kInRange;
+    entry->minimum = has_row ? field.low : 0;
+    entry->maximum = has_row ? field.high : 1;
+  }
 }
 
 void DescribeField(const Variable& variable, const SectionInstance& instance,
@@ -76,8 +111,17 @@ void DescribeField(const Variable& variable, const SectionInstance& instance,
   }
   entry->capacity = field.member.size - std::size_t{1};
   entry->is_writable = field.variable_kind != VariableKind::kReadOnly;
-  entry->needs_configurable = entry->is_writable && HasSwitch(instance.section);
+  if (entry->is_writable) {
+    entry->configurable_when = ConfigurableWhen(instance);
+  }
+  entry->needs_configurable = !entry->configurable_when.empty();
   entry->check = CheckOf(field, instance);
+  entry->rule_in = RuleIn(field, instance);
+  DescribeRange(field, entry);
+  if (!field.element.empty() && entry->is_writable) {
+    entry->fault_path =
+        FaultPrefix(instance) + Text(field.fault_name.empty() ? field.element : field.fault_name);
+  }
 }
 
 void DescribeLive(const LiveNode& live, CatalogueEntry* entry) {

@@ -36,6 +36,15 @@ std::string JsonWords(const std::vector<std::string>& words) {
   return "[" + json + "]";
 }
 
+std::string JsonConditions(const std::vector<CatalogueEntry::Condition>& conditions) {
+  std::string json;
+  for (const CatalogueEntry::Condition& condition : conditions) {
+    json += std::string(json.empty() ? "" : ", ") + "{\"node\": " + JsonString(condition.node) +
+            (condition.is_one ? ", \"is\": " : ", \"not\": ") + JsonWords(condition.texts) + "}";
+  }
+  return "[" + json + "]";
+}
+
 // The members of a variable's object, one a line.
 class JsonMembers {
  public:
@@ -66,7 +75,14 @@ std::string EntryJson(const CatalogueEntry& entry) {
                             ", \"write\": " + JsonBool(entry.is_writable) +
                             ", \"validate\": " + JsonBool(entry.is_writable) + "}");
   members.Add("writeNeedsConfigurable", JsonBool(entry.needs_configurable));
+  members.Add("configurableWhen", JsonConditions(entry.configurable_when));
   members.Add("check", JsonStringOrNull(entry.check));
+  members.Add("ruleIn", JsonStringOrNull(entry.rule_in));
+  if (entry.has_range) {
+    members.Add("range", "{\"minimum\": " + std::to_string(entry.minimum) +
+                             ", \"maximum\": " + std::to_string(entry.maximum) + "}");
+  }
+  members.Add("faultPath", JsonStringOrNull(entry.fault_path));
   if (entry.is_indexed) {
     members.Add("index", "{\"first\": 0, \"last\": " + std::to_string(entry.last_index) +
                              ", \"count\": " + JsonString(entry.index_count) + "}");

@@ -44,6 +44,14 @@ std::string ElementPrefix(const SectionInstance& instance) {
          WithWord(row.element, settings::kRadioWords[instance.radio]) + "/";
 }
 
+std::string FaultPrefix(const SectionInstance& instance) {
+  const settings::Section& row = settings::RowOf(instance.section);
+  return (row.parent == row.id ? "" : FaultPrefix({row.parent, instance.radio})) +
+         WithWord(row.reported.empty() ? row.element : row.reported,
+                  settings::kRadioWords[instance.radio]) +
+         "/";
+}
+
 std::string VariablePath(const Variable& variable, const SectionInstance& instance,
                          bool is_indexed) {
   char buffer[KIOAPP_VAR_SIZE];

@@ -70,6 +70,9 @@ std::string NodePrefix(const SectionInstance& instance);
 // The path of a block in a settings document, a slash behind it: "Device/Wireless2.4/".
 std::string ElementPrefix(const SectionInstance& instance);
 
+// The same as faulty values are reported: "Device/Uplink/".
+std::string FaultPrefix(const SectionInstance& instance);
+
 // The path that a variable is read from or answers with. "(??+N)" stands for the instance of an
 // index; N is the instance of index 0.
 std::string VariablePath(const variables::Variable& variable, const SectionInstance& instance,

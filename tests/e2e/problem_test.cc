@@ -117,6 +117,167 @@ TEST(ProblemTest, EachResourceRefusesInBothForms) {
   }
 }
 
+// Asks for problem details and gives their members beside the four that all have.
+json MembersOf(const HttpResponse& answer) {
+  json problem = json::parse(answer.body, nullptr, false);
+  EXPECT_TRUE(problem.is_object()) << answer.body;
+  for (const char* member : {"type", "title", "status", "detail"}) {
+    EXPECT_EQ(problem.erase(member), 1U) << answer.body;
+  }
+  return problem;
+}
+
+HttpResponse Ask(int port, const std::string& method, const std::string& url,
+                 const std::string& body) {
+  return Request(port, Text({method, url, body, "", 0, "", ""}, "application/problem+json"));
+}
+
+TEST(ProblemTest, TheRefusalOfAValueTellsWhatWouldBeAccepted) {
+  HostProcess host;
+  host.UseProfile(ProfileWith({"/lan/wireless5:1/configurable = 0"}));
+  ASSERT_TRUE(host.Start());
+  const struct {
+    const char* url;
+    std::string body;
+    int status;
+    json members;
+  } cases[] = {
+      {"/vars/rss_DeviceName",
+       "",
+       422,
+       {{"code", 10},
+        {"variable", "rss_DeviceName"},
+        {"element", "Device/DeviceName"},
+        {"rule", "the rule in rss_DeviceName_Validate: 1 to 32 printable characters"},
+        {"changeableNow", true},
+        {"accepts", {{"minLength", 1}, {"maxLength", 32}, {"characters", "printable"}}}}},
+      {"/vars/rss_DevicePwd",
+       "a b c d",
+       422,
+       {{"code", 11},
+        {"variable", "rss_DevicePwd"},
+        {"element", "Device/DevicePwd"},
+        {"rule", "the rule in rss_DevicePwd_Validate: 5 to 32 printable characters, not \" \""},
+        {"changeableNow", true},
+        {"accepts",
+         {{"minLength", 5}, {"maxLength", 32}, {"characters", "printable"}, {"not", {" "}}}}}},
+      {"/vars/rss_Wl2_Channel",
+       "99",
+       422,
+       {{"code", 2},
+        {"variable", "rss_Wl2_Channel"},
+        {"element", "Device/Wireless2.4/Channel"},
+        {"rule", "a channel of rss_Wl2_ChannelList: 0,1,2,3,4,5,6,7,8,9,10,11,12,13"},
+        {"changeableNow", true},
+        {"accepts",
+         {{"words", {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9", "10", "11", "12", "13"}}}}}},
+      {"/vars/Device/Wireless2.4/EncryptionMode",
+       "WPA9",
+       422,
+       {{"code", 10},
+        {"variable", "rss_Wl2_EncryptionMode"},
+        {"element", "Device/Wireless2.4/EncryptionMode"},
+        {"rule", "one of the words; a good word that is only checked gives code 2"},
+        {"changeableNow", true},
+        {"accepts", {{"words", {"None", "WEP", "WPA", "WPAWPA2", "WPA2"}}}}}},
+      {"/vars/rss_Upl_Ets_Survey",
+       "2",
+       422,
+       {{"code", 2},
+        {"variable", "rss_Upl_Ets_Survey"},
+        {"element", "Device/UpLinkConnection/ExtenderSite/Survey"},
+        {"rule", "0 or 1"},
+        {"changeableNow", true},
+        {"accepts", {{"minimum", 0}, {"maximum", 1}}}}},
+      {"/vars/rss_Wl5_WirelessName",
+       "Den",
+       403,
+       {{"code", 1},
+        {"variable", "rss_Wl5_WirelessName"},
+        {"element", "Device/Wireless5/WirelessName"},
+        {"rule", "the rule in rss_Wl5_WirelessName_Validate: 1 to 32 printable characters"},
+        {"changeableNow", false}}},
+      {"/vars/rss_DeviceModel",
+       "x",
+       422,
+       {{"code", 2},
+        {"variable", "rss_DeviceModel"},
+        {"element", "Device/DeviceModel"},
+        {"rule", "read only"},
+        {"changeableNow", false}}},
+      {"/vars/rss_Nothing", "x", 404, {{"code", 2}, {"variable", "rss_Nothing"}}},
+      {"/vars/rss_Upl_IP",
+       std::string(128, '1'),
+       422,
+       {{"code", 10},
+        {"variable", "rss_Upl_IP"},
+        {"element", "Device/UpLinkConnection/IP"},
+        {"rule", "an IPv4 address of a host"},
+        {"changeableNow", true},
+        {"accepts", {{"maxLength", 15}}}}},
+  };
+  for (const auto& c : cases) {
+    const HttpResponse answer = Ask(host.port(), "PUT", c.url, c.body);
+    EXPECT_EQ(answer.status, c.status) << c.url;
+    EXPECT_EQ(MembersOf(answer), c.members) << c.url;
+  }
+}
+
+TEST(ProblemTest, ABatchAndAnActionNameWhatTheyRefuse) {
+  HostProcess host;
+  ASSERT_TRUE(host.Start());
+  const HttpResponse batch =
+      Ask(host.port(), "POST", "/vars", "rss_DeviceName=Loft&rss_Upl_IP=nonsense");
+  EXPECT_EQ(batch.status, 422);
+  EXPECT_EQ(json::parse(batch.body)["detail"], "not a value that this takes: rss_Upl_IP");
+  EXPECT_EQ(MembersOf(batch)["variable"], "rss_Upl_IP");
+  Put(host.port(), "/vars/rss_Wl2_WlEnbl", "7");
+  const HttpResponse verify = Ask(host.port(), "POST", "/actions/VerifyAllRssVars", "");
+  EXPECT_EQ(verify.status, 422);
+  EXPECT_EQ(MembersOf(verify),
+            json({{"code", 3},
+                  {"element", "Device/Wireless2.4/WlEnbl"},
+                  {"variable", "rss_Wl2_WlEnbl"},
+                  {"rule", "any number; no other one than now when that is 2 or more"},
+                  {"changeableNow", true},
+                  {"accepts", {{"minimum", 0}, {"maximum", 3}}}}));
+  const HttpResponse none = Ask(host.port(), "POST", "/actions/None", "");
+  EXPECT_EQ(none.status, 404);
+  EXPECT_EQ(MembersOf(none), json({{"code", 2}}));
+}
+
+TEST(ProblemTest, ARefusedDocumentIsAProblemOnRequestOnly) {
+  HostProcess host;
+  ASSERT_TRUE(host.Start());
+  const std::string document = With(FactoryDocument(), "Channel", "99");
+  for (const char* accept : {"", "*/*", "application/xml, application/json", "application/xml"}) {
+    const HttpResponse plain =
+        Request(host.port(), Text({"POST", "/settings", document, "", 0, "", ""}, accept));
+    EXPECT_EQ(plain.status, 200) << accept;
+    EXPECT_EQ(plain.body, ResultDocument(3, "Device/Wireless2.4/Channel", 0)) << accept;
+  }
+  const HttpResponse answer = Ask(host.port(), "POST", "/settings", document);
+  EXPECT_EQ(answer.status, 422);
+  EXPECT_EQ(json::parse(answer.body)["detail"],
+            "a value is invalid or cannot be changed: Device/Wireless2.4/Channel");
+  const json members = MembersOf(answer);
+  EXPECT_EQ(members["code"], 3);
+  EXPECT_EQ(members["element"], "Device/Wireless2.4/Channel");
+  EXPECT_EQ(members["variable"], "rss_Wl2_Channel");
+  EXPECT_EQ(members["accepts"]["words"].size(), 14U);
+  // An element of the uplink is reported by another path than its own.
+  const HttpResponse uplink =
+      Ask(host.port(), "POST", "/settings", With(FactoryDocument(), "ConnType", "Carrier"));
+  EXPECT_EQ(MembersOf(uplink)["variable"], "rss_Upl_ConnType");
+  EXPECT_EQ(MembersOf(uplink)["element"], "Device/Uplink/ConnType");
+  // What was accepted is no problem.
+  EXPECT_EQ(Ask(host.port(), "POST", "/settings", FactoryDocument()).body,
+            ResultDocument(0, "", 0));
+  // The last result stays a result document.
+  const HttpResponse last = Ask(host.port(), "GET", "/result", "");
+  EXPECT_EQ(last.Header("Content-Type"), "application/xml");
+}
+
 TEST(ProblemTest, ASlowBodyIsRefusedInTheFormThatItsHeadAsksFor) {
   HostProcess host;
   ASSERT_TRUE(host.Start());

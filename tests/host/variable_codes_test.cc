@@ -28,5 +28,16 @@ TEST(VariableCodesTest, OtherCodesAreUnknown) {
   }
 }
 
+TEST(VariableCodesTest, ADocumentsCodeHasItsOwnReason) {
+  EXPECT_STREQ(ResultReason(1), "the document's format version is not the device's");
+  EXPECT_STREQ(ResultReason(2), "a required element is missing");
+  EXPECT_STREQ(ResultReason(3), "a value is invalid or cannot be changed");
+  EXPECT_STREQ(ResultReason(10), "the length of a text is out of range");
+  EXPECT_STREQ(ResultReason(11), "a character is not allowed");
+  EXPECT_STREQ(ResultReason(20), "a number is above its maximum");
+  EXPECT_STREQ(ResultReason(21), "a number is below its minimum");
+  EXPECT_STREQ(ResultReason(4), "the document was refused");
+}
+
 }  // namespace
 }  // namespace kiohost

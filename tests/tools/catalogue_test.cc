@@ -4,8 +4,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "kioapp/kioapp.h"
@@ -193,6 +195,65 @@ TEST_F(CatalogueTest, OnlyTheListedNeedAConfigurableSection) {
       EXPECT_EQ(Set(Named(entry.name), "1") == 1U, entry.needs_configurable) << entry.name;
     }
   }
+}
+
+// Whether the conditions of a variable hold.
+bool IsConfigurable(const CatalogueEntry& entry) {
+  return std::all_of(entry.configurable_when.begin(), entry.configurable_when.end(),
+                     [](const CatalogueEntry::Condition& condition) {
+                       const auto text = FakeHost::Get().Text(condition.node);
+                       const auto& texts = condition.texts;
+                       const bool is_one =
+                           text && std::find(texts.begin(), texts.end(), *text) != texts.end();
+                       return is_one == condition.is_one;
+                     });
+}
+
+TEST_F(CatalogueTest, ASectionIsConfigurableWhileTheConditionsHold) {
+  std::set<std::pair<std::string, bool>> seen;
+  std::set<std::string> nodes;
+  for (const CatalogueEntry& entry : entries_) {
+    for (const CatalogueEntry::Condition& condition : entry.configurable_when) {
+      nodes.insert(condition.node);
+    }
+  }
+  EXPECT_EQ(nodes.size(), 5U);
+  for (const std::string& node : nodes) {
+    for (const char* text : {"0", "1", "2", "3", "4", "", "(absent)"}) {
+      SetUp();
+      if (text == std::string("(absent)")) {
+        FakeHost::Get().Delete(node);
+      } else {
+        FakeHost::Get().Set(node, text);
+      }
+      init_RssVar();
+      for (const CatalogueEntry& entry : entries_) {
+        if (entry.is_writable) {
+          const unsigned int code = Set(Named(entry.name), Read(Named(entry.name)).text);
+          EXPECT_EQ(code != KIOAPP_VAR_NOT_CONFIGURABLE, IsConfigurable(entry))
+              << entry.name << ", " << node << " is '" << text << "'";
+          seen.insert({node, IsConfigurable(entry)});
+        }
+      }
+    }
+  }
+  EXPECT_EQ(seen.size(), 2 * nodes.size());
+}
+
+TEST_F(CatalogueTest, TheRuleOfAValueIsItselfAVariable) {
+  std::set<std::string> names;
+  for (const CatalogueEntry& entry : entries_) {
+    names.insert(entry.name);
+  }
+  int rules = 0;
+  for (const CatalogueEntry& entry : entries_) {
+    if (!entry.rule_in.empty()) {
+      EXPECT_THAT(names, Contains(entry.rule_in)) << entry.name;
+      EXPECT_NE(entry.check.find(entry.rule_in), std::string::npos) << entry.name;
+      ++rules;
+    }
+  }
+  EXPECT_EQ(rules, 10);
 }
 
 TEST_F(CatalogueTest, TextsAreCutToTheCapacity) {
