@@ -24,9 +24,8 @@ std::optional<Reply> ChangeGuard::RefuseChange(const RequestView& request) const
   if (!pending) {
     return RefuseLook(request);
   }
-  Reply reply = ErrorReply(MHD_HTTP_CONFLICT, "other settings wait for their confirmation");
-  reply.headers.emplace_back(MHD_HTTP_HEADER_RETRY_AFTER, std::to_string(pending->seconds_left));
-  return reply;
+  return TryLater(MHD_HTTP_CONFLICT, "other settings wait for their confirmation",
+                  pending->seconds_left);
 }
 
 }  // namespace kiohost

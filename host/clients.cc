@@ -3,7 +3,9 @@
 #include <kioapp/auth.h>
 #include <kioapp/platform.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <limits>
 #include <vector>
 
 #include "printable_text.h"
@@ -17,6 +19,15 @@ size_t Count() {
     ++count;
   }
   return count;
+}
+
+// The seconds until the first client lapses if it sends nothing; one at least.
+long SecondsToLapse(long now) {
+  long first = std::numeric_limits<long>::max();
+  for (const ClientAuthInfo* client = clientauthinfo; client != nullptr; client = client->next) {
+    first = std::min(first, static_cast<long>(client->logout));
+  }
+  return std::max(1L, first - now);
 }
 
 bool IsListed(const std::string& address) {
@@ -36,15 +47,16 @@ void Say(const std::string& what, const std::string& address) {
 }  // namespace
 
 Clients::Outcome Clients::Login(const std::string& address, const std::string& text,
-                                long* blocked_seconds) {
+                                long* wait_seconds) {
   const long now = sys_uptime_seconds();
-  *blocked_seconds = throttle_.SecondsBlocked(address, now);
-  if (*blocked_seconds > 0) {
+  *wait_seconds = throttle_.SecondsBlocked(address, now);
+  if (*wait_seconds > 0) {
     return Outcome::kBlocked;
   }
   if (!IsListed(address) && Count() >= kMost) {
     RemoveLapsed();
     if (Count() >= kMost) {
+      *wait_seconds = SecondsToLapse(now);
       return Outcome::kFull;
     }
   }

@@ -22,8 +22,9 @@ class Clients {
     kFull,
   };
 
-  // Logs the address in when the text holds its key. `blocked_seconds` is set when it is blocked.
-  Outcome Login(const std::string& address, const std::string& text, long* blocked_seconds);
+  // Logs the address in when the text holds its key. `wait_seconds` is set when that cannot be now:
+  // after this time a key is looked at again, or a client lapses.
+  Outcome Login(const std::string& address, const std::string& text, long* wait_seconds);
 
   // Whether the address is logged in. If it is, the time of its login begins anew.
   bool Passes(const std::string& address);

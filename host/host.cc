@@ -67,6 +67,7 @@ Host::Host(Store* store, const Settings& settings)
       exchange_(store, settings.temp_dir),
       confirmations_(&exchange_, WhoComes()),
       variable_list_(store, settings.catalogue),
+      value_history_(store),
       variables_(store, &exchange_, &events_),
       backup_(store, settings.catalogue),
       firmware_(store, &events_, settings.temp_dir, settings.state_dir + "/firmware.partition"),
@@ -77,7 +78,8 @@ Host::Host(Store* store, const Settings& settings)
     AddLoginFilter(&clients_, &router_);
   }
   const ChangeGuard guard(&exchange_);
-  const SettingsRoom settings_room = {&exchange_, &events_, &confirmations_, &variable_list_};
+  const SettingsRoom settings_room = {&exchange_, &events_, &confirmations_, &variable_list_,
+                                      &value_history_};
   AddSettingsRoutes(settings_room, &router_);
   AddBackupRoutes(&backup_, settings_room, &router_);
   AddConfirmRoutes(&confirmations_, &events_, &router_);
@@ -85,7 +87,8 @@ Host::Host(Store* store, const Settings& settings)
       store, &events_,
       {IdText(RandomNumber()) + IdText(RandomNumber()), [this] { return StateWord(); }, &exchange_},
       &router_);
-  AddVariableRoutes({&variables_, &variable_list_}, guard, &router_);
+  AddVariableRoutes({&variables_, &variable_list_, store, exchange_.applies(), &value_history_},
+                    guard, &router_);
   AddLoginRoutes(&clients_, &router_);
   AddFirmwareRoutes(&firmware_, guard, &router_);
 }

@@ -18,6 +18,7 @@
 #include "router.h"
 #include "status.h"
 #include "store.h"
+#include "value_history.h"
 #include "variable_list.h"
 #include "variables.h"
 
@@ -70,6 +71,7 @@ class Host {
   Exchange exchange_;
   Confirmations confirmations_;
   VariableList variable_list_;
+  ValueHistory value_history_;
   Variables variables_;
   Backup backup_;
   Firmware firmware_;

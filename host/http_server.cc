@@ -288,10 +288,9 @@ void HttpServer::Accept(Clock::time_point now) {
 
 void HttpServer::Admit(Acceptor::Incoming incoming, Clock::time_point now) {
   if (!MakeRoom(AddressText(incoming.generic()))) {
-    Reply reply = ErrorReply(MHD_HTTP_SERVICE_UNAVAILABLE,
-                             "there are too many connections, of this address or in all");
-    reply.headers.emplace_back(MHD_HTTP_HEADER_RETRY_AFTER,
-                               std::to_string(ClientTimeout::kHeadTime.count()));
+    const Reply reply = TryLater(MHD_HTTP_SERVICE_UNAVAILABLE,
+                                 "there are too many connections, of this address or in all",
+                                 ClientTimeout::kHeadTime.count());
     Say(incoming.socket.get(), reply);
     lingering_.Take(std::move(incoming.socket), now);
     return;

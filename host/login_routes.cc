@@ -24,21 +24,18 @@ Reply Done(const char* what) {
 }
 
 Reply LogIn(Clients* clients, const RequestView& request) {
-  long blocked_seconds = 0;
-  switch (clients->Login(request.peer_address(), request.body(), &blocked_seconds)) {
+  long wait_seconds = 0;
+  switch (clients->Login(request.peer_address(), request.body(), &wait_seconds)) {
     case Clients::Outcome::kLoggedIn:
       return Done("logged in");
     case Clients::Outcome::kWrongKey:
       return Unauthorized("not the key of this address now");
-    case Clients::Outcome::kBlocked: {
-      Reply reply = ErrorReply(MHD_HTTP_TOO_MANY_REQUESTS, "too many wrong keys: wait");
-      reply.headers.emplace_back(MHD_HTTP_HEADER_RETRY_AFTER, std::to_string(blocked_seconds));
-      return reply;
-    }
+    case Clients::Outcome::kBlocked:
+      return TryLater(MHD_HTTP_TOO_MANY_REQUESTS, "too many wrong keys: wait", wait_seconds);
     case Clients::Outcome::kFull:
       break;
   }
-  return ErrorReply(MHD_HTTP_SERVICE_UNAVAILABLE, "too many clients are logged in");
+  return TryLater(MHD_HTTP_SERVICE_UNAVAILABLE, "too many clients are logged in", wait_seconds);
 }
 
 Reply LogOut(Clients* clients, const RequestView& request) {

@@ -12,6 +12,12 @@ Reply ErrorReply(unsigned int status, const std::string& reason) {
   return reply;
 }
 
+Reply TryLater(unsigned int status, const std::string& reason, int64_t seconds) {
+  Reply reply = ErrorReply(status, reason);
+  reply.headers.emplace_back(MHD_HTTP_HEADER_RETRY_AFTER, std::to_string(seconds));
+  return reply;
+}
+
 Reply InAcceptedForm(Reply reply, std::string_view accept) {
   const std::string_view type = reply.content_type;
   if (!reply.refusal || !PrefersProblem(accept, type.substr(0, type.find(';')))) {

@@ -4,6 +4,7 @@
 
 #include <microhttpd.h>
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -44,6 +45,9 @@ struct Reply {
 
 // A refusal: a line that says what is wrong, or problem details.
 Reply ErrorReply(unsigned int status, const std::string& reason);
+
+// A refusal of what can be tried again after a time. 429 and 503 are always such ones.
+Reply TryLater(unsigned int status, const std::string& reason, int64_t seconds);
 
 // The reply in the form that a client prefers by its header Accept.
 Reply InAcceptedForm(Reply reply, std::string_view accept);

@@ -28,7 +28,9 @@ class Fields {
 
   bool Has(size_t index) const { return index < fields_.size(); }
   int Number(size_t index, int absent) const {
-    return Has(index) ? std::atoi(fields_[index].c_str()) : absent;
+    constexpr int kDecimal = 10;
+    return Has(index) ? static_cast<int>(std::strtol(fields_[index].c_str(), nullptr, kDecimal))
+                      : absent;
   }
   double Real(size_t index) const { return std::strtod(fields_[index].c_str(), nullptr); }
   // The texts from a field on that are not empty.

@@ -10,6 +10,7 @@
 #include "reply.h"
 #include "request_view.h"
 #include "router.h"
+#include "value_history.h"
 #include "variable_list.h"
 
 namespace kiohost {
@@ -20,6 +21,7 @@ struct SettingsRoom {
   Events* events;
   Confirmations* confirmations;
   const VariableList* variables;
+  ValueHistory* history;
 };
 
 // Runs a settings document, or tells what it would do, as the parameters of the request say.

@@ -6,7 +6,9 @@
 #include <string_view>
 #include <utility>
 
+#include "all_values.h"
 #include "json_reply.h"
+#include "settings_tag.h"
 #include "variable_codes.h"
 
 namespace kiohost {
@@ -82,10 +84,39 @@ Reply ReplyTo(const VariableRoom& room, const std::string& name, const Variables
   return reply;
 }
 
-// The list of all variables.
-Reply SendCatalogue(const VariableList& list) {
-  return list.status().ok() ? JsonReply(list.AsJson())
-                            : ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, list.status().reason());
+std::optional<Reply> CheckList(const RequestView& request) {
+  const std::optional<bool> values = FlagArgument(request, "values");
+  const std::optional<bool> secrets = FlagArgument(request, "secrets");
+  if (!values || !secrets) {
+    return ErrorReply(MHD_HTTP_BAD_REQUEST, "values and secrets take 0 or 1");
+  }
+  if (!*values && (*secrets || request.Argument("changed-since"))) {
+    return ErrorReply(MHD_HTTP_BAD_REQUEST, "secrets and changed-since go with values=1 only");
+  }
+  return std::nullopt;
+}
+
+// The list of all variables, or their values.
+Reply SendList(const VariableRoom& room, const RequestView& request) {
+  if (!room.list->status().ok()) {
+    return ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, room.list->status().reason());
+  }
+  if (!*FlagArgument(request, "values")) {
+    return JsonReply(room.list->AsJson());
+  }
+  ValuesAsked asked;
+  asked.secrets = *FlagArgument(request, "secrets");
+  if (const std::optional<std::string_view> since = request.Argument("changed-since")) {
+    asked.since = std::string(*since);
+  }
+  return JsonReply(AllValues(room.variables, *room.list, room.store, room.history,
+                             SettingsTag(room.applies->Last()), asked));
+}
+
+// What was applied is a state that a client may ask the changes since.
+void NoteApply(const VariableRoom& room, const Variables::Answer& answer, Reply* reply) {
+  AddApplyId(answer.apply_id, reply);
+  room.history->NoteApply(answer.apply_id);
 }
 
 Reply Read(const VariableRoom& room, const RequestView& request) {
@@ -142,7 +173,7 @@ Reply SetBatch(const VariableRoom& room, const ChangeGuard& guard, const Request
   const Variables::Answer answer = room.variables->SetBatch(request.body(), separator);
   // The text names the variable that was refused, if one was.
   Reply reply = ReplyTo(room, answer.text, answer);
-  AddApplyId(answer.apply_id, &reply);
+  NoteApply(room, answer, &reply);
   reply.after_reply = room.variables->TakeAfterReply();
   return reply;
 }
@@ -166,7 +197,7 @@ Reply RunAction(const VariableRoom& room, const ChangeGuard& guard, const Reques
   const Variables::Answer answer = room.variables->RunAction(*action, request.body());
   const bool names_variable = *action == Variables::Action::kSetBatch;
   Reply reply = ReplyTo(room, names_variable ? answer.text : std::string(), answer);
-  AddApplyId(answer.apply_id, &reply);
+  NoteApply(room, answer, &reply);
   reply.after_reply = room.variables->TakeAfterReply();
   return reply;
 }
@@ -183,10 +214,10 @@ bool JoinsCommit(const Variables& variables, const RequestView& request) {
 void AddVariableRoutes(const VariableRoom& room, const ChangeGuard& guard, Router* router) {
   const BodyRule value = {.need = BodyRule::Need::kAnything, .noun = "value"};
   const BodyRule batch = {.need = BodyRule::Need::kAnything, .noun = "batch"};
-  router->Add(
-      {.pattern = "/vars",
-       .method = MHD_HTTP_METHOD_GET,
-       .handle = [room](const RequestView& /*request*/) { return SendCatalogue(*room.list); }});
+  router->Add({.pattern = "/vars",
+               .method = MHD_HTTP_METHOD_GET,
+               .check = CheckList,
+               .handle = [room](const RequestView& request) { return SendList(room, request); }});
   router->Add({.pattern = "/vars",
                .method = MHD_HTTP_METHOD_POST,
                .body = batch,

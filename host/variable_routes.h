@@ -2,8 +2,11 @@
 #ifndef HOST_VARIABLE_ROUTES_H
 #define HOST_VARIABLE_ROUTES_H
 
+#include "apply_log.h"
 #include "change_guard.h"
 #include "router.h"
+#include "store.h"
+#include "value_history.h"
 #include "variable_list.h"
 #include "variables.h"
 
@@ -13,6 +16,9 @@ namespace kiohost {
 struct VariableRoom {
   Variables* variables;
   const VariableList* list;
+  Store* store;
+  ApplyLog* applies;
+  ValueHistory* history;
 };
 
 void AddVariableRoutes(const VariableRoom& room, const ChangeGuard& guard, Router* router);

@@ -257,6 +257,8 @@ TEST_F(LoginTest, SixtyFourClientsAtMost) {
   }
   const std::string late = "127.0.2.1";
   EXPECT_EQ(LoginStatus("BKey=" + Key(50, late), late), 503);
+  // The first of them lapses 300 seconds after its login.
+  EXPECT_EQ(Login("BKey=" + Key(50, late), late).Header("Retry-After"), "300");
   // Those who are in may log in again, and make room.
   EXPECT_EQ(LoginStatus("BKey=" + Key(50, "127.0.1.7"), "127.0.1.7"), 200);
   EXPECT_EQ(Status("POST", "/logout", "127.0.1.7"), 200);
