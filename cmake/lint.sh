@@ -12,7 +12,7 @@ failed=()
 # second time in a way that clang does not know, so only the benchmarks are taken from it.
 for preset in dev bench; do
   if ! log=$(cmake --preset "$preset" -B "$build/$preset" -DKIO_BUILD_FUZZ=ON \
-    -DKIO_PRECOMPILE=OFF -DKIO_TESTS_TOGETHER=OFF 2>&1); then
+    -DKIO_PRECOMPILE=OFF -DKIO_TOGETHER=OFF 2>&1); then
     echo "$log" >&2
     exit 1
   fi

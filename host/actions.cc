@@ -13,14 +13,14 @@
 namespace kiohost {
 namespace {
 
-struct Action {
+struct ActionRow {
   unsigned int bit;
   const char* name;
   const char* script;  // that the library runs; null when it runs none
   const char* effect;
 };
 
-constexpr Action kActions[] = {
+constexpr ActionRow kActionRows[] = {
     {KIOAPP_SYNC_WAN, "WanResync", "uplink.sh",
      "ran uplink.sh; a router brings its uplink up anew"},
     {KIOAPP_SYNC_WLAN, "WlanResync", nullptr, "a router restarts its 2.4 GHz radio"},
@@ -36,7 +36,7 @@ constexpr Action kActions[] = {
 };
 
 // How the script of an action failed; empty when it did not, or when there is none.
-std::string ScriptFailure(const Action& action, const std::vector<CommandResult>& results) {
+std::string ScriptFailure(const ActionRow& action, const std::vector<CommandResult>& results) {
   if (action.script == nullptr) {
     return {};
   }
@@ -52,7 +52,7 @@ std::string ScriptFailure(const Action& action, const std::vector<CommandResult>
 
 std::vector<NamedAction> ActionsOf(unsigned int mask) {
   std::vector<NamedAction> actions;
-  for (const Action& action : kActions) {
+  for (const ActionRow& action : kActionRows) {
     if ((mask & action.bit) != 0) {
       actions.push_back({action.bit, action.name});
     }
@@ -63,7 +63,7 @@ std::vector<NamedAction> ActionsOf(unsigned int mask) {
 unsigned int ReportActions(unsigned int mask, Events* events) {
   const std::vector<CommandResult> results = TakeCommandResults();
   unsigned int failed = 0;
-  for (const Action& action : kActions) {
+  for (const ActionRow& action : kActionRows) {
     if ((mask & action.bit) == 0) {
       continue;
     }
