@@ -23,33 +23,37 @@ jq -s --arg bench "$PWD/bench/" '
   # Options of GCC that clang refuses.
   | map(.command |= gsub(" (-fno-tree-pre|--param=ggc-\\S+)(?= )"; ""))
   | unique_by(.file)' "$build"/{dev,bench}/compile_commands.json > "$build/files.json" || exit 1
-# The test files of a program are checked as one unit: most of the time goes into the headers that all
-# of them include. All other files stay single: the analyzer checks them, and it passes over the files
-# that a unit includes.
-jq --arg tests "^$PWD/tests/(?!abi/).*\\.cc$" --arg units "$build/units" '
+# The files of a program of the host, the tools or the tests are checked as one unit: most of the time
+# goes into the headers that all of them include. The analyzer passes over the files that a unit
+# includes, so those of the host and the tools are each given to it as well; tests are not.
+jq --arg grouped "^$PWD/(host|tools/(?!differential/)|tests/(?!abi/)).*\\.cc$" --arg units "$build/units" '
   def program: .command | capture(" -o (?<to>\\S+\\.dir)/").to;
-  group_by(if .file | test($tests) then program else .file end)
+  group_by(if .file | test($grouped) then program else .file end)
   | map(if length == 1 then .[0]
         else "\($units)/\(.[0] | program | gsub("/"; ".")).cc" as $unit
           | {directory: .[0].directory, command: .[0].command | sub(" -c \\S+$"; " -c \($unit)"),
-             file: $unit, members: map(.file)}
+             file: $unit, members: .}
         end)' "$build/files.json" > "$build/units.json" || exit 1
-jq 'map(del(.members))' "$build/units.json" > "$build/compile_commands.json" || exit 1
+jq --arg tests "$PWD/tests/" 'map(.members // empty | .[] | select(.file | startswith($tests) | not))' \
+  "$build/units.json" > "$build/analyzed.json" || exit 1
+jq -s 'add | map(del(.members))' "$build"/{units,analyzed}.json > "$build/compile_commands.json" ||
+  exit 1
 rm -rf "$build/units"
 mkdir "$build/units" && cp tests/.clang-tidy "$build/units" || exit 1
 while IFS=$'\t' read -r unit member; do
   printf '// NOLINTNEXTLINE(bugprone-suspicious-include)\n#include "%s"\n' "$member" >> "$unit"
-done < <(jq -r '.[] | select(.members) | .file as $unit | .members[] | "\($unit)\t\(.)"' \
+done < <(jq -r '.[] | select(.members) | .file as $unit | .members[].file | "\($unit)\t\(.)"' \
   "$build/units.json")
 
 mapfile -t sources < <(find "${folders[@]}" -name '*.cc' -o -name '*.c' -o -name '*.h' | sort)
 # The units of many files begin first, so that none of them runs alone at the end.
 mapfile -t units < <(jq -r 'sort_by(-(.members | length))[].file' "$build/units.json")
+mapfile -t analyzed < <(jq -r '.[].file' "$build/analyzed.json")
 mapfile -t scripts < <({
   grep -rlIE '^#!(/usr)?/bin/(env )?(ba)?sh' --exclude-dir=build --exclude-dir=.git .
   find . -name '*.sh' -not -path './build/*'
 } | sort -u)
-for count in ${#sources[@]} ${#units[@]} ${#scripts[@]}; do
+for count in ${#sources[@]} ${#units[@]} ${#analyzed[@]} ${#scripts[@]}; do
   if [[ $count -eq 0 ]]; then
     echo "found nothing to check" >&2
     exit 1
@@ -70,13 +74,23 @@ if [[ ${#unchecked[@]} -gt 0 ]]; then
   failed+=(clang-tidy)
 fi
 
-echo "clang-tidy: $((${#units[@]} + ${#alone[@]})) units"
-# One unit a run: version 14 carries the state of its va_list check from one to the next.
-{
-  printf '%s\0' "${units[@]}" | xargs -0 -n 1 -P 2 clang-tidy --quiet -p "$build" \
+# clang_tidy FILE...: one file a run, since version 14 carries the state of its va_list check from one
+# to the next. `options` are those of each run.
+clang_tidy() {
+  printf '%s\0' "$@" | xargs -0 -n 1 -P 2 clang-tidy --quiet -p "$build" "${options[@]}" \
     || failed+=(clang-tidy)
+}
+
+echo "clang-tidy: $((${#units[@]} + ${#alone[@]})) units, and the analyzer ${#analyzed[@]} files"
+{
+  options=()
+  clang_tidy "${units[@]}"
   clang-tidy --quiet "${alone[@]}" -- -std=c99 -D_GNU_SOURCE -Iinclude -Itests/abi \
     -Itests/target || failed+=(clang-tidy)
+  # All but the analyzer have seen these files.
+  others=$(printf -- ',-%s-*' bugprone cert cppcoreguidelines misc performance portability readability)
+  options=("--checks=${others#,}")
+  clang_tidy "${analyzed[@]}"
 } 2> >(grep -Ev '^[0-9]+ warnings? (and [0-9]+ errors? )?generated\.$' >&2)
 
 echo "shellcheck: ${#scripts[@]} files"

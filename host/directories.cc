@@ -11,6 +11,7 @@
 #include <system_error>
 
 #include "result_document.h"
+#include "text.h"
 
 namespace kiohost {
 namespace {
@@ -64,8 +65,6 @@ Status CheckDirectory(const std::string& directory, const std::string& purpose, 
 
 constexpr std::string_view kDefaultTempDir = "/tmp/kiohost-";
 constexpr std::string_view kFormerTempDir = "/tmp";
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 // Why others can write to a directory; an empty text when they cannot.
 std::string WhoElseWrites(const struct stat& info) {

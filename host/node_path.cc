@@ -4,10 +4,10 @@
 #include <charconv>
 #include <system_error>
 
+#include "text.h"
+
 namespace kiohost {
 namespace {
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 bool IsNameCharacter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || IsDigit(c) || c == '.' || c == '_' ||

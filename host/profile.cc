@@ -10,19 +10,10 @@
 #include <sstream>
 
 #include "node_path.h"
+#include "text.h"
 
 namespace kiohost {
 namespace {
-
-constexpr std::string_view kBlanks = " \t\r";
-
-std::string_view Trim(std::string_view text) {
-  const size_t begin = text.find_first_not_of(kBlanks);
-  if (begin == std::string_view::npos) {
-    return {};
-  }
-  return text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
-}
 
 std::string Lower(std::string_view text) {
   std::string lower(text);

@@ -2,17 +2,10 @@
 
 #include <algorithm>
 
+#include "text.h"
+
 namespace kiohost {
 namespace {
-
-constexpr std::string_view kBlanks = " \t";
-
-std::string_view Trim(std::string_view text) {
-  const size_t begin = text.find_first_not_of(kBlanks);
-  return begin == std::string_view::npos
-             ? std::string_view()
-             : text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
-}
 
 std::string_view WithoutQuotes(std::string_view text) {
   return text.size() >= 2 && text.front() == '"' && text.back() == '"'

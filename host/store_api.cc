@@ -19,6 +19,7 @@ kiohost::Store* g_store = nullptr;
 
 // The path that a format and its arguments make. It is empty, and names no node, when it does not
 // fit: a cut path could name another one.
+KIOAPP_PRINTF(1, 0)
 std::string FormatPath(const char* format, va_list arguments) {
   std::array<char, kiohost::kMaxPathLength + 2> path{};  // a '#' and the terminator
   const int length = std::vsnprintf(path.data(), path.size(), format, arguments);
