@@ -10,9 +10,9 @@
 #define KIO_INLINE __attribute__((always_inline))
 #endif
 
-// Stands before a function of which a build for size has one body.
+// Stands before a function of which a build for size has one body, with what it calls in it.
 #ifdef KIO_FOR_SIZE
-#define KIO_ONE_BODY __attribute__((noinline))
+#define KIO_ONE_BODY __attribute__((noinline, flatten))
 #else
 #define KIO_ONE_BODY
 #endif

@@ -40,11 +40,8 @@ struct EmptyTags {
   // Notes the one at `tag`, if there is one. Kept out of the search's loop: there are few.
   [[gnu::noinline, gnu::cold]] void Note(const char* tag, const char* end, TextView key) {
     const EmptyTag form = EmptyTagAt(tag, end, key);
-    if (form == EmptyTag::kPlain && plain == nullptr) {
-      plain = tag;
-    } else if (form == EmptyTag::kBlank && blank == nullptr) {
-      blank = tag;
-    }
+    const char*& first = form == EmptyTag::kPlain ? plain : blank;
+    first = form != EmptyTag::kNone && first == nullptr ? tag : first;
   }
 };
 
@@ -104,10 +101,6 @@ Element FindElement(const Block& block, TextView key, Wanted wanted) {
     return {const_cast<char*>(tag.position), {}};
   }
   return MakeElement(block, tag.position, tag.content, close);
-}
-
-char* FindTag(const Block& block, TextView key) {
-  return FindElement(block, key, Wanted::kTag).tag;
 }
 
 BlockReader::BlockReader(const Block& block) : block_(block) {

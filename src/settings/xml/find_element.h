@@ -6,7 +6,6 @@
 
 #include "platform/text.h"
 #include "settings/xml/scan.h"
-#include "settings/xml/search_text.h"
 
 namespace kio::settings {
 
@@ -51,7 +50,9 @@ enum class Wanted { kElement, kTag };
 Element FindElement(const Block& block, platform::TextView key, Wanted wanted = Wanted::kElement);
 
 // The tag of that element alone, or null.
-char* FindTag(const Block& block, platform::TextView key);
+inline char* FindTag(const Block& block, platform::TextView key) {
+  return FindElement(block, key, Wanted::kTag).tag;
+}
 
 // Finds the elements of one block, one after the other, each key at most once.
 //

@@ -1,4 +1,4 @@
-// The inner loop of every search.
+// The inner loop of every search, and the text that is searched.
 #ifndef KIO_SETTINGS_XML_SCAN_H
 #define KIO_SETTINGS_XML_SCAN_H
 
@@ -9,11 +9,14 @@
 #include <cstring>
 
 #include "platform/inline.h"
+#include "platform/text.h"
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
+#define KIO_BLOCKS
 #elif defined(__aarch64__)
 #include <arm_neon.h>
+#define KIO_BLOCKS
 #endif
 
 namespace kio::settings {
@@ -26,6 +29,7 @@ struct Pattern {
   char last;
   std::size_t last_place;  // not before the first one
   char mark;               // stands at the position itself; 0 when anything may
+  bool or_slash = false;   // the mark, or a slash behind it
 };
 
 // Clears the bit that tells the cases of a letter apart, and the one that no ASCII has. Characters
@@ -34,14 +38,32 @@ inline constexpr char kComparedBits = 0x5F;
 
 inline bool AreAlike(char a, char b) { return ((a ^ b) & kComparedBits) == 0; }
 
-// In the inner loop even of a build for size.
-[[gnu::always_inline]] inline bool StandsAt(const Pattern& pattern, const char* position) {
-  return AreAlike(position[pattern.last_place], pattern.last) &&
-         AreAlike(position[pattern.first_place], pattern.first);
+// Whether the `size` characters at `a` and `b` are equal, ignoring ASCII case. All of them are
+// there. They are compared from their ends: what is looked for differs there from what it is like.
+inline bool EqualsFold(const char* a, const char* b, std::size_t size) {
+  const char* from_b = b + size;
+  for (const char* from_a = a + size; from_a != a;) {
+    --from_a;
+    --from_b;
+    if (*from_a != *from_b && platform::ToLower(*from_a) != platform::ToLower(*from_b)) {
+      return false;
+    }
+  }
+  return true;
 }
 
-#if defined(__SSE2__) || defined(__aarch64__)
+// Whether two texts of two to sixteen characters are the same, as two words tell that may overlap.
+KIO_INLINE inline bool AreSameWords(const char* a, const char* b, std::size_t size) {
+  const auto have_same_ends = [=](std::size_t word) KIO_INLINE {
+    return std::memcmp(a, b, word) == 0 && std::memcmp(a + size - word, b + size - word, word) == 0;
+  };
+  if (size >= 8) {
+    return size <= 16 && have_same_ends(8);
+  }
+  return size >= 4 ? have_same_ends(4) : size >= 2 && have_same_ends(2);
+}
 
+#ifdef KIO_BLOCKS
 // The characters of sixteen positions. Operators act on all of them.
 using ByteBlock = unsigned char __attribute__((vector_size(16)));
 inline constexpr std::ptrdiff_t kBlockSize = sizeof(ByteBlock);
@@ -79,21 +101,11 @@ KIO_INLINE inline std::uint64_t MaskOfZeros(ByteBlock block) {
 }
 #endif
 
-// The first position of [from, end) where the pattern stands and that `accept` takes, or null. It
-// may be asked twice about a position, and about one without the mark. Nothing is read but these
-// positions and the pattern's places behind them.
+// As FindPattern, in at least a block.
 template <typename Accept>
-[[nodiscard]] KIO_INLINE inline const char* FindPattern(const char* from, const char* end,
-                                                        const Pattern& pattern,
-                                                        const Accept& accept) {
-  if (end - from < kBlockSize) {
-    for (; from < end; ++from) {
-      if (StandsAt(pattern, from) && accept(from)) {
-        return from;
-      }
-    }
-    return nullptr;
-  }
+[[nodiscard]] KIO_INLINE inline const char* FindInBlocks(const char* from, const char* end,
+                                                         const Pattern& pattern,
+                                                         const Accept& accept) {
   const ByteBlock first = Repeat(pattern.first);
   const ByteBlock last = Repeat(pattern.last);
   const auto compare = [=](const char* position) KIO_INLINE {
@@ -110,17 +122,13 @@ template <typename Accept>
         return hit;
       }
     }
-    if (near_end - from >= kBlockSize) {
-      from += kBlockSize;
-      continue;
-    }
     if (from == stop) {
       return nullptr;
     }
     // The last block may overlap the one before.
     from = std::min(from + kBlockSize, stop);
     // On a long way, four blocks at a time.
-    while (stop - from >= 4 * kBlockSize &&
+    while (from >= near_end && stop - from >= 4 * kBlockSize &&
            MaskOfZeros(Smallest(
                Smallest(compare(from), compare(from + kBlockSize)),
                Smallest(compare(from + 2 * kBlockSize), compare(from + 3 * kBlockSize)))) == 0) {
@@ -128,9 +136,39 @@ template <typename Accept>
     }
   }
 }
+#endif
+
+// The first position of [from, end) where the pattern stands and that `accept` takes, or null. It
+// may be asked twice about a position, and about one without the mark. Nothing is read but these
+// positions and the pattern's places behind them.
+template <typename Accept>
+[[nodiscard]] KIO_INLINE inline const char* FindPattern(const char* from, const char* end,
+                                                        const Pattern& pattern,
+                                                        const Accept& accept) {
+#ifdef KIO_BLOCKS
+  if (end - from >= kBlockSize) {
+    return FindInBlocks(from, end, pattern, accept);
+  }
+#endif
+  for (; from < end; ++from) {
+    if (pattern.mark != '\0' && !(pattern.or_slash && *from == '/')) {
+      from = static_cast<const char*>(
+          std::memchr(from, pattern.mark, static_cast<std::size_t>(end - from)));
+      if (from == nullptr) {
+        return nullptr;
+      }
+    }
+    if (AreAlike(from[pattern.last_place], pattern.last) &&
+        AreAlike(from[pattern.first_place], pattern.first) && accept(from)) {
+      return from;
+    }
+  }
+  return nullptr;
+}
 
 // The first place of [from, end) where a tag may begin, or null.
 KIO_INLINE inline const char* FindTagStart(const char* from, const char* end) {
+#ifdef KIO_BLOCKS
   for (; end - from >= kBlockSize; from += kBlockSize) {
     const std::uint64_t mask = MaskOfZeros(LoadBlock(from) ^ Repeat('<'));
     if (mask != 0) {
@@ -141,34 +179,69 @@ KIO_INLINE inline const char* FindTagStart(const char* from, const char* end) {
     ++from;
   }
   return from < end ? from : nullptr;
+#else
+  return static_cast<const char*>(std::memchr(from, '<', static_cast<std::size_t>(end - from)));
+#endif
 }
 
-#else
+// A text to search whose end may not be known: it ends after `limit` characters or at its
+// terminator, whichever comes first. The end is looked for as the search proceeds, so that a hit
+// near the start costs no pass over the rest.
+class SearchText {
+ public:
+  static constexpr std::size_t kNoLimit = static_cast<std::size_t>(-1);
 
-// As above.
-template <typename Accept>
-[[nodiscard]] inline const char* FindPattern(const char* from, const char* end,
-                                             const Pattern& pattern, const Accept& accept) {
-  for (; from < end; ++from) {
-    if (pattern.mark != '\0') {
-      from = static_cast<const char*>(
-          std::memchr(from, pattern.mark, static_cast<std::size_t>(end - from)));
-      if (from == nullptr) {
+  // `first_step` characters are looked at before the search begins: as many as it takes at least.
+  KIO_INLINE SearchText(const char* begin, std::size_t limit, std::size_t first_step)
+      : known_(begin), left_(limit), step_(first_step) {
+    Extend();
+  }
+
+  // A text known to reach to `end`.
+  KIO_INLINE explicit SearchText(const char* end) : known_(end), is_whole_(true) {}
+
+  // The text is known to reach here.
+  [[nodiscard]] const char* known() const { return known_; }
+
+  // The first position at or behind `from` where the pattern stands and that `accept` takes, or
+  // null. While the end of the text is not known, `accept` is asked about those alone that have at
+  // least `reach` known characters from them on.
+  template <typename Accept>
+  [[nodiscard]] KIO_INLINE const char* Find(const char* from, const Pattern& pattern,
+                                            std::size_t reach, const Accept& accept) {
+    for (;;) {
+      const auto needed = static_cast<std::ptrdiff_t>(is_whole_ ? pattern.last_place : reach);
+      if (known_ - from > needed) {
+        const char* const end = known_ - needed;
+        const char* const hit = FindPattern(from, end, pattern, accept);
+        if (hit != nullptr) {
+          return hit;
+        }
+        from = end;
+      }
+      if (is_whole_) {
         return nullptr;
       }
-    }
-    if (StandsAt(pattern, from) && accept(from)) {
-      return from;
+      Extend();
     }
   }
-  return nullptr;
-}
 
-inline const char* FindTagStart(const char* from, const char* end) {
-  return static_cast<const char*>(std::memchr(from, '<', static_cast<std::size_t>(end - from)));
-}
+ private:
+  static constexpr std::size_t kLongestStep = 4096;
 
-#endif
+  void Extend() {
+    const std::size_t found = strnlen(known_, std::min(step_, left_));
+    known_ += found;
+    left_ -= found;
+    is_whole_ = found < step_;
+    step_ = std::min(step_ * 2, kLongestStep);
+  }
+
+  const char* known_;
+  std::size_t left_ = 0;  // behind `known_`
+  std::size_t step_ = 0;
+  bool is_whole_ = false;
+};
 
 }  // namespace kio::settings
 

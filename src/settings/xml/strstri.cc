@@ -3,8 +3,7 @@
 
 #include "kioapp/xml.h"
 #include "platform/text.h"
-#include "settings/xml/equals_fold.h"
-#include "settings/xml/search_text.h"
+#include "settings/xml/scan.h"
 
 namespace kio::settings {
 namespace {

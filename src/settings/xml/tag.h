@@ -4,10 +4,11 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 
 #include "platform/inline.h"
 #include "platform/text.h"
-#include "settings/xml/equals_fold.h"
+#include "settings/xml/scan.h"
 
 namespace kio::settings {
 
@@ -32,8 +33,12 @@ KIO_INLINE KIO_ONE_BODY inline const char* BehindRest(const char* name, const ch
     }
     ++behind;
   }
-  const bool is_same = AreSameWords(name, key.data(), size) || EqualsFold(name, key.data(), size);
-  return is_same ? behind : nullptr;
+#ifndef KIO_FOR_SIZE
+  if (AreSameWords(name, key.data(), size)) {
+    return behind;
+  }
+#endif
+  return EqualsFold(name, key.data(), size) ? behind : nullptr;
 }
 
 // Behind the opening tag of `key` at `tag`, or null.
@@ -51,7 +56,18 @@ KIO_INLINE inline const char* BehindClosingTag(const char* tag, const char* end,
 enum class EmptyTag { kNone, kPlain, kBlank };
 
 // The form in which the tag of an empty element `key` stands at `tag`: "<key/>" or "<key />".
-EmptyTag EmptyTagAt(const char* tag, const char* end, platform::TextView key);
+inline EmptyTag EmptyTagAt(const char* tag, const char* end, platform::TextView key) {
+  const std::size_t size = std::min(key.size(), kTagLimit - 1);
+  const auto left = static_cast<std::size_t>(end - tag - 1);
+  if (left < size || !EqualsFold(tag + 1, key.data(), size)) {
+    return EmptyTag::kNone;
+  }
+  const auto goes_on = [=](platform::TextView rest) {
+    const std::size_t count = std::min(rest.size(), kTagLimit - 1 - size);
+    return left - size >= count && std::memcmp(tag + 1 + size, rest.data(), count) == 0;
+  };
+  return goes_on("/>") ? EmptyTag::kPlain : goes_on(" />") ? EmptyTag::kBlank : EmptyTag::kNone;
+}
 
 }  // namespace kio::settings
 
