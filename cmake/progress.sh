@@ -71,8 +71,9 @@ explain_build() {
   fi
 }
 
-# build_preset PRESET LOG COMMAND [TARGET...]: configures and builds. Two scripts that are run at
-# once take turns. COMMAND is what to type to begin again.
+# build_preset PRESET LOG COMMAND [TARGET...]: configures, with `configure_options`, and builds. Two
+# scripts that are run at once take turns. COMMAND is what to type to begin again.
+configure_options=()
 build_preset() {
   local preset=$1 log=$2 command=$3 status
   shift 3
@@ -86,7 +87,7 @@ build_preset() {
       flock 8
     fi
     status=0
-    cmake --preset "$preset" > "$log" 2>&1 8>&- || status=1
+    cmake --preset "$preset" "${configure_options[@]}" > "$log" 2>&1 8>&- || status=1
     if [[ $status -eq 0 ]]; then
       cmake --build --preset "$preset" ${1+--target "$@"} 2>&1 8>&- | show_build "$log" || status=1
     fi

@@ -19,8 +19,6 @@ endif()
 function(kio_compile_together target)
   if(ARGV1 STREQUAL UNSANITIZED AND KIO_SANITIZE)
     target_compile_options(${target} PRIVATE -fno-sanitize=all)
-    # What is tested is sanitized all the same.
-    target_compile_definitions(${target} PRIVATE KIO_HOST_IS_SANITIZED=1)
   elseif(NOT CMAKE_CROSSCOMPILING)
     target_compile_options(${target} PRIVATE ${kio_test_options})
     kio_precompiled_by(${target} kio_test_headers)

@@ -182,8 +182,8 @@ TEST(CommandLineTest, OutputThatCannotBeWrittenIsAFailure) {
   const std::string errors = dir.File("errors");
   const std::string arguments = " --factory-reset --store " + dir.File("s.db") + " >/dev/full 2>";
   for (const char* const query : {"--dump", "--get /sys/friendlyname", "--help", "--version"}) {
-    std::string command = KIOHOST_PROGRAM " ";
-    command.append(query).append(arguments).append(errors);
+    std::string command = HostProgram();
+    command.append(" ").append(query).append(arguments).append(errors);
     const int status = std::system(command.c_str());
     ASSERT_TRUE(WIFEXITED(status)) << query;
     EXPECT_EQ(WEXITSTATUS(status), 7) << query;

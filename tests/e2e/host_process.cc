@@ -13,12 +13,17 @@
 #include <map>
 #include <sstream>
 
+std::string HostProgram() {
+  const char* const other = getenv("KIO_E2E_HOST");
+  return other != nullptr ? other : KIOHOST_PROGRAM;
+}
+
 namespace {
 
 pid_t Spawn(const std::vector<std::string>& arguments, const std::string& output_file,
             const std::string& error_file) {
   std::vector<char*> argv;
-  std::string program = KIOHOST_PROGRAM;
+  std::string program = HostProgram();
   argv.push_back(program.data());
   std::vector<std::string> words = arguments;
   for (std::string& word : words) {
@@ -185,6 +190,10 @@ long HostProcess::ProcessorTime() const {
   long system = 0;
   stat >> user >> system;
   return (user + system) * kPerSecond / sysconf(_SC_CLK_TCK);
+}
+
+bool HostProcess::IsSanitized() const {
+  return ReadFile("/proc/" + std::to_string(pid_) + "/maps").find("san.so") != std::string::npos;
 }
 
 long HostProcess::PrivateMemory() const {

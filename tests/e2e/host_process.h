@@ -26,6 +26,9 @@ bool WaitFor(Condition condition, std::chrono::milliseconds pause = std::chrono:
   return true;
 }
 
+// The kiohost that is tested: that of this build, or the one that KIO_E2E_HOST names.
+std::string HostProgram();
+
 struct CommandResult {
   int exit_code = -1;  // 128 and the signal's number when a signal ended it
   std::string output;
@@ -98,6 +101,8 @@ class HostProcess {
   long ProcessorTime() const;
   long PrivateMemory() const;
   size_t Descriptors() const;
+  // Whether a sanitizer watches the host.
+  bool IsSanitized() const;
 
   // The store as a profile, read by another kiohost. The nodes of the directories are left out.
   std::string Dump() const;
