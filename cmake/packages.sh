@@ -37,6 +37,7 @@ test_packages=(
   libpugixml-dev
   librapidxml-dev
   libssl-dev
+  python3-jsonschema
   shellcheck
   valgrind
   zlib1g-dev

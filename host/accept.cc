@@ -6,21 +6,15 @@
 #include <cctype>
 #include <string>
 
+#include "text.h"
+
 namespace kiohost {
 namespace {
 
 constexpr int kFullQuality = 1000;
 
-bool IsSameText(std::string_view a, std::string_view b) {
+bool IsSameType(std::string_view a, std::string_view b) {
   return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
-}
-
-std::string_view Trim(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t";
-  const size_t begin = text.find_first_not_of(kBlanks);
-  return begin == std::string_view::npos
-             ? std::string_view()
-             : text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
 }
 
 // Cuts the part before the separator off a text.
@@ -53,12 +47,12 @@ struct Wish {
   int quality = 0;
 };
 
-Wish::By Match(std::string_view range, std::string_view type) {
-  if (IsSameText(range, type)) {
+Wish::By Closeness(std::string_view range, std::string_view type) {
+  if (IsSameType(range, type)) {
     return Wish::By::kName;
   }
   const std::string_view group = type.substr(0, type.find('/') + 1);
-  if (IsSameText(range, std::string(group) + "*")) {
+  if (IsSameType(range, std::string(group) + "*")) {
     return Wish::By::kGroup;
   }
   return range == "*/*" ? Wish::By::kAnything : Wish::By::kNothing;
@@ -68,11 +62,11 @@ Wish WishFor(std::string_view accept, std::string_view type) {
   Wish wish;
   while (!accept.empty()) {
     std::string_view item = TakePart(&accept, ',');
-    const Wish::By by = Match(TakePart(&item, ';'), type);
+    const Wish::By by = Closeness(TakePart(&item, ';'), type);
     int quality = kFullQuality;
     while (!item.empty()) {
       const std::string_view parameter = TakePart(&item, ';');
-      if (parameter.size() > 2 && IsSameText(parameter.substr(0, 2), "q=")) {
+      if (parameter.size() > 2 && IsSameType(parameter.substr(0, 2), "q=")) {
         quality = QualityOf(parameter.substr(2));
       }
     }

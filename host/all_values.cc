@@ -63,7 +63,7 @@ class Changes {
   std::vector<NodeChange> changes_;
 };
 
-Json ValueOf(const std::string& name, std::string value, bool secret, bool tells_secrets) {
+Json ValueOf(const std::string& name, const std::string& value, bool secret, bool tells_secrets) {
   Json json = {{"name", name}, {"value", secret && !tells_secrets ? kMasked : value}};
   if (secret) {
     json["secret"] = true;
@@ -88,12 +88,12 @@ Json AllValues(Variables* variables, const VariableList& list, Store* store, Val
     for (int index = 0; index <= last; ++index) {
       const std::string name = NameOf(variable, index);
       const std::string node = NodeOf(variable, index);
-      Variables::Answer answer = variables->Read(name, false);
+      const Variables::Answer answer = variables->Read(name, false);
       if (answer.code != KIOAPP_VAR_DONE) {
         break;  // there are no more of them
       }
       if (!changes || changes->Has(node.empty() ? TextOf(variable, "pathAnswer") : node)) {
-        values.push_back(ValueOf(name, std::move(answer.text), IsSecret(node), asked.secrets));
+        values.push_back(ValueOf(name, answer.text, IsSecret(node), asked.secrets));
       }
     }
   }

@@ -6,6 +6,7 @@
 
 #include "confirm_routes.h"
 #include "json_reply.h"
+#include "route_table.h"
 
 namespace kiohost {
 namespace {
@@ -53,13 +54,10 @@ Reply Restore(Backup* backup, const SettingsRoom& settings, const RequestView& r
 
 void AddBackupRoutes(Backup* backup, const SettingsRoom& settings, Router* router) {
   router->Add(
-      {.pattern = "/backup",
-       .method = MHD_HTTP_METHOD_GET,
+      {.description = routes::kBackup,
        .check = [](const RequestView& request) { return CheckFlag(request, "secrets"); },
        .handle = [backup](const RequestView& request) { return SendArchive(backup, request); }});
-  router->Add({.pattern = "/restore",
-               .method = MHD_HTTP_METHOD_POST,
-               .body = {.need = BodyRule::Need::kFilled, .noun = "archive"},
+  router->Add({.description = routes::kRestore,
                .takes_turn = true,
                .check = CheckRestore,
                .handle = [backup, settings](const RequestView& request) {

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "actions.h"
+#include "route_table.h"
 
 namespace kiohost {
 namespace {
@@ -97,14 +98,12 @@ Status GoBack(Exchange* exchange, Events* events, const char* why, AfterReply* w
 
 void AddConfirmRoutes(Confirmations* confirmations, Events* events, Router* router) {
   // Both wait for the commit of the settings in question.
-  router->Add({.pattern = "/settings/confirm",
-               .method = MHD_HTTP_METHOD_POST,
+  router->Add({.description = routes::kConfirm,
                .takes_turn = true,
                .handle = [confirmations, events](const RequestView& request) {
                  return Confirm(confirmations, events, request);
                }});
-  router->Add({.pattern = "/settings/confirm",
-               .method = MHD_HTTP_METHOD_DELETE,
+  router->Add({.description = routes::kTakeBack,
                .takes_turn = true,
                .handle = [confirmations, events](const RequestView& /*request*/) {
                  return TakeBack(confirmations->exchange(), events);

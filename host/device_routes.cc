@@ -6,6 +6,7 @@
 
 #include "json_reply.h"
 #include "nodes.h"
+#include "route_table.h"
 
 namespace kiohost {
 namespace {
@@ -41,8 +42,7 @@ Reply DescribeDevice(Store* store, const Events& events, const DeviceState& stat
 }  // namespace
 
 void AddDeviceRoutes(Store* store, const Events* events, const DeviceState& state, Router* router) {
-  router->Add({.pattern = "/device",
-               .method = MHD_HTTP_METHOD_GET,
+  router->Add({.description = routes::kDevice,
                .handle = [store, events, state](const RequestView& /*request*/) {
                  return DescribeDevice(store, *events, state);
                }});

@@ -4,6 +4,8 @@
 #include <string>
 #include <utility>
 
+#include "route_table.h"
+
 namespace kiohost {
 namespace {
 
@@ -49,16 +51,14 @@ Reply LastStatus(const Firmware& firmware) {
 }  // namespace
 
 void AddFirmwareRoutes(Firmware* firmware, const ChangeGuard& guard, Router* router) {
-  router->Add({.pattern = "/firmware/*",
-               .method = MHD_HTTP_METHOD_POST,
+  router->Add({.description = routes::kFirmwareStep,
                .takes_turn = true,
                .check = CheckAction,
                .handle = [firmware, guard](const RequestView& request) {
                  return TakeStep(firmware, guard, request);
                }});
   router->Add(
-      {.pattern = "/firmware",
-       .method = MHD_HTTP_METHOD_GET,
+      {.description = routes::kFirmware,
        .handle = [firmware](const RequestView& /*request*/) { return LastStatus(*firmware); }});
 }
 

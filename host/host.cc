@@ -14,6 +14,7 @@
 #include "connection.h"
 #include "device_routes.h"
 #include "firmware_routes.h"
+#include "index_routes.h"
 #include "listener.h"
 #include "login_routes.h"
 #include "printable_text.h"
@@ -91,6 +92,7 @@ Host::Host(Store* store, const Settings& settings)
                     guard, &router_);
   AddLoginRoutes(&clients_, &router_);
   AddFirmwareRoutes(&firmware_, guard, &router_);
+  AddIndexRoutes(settings.openapi, &router_);
 }
 
 Confirmations::Arrivals Host::WhoComes() const {

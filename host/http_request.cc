@@ -54,7 +54,7 @@ void HttpRequest::Judge(const Router& router, const char* method, const char* ve
   route_ = router.Find(&*view_, &no_route);
   if (route_ == nullptr) {
     Refuse(std::move(no_route));
-  } else if (DeclaredLength() > route_->body.limit) {
+  } else if (DeclaredLength() > route_->description.body.limit) {
     Refuse(TooLarge());
   } else if (route_->check) {
     if (std::optional<Reply> refusal = route_->check(*view_)) {
@@ -102,12 +102,12 @@ bool HttpRequest::AddBody(std::string_view piece) {
 }
 
 void HttpRequest::EndBody() {
-  if (ended_ || refusal_ || route_->body.need == BodyRule::Need::kNone) {
+  if (ended_ || refusal_ || route_->description.body.need == BodyRule::Need::kNone) {
     return;
   }
   ended_ = true;
-  const std::string noun = route_->body.noun;
-  if (body_.empty() && route_->body.need == BodyRule::Need::kFilled) {
+  const std::string noun = route_->description.body.noun;
+  if (body_.empty() && route_->description.body.need == BodyRule::Need::kFilled) {
     Refuse(BadRequest("the " + noun + " is missing"));
   } else if (body_.find('\0') != std::string::npos) {
     Refuse(BadRequest("the " + noun + " holds a NUL byte"));
@@ -126,7 +126,9 @@ void HttpRequest::Refuse(Reply reply) {
   body_.clear();
 }
 
-size_t HttpRequest::BodyLimit() const { return route_ == nullptr ? 0 : route_->body.limit; }
+size_t HttpRequest::BodyLimit() const {
+  return route_ == nullptr ? 0 : route_->description.body.limit;
+}
 
 // The length that the head declares, 0 without one. A text that is no number counts as too long.
 size_t HttpRequest::DeclaredLength() const {

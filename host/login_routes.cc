@@ -3,6 +3,8 @@
 #include <optional>
 #include <string>
 
+#include "route_table.h"
+
 namespace kiohost {
 namespace {
 
@@ -54,16 +56,12 @@ void AddLoginFilter(Clients* clients, Router* router) {
 }
 
 void AddLoginRoutes(Clients* clients, Router* router) {
-  constexpr size_t kMaxKeyText = 1024;
-  router->Add(
-      {.pattern = "/login",
-       .method = MHD_HTTP_METHOD_POST,
-       .body = {.need = BodyRule::Need::kAnything, .noun = "key", .limit = kMaxKeyText},
-       .handle = [clients](const RequestView& request) { return LogIn(clients, request); }});
-  router->Add(
-      {.pattern = "/logout",
-       .method = MHD_HTTP_METHOD_POST,
-       .handle = [clients](const RequestView& request) { return LogOut(clients, request); }});
+  router->Add({.description = routes::kLogin, .handle = [clients](const RequestView& request) {
+                 return LogIn(clients, request);
+               }});
+  router->Add({.description = routes::kLogout, .handle = [clients](const RequestView& request) {
+                 return LogOut(clients, request);
+               }});
 }
 
 }  // namespace kiohost

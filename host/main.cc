@@ -191,6 +191,7 @@ Status Serve(const Options& options, Store* store) {
   settings.open = options.open;
   settings.names = options.names;
   settings.catalogue = Program().parent_path() / "variables.json";
+  settings.openapi = Program().parent_path() / "openapi.json";
   FileLock lock;
   Status status = ChoosePort(options, store, &settings.port);
   if (status.ok()) {

@@ -36,11 +36,11 @@ Reply InAcceptedForm(Reply reply, std::string_view accept) {
 }
 
 std::vector<std::pair<std::string, std::string>> AllHeaders(const Reply& reply) {
-  // A browser must not guess the type of a reply, nor cache it.
+  // A browser must not guess the type of a reply, nor cache what is not meant for it.
   std::vector<std::pair<std::string, std::string>> headers = {
       {MHD_HTTP_HEADER_CONTENT_TYPE, reply.content_type},
       {"X-Content-Type-Options", "nosniff"},
-      {MHD_HTTP_HEADER_CACHE_CONTROL, "no-store"}};
+      {MHD_HTTP_HEADER_CACHE_CONTROL, reply.cache_control}};
   headers.insert(headers.end(), reply.headers.begin(), reply.headers.end());
   return headers;
 }

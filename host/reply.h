@@ -37,6 +37,7 @@ struct Refusal {
 struct Reply {
   unsigned int status = MHD_HTTP_OK;
   std::string content_type = "text/plain; charset=utf-8";
+  std::string cache_control = "no-store";
   std::string body;
   std::vector<std::pair<std::string, std::string>> headers;  // further ones
   std::optional<Refusal> refusal;  // sent instead to a client that prefers problem details

@@ -48,15 +48,15 @@ std::optional<Reply> Router::ApplyFilters(const RequestView& request) const {
 }
 
 const Route* Router::Find(RequestView* request, Reply* refusal) const {
-  const std::string* pattern = FindPattern(request->path());
-  if (pattern == nullptr) {
+  const std::optional<std::string_view> pattern = FindPattern(request->path());
+  if (!pattern) {
     *refusal = NoSuchResource();
     return nullptr;
   }
   request->set_name(Match(*pattern, request->path()).value_or(""));
   const std::string method = request->IsGet() ? MHD_HTTP_METHOD_GET : request->method();
   for (const Route& route : routes_) {
-    if (route.pattern == *pattern && route.method == method) {
+    if (route.description.pattern == *pattern && route.description.method == method) {
       return &route;
     }
   }
@@ -65,10 +65,10 @@ const Route* Router::Find(RequestView* request, Reply* refusal) const {
 }
 
 Reply Router::DescribeMethods(const RequestView& request) const {
-  const std::string* pattern = nullptr;
+  std::optional<std::string_view> pattern;
   if (!request.target().is_server) {
     pattern = FindPattern(request.path());
-    if (pattern == nullptr) {
+    if (!pattern) {
       return NoSuchResource();
     }
   }
@@ -80,13 +80,22 @@ Reply Router::DescribeMethods(const RequestView& request) const {
   return reply;
 }
 
-const std::string* Router::FindPattern(std::string_view path) const {
-  const std::string* best = nullptr;
+std::vector<const RouteDescription*> Router::Descriptions() const {
+  std::vector<const RouteDescription*> descriptions;
   for (const Route& route : routes_) {
-    const bool closer = best == nullptr || (best->find('*') != std::string::npos &&
-                                            route.pattern.size() > best->size());
-    if (Match(route.pattern, path) && (closer || route.pattern == path)) {
-      best = &route.pattern;
+    descriptions.push_back(&route.description);
+  }
+  return descriptions;
+}
+
+std::optional<std::string_view> Router::FindPattern(std::string_view path) const {
+  std::optional<std::string_view> best;
+  for (const Route& route : routes_) {
+    const std::string_view pattern = route.description.pattern;
+    const bool closer =
+        !best || (best->find('*') != std::string_view::npos && pattern.size() > best->size());
+    if (Match(pattern, path) && (closer || pattern == path)) {
+      best = pattern;
     }
   }
   return best;
@@ -96,17 +105,20 @@ const std::string* Router::FindPattern(std::string_view path) const {
 Reply Router::NoSuchResource() const {
   std::vector<std::string> roots;
   for (const Route& route : routes_) {
-    AddOnce(&roots, route.pattern.substr(0, route.pattern.find('/', 1)));
+    const std::string_view pattern = route.description.pattern;
+    if (pattern != "/") {
+      AddOnce(&roots, std::string(pattern.substr(0, pattern.find('/', 1))));
+    }
   }
   return ErrorReply(MHD_HTTP_NOT_FOUND, "there is only " + Join(roots, " and "));
 }
 
-std::vector<std::string> Router::Methods(const std::string* pattern) const {
+std::vector<std::string> Router::Methods(std::optional<std::string_view> pattern) const {
   std::vector<std::string> methods;
   for (const Route& route : routes_) {
-    if (pattern == nullptr || route.pattern == *pattern) {
-      AddOnce(&methods, route.method);
-      if (route.method == MHD_HTTP_METHOD_GET) {
+    if (!pattern || route.description.pattern == *pattern) {
+      AddOnce(&methods, std::string(route.description.method));
+      if (route.description.method == MHD_HTTP_METHOD_GET) {
         AddOnce(&methods, MHD_HTTP_METHOD_HEAD);
       }
     }
@@ -114,10 +126,10 @@ std::vector<std::string> Router::Methods(const std::string* pattern) const {
   return methods;
 }
 
-Reply Router::MethodNotAllowed(const std::string& pattern) const {
-  const std::vector<std::string> methods = Methods(&pattern);
+Reply Router::MethodNotAllowed(std::string_view pattern) const {
+  const std::vector<std::string> methods = Methods(pattern);
   Reply reply = ErrorReply(MHD_HTTP_METHOD_NOT_ALLOWED,
-                           pattern + " takes " + Join(methods, " and ") + " only");
+                           std::string(pattern) + " takes " + Join(methods, " and ") + " only");
   reply.headers.emplace_back(MHD_HTTP_HEADER_ALLOW, Join(methods, ", "));
   return reply;
 }

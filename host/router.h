@@ -11,29 +11,13 @@
 
 #include "reply.h"
 #include "request_view.h"
+#include "route_description.h"
 
 namespace kiohost {
 
-// What a route does with a body. A body of the wrong length or with a NUL byte is refused.
-struct BodyRule {
-  static constexpr size_t kMaxBody = size_t{64} * 1024;
-
-  enum class Need {
-    kNone,      // read and dropped
-    kAnything,  // an empty one, too
-    kFilled,
-  };
-  Need need = Need::kNone;
-  const char* noun = "body";  // what errors call it
-  size_t limit = kMaxBody;
-};
-
 struct Route {
-  // "/settings", "/vars/*" or "/vars/*/validate": '*' stands for one character or more, slashes
-  // included. The pattern with the most other characters serves a path.
-  std::string pattern = {};
-  std::string method = {};
-  BodyRule body = {};
+  // Without a description there is no route.
+  const RouteDescription& description;
   // Whether the request waits until the exchange before it is over and the work after its reply is
   // done.
   bool takes_turn = false;
@@ -55,6 +39,9 @@ class Router {
   void AddFilter(Filter filter) { filters_.push_back(std::move(filter)); }
   void Add(Route route) { routes_.push_back(std::move(route)); }
 
+  // The descriptions of all routes, in the order in which these were added.
+  std::vector<const RouteDescription*> Descriptions() const;
+
   // The first refusal of the filters in the order in which they were added.
   std::optional<Reply> ApplyFilters(const RequestView& request) const;
 
@@ -66,11 +53,11 @@ class Router {
   Reply DescribeMethods(const RequestView& request) const;
 
  private:
-  const std::string* FindPattern(std::string_view path) const;
+  std::optional<std::string_view> FindPattern(std::string_view path) const;
   // The methods of a pattern, or of all patterns without one. HEAD is listed where GET is.
-  std::vector<std::string> Methods(const std::string* pattern) const;
+  std::vector<std::string> Methods(std::optional<std::string_view> pattern) const;
   Reply NoSuchResource() const;
-  Reply MethodNotAllowed(const std::string& pattern) const;
+  Reply MethodNotAllowed(std::string_view pattern) const;
 
   std::vector<Filter> filters_;
   std::vector<Route> routes_;

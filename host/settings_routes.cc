@@ -11,6 +11,7 @@
 #include "change_guard.h"
 #include "confirm_routes.h"
 #include "json_reply.h"
+#include "route_table.h"
 #include "variable_codes.h"
 
 namespace kiohost {
@@ -139,16 +140,13 @@ Reply RunDocument(const SettingsRoom& room, std::string document, CommitKind kin
 }
 
 void AddSettingsRoutes(const SettingsRoom& room, Router* router) {
-  router->Add({.pattern = "/settings",
-               .method = MHD_HTTP_METHOD_POST,
-               .body = {.need = BodyRule::Need::kFilled, .noun = "settings document"},
+  router->Add({.description = routes::kSettings,
                .takes_turn = true,
                .check = CheckMode,
                .handle = [room](const RequestView& request) { return RunBody(room, request); }});
-  router->Add(
-      {.pattern = "/result",
-       .method = MHD_HTTP_METHOD_GET,
-       .handle = [room](const RequestView& /*request*/) { return LastResult(*room.exchange); }});
+  router->Add({.description = routes::kResult, .handle = [room](const RequestView& /*request*/) {
+                 return LastResult(*room.exchange);
+               }});
 }
 
 }  // namespace kiohost

@@ -13,6 +13,21 @@ std::string_view WithoutQuotes(std::string_view text) {
              : text;
 }
 
+bool Matches(std::string_view header, std::string_view tag, std::string_view mark) {
+  while (!header.empty()) {
+    const std::string_view item = header.substr(0, header.find(','));
+    header.remove_prefix(std::min(item.size() + 1, header.size()));
+    std::string_view named = Trim(item);
+    if (!mark.empty() && named.starts_with(mark)) {
+      named.remove_prefix(mark.size());
+    }
+    if (named == "*" || WithoutQuotes(named) == tag) {
+      return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 std::string SettingsTag(const std::optional<Apply>& last) {
@@ -24,16 +39,10 @@ std::string SettingsTag(const std::optional<Apply>& last) {
   return last->id + (back ? "-rolled-back" : "");
 }
 
-bool MatchesTag(std::string_view header, std::string_view tag) {
-  while (!header.empty()) {
-    const std::string_view item = header.substr(0, header.find(','));
-    header.remove_prefix(std::min(item.size() + 1, header.size()));
-    const std::string_view named = Trim(item);
-    if (named == "*" || WithoutQuotes(named) == tag) {
-      return true;
-    }
-  }
-  return false;
+bool MatchesTag(std::string_view header, std::string_view tag) { return Matches(header, tag, {}); }
+
+bool MatchesWeakly(std::string_view header, std::string_view tag) {
+  return Matches(header, tag, "W/");
 }
 
 }  // namespace kiohost

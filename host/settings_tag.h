@@ -16,6 +16,9 @@ std::string SettingsTag(const std::optional<Apply>& last);
 // Whether the value of an If-Match header names a tag. Tags may stand in quotes.
 bool MatchesTag(std::string_view header, std::string_view tag);
 
+// The same of an If-None-Match header, where a tag may be marked as a weak one ("W/").
+bool MatchesWeakly(std::string_view header, std::string_view tag);
+
 }  // namespace kiohost
 
 #endif  // HOST_SETTINGS_TAG_H

@@ -7,7 +7,9 @@
 #include <utility>
 
 #include "all_values.h"
+#include "entity_tag.h"
 #include "json_reply.h"
+#include "route_table.h"
 #include "settings_tag.h"
 #include "variable_codes.h"
 
@@ -102,7 +104,7 @@ Reply SendList(const VariableRoom& room, const RequestView& request) {
     return ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, room.list->status().reason());
   }
   if (!*FlagArgument(request, "values")) {
-    return JsonReply(room.list->AsJson());
+    return WithEntityTag(JsonReply(room.list->AsJson()), request);
   }
   ValuesAsked asked;
   asked.secrets = *FlagArgument(request, "secrets");
@@ -212,39 +214,26 @@ bool JoinsCommit(const Variables& variables, const RequestView& request) {
 }  // namespace
 
 void AddVariableRoutes(const VariableRoom& room, const ChangeGuard& guard, Router* router) {
-  const BodyRule value = {.need = BodyRule::Need::kAnything, .noun = "value"};
-  const BodyRule batch = {.need = BodyRule::Need::kAnything, .noun = "batch"};
-  router->Add({.pattern = "/vars",
-               .method = MHD_HTTP_METHOD_GET,
+  router->Add({.description = routes::kVariables,
                .check = CheckList,
                .handle = [room](const RequestView& request) { return SendList(room, request); }});
-  router->Add({.pattern = "/vars",
-               .method = MHD_HTTP_METHOD_POST,
-               .body = batch,
+  router->Add({.description = routes::kSetBatch,
                .takes_turn = true,
                .check = CheckBatch,
                .handle = [room, guard](const RequestView& request) {
                  return SetBatch(room, guard, request);
                }});
-  router->Add({.pattern = "/vars",
-               .method = MHD_HTTP_METHOD_DELETE,
+  router->Add({.description = routes::kDiscard,
                .handle = [room](const RequestView& /*request*/) { return Discard(room); }});
-  router->Add({.pattern = "/vars/*",
-               .method = MHD_HTTP_METHOD_GET,
+  router->Add({.description = routes::kVariable,
                .check = CheckPathArgument,
                .handle = [room](const RequestView& request) { return Read(room, request); }});
-  router->Add({.pattern = "/vars/*",
-               .method = MHD_HTTP_METHOD_PUT,
-               .body = value,
+  router->Add({.description = routes::kSetVariable,
                .handle = [room](const RequestView& request) { return Write(room, request); }});
-  router->Add({.pattern = "/vars/*/validate",
-               .method = MHD_HTTP_METHOD_POST,
-               .body = value,
+  router->Add({.description = routes::kValidate,
                .handle = [room](const RequestView& request) { return Validate(room, request); }});
   router->Add(
-      {.pattern = "/actions/*",
-       .method = MHD_HTTP_METHOD_POST,
-       .body = batch,
+      {.description = routes::kAction,
        .takes_turn = true,
        .may_join =
            [room](const RequestView& request) { return JoinsCommit(*room.variables, request); },

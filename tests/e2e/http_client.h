@@ -2,6 +2,7 @@
 #ifndef TESTS_E2E_HTTP_CLIENT_H
 #define TESTS_E2E_HTTP_CLIENT_H
 
+#include <deque>
 #include <string>
 
 struct HttpResponse {
@@ -29,7 +30,7 @@ class Connection {
   // Reads one answer with a Content-Length.
   HttpResponse Read();
 
-  // Reads the head of an answer.
+  // Reads an answer that has a head alone.
   HttpResponse ReadHead();
 
   // Waits for up to `seconds` for the other side to close; returns whether it did.
@@ -43,8 +44,13 @@ class Connection {
 
  private:
   bool ReadMore();
+  HttpResponse TakeHead();
+
+  // Writes an answer and what it answers to the file of this process, for a later look at all.
+  void Note(const HttpResponse& response, bool has_body);
 
   int fd_ = -1;
+  std::deque<std::string> asked_;  // the lines of the requests that were not answered yet
   std::string received_;
 };
 

@@ -24,7 +24,7 @@ struct RefusedRequest {
   std::string line;
 };
 
-std::string Text(const RefusedRequest& request, const std::string& accept) {
+std::string RequestText(const RefusedRequest& request, const std::string& accept) {
   return request.method + " " + request.url + " HTTP/1.1\r\n" +
          (request.header.starts_with("Host") ? "" : "Host: router\r\n") +
          (request.header.empty() ? "" : request.header + "\r\n") +
@@ -42,13 +42,13 @@ json Problem(const RefusedRequest& request) {
 void ExpectBothForms(int port, const RefusedRequest& request) {
   const std::string what = request.method + " " + request.url;
   for (const char* accept : {"", "*/*", "text/plain", "application/json, text/plain, */*"}) {
-    const HttpResponse line = Request(port, Text(request, accept));
+    const HttpResponse line = Request(port, RequestText(request, accept));
     EXPECT_EQ(line.status, request.status) << what;
     EXPECT_EQ(line.body, request.line + "\n") << what;
     EXPECT_EQ(line.Header("Content-Type"), "text/plain; charset=utf-8") << what;
   }
   for (const char* accept : {"application/problem+json", "application/json"}) {
-    const HttpResponse problem = Request(port, Text(request, accept));
+    const HttpResponse problem = Request(port, RequestText(request, accept));
     EXPECT_EQ(problem.status, request.status) << what;
     EXPECT_EQ(problem.Header("Content-Type"), "application/problem+json") << what;
     EXPECT_EQ(json::parse(problem.body, nullptr, false), Problem(request)) << problem.body;
@@ -75,7 +75,7 @@ TEST(ProblemTest, EachGateRefusesInBothForms) {
   for (const RefusedRequest& request : requests) {
     // Wrong keys are counted, so not too many of them.
     if (request.status == 401 && request.url == "/login") {
-      const HttpResponse answer = Request(host.port(), Text(request, "application/json"));
+      const HttpResponse answer = Request(host.port(), RequestText(request, "application/json"));
       EXPECT_EQ(json::parse(answer.body, nullptr, false), Problem(request));
       EXPECT_EQ(answer.Header("WWW-Authenticate"), "KioAppKey realm=\"router\"");
       continue;
@@ -127,9 +127,9 @@ json MembersOf(const HttpResponse& answer) {
   return problem;
 }
 
-HttpResponse Ask(int port, const std::string& method, const std::string& url,
-                 const std::string& body) {
-  return Request(port, Text({method, url, body, "", 0, "", ""}, "application/problem+json"));
+HttpResponse AskForProblem(int port, const std::string& method, const std::string& url,
+                           const std::string& body) {
+  return Request(port, RequestText({method, url, body, "", 0, "", ""}, "application/problem+json"));
 }
 
 TEST(ProblemTest, TheRefusalOfAValueTellsWhatWouldBeAccepted) {
@@ -217,7 +217,7 @@ TEST(ProblemTest, TheRefusalOfAValueTellsWhatWouldBeAccepted) {
         {"accepts", {{"maxLength", 15}}}}},
   };
   for (const auto& c : cases) {
-    const HttpResponse answer = Ask(host.port(), "PUT", c.url, c.body);
+    const HttpResponse answer = AskForProblem(host.port(), "PUT", c.url, c.body);
     EXPECT_EQ(answer.status, c.status) << c.url;
     EXPECT_EQ(MembersOf(answer), c.members) << c.url;
   }
@@ -227,12 +227,12 @@ TEST(ProblemTest, ABatchAndAnActionNameWhatTheyRefuse) {
   HostProcess host;
   ASSERT_TRUE(host.Start());
   const HttpResponse batch =
-      Ask(host.port(), "POST", "/vars", "rss_DeviceName=Loft&rss_Upl_IP=nonsense");
+      AskForProblem(host.port(), "POST", "/vars", "rss_DeviceName=Loft&rss_Upl_IP=nonsense");
   EXPECT_EQ(batch.status, 422);
   EXPECT_EQ(json::parse(batch.body)["detail"], "not a value that this takes: rss_Upl_IP");
   EXPECT_EQ(MembersOf(batch)["variable"], "rss_Upl_IP");
   Put(host.port(), "/vars/rss_Wl2_WlEnbl", "7");
-  const HttpResponse verify = Ask(host.port(), "POST", "/actions/VerifyAllRssVars", "");
+  const HttpResponse verify = AskForProblem(host.port(), "POST", "/actions/VerifyAllRssVars", "");
   EXPECT_EQ(verify.status, 422);
   EXPECT_EQ(MembersOf(verify),
             json({{"code", 3},
@@ -241,7 +241,7 @@ TEST(ProblemTest, ABatchAndAnActionNameWhatTheyRefuse) {
                   {"rule", "any number; no other one than now when that is 2 or more"},
                   {"changeableNow", true},
                   {"accepts", {{"minimum", 0}, {"maximum", 3}}}}));
-  const HttpResponse none = Ask(host.port(), "POST", "/actions/None", "");
+  const HttpResponse none = AskForProblem(host.port(), "POST", "/actions/None", "");
   EXPECT_EQ(none.status, 404);
   EXPECT_EQ(MembersOf(none), json({{"code", 2}}));
 }
@@ -252,11 +252,11 @@ TEST(ProblemTest, ARefusedDocumentIsAProblemOnRequestOnly) {
   const std::string document = With(FactoryDocument(), "Channel", "99");
   for (const char* accept : {"", "*/*", "application/xml, application/json", "application/xml"}) {
     const HttpResponse plain =
-        Request(host.port(), Text({"POST", "/settings", document, "", 0, "", ""}, accept));
+        Request(host.port(), RequestText({"POST", "/settings", document, "", 0, "", ""}, accept));
     EXPECT_EQ(plain.status, 200) << accept;
     EXPECT_EQ(plain.body, ResultDocument(3, "Device/Wireless2.4/Channel", 0)) << accept;
   }
-  const HttpResponse answer = Ask(host.port(), "POST", "/settings", document);
+  const HttpResponse answer = AskForProblem(host.port(), "POST", "/settings", document);
   EXPECT_EQ(answer.status, 422);
   EXPECT_EQ(json::parse(answer.body)["detail"],
             "a value is invalid or cannot be changed: Device/Wireless2.4/Channel");
@@ -266,15 +266,15 @@ TEST(ProblemTest, ARefusedDocumentIsAProblemOnRequestOnly) {
   EXPECT_EQ(members["variable"], "rss_Wl2_Channel");
   EXPECT_EQ(members["accepts"]["words"].size(), 14U);
   // An element of the uplink is reported by another path than its own.
-  const HttpResponse uplink =
-      Ask(host.port(), "POST", "/settings", With(FactoryDocument(), "ConnType", "Carrier"));
+  const HttpResponse uplink = AskForProblem(host.port(), "POST", "/settings",
+                                            With(FactoryDocument(), "ConnType", "Carrier"));
   EXPECT_EQ(MembersOf(uplink)["variable"], "rss_Upl_ConnType");
   EXPECT_EQ(MembersOf(uplink)["element"], "Device/Uplink/ConnType");
   // What was accepted is no problem.
-  EXPECT_EQ(Ask(host.port(), "POST", "/settings", FactoryDocument()).body,
+  EXPECT_EQ(AskForProblem(host.port(), "POST", "/settings", FactoryDocument()).body,
             ResultDocument(0, "", 0));
   // The last result stays a result document.
-  const HttpResponse last = Ask(host.port(), "GET", "/result", "");
+  const HttpResponse last = AskForProblem(host.port(), "GET", "/result", "");
   EXPECT_EQ(last.Header("Content-Type"), "application/xml");
 }
 

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <deque>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,9 +22,10 @@ RequestView Request(const std::string& method, const std::string& path) {
 class RouterTest : public ::testing::Test {
  protected:
   void Add(const std::string& pattern, const std::string& method) {
-    Route route;
-    route.pattern = pattern;
-    route.method = method;
+    const Texts& texts = texts_.emplace_back(Texts{pattern, method});
+    const RouteDescription& description = descriptions_.emplace_back(RouteDescription{
+        .pattern = texts.pattern, .method = texts.method, .summary = "Is tested."});
+    Route route = {.description = description};
     route.handle = [pattern, method](const RequestView& request) {
       Reply reply;
       reply.body = method + " " + pattern + " " + request.name();
@@ -41,6 +43,13 @@ class RouterTest : public ::testing::Test {
                             : std::to_string(refusal.status) + " " + refusal.body;
   }
 
+  struct Texts {
+    std::string pattern;
+    std::string method;
+  };
+  // They stay where they are when there are more.
+  std::deque<Texts> texts_;
+  std::deque<RouteDescription> descriptions_;
   Router router_;
 };
 

@@ -1,0 +1,229 @@
+// Prints docs/openapi.json: the interface of the host, from its routes and the list of variables.
+// Usage: openapi SCHEMAS, with the file of the forms of the answers.
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+#include <fstream>
+#include <string>
+
+#include "catalogue.h"
+#include "json.h"
+#include "route_table.h"
+
+namespace kio::tools {
+namespace {
+
+using kiohost::Json;
+using kiohost::RouteAnswer;
+using kiohost::RouteDescription;
+using kiohost::RouteParameter;
+
+constexpr unsigned int kRefusalsOfAll[] = {400, 408, 413, 415, 421, 503};
+constexpr unsigned int kRefusals[] = {400, 401, 403, 404, 408, 409, 412,
+                                      413, 415, 421, 422, 429, 500, 503};
+constexpr unsigned int kUnauthorized = 401;
+constexpr unsigned int kForbidden = 403;
+
+const char* MeaningOf(unsigned int status) {
+  switch (status) {
+    case 400:
+      return "The request, or a parameter, is malformed.";
+    case kUnauthorized:
+      return "The client is not logged in, or the key is not good.";
+    case kForbidden:
+      return "A page of another origin asks, or it must not be changed.";
+    case 404:
+      return "There is no such thing.";
+    case 408:
+      return "The request came too slowly.";
+    case 409:
+      return "Other settings wait for their confirmation.";
+    case 412:
+      return "The settings are not those that If-Match names.";
+    case 413:
+      return "The body is too large.";
+    case 415:
+      return "No resource takes this type of content.";
+    case 421:
+      return "The Host header names another host.";
+    case 422:
+      return "The library, or the host, refuses the value.";
+    case 429:
+      return "Too many wrong keys came.";
+    case 500:
+      return "The store or a document could not be written or read.";
+    case 503:
+      return "There are too many clients.";
+    default:
+      return "";
+  }
+}
+
+Json Reference(const char* schema) {
+  return {{"$ref", std::string("#/components/schemas/") + schema}};
+}
+
+bool HasRetryAfter(unsigned int status) { return status == 409 || status == 429 || status == 503; }
+
+Json Refusal(unsigned int status) {
+  Json refusal = {{"description", MeaningOf(status)},
+                  {"content",
+                   {{"text/plain; charset=utf-8", {{"schema", Reference("Line")}}},
+                    {"application/problem+json", {{"schema", Reference("Problem")}}}}}};
+  if (HasRetryAfter(status)) {
+    refusal["headers"] = {
+        {"Retry-After",
+         {{"required", true}, {"schema", {{"type", "string"}, {"pattern", "^[0-9]+$"}}}}}};
+  }
+  return refusal;
+}
+
+Json SchemaOf(RouteParameter::Kind kind) {
+  switch (kind) {
+    case RouteParameter::Kind::kFlag:
+      return {{"enum", {"0", "1"}}};
+    case RouteParameter::Kind::kSeconds:
+      return {{"type", "integer"}, {"minimum", 5}, {"maximum", 3600}};
+    case RouteParameter::Kind::kCharacter:
+      return {{"type", "string"}, {"minLength", 1}, {"maxLength", 1}};
+    case RouteParameter::Kind::kText:
+      return {{"type", "string"}};
+  }
+  return {};
+}
+
+Json ParametersOf(const RouteDescription& route) {
+  Json parameters = Json::array();
+  if (route.pattern.find('*') != std::string_view::npos) {
+    parameters.push_back({{"name", route.star},
+                          {"in", "path"},
+                          {"required", true},
+                          {"schema", {{"type", "string"}, {"minLength", 1}}}});
+  }
+  for (const RouteParameter& parameter : route.parameters) {
+    if (parameter.name != nullptr) {
+      parameters.push_back({{"name", parameter.name},
+                            {"in", parameter.is_header ? "header" : "query"},
+                            {"description", parameter.meaning},
+                            {"schema", SchemaOf(parameter.kind)}});
+    }
+  }
+  return parameters;
+}
+
+Json ResponsesOf(const RouteDescription& route) {
+  Json done = {{"description", route.summary}, {"content", Json::object()}};
+  for (const RouteAnswer& answer : route.answers) {
+    if (answer.type != nullptr) {
+      done["content"][answer.type] = {{"schema", Reference(answer.schema)}};
+    }
+  }
+  Json responses = {{"200", std::move(done)}};
+  if (route.has_entity_tag) {
+    responses["304"] = {{"description", "The client has it already."}};
+  }
+  const auto add = [&responses](unsigned int status) {
+    responses[std::to_string(status)] = {
+        {"$ref", "#/components/responses/Refusal" + std::to_string(status)}};
+  };
+  std::for_each(std::begin(kRefusalsOfAll), std::end(kRefusalsOfAll), add);
+  if (!route.is_open) {
+    add(kUnauthorized);
+  }
+  if (route.method != "GET") {
+    add(kForbidden);
+  }
+  for (const unsigned int status : route.refusals) {
+    if (status != 0) {
+      add(status);
+    }
+  }
+  return responses;
+}
+
+Json OperationOf(const RouteDescription& route) {
+  using Need = kiohost::BodyRule::Need;
+  Json operation = {{"summary", route.summary}};
+  if (Json parameters = ParametersOf(route); !parameters.empty()) {
+    operation["parameters"] = std::move(parameters);
+  }
+  if (route.body.need != Need::kNone) {
+    operation["requestBody"] = {
+        {"description", "The " + std::string(route.body.noun) + ": " +
+                            std::to_string(route.body.limit) + " bytes at most."},
+        {"required", route.body.need == Need::kFilled},
+        {"content", {{"*/*", Json::object()}}}};
+  }
+  operation["responses"] = ResponsesOf(route);
+  if (route.is_open) {
+    operation["security"] = Json::array();
+  }
+  return operation;
+}
+
+std::string LowerCase(std::string_view text) {
+  std::string lower(text);
+  std::transform(lower.begin(), lower.end(), lower.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return lower;
+}
+
+// The names of all variables. Those of a rule or a site have two digits.
+Json VariableNames() {
+  Json names = Json::array();
+  Json patterns = Json::array();
+  for (const CatalogueEntry& entry : ListVariables()) {
+    std::string name = entry.name;
+    if (const std::size_t index = name.find("?"); index != std::string::npos) {
+      patterns.push_back({{"pattern", "^" + name.replace(index, 2, "[0-9]{2}") + "$"}});
+    } else {
+      names.push_back(name);
+    }
+  }
+  patterns.push_back({{"enum", std::move(names)}});
+  return {{"type", "string"}, {"anyOf", std::move(patterns)}};
+}
+
+Json Interface(Json schemas) {
+  Json paths = Json::object();
+  for (const RouteDescription* route : kiohost::routes::kAll) {
+    paths[kiohost::PathTemplate(*route)][LowerCase(route->method)] = OperationOf(*route);
+  }
+  schemas["VariableName"] = VariableNames();
+  Json refusals = Json::object();
+  for (const unsigned int status : kRefusals) {
+    refusals["Refusal" + std::to_string(status)] = Refusal(status);
+  }
+  return {
+      {"openapi", "3.1.0"},
+      {"info",
+       {{"title", "kiohost"},
+        {"version", "1"},
+        {"description",
+         "The interface of the reference host. HEAD is served wherever GET is, and OPTIONS "
+         "everywhere."}}},
+      {"paths", std::move(paths)},
+      {"security", Json::array({{{"login", Json::array()}}})},
+      {"components",
+       {{"securitySchemes",
+         {{"login",
+           {{"type", "http"},
+            {"scheme", "KioAppKey"},
+            {"description", "The address of a client that has sent its key by POST /login."}}}}},
+        {"responses", std::move(refusals)},
+        {"schemas", std::move(schemas)}}}};
+}
+
+}  // namespace
+}  // namespace kio::tools
+
+int main(int argc, char** argv) {
+  std::ifstream stream(argc == 2 ? argv[1] : "");
+  kiohost::Json schemas = kiohost::Json::parse(stream, nullptr, false);
+  if (!schemas.is_object()) {
+    std::fprintf(stderr, "usage: openapi SCHEMAS\n");
+    return 2;
+  }
+  const std::string text = kiohost::JsonText(kio::tools::Interface(std::move(schemas)));
+  return std::fputs(text.c_str(), stdout) < 0 || std::fflush(stdout) != 0 ? 1 : 0;
+}
