@@ -37,9 +37,13 @@ std::string Page(const Router& router) {
     const std::string path = PathTemplate(*route);
     const bool is_link =
         route->method == MHD_HTTP_METHOD_GET && path.find('{') == std::string::npos;
-    rows += "<li>" + std::string(route->method) + " " +
-            (is_link ? "<a href=\"" + path + "\">" + path + "</a>" : path) + ": " + route->summary +
-            "</li>\n";
+    rows.append("<li>").append(route->method).append(" ");
+    if (is_link) {
+      rows.append("<a href=\"").append(path).append("\">").append(path).append("</a>");
+    } else {
+      rows.append(path);
+    }
+    rows.append(": ").append(route->summary).append("</li>\n");
   }
   return "<!DOCTYPE html>\n<html lang=\"en\">\n<head><meta charset=\"utf-8\">"
          "<title>Router</title></head>\n<body>\n<h1>Resources</h1>\n<ul>\n" +

@@ -126,7 +126,8 @@ TEST_F(IndexTest, ABrowserGetsAPageOfLinks) {
   EXPECT_EQ(page.Header("Content-Type"), "text/html; charset=utf-8");
   for (const auto& resource : index_["resources"]) {
     const std::string path = resource["path"];
-    const std::string link = "<a href=\"" + path + "\">" + path + "</a>";
+    std::string link = "<a href=\"";
+    link.append(path).append("\">").append(path).append("</a>");
     if (resource["methods"].contains("GET") && path.find('{') == std::string::npos) {
       EXPECT_THAT(page.body, HasSubstr("GET " + link + ": "));
     } else {
