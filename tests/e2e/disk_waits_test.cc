@@ -30,9 +30,11 @@ class DiskWaitsTest : public ::testing::Test {
   // the store's file and begins a new one.
   void LetTheHostRest() {
     for (int attempt = 0; attempt < 3; ++attempt) {
-      Rename("Before " + std::to_string(++names_));
+      const std::string name = "Before " + std::to_string(++names_);
+      Rename(name);
       const std::string before = Log();
       if (WaitFor([this, &before] { return Log() != before; })) {
+        Rename(name);  // it is answered when the host has waited for the beginning of the log
         return;
       }
     }
