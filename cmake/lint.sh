@@ -24,36 +24,35 @@ jq -s --arg bench "$PWD/bench/" '
   | map(.command |= gsub(" (-fno-tree-pre|--param=ggc-\\S+)(?= )"; ""))
   | unique_by(.file)' "$build"/{dev,bench}/compile_commands.json > "$build/files.json" || exit 1
 # The files of a program of the host, the tools or the tests are checked as one unit: most of the time
-# goes into the headers that all of them include. The analyzer passes over the files that a unit
-# includes, so those of the host and the tools are each given to it as well; tests are not.
+# goes into the headers that all of them include. The analyzer takes what a file includes for a part of
+# it, and not for a header, when the name of the file says so.
 jq --arg grouped "^$PWD/(host|tools/(?!differential/)|tests/(?!abi/)).*\\.cc$" --arg units "$build/units" '
   def program: .command | capture(" -o (?<to>\\S+\\.dir)/").to;
   group_by(if .file | test($grouped) then program else .file end)
   | map(if length == 1 then .[0]
-        else "\($units)/\(.[0] | program | gsub("/"; ".")).cc" as $unit
-          | {directory: .[0].directory, command: .[0].command | sub(" -c \\S+$"; " -c \($unit)"),
-             file: $unit, members: .}
+        else .[0] as $first | ($first | program) as $program
+          | "\($units)/\($program | split("/")[0])/UnifiedSource.\($program | gsub("/"; ".")).cc" as $unit
+          | {directory: $first.directory, command: $first.command | sub(" -c \\S+$"; " -c \($unit)"),
+             file: $unit, members: map(.file)}
         end)' "$build/files.json" > "$build/units.json" || exit 1
-jq --arg tests "$PWD/tests/" 'map(.members // empty | .[] | select(.file | startswith($tests) | not))' \
-  "$build/units.json" > "$build/analyzed.json" || exit 1
-jq -s 'add | map(del(.members))' "$build"/{units,analyzed}.json > "$build/compile_commands.json" ||
-  exit 1
+jq 'map(del(.members))' "$build/units.json" > "$build/compile_commands.json" || exit 1
 rm -rf "$build/units"
-mkdir "$build/units" && cp tests/.clang-tidy "$build/units" || exit 1
+# Each below the settings of its folder.
+mkdir -p "$build"/units/{host,tests,tools} && cp .clang-tidy "$build/units" &&
+  cp tests/.clang-tidy "$build/units/tests" || exit 1
 while IFS=$'\t' read -r unit member; do
   printf '// NOLINTNEXTLINE(bugprone-suspicious-include)\n#include "%s"\n' "$member" >> "$unit"
-done < <(jq -r '.[] | select(.members) | .file as $unit | .members[].file | "\($unit)\t\(.)"' \
+done < <(jq -r '.[] | select(.members) | .file as $unit | .members[] | "\($unit)\t\(.)"' \
   "$build/units.json")
 
 mapfile -t sources < <(find "${folders[@]}" -name '*.cc' -o -name '*.c' -o -name '*.h' | sort)
 # The units of many files begin first, so that none of them runs alone at the end.
 mapfile -t units < <(jq -r 'sort_by(-(.members | length))[].file' "$build/units.json")
-mapfile -t analyzed < <(jq -r '.[].file' "$build/analyzed.json")
 mapfile -t scripts < <({
   grep -rlIE '^#!(/usr)?/bin/(env )?(ba)?sh' --exclude-dir=build --exclude-dir=.git .
   find . -name '*.sh' -not -path './build/*'
 } | sort -u)
-for count in ${#sources[@]} ${#units[@]} ${#analyzed[@]} ${#scripts[@]}; do
+for count in ${#sources[@]} ${#units[@]} ${#scripts[@]}; do
   if [[ $count -eq 0 ]]; then
     echo "found nothing to check" >&2
     exit 1
@@ -74,23 +73,13 @@ if [[ ${#unchecked[@]} -gt 0 ]]; then
   failed+=(clang-tidy)
 fi
 
-# clang_tidy FILE...: one file a run, since version 14 carries the state of its va_list check from one
-# to the next. `options` are those of each run.
-clang_tidy() {
-  printf '%s\0' "$@" | xargs -0 -n 1 -P 2 clang-tidy --quiet -p "$build" "${options[@]}" \
-    || failed+=(clang-tidy)
-}
-
-echo "clang-tidy: $((${#units[@]} + ${#alone[@]})) units, and the analyzer ${#analyzed[@]} files"
+echo "clang-tidy: $((${#units[@]} + ${#alone[@]})) units"
+# One unit a run: version 14 carries the state of its va_list check from one to the next.
 {
-  options=()
-  clang_tidy "${units[@]}"
+  printf '%s\0' "${units[@]}" | xargs -0 -n 1 -P 2 clang-tidy --quiet -p "$build" \
+    || failed+=(clang-tidy)
   clang-tidy --quiet "${alone[@]}" -- -std=c99 -D_GNU_SOURCE -Iinclude -Itests/abi \
     -Itests/target || failed+=(clang-tidy)
-  # All but the analyzer have seen these files.
-  others=$(printf -- ',-%s-*' bugprone cert cppcoreguidelines misc performance portability readability)
-  options=("--checks=${others#,}")
-  clang_tidy "${analyzed[@]}"
 } 2> >(grep -Ev '^[0-9]+ warnings? (and [0-9]+ errors? )?generated\.$' >&2)
 
 echo "shellcheck: ${#scripts[@]} files"

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "documents.h"
+#include "host_clock.h"
 #include "host_process.h"
 #include "http_client.h"
 
@@ -280,11 +281,14 @@ TEST(ProblemTest, ARefusedDocumentIsAProblemOnRequestOnly) {
 
 TEST(ProblemTest, ASlowBodyIsRefusedInTheFormThatItsHeadAsksFor) {
   HostProcess host;
-  ASSERT_TRUE(host.Start());
+  HostClock clock(&host);
+  ASSERT_TRUE(clock.Start());
   Connection client(host.port());
   ASSERT_TRUE(
       client.Send("POST /settings HTTP/1.1\r\nHost: router\r\nContent-Length: 9\r\n"
                   "Accept: application/problem+json\r\n\r\n<"));
+  constexpr auto kTimeForNineBytes = std::chrono::seconds(11);
+  ASSERT_TRUE(clock.Advance(kTimeForNineBytes));
   const HttpResponse answer = client.Read();
   EXPECT_EQ(answer.status, 408);
   EXPECT_EQ(answer.Header("Content-Type"), "application/problem+json");
