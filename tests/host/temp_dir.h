@@ -2,10 +2,12 @@
 #ifndef TESTS_HOST_TEMP_DIR_H
 #define TESTS_HOST_TEMP_DIR_H
 
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <system_error>
+#include <thread>
 
 #include "../../testing/temporary_root.h"
 
@@ -17,9 +19,20 @@ class TempDir {
     }
   }
   ~TempDir() {
-    if (!path_.empty()) {
-      std::error_code ignored;
-      std::filesystem::remove_all(path_, ignored);
+    if (path_.empty()) {
+      return;
+    }
+    // The scripts of a host that was killed may still write there, and a file that comes meanwhile
+    // keeps the directory.
+    constexpr int kTries = 500;
+    constexpr auto kPause = std::chrono::milliseconds(10);
+    std::error_code error;
+    for (int i = 0; i < kTries; ++i) {
+      std::filesystem::remove_all(path_, error);
+      if (!error) {
+        return;
+      }
+      std::this_thread::sleep_for(kPause);
     }
   }
   TempDir(const TempDir&) = delete;
