@@ -15,6 +15,7 @@ demo_packages=(
   g++
   libmicrohttpd-dev
   libsqlite3-dev
+  nettle-dev
   ninja-build
   nlohmann-json3-dev
   pkg-config

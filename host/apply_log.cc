@@ -1,10 +1,9 @@
 #include "apply_log.h"
 
-#include <kioapp/platform.h>
-
 #include <string_view>
 
 #include "random_id.h"
+#include "uptime.h"
 
 namespace kiohost {
 namespace {
@@ -72,7 +71,7 @@ void ApplyLog::NoteCommit(unsigned int failed, unsigned int due) {
 
 void ApplyLog::Note(ApplyOutcome outcome) {
   store_->SetNumber(kOutcome, static_cast<int64_t>(outcome));
-  store_->SetNumber(kUptime, sys_uptime_seconds());
+  store_->SetNumber(kUptime, UptimeSeconds());
 }
 
 }  // namespace kiohost

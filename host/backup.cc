@@ -1,7 +1,5 @@
 #include "backup.h"
 
-#include <kioapp/auth.h>
-
 #include <algorithm>
 #include <array>
 #include <fstream>
@@ -9,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "md5_text.h"
 #include "nodes.h"
 #include "secrets.h"
 
@@ -168,7 +167,7 @@ std::string FaultOf(const std::string& path, const Json& value, const Json& know
   return {};
 }
 
-std::string HashOf(const Json& settings) { return MD5Encryption(JsonText(settings).c_str()); }
+std::string HashOf(const Json& settings) { return Md5Text(JsonText(settings)); }
 
 Status Misfit(const std::string& what) { return {ExitCode::kUsage, what}; }
 
@@ -235,6 +234,8 @@ Json Backup::Manifest() {
 }
 
 Status Backup::Make(bool secrets, Json* archive) {
+  // All of it as of one moment.
+  const StoreView view(store_);
   Json settings = Json::object();
   Status status = Settings(secrets ? Contents::kAll : Contents::kPublic, &settings);
   *archive = Manifest();

@@ -25,9 +25,9 @@ std::optional<Reply> CheckRestore(const RequestView& request) {
   return refusal ? refusal : CheckFlag(request, "other-firmware");
 }
 
-Reply SendArchive(Backup* backup, const RequestView& request) {
+Reply SendArchive(Backup* reader, const RequestView& request) {
   Json archive;
-  const Status status = backup->Make(*FlagArgument(request, "secrets"), &archive);
+  const Status status = reader->Make(*FlagArgument(request, "secrets"), &archive);
   if (!status.ok()) {
     return ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, status.reason());
   }
@@ -52,11 +52,11 @@ Reply Restore(Backup* backup, const SettingsRoom& settings, const RequestView& r
 
 }  // namespace
 
-void AddBackupRoutes(Backup* backup, const SettingsRoom& settings, Router* router) {
+void AddBackupRoutes(Backup* backup, Backup* reader, const SettingsRoom& settings, Router* router) {
   router->Add(
       {.description = routes::kBackup,
        .check = [](const RequestView& request) { return CheckFlag(request, "secrets"); },
-       .handle = [backup](const RequestView& request) { return SendArchive(backup, request); }});
+       .answer = [reader](const RequestView& request) { return SendArchive(reader, request); }});
   router->Add({.description = routes::kRestore,
                .takes_turn = true,
                .check = CheckRestore,

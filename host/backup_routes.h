@@ -8,7 +8,8 @@
 
 namespace kiohost {
 
-void AddBackupRoutes(Backup* backup, const SettingsRoom& settings, Router* router);
+// `reader` makes archives in the thread of the sockets. All must outlive the router.
+void AddBackupRoutes(Backup* backup, Backup* reader, const SettingsRoom& settings, Router* router);
 
 }  // namespace kiohost
 

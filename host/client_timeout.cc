@@ -34,9 +34,4 @@ ClientTimeout::Clock::time_point ClientTimeout::Deadline() const {
   return std::min<Clock::time_point>(since_ + allowed, last_ + kSilence);
 }
 
-void ClientTimeout::Extend(Clock::duration time) {
-  since_ += time;
-  last_ += time;
-}
-
 }  // namespace kiohost

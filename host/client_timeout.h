@@ -40,9 +40,6 @@ class ClientTimeout {
   // When the client has taken too long; never for one whose request waits for its turn.
   Clock::time_point Deadline() const;
 
-  // Puts the deadline off by the time in which the host did not look at the client.
-  void Extend(Clock::duration time);
-
  private:
   Phase phase_ = Phase::kIdle;
   Clock::time_point since_;

@@ -1,43 +1,17 @@
 #include "clients.h"
 
-#include <kioapp/auth.h>
-#include <kioapp/platform.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <limits>
-#include <vector>
 
+#include "login_key.h"
 #include "printable_text.h"
+#include "uptime.h"
 
 namespace kiohost {
 namespace {
 
-size_t Count() {
-  size_t count = 0;
-  for (const ClientAuthInfo* client = clientauthinfo; client != nullptr; client = client->next) {
-    ++count;
-  }
-  return count;
-}
-
-// The seconds until the first client lapses if it sends nothing; one at least.
-long SecondsToLapse(long now) {
-  long first = std::numeric_limits<long>::max();
-  for (const ClientAuthInfo* client = clientauthinfo; client != nullptr; client = client->next) {
-    first = std::min(first, static_cast<long>(client->logout));
-  }
-  return std::max(1L, first - now);
-}
-
-bool IsListed(const std::string& address) {
-  return checkClientAuthIp(clientauthinfo, address.c_str(), nullptr, KIOAPP_MATCH_ADDRESS) !=
-         nullptr;
-}
-
-bool Remove(const std::string& address) {
-  return clientAuthListDel(&clientauthinfo, address.c_str(), nullptr, KIOAPP_MATCH_ADDRESS) == 1;
-}
+constexpr char kPasswordNode[] = "/sys/user:1/password";
 
 // Prints what becomes of a client. Keys and passwords are never printed.
 void Say(const std::string& what, const std::string& address) {
@@ -48,67 +22,111 @@ void Say(const std::string& what, const std::string& address) {
 
 Clients::Outcome Clients::Login(const std::string& address, const std::string& text,
                                 long* wait_seconds) {
-  const long now = sys_uptime_seconds();
+  const std::lock_guard lock(mutex_);
+  const long now = UptimeSeconds();
   *wait_seconds = throttle_.SecondsBlocked(address, now);
   if (*wait_seconds > 0) {
     return Outcome::kBlocked;
   }
-  if (!IsListed(address) && Count() >= kMost) {
+  if (Find(address) == nullptr && clients_.size() >= kMost) {
     RemoveLapsed();
-    if (Count() >= kMost) {
+    if (clients_.size() >= kMost) {
       *wait_seconds = SecondsToLapse(now);
       return Outcome::kFull;
     }
   }
-  if (starter_auth_check(text.c_str(), address.c_str(), text.c_str()) != 0) {
+  if (!HoldsGoodKey(text, address, store_->Get(kPasswordNode).value_or(""), now)) {
     throttle_.AddWrongKey(address, now);
     Say("wrong key from", address);
     return Outcome::kWrongKey;
   }
   throttle_.Forget(address);
-  last_logins_[address] = ++logins_;
+  if (Client* client = Find(address); client != nullptr) {
+    client->logout = now + kLoginSeconds;
+    client->number = ++logins_;
+  } else {
+    clients_.push_back({address, now + kLoginSeconds, ++logins_});
+  }
   Say("login", address);
   return Outcome::kLoggedIn;
 }
 
 bool Clients::Passes(const std::string& address) {
-  return !address.empty() && check_StarterAuthIP(address.c_str(), nullptr) == 0;
+  const std::lock_guard lock(mutex_);
+  const long now = UptimeSeconds();
+  Client* client = Find(address);
+  if (client == nullptr) {
+    return false;
+  }
+  if (client->logout <= now) {
+    Remove(address);
+    return false;
+  }
+  client->logout = now + kLoginSeconds;
+  return true;
+}
+
+unsigned long Clients::logins() const {
+  const std::lock_guard lock(mutex_);
+  return logins_;
 }
 
 unsigned long Clients::LastLogin(const std::string& address) const {
-  const auto found = last_logins_.find(address);
-  return found == last_logins_.end() ? 0 : found->second;
+  const std::lock_guard lock(mutex_);
+  const auto found = std::find_if(clients_.begin(), clients_.end(), [&address](const auto& client) {
+    return client.address == address;
+  });
+  return found == clients_.end() ? 0 : found->number;
 }
 
 bool Clients::Logout(const std::string& address) {
-  const bool removed = Remove(address);
-  if (removed) {
-    Say("logout", address);
+  const std::lock_guard lock(mutex_);
+  if (Find(address) == nullptr) {
+    return false;
   }
-  return removed;
+  Remove(address);
+  Say("logout", address);
+  return true;
 }
 
 void Clients::SweepIfDue() {
-  const long now = sys_uptime_seconds();
+  const std::lock_guard lock(mutex_);
+  const long now = UptimeSeconds();
   if (now >= next_sweep_) {
     next_sweep_ = now + kSweepSeconds;
     RemoveLapsed();
   }
 }
 
+// The seconds until the first client lapses if it sends nothing; one at least.
+long Clients::SecondsToLapse(long now) const {
+  long first = std::numeric_limits<long>::max();
+  for (const Client& client : clients_) {
+    first = std::min(first, client.logout);
+  }
+  return std::max(1L, first - now);
+}
+
+Clients::Client* Clients::Find(const std::string& address) {
+  const auto found = std::find_if(clients_.begin(), clients_.end(), [&address](const auto& client) {
+    return client.address == address;
+  });
+  return found == clients_.end() ? nullptr : &*found;
+}
+
+void Clients::Remove(const std::string& address) {
+  std::erase_if(clients_, [&address](const auto& client) { return client.address == address; });
+}
+
 void Clients::RemoveLapsed() {
-  const auto now = static_cast<unsigned int>(sys_uptime_seconds());
-  std::vector<std::string> lapsed;
-  for (const ClientAuthInfo* client = clientauthinfo; client != nullptr; client = client->next) {
-    if (client->logout <= now) {
-      lapsed.emplace_back(client->ip);
+  const long now = UptimeSeconds();
+  std::erase_if(clients_, [now](const auto& client) {
+    if (client.logout > now) {
+      return false;
     }
-  }
-  for (const std::string& address : lapsed) {
-    Remove(address);
-    Say("lapsed", address);
-  }
-  std::erase_if(last_logins_, [](const auto& login) { return !IsListed(login.first); });
+    Say("lapsed", client.address);
+    return true;
+  });
 }
 
 }  // namespace kiohost

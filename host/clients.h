@@ -1,18 +1,22 @@
-// The clients that are logged in, kept by the library.
+// The clients that are logged in. They belong to the thread of the sockets, so that nobody's login
+// waits for the library.
 #ifndef HOST_CLIENTS_H
 #define HOST_CLIENTS_H
 
 #include <cstddef>
-#include <map>
+#include <mutex>
 #include <string>
+#include <vector>
 
 #include "login_throttle.h"
+#include "store.h"
 
 namespace kiohost {
 
 class Clients {
  public:
   static constexpr size_t kMost = 64;
+  static constexpr long kLoginSeconds = 300;
   static constexpr long kSweepSeconds = 60;
 
   enum class Outcome {
@@ -22,6 +26,9 @@ class Clients {
     kFull,
   };
 
+  // The store holds the password.
+  explicit Clients(Store* store) : store_(store) {}
+
   // Logs the address in when the text holds its key. `wait_seconds` is set when that cannot be now:
   // after this time a key is looked at again, or a client lapses.
   Outcome Login(const std::string& address, const std::string& text, long* wait_seconds);
@@ -29,8 +36,9 @@ class Clients {
   // Whether the address is logged in. If it is, the time of its login begins anew.
   bool Passes(const std::string& address);
 
-  // How many logins there have been, and the number of the last one of an address; 0 without one.
-  unsigned long logins() const { return logins_; }
+  // Any thread may ask these. How many logins there have been, and the number of the last one of an
+  // address; 0 without one.
+  unsigned long logins() const;
   unsigned long LastLogin(const std::string& address) const;
 
   // Returns whether it was logged in.
@@ -40,11 +48,22 @@ class Clients {
   void SweepIfDue();
 
  private:
+  struct Client {
+    std::string address;
+    long logout;  // second of the uptime at which the login lapses
+    unsigned long number;
+  };
+
+  Client* Find(const std::string& address);
+  void Remove(const std::string& address);
+  long SecondsToLapse(long now) const;
   void RemoveLapsed();
 
-  LoginThrottle throttle_;
+  Store* store_;
+  mutable std::mutex mutex_;
   unsigned long logins_ = 0;
-  std::map<std::string, unsigned long> last_logins_;  // of those in the list
+  LoginThrottle throttle_;
+  std::vector<Client> clients_;  // in the order of their logins
   long next_sweep_ = 0;
 };
 

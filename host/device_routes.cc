@@ -1,12 +1,11 @@
 #include "device_routes.h"
 
-#include <kioapp/platform.h>
-
 #include <optional>
 
 #include "json_reply.h"
 #include "nodes.h"
 #include "route_table.h"
+#include "uptime.h"
 
 namespace kiohost {
 namespace {
@@ -19,9 +18,9 @@ Json LastApply(ApplyLog* applies) {
               : Json(nullptr);
 }
 
-Json PendingConfirm(Exchange* exchange) {
-  const std::optional<WayBack::Pending> pending = exchange->pending();
-  const std::optional<Apply> last = exchange->applies()->Last();
+Json PendingConfirm(const DeviceState& state) {
+  const std::optional<WayBack::Pending> pending = state.way_back->pending();
+  const std::optional<Apply> last = state.applies->Last();
   return pending && last ? Json({{"id", last->id},
                                  {"seconds", pending->seconds},
                                  {"secondsLeft", pending->seconds_left}})
@@ -29,13 +28,15 @@ Json PendingConfirm(Exchange* exchange) {
 }
 
 Reply DescribeDevice(Store* store, const Events& events, const DeviceState& state) {
+  // All of it as of one moment.
+  const StoreView view(store);
   return JsonReply({{"model", store->Get(kModelNode).value_or("")},
                     {"name", store->Get("/sys/friendlyname").value_or("")},
-                    {"uptime", sys_uptime_seconds()},
+                    {"uptime", UptimeSeconds()},
                     {"bootId", state.boot_id},
                     {"state", state.now()},
-                    {"lastApply", LastApply(state.exchange->applies())},
-                    {"pendingConfirm", PendingConfirm(state.exchange)},
+                    {"lastApply", LastApply(state.applies)},
+                    {"pendingConfirm", PendingConfirm(state)},
                     {"events", events.AsJson()}});
 }
 
@@ -43,7 +44,7 @@ Reply DescribeDevice(Store* store, const Events& events, const DeviceState& stat
 
 void AddDeviceRoutes(Store* store, const Events* events, const DeviceState& state, Router* router) {
   router->Add({.description = routes::kDevice,
-               .handle = [store, events, state](const RequestView& /*request*/) {
+               .answer = [store, events, state](const RequestView& /*request*/) {
                  return DescribeDevice(store, *events, state);
                }});
 }

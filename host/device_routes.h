@@ -5,10 +5,11 @@
 #include <functional>
 #include <string>
 
+#include "apply_log.h"
 #include "events.h"
-#include "exchange.h"
 #include "router.h"
 #include "store.h"
+#include "way_back.h"
 
 namespace kiohost {
 
@@ -16,7 +17,8 @@ namespace kiohost {
 struct DeviceState {
   std::string boot_id;               // new at each start of the host
   std::function<const char*()> now;  // "ready", "busy" or "away"
-  Exchange* exchange;
+  ApplyLog* applies;
+  WayBack* way_back;
 };
 
 void AddDeviceRoutes(Store* store, const Events* events, const DeviceState& state, Router* router);

@@ -3,12 +3,14 @@
 #define HOST_EVENTS_H
 
 #include <deque>
+#include <mutex>
 #include <string>
 
 #include "json.h"
 
 namespace kiohost {
 
+// Any thread may add and read events.
 class Events {
  public:
   // Adds an event, and prints it in its printable form.
@@ -25,6 +27,7 @@ class Events {
 
   static constexpr size_t kMost = 50;  // older ones are forgotten
 
+  mutable std::mutex mutex_;
   std::deque<Event> events_;
 };
 

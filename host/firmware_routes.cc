@@ -42,15 +42,16 @@ Reply TakeStep(Firmware* firmware, const ChangeGuard& guard, const RequestView& 
   return reply;
 }
 
-Reply LastStatus(const Firmware& firmware) {
-  const std::optional<std::string>& status = firmware.last_status();
+Reply LastStatus(const PublishedState& published) {
+  const std::optional<std::string> status = published.firmware.Get();
   return status ? StatusDocument(*status)
                 : ErrorReply(MHD_HTTP_NOT_FOUND, "there is no status document");
 }
 
 }  // namespace
 
-void AddFirmwareRoutes(Firmware* firmware, const ChangeGuard& guard, Router* router) {
+void AddFirmwareRoutes(Firmware* firmware, const ChangeGuard& guard,
+                       const PublishedState* published, Router* router) {
   router->Add({.description = routes::kFirmwareStep,
                .takes_turn = true,
                .check = CheckAction,
@@ -59,7 +60,7 @@ void AddFirmwareRoutes(Firmware* firmware, const ChangeGuard& guard, Router* rou
                }});
   router->Add(
       {.description = routes::kFirmware,
-       .handle = [firmware](const RequestView& /*request*/) { return LastStatus(*firmware); }});
+       .answer = [published](const RequestView& /*request*/) { return LastStatus(*published); }});
 }
 
 }  // namespace kiohost

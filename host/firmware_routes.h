@@ -4,12 +4,14 @@
 
 #include "change_guard.h"
 #include "firmware.h"
+#include "published.h"
 #include "router.h"
 
 namespace kiohost {
 
 // The firmware must outlive the router.
-void AddFirmwareRoutes(Firmware* firmware, const ChangeGuard& guard, Router* router);
+void AddFirmwareRoutes(Firmware* firmware, const ChangeGuard& guard,
+                       const PublishedState* published, Router* router);
 
 }  // namespace kiohost
 

@@ -1,10 +1,9 @@
 #include "host.h"
 
-#include <sys/select.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <memory>
 #include <utility>
 
 #include "actions.h"
@@ -27,27 +26,6 @@
 namespace kiohost {
 namespace {
 
-struct DescriptorSets {
-  DescriptorSets() {
-    FD_ZERO(&read);
-    FD_ZERO(&write);
-    FD_ZERO(&except);
-  }
-  fd_set read;
-  fd_set write;
-  fd_set except;
-
-  // Whether nothing is ready.
-  bool IsEmpty(int max_fd) const {
-    for (int fd = 0; fd <= max_fd; ++fd) {
-      if (FD_ISSET(fd, &read) || FD_ISSET(fd, &write) || FD_ISSET(fd, &except)) {
-        return false;
-      }
-    }
-    return true;
-  }
-};
-
 void WaitUntil(std::chrono::steady_clock::time_point end) {
   while (!StopRequested()) {
     const auto left =
@@ -55,16 +33,20 @@ void WaitUntil(std::chrono::steady_clock::time_point end) {
     if (left.count() <= 0) {
       return;
     }
-    DescriptorSets sets;
-    WaitForEvents(-1, &sets.read, &sets.write, &sets.except, static_cast<long>(left.count()));
+    WaitForEvents(-1, static_cast<long>(left.count()));
   }
 }
 
 }  // namespace
 
-Host::Host(Store* store, const Settings& settings)
+Host::Host(Store* store, Store* reader, const Settings& settings)
     : store_(store),
       settings_(settings),
+      applies_(reader),
+      way_back_(reader),
+      catalogue_(reader, settings.catalogue),
+      archive_(reader, settings.catalogue),
+      clients_(reader),
       exchange_(store, settings.temp_dir),
       confirmations_(&exchange_, WhoComes()),
       variable_list_(store, settings.catalogue),
@@ -73,25 +55,28 @@ Host::Host(Store* store, const Settings& settings)
       backup_(store, settings.catalogue),
       firmware_(store, &events_, settings.temp_dir, settings.state_dir + "/firmware.partition"),
       channel_watch_(store, &events_),
-      server_(&router_) {
-  AddWebFilters(store, settings.names, &router_);
+      variable_names_(ReadVariableNames(variable_list_.variables())),
+      server_(&router_, &desk_),
+      sockets_(&server_, &clients_, &desk_) {
+  AddWebFilters(reader, settings.names, &router_);
   if (!settings.open) {
     AddLoginFilter(&clients_, &router_);
   }
   const ChangeGuard guard(&exchange_);
   const SettingsRoom settings_room = {&exchange_, &events_, &confirmations_, &variable_list_,
                                       &value_history_};
-  AddSettingsRoutes(settings_room, &router_);
-  AddBackupRoutes(&backup_, settings_room, &router_);
+  AddSettingsRoutes(settings_room, &published_, &router_);
+  AddBackupRoutes(&backup_, &archive_, settings_room, &router_);
   AddConfirmRoutes(&confirmations_, &events_, &router_);
-  AddDeviceRoutes(
-      store, &events_,
-      {IdText(RandomNumber()) + IdText(RandomNumber()), [this] { return StateWord(); }, &exchange_},
-      &router_);
-  AddVariableRoutes({&variables_, &variable_list_, store, exchange_.applies(), &value_history_},
+  AddDeviceRoutes(reader, &events_,
+                  {IdText(RandomNumber()) + IdText(RandomNumber()), [this] { return StateWord(); },
+                   &applies_, &way_back_},
+                  &router_);
+  AddVariableRoutes({&variables_, &variable_list_, store, exchange_.applies(), &value_history_,
+                     &catalogue_, &published_},
                     guard, &router_);
   AddLoginRoutes(&clients_, &router_);
-  AddFirmwareRoutes(&firmware_, guard, &router_);
+  AddFirmwareRoutes(&firmware_, guard, &published_, &router_);
   AddIndexRoutes(settings.openapi, &router_);
 }
 
@@ -118,10 +103,13 @@ void Host::RunOverdueActions() {
 }
 
 Status Host::Start() {
+  if (!desk_.valid()) {
+    return {ExitCode::kNetwork, "the system has no descriptor left"};
+  }
   FileDescriptor listener;
   Status status = Listen(settings_.listen, &settings_.port, &listener);
   if (status.ok()) {
-    status = server_.Start(std::move(listener));
+    status = sockets_.Start(std::move(listener));
   }
   if (status.ok()) {
     PrintLine(stdout, "listening on http://" + HostAndPort(settings_.listen, settings_.port) + "/");
@@ -132,11 +120,11 @@ Status Host::Start() {
 Status Host::Run() {
   Status status;
   while (status.ok() && !StopRequested()) {
-    WaitAndServe();
+    WaitAndWork();
     GoBackWhenDue();
     status = RunAfterReplyWhenReady();
   }
-  server_.Stop();
+  sockets_.Stop();
   TakeAfterReply();
   if (after_reply_) {
     after_reply_->run();
@@ -145,14 +133,17 @@ Status Host::Run() {
 }
 
 void Host::TakeAfterReply() {
-  if (!after_reply_) {
-    after_reply_ = server_.TakeAfterReply();
+  if (after_reply_) {
+    return;
   }
+  after_reply_ = desk_.TakeAfterReply();
+  turn_is_open_ = after_reply_.has_value();
+  awaits_work_ = awaits_work_ && !turn_is_open_;
 }
 
 void Host::GoBackWhenDue() {
   TakeAfterReply();
-  if (after_reply_) {
+  if (after_reply_ || awaits_work_) {
     return;  // one thing after the other
   }
   const std::optional<WayBack::Pending> pending = exchange_.pending();
@@ -168,28 +159,48 @@ void Host::GoBackWhenDue() {
   }
 }
 
-void Host::WaitAndServe() {
-  DescriptorSets sets;
-  int max_fd = -1;
-  server_.AddDescriptors(&sets.read, &sets.write, &sets.except, &max_fd);
-  WaitForEvents(max_fd, &sets.read, &sets.write, &sets.except, MillisecondsToWait());
-  clients_.SweepIfDue();
+void Host::WaitAndWork() {
+  // The channels are looked at once a second.
+  const bool has_work = WaitForEvents(desk_.work_descriptor(), channel_watch_.MillisecondsToWait());
   channel_watch_.CheckWhenDue();
   NoteEndedProcesses();
-  server_.Run(sets.read, sets.write, sets.except);
-  if (!store_->CheckpointWhenDue(sets.IsEmpty(max_fd) && !after_reply_)) {
+  if (published_.variables.Get() != nullptr && AlarmState() == Alarm::kNone) {
+    PublishVariables(false);
+  }
+  if (const std::optional<LibraryDesk::Job> job = desk_.TakeJob()) {
+    Run(*job);
+  }
+  TakeAfterReply();
+  if (!store_->CheckpointWhenDue(!has_work && !after_reply_)) {
     PrintError("the store's log could not be brought into its file; it is tried again");
   }
 }
 
-// The channels are checked so often that the sweep of the clients needs no time of its own.
-long Host::MillisecondsToWait() const {
-  const long look = channel_watch_.MillisecondsToWait();
-  return std::min(look, server_.MillisecondsToWait().value_or(look));
+void Host::Run(const LibraryDesk::Job& job) {
+  if (job.is_long) {
+    PublishVariables(true);
+  }
+  awaits_work_ = job.run() || awaits_work_;
+  published_.result.Set(exchange_.last_result());
+  published_.firmware.Set(firmware_.last_status());
+  // A deferred commit runs in the wait.
+  PublishVariables(AlarmState() != Alarm::kNone);
+  desk_.TellJobDone();
 }
 
+void Host::PublishVariables(bool library_is_busy) {
+  if (!library_is_busy) {
+    published_.variables.Set(nullptr);
+    return;
+  }
+  published_.variables.Set(
+      std::make_shared<const VariableValues>(variables_.ReadAll(variable_names_)));
+  desk_.Wake();
+}
+
+// In the thread of the sockets.
 const char* Host::StateWord() const {
-  if (after_reply_ && settings_.real_waits && after_reply_->wait_seconds > 0) {
+  if (settings_.real_waits && server_.SecondsAway() > 0) {
     return "away";
   }
   return server_.IsTurnTaken() ? "busy" : "ready";
@@ -203,9 +214,13 @@ Status Host::RunAfterReplyWhenReady() {
   if (settings_.real_waits && after_reply_->wait_seconds > 0) {
     return RunAfterReplyWhileAway();
   }
+  PublishVariables(true);
   after_reply_->run();
   after_reply_.reset();
-  server_.EndTurn();
+  PublishVariables(false);
+  if (std::exchange(turn_is_open_, false)) {
+    desk_.TellTurnOver();
+  }
   return {};
 }
 
@@ -214,10 +229,11 @@ Status Host::RunAfterReplyWhenReady() {
 Status Host::RunAfterReplyWhileAway() {
   const int seconds = after_reply_->wait_seconds;
   const auto back = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
-  server_.Stop();
+  sockets_.Stop();
   PrintLine(stdout, "away for " + std::to_string(seconds) + " s");
   after_reply_->run();
   after_reply_.reset();
+  turn_is_open_ = false;
   server_.EndTurn();
   WaitUntil(back);
   return StopRequested() ? Status() : Start();

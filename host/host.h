@@ -1,4 +1,5 @@
-// The host: the store, the HTTP server and the event loop around the library.
+// The host. The thread that calls it is the thread of the library: the only one that calls the
+// library, runs its commands and writes the store. Another one serves the sockets.
 #ifndef HOST_HOST_H
 #define HOST_HOST_H
 
@@ -6,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "apply_log.h"
 #include "backup.h"
 #include "channel_watch.h"
 #include "clients.h"
@@ -14,13 +16,17 @@
 #include "exchange.h"
 #include "firmware.h"
 #include "http_server.h"
+#include "library_desk.h"
+#include "published.h"
 #include "reply.h"
 #include "router.h"
+#include "sockets_thread.h"
 #include "status.h"
 #include "store.h"
 #include "value_history.h"
 #include "variable_list.h"
 #include "variables.h"
+#include "way_back.h"
 
 namespace kiohost {
 
@@ -38,8 +44,9 @@ class Host {
     std::vector<std::string> names;  // the router's, in Host headers
   };
 
-  // The store must be bound to the library.
-  Host(Store* store, const Settings& settings);
+  // The store must be bound to the library. `reader` is the same store, for the thread of the
+  // sockets.
+  Host(Store* store, Store* reader, const Settings& settings);
   Host(const Host&) = delete;
   Host& operator=(const Host&) = delete;
 
@@ -56,10 +63,11 @@ class Host {
  private:
   // How clients are told apart that have come after settings which are to be confirmed.
   Confirmations::Arrivals WhoComes() const;
-  void WaitAndServe();
   void TakeAfterReply();
   void GoBackWhenDue();
-  long MillisecondsToWait() const;
+  void WaitAndWork();
+  void Run(const LibraryDesk::Job& job);
+  void PublishVariables(bool library_is_busy);
   const char* StateWord() const;
   Status RunAfterReplyWhenReady();
   Status RunAfterReplyWhileAway();
@@ -67,6 +75,11 @@ class Host {
   Store* store_;
   Settings settings_;
   Router router_;
+  // For the thread of the sockets.
+  ApplyLog applies_;
+  WayBack way_back_;
+  VariableList catalogue_;
+  Backup archive_;
   Clients clients_;
   Events events_;
   Exchange exchange_;
@@ -77,9 +90,15 @@ class Host {
   Backup backup_;
   Firmware firmware_;
   ChannelWatch channel_watch_;
+  std::vector<ListedVariable> variable_names_;
+  PublishedState published_;
+  LibraryDesk desk_;
   HttpServer server_;
+  SocketsThread sockets_;
   // The work after the reply to the request whose turn it is.
   std::optional<AfterReply> after_reply_;
+  bool turn_is_open_ = false;  // until that work is done; not that of a deadline
+  bool awaits_work_ = false;   // until the reply of a request that leaves some is delivered
 };
 
 }  // namespace kiohost

@@ -121,6 +121,21 @@ Reply HttpRequest::InAcceptedForm(Reply reply) const {
                                  view_->Header(MHD_HTTP_HEADER_ACCEPT).value_or(""));
 }
 
+bool HttpRequest::Handle() {
+  if (join_ == Join::kAsked && !route_->may_join(*view_)) {
+    join_ = Join::kRefused;
+    return false;
+  }
+  reply_ = route_->handle(*view_);
+  return static_cast<bool>(reply_->after_reply.run);
+}
+
+void HttpRequest::KeepAfterReply() {
+  if (reply_) {
+    after_reply_ = std::exchange(reply_->after_reply, {});
+  }
+}
+
 void HttpRequest::Refuse(Reply reply) {
   refusal_ = std::move(reply);
   body_.clear();

@@ -51,10 +51,28 @@ class HttpRequest {
   // A reply in the form that the client prefers.
   Reply InAcceptedForm(Reply reply) const;
 
-  // Whether the request is dropped when its client has gone before its turn.
-  bool IsDroppedWithoutClient() const { return route_ != nullptr && route_->takes_turn; }
+  // Whether the request is dropped when its client has gone: it waits for its turn.
+  bool IsDroppedWithoutClient() const {
+    return route_ != nullptr && route_->takes_turn && !in_library_ && !reply_;
+  }
 
-  void set_after_reply(AfterReply after_reply) { after_reply_ = std::move(after_reply); }
+  // Whether the thread of the library has the request. No other may change or end it then.
+  void set_in_library(bool in_library) { in_library_ = in_library; }
+
+  // Whether the request is to run beside the one whose turn it is, if the route allows that.
+  enum class Join { kNotAsked, kAsked, kRefused };
+  Join join() const { return join_; }
+  void set_join(Join join) { join_ = join; }
+
+  // Runs the request, in the thread of the library. Returns whether it leaves work behind.
+  bool Handle();
+
+  // The reply of the library's thread, or of the sockets' after a wait.
+  const std::optional<Reply>& reply() const { return reply_; }
+  void set_reply(Reply reply) { reply_ = std::move(reply); }
+  // Keeps the work after the reply, so that it is done whatever becomes of the client.
+  void KeepAfterReply();
+
   AfterReply TakeAfterReply() { return std::exchange(after_reply_, {}); }
 
  private:
@@ -75,6 +93,9 @@ class HttpRequest {
   std::string body_;
   size_t received_ = 0;
   bool ended_ = false;
+  bool in_library_ = false;
+  Join join_ = Join::kNotAsked;
+  std::optional<Reply> reply_;
   AfterReply after_reply_;
 };
 

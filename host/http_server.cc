@@ -53,16 +53,20 @@ void HttpServer::Stop() {
   for (HttpRequest* request : turn_queue_.waiting()) {
     MHD_resume_connection(request->connection());
   }
+  for (HttpRequest* request : library_line_) {
+    MHD_resume_connection(request->connection());
+  }
+  library_line_.clear();
+  if (HttpRequest* request = std::exchange(in_library_, nullptr); request != nullptr) {
+    request->set_in_library(false);
+    MHD_resume_connection(request->connection());
+  }
   daemon_.reset();
   lingering_.Clear();
-  busy_since_.reset();
 }
 
 void HttpServer::AddDescriptors(fd_set* read_set, fd_set* write_set, fd_set* except_set,
                                 int* max_fd) {
-  if (busy_since_) {
-    ExtendTimeouts(Clock::now() - *std::exchange(busy_since_, std::nullopt));
-  }
   MHD_get_fdset2(daemon_.get(), read_set, write_set, except_set, max_fd, FD_SETSIZE);
   acceptor_.AddDescriptor(read_set, max_fd);
   lingering_.AddDescriptors(read_set, max_fd);
@@ -87,7 +91,6 @@ std::optional<long> HttpServer::MillisecondsToWait() const {
 
 void HttpServer::Run(const fd_set& read_set, const fd_set& write_set, const fd_set& except_set) {
   const Clock::time_point now = Clock::now();
-  busy_since_ = now;
   resumed_ = false;
   for (const auto& connection : connections_) {
     if (connection->timeout().phase() == ClientTimeout::Phase::kIdle &&
@@ -103,15 +106,32 @@ void HttpServer::Run(const fd_set& read_set, const fd_set& write_set, const fd_s
     Accept(now);
   }
   lingering_.Run(read_set, now);
+  PutNextJob();
 }
 
-std::optional<AfterReply> HttpServer::TakeAfterReply() {
-  return std::exchange(after_reply_, std::nullopt);
+void HttpServer::HandleNews(const LibraryDesk::News& news) {
+  if (HttpRequest* request = news.job_done ? std::exchange(in_library_, nullptr) : nullptr;
+      request != nullptr) {
+    request->set_in_library(false);
+    request->KeepAfterReply();
+    Resume(request);
+  }
+  if (news.turn_over) {
+    EndTurn();
+  }
+  AnswerWaitingReads();
+}
+
+bool HttpServer::IsAnswering() const {
+  return resumed_ || std::any_of(connections_.begin(), connections_.end(), [](const auto& owned) {
+           return owned->timeout().phase() == ClientTimeout::Phase::kAnswer;
+         });
 }
 
 void HttpServer::EndTurn() {
   Leave(finished_.get());
   finished_.reset();
+  seconds_away_ = 0;
 }
 
 void HttpServer::OnConnection(void* self, MHD_Connection* handle, void** context,
@@ -184,14 +204,20 @@ MHD_Result HttpServer::Answer(Connection* connection) {
   if (request->IsDroppedWithoutClient() && connection->IsClientGone()) {
     return MHD_NO;
   }
-  if (!HasItsTurn(request)) {
-    connection->timeout().Enter(ClientTimeout::Phase::kWaits, Clock::now());
-    MHD_suspend_connection(connection->handle());
-    return MHD_YES;
+  if (request->reply()) {
+    return Send(connection, *request->reply());
   }
-  Reply reply = request->route()->handle(request->view());
-  request->set_after_reply(std::move(reply.after_reply));
-  return Send(connection, reply);
+  const Route& route = *request->route();
+  if (const std::optional<Reply> reply =
+          route.answer ? route.answer(request->view()) : std::nullopt) {
+    return Send(connection, *reply);
+  }
+  if (HasItsTurn(request)) {
+    library_line_.push_back(request);
+  }
+  connection->timeout().Enter(ClientTimeout::Phase::kWaits, Clock::now());
+  MHD_suspend_connection(connection->handle());
+  return MHD_YES;
 }
 
 MHD_Result HttpServer::Send(Connection* connection, const Reply& given) {
@@ -216,9 +242,15 @@ MHD_Result HttpServer::Send(Connection* connection, const Reply& given) {
 
 bool HttpServer::HasItsTurn(HttpRequest* request) {
   const Route& route = *request->route();
-  const bool joins =
-      route.may_join && turn_queue_.waiting().empty() && route.may_join(request->view());
-  return !route.takes_turn || joins || turn_queue_.Take(request);
+  if (!route.takes_turn) {
+    return true;
+  }
+  const bool may_ask = route.may_join && request->join() == HttpRequest::Join::kNotAsked &&
+                       turn_queue_.waiting().empty() && turn_queue_.IsOthers(request);
+  if (may_ask) {
+    request->set_join(HttpRequest::Join::kAsked);
+  }
+  return may_ask || turn_queue_.Take(request);
 }
 
 void HttpServer::Finish(std::unique_ptr<HttpRequest> request) {
@@ -227,27 +259,47 @@ void HttpServer::Finish(std::unique_ptr<HttpRequest> request) {
     Leave(request.get());
     return;
   }
-  after_reply_ = std::move(after_reply);
+  seconds_away_ = after_reply.wait_seconds;
+  desk_->PutAfterReply(std::move(after_reply));
   finished_ = std::move(request);
 }
 
 void HttpServer::Leave(HttpRequest* request) {
+  std::erase(library_line_, request);
   HttpRequest* next = turn_queue_.Leave(request);
   if (next != nullptr && !stopping_) {
-    MHD_resume_connection(next->connection());
-    resumed_ = true;
+    Resume(next);
   }
 }
 
-// While the host ran a slow command, it read nothing that came: that time is not the clients'. The
-// time that it takes to serve many clients is: some of them may be there to keep the host busy.
-void HttpServer::ExtendTimeouts(Clock::duration busy) {
-  if (busy < std::chrono::seconds(1)) {
+void HttpServer::Resume(HttpRequest* request) {
+  MHD_resume_connection(request->connection());
+  resumed_ = true;
+}
+
+// While the library is at work for long, reads that wait for it may be answered without it.
+void HttpServer::AnswerWaitingReads() {
+  std::erase_if(library_line_, [this](HttpRequest* request) {
+    const Route& route = *request->route();
+    std::optional<Reply> reply = route.answer ? route.answer(request->view()) : std::nullopt;
+    if (!reply) {
+      return false;
+    }
+    request->set_reply(std::move(*reply));
+    Resume(request);
+    return true;
+  });
+}
+
+void HttpServer::PutNextJob() {
+  if (in_library_ != nullptr || library_line_.empty()) {
     return;
   }
-  for (const auto& connection : connections_) {
-    connection->timeout().Extend(busy);
-  }
+  in_library_ = library_line_.front();
+  library_line_.pop_front();
+  in_library_->set_in_library(true);
+  desk_->Put(
+      {[request = in_library_] { return request->Handle(); }, in_library_->route()->takes_turn});
 }
 
 void HttpServer::CutSlowConnections(fd_set* cut, Clock::time_point now) {
@@ -349,8 +401,8 @@ void HttpServer::Close(Connection* connection) {
 
 // Sends what is still to be sent on a connection that the server is about to close.
 void HttpServer::Part(Connection* connection) {
-  if (const std::unique_ptr<HttpRequest> request = connection->TakeRequest()) {
-    Leave(request.get());
+  if (std::unique_ptr<HttpRequest> request = connection->TakeRequest()) {
+    Finish(std::move(request));
   }
   if (stopping_ || connection->IsClientGone()) {
     return;

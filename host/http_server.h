@@ -1,10 +1,11 @@
-// The HTTP server: one thread, driven by the host's event loop.
+// The HTTP server, driven by the loop of the thread that owns the sockets.
 #ifndef HOST_HTTP_SERVER_H
 #define HOST_HTTP_SERVER_H
 
 #include <microhttpd.h>
 #include <sys/select.h>
 
+#include <deque>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -14,6 +15,7 @@
 #include "client_timeout.h"
 #include "connection.h"
 #include "http_request.h"
+#include "library_desk.h"
 #include "lingering_sockets.h"
 #include "listener.h"
 #include "reply.h"
@@ -28,7 +30,7 @@ class HttpServer {
   static constexpr size_t kMostConnections = 64;
   static constexpr size_t kMostOfAnAddress = 16;
 
-  explicit HttpServer(const Router* router) : router_(router) {}
+  HttpServer(const Router* router, LibraryDesk* desk) : router_(router), desk_(desk) {}
   ~HttpServer() { Stop(); }
   HttpServer(const HttpServer&) = delete;
   HttpServer& operator=(const HttpServer&) = delete;
@@ -37,7 +39,8 @@ class HttpServer {
   Status Start(FileDescriptor listener);
 
   // Closes the listening socket and all connections. A request that ends by it counts as answered:
-  // the work after its reply is due. Requests that waited for their turn are dropped.
+  // the work after its reply is due. Requests that waited are dropped. The thread of the library
+  // must not have one.
   void Stop();
 
   // The descriptors to wait for, and the time after which `Run` is to be called in any case.
@@ -47,14 +50,20 @@ class HttpServer {
   // Serves what is ready.
   void Run(const fd_set& read_set, const fd_set& write_set, const fd_set& except_set);
 
-  // The work that a request left behind, when its answer was sent or its client has gone; once, and
-  // nothing when there is none.
-  std::optional<AfterReply> TakeAfterReply();
+  // Takes what the thread of the library has done, and gives it the next work. To be called before
+  // `Run`.
+  void HandleNews(const LibraryDesk::News& news);
+
+  // Whether an answer that is there was not sent in full yet.
+  bool IsAnswering() const;
 
   // Whether a request has its turn, or has left work behind that is not done.
   bool IsTurnTaken() const { return turn_queue_.IsTaken(); }
 
-  // Lets the next request have its turn. To be called when that work is done.
+  // For how long the app was told that the router is away for that work; 0 without any.
+  int SecondsAway() const { return seconds_away_; }
+
+  // Lets the next request have its turn. To be called when the work after a reply is done.
   void EndTurn();
 
  private:
@@ -76,7 +85,10 @@ class HttpServer {
   void Finish(std::unique_ptr<HttpRequest> request);
   void Leave(HttpRequest* request);
 
-  void ExtendTimeouts(Clock::duration busy);
+  void Resume(HttpRequest* request);
+  void AnswerWaitingReads();
+  void PutNextJob();
+
   void CutSlowConnections(fd_set* cut, Clock::time_point now);
 
   // Takes new connections. At a limit, a useless connection is closed for the new one, or else the
@@ -94,6 +106,7 @@ class HttpServer {
   };
 
   const Router* router_;
+  LibraryDesk* desk_;
   Acceptor acceptor_;
   std::unique_ptr<MHD_Daemon, DaemonStopper> daemon_;
   std::vector<std::unique_ptr<Connection>> connections_;  // in the order of their coming
@@ -102,11 +115,12 @@ class HttpServer {
   bool stopping_ = false;
   // Whether a connection was resumed: neither the descriptors nor the time to wait show it.
   bool resumed_ = false;
-  // When the host last stopped waiting for its clients.
-  std::optional<Clock::time_point> busy_since_;
+  // The requests that wait for the library, and the one that it has.
+  std::deque<HttpRequest*> library_line_;
+  HttpRequest* in_library_ = nullptr;
   // The request that was delivered and keeps its turn until the work after its reply is done.
   std::unique_ptr<HttpRequest> finished_;
-  std::optional<AfterReply> after_reply_;
+  int seconds_away_ = 0;
 };
 
 }  // namespace kiohost

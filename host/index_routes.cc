@@ -76,10 +76,10 @@ Reply SendFile(const std::string& file, const RequestView& request) {
 }  // namespace
 
 void AddIndexRoutes(const std::string& openapi, Router* router) {
-  router->Add({.description = routes::kIndex, .handle = [router](const RequestView& request) {
+  router->Add({.description = routes::kIndex, .answer = [router](const RequestView& request) {
                  return SendIndex(*router, request);
                }});
-  router->Add({.description = routes::kOpenApi, .handle = [openapi](const RequestView& request) {
+  router->Add({.description = routes::kOpenApi, .answer = [openapi](const RequestView& request) {
                  return SendFile(openapi, request);
                }});
 }

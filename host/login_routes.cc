@@ -56,10 +56,10 @@ void AddLoginFilter(Clients* clients, Router* router) {
 }
 
 void AddLoginRoutes(Clients* clients, Router* router) {
-  router->Add({.description = routes::kLogin, .handle = [clients](const RequestView& request) {
+  router->Add({.description = routes::kLogin, .answer = [clients](const RequestView& request) {
                  return LogIn(clients, request);
                }});
-  router->Add({.description = routes::kLogout, .handle = [clients](const RequestView& request) {
+  router->Add({.description = routes::kLogout, .answer = [clients](const RequestView& request) {
                  return LogOut(clients, request);
                }});
 }

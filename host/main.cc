@@ -216,7 +216,12 @@ Status Serve(const Options& options, Store* store) {
         "WARNING: --open: there is no login. Whoever reaches this port reads and changes all "
         "settings.");
   }
-  Host host(store, settings);
+  Store reader;
+  status = reader.Open(options.store, Store::Mode::kExisting);
+  if (!status.ok()) {
+    return status;
+  }
+  Host host(store, &reader, settings);
   host.RunOverdueActions();
   status = host.Start();
   if (status.ok()) {

@@ -21,12 +21,16 @@ struct Route {
   // Whether the request waits until the exchange before it is over and the work after its reply is
   // done.
   bool takes_turn = false;
-  // Whether a request that takes its turn may run beside the one whose turn it is. Asked when no
-  // request waits. May be empty: it may not.
+  // Whether a request that takes its turn may run beside the one whose turn it is. Asked in the
+  // thread of the library, when no request waits. May be empty: it may not.
   std::function<bool(const RequestView&)> may_join = {};
   // Judges the head, before the body is read: the refusal, or nothing. May be empty.
   std::function<std::optional<Reply>(const RequestView&)> check = {};
-  // Answers the whole request.
+  // Answers the whole request in the thread of the sockets, without the library and without a wait;
+  // or nothing, when only `handle` can. May be empty: only `handle` can.
+  std::function<std::optional<Reply>(const RequestView&)> answer = {};
+  // Answers the whole request in the thread of the library. Sees of the request what it was sent,
+  // and not the connection. May be empty when `answer` always answers.
   std::function<Reply(const RequestView&)> handle = {};
 };
 

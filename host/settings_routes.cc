@@ -95,8 +95,8 @@ Reply RunBody(const SettingsRoom& room, const RequestView& request) {
               : ErrorReply(MHD_HTTP_BAD_REQUEST, reason);
 }
 
-Reply LastResult(const Exchange& exchange) {
-  const std::optional<std::string>& result = exchange.last_result();
+Reply LastResult(const PublishedState& published) {
+  const std::optional<std::string> result = published.result.Get();
   return result ? ResultDocument(*result)
                 : ErrorReply(MHD_HTTP_NOT_FOUND, "there is no result document");
 }
@@ -139,14 +139,14 @@ Reply RunDocument(const SettingsRoom& room, std::string document, CommitKind kin
   return reply;
 }
 
-void AddSettingsRoutes(const SettingsRoom& room, Router* router) {
+void AddSettingsRoutes(const SettingsRoom& room, const PublishedState* published, Router* router) {
   router->Add({.description = routes::kSettings,
                .takes_turn = true,
                .check = CheckMode,
                .handle = [room](const RequestView& request) { return RunBody(room, request); }});
-  router->Add({.description = routes::kResult, .handle = [room](const RequestView& /*request*/) {
-                 return LastResult(*room.exchange);
-               }});
+  router->Add(
+      {.description = routes::kResult,
+       .answer = [published](const RequestView& /*request*/) { return LastResult(*published); }});
 }
 
 }  // namespace kiohost

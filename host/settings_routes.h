@@ -7,6 +7,7 @@
 #include "confirmations.h"
 #include "events.h"
 #include "exchange.h"
+#include "published.h"
 #include "reply.h"
 #include "request_view.h"
 #include "router.h"
@@ -28,7 +29,7 @@ struct SettingsRoom {
 Reply RunDocument(const SettingsRoom& room, std::string document, CommitKind kind,
                   const RequestView& request);
 
-void AddSettingsRoutes(const SettingsRoom& room, Router* router);
+void AddSettingsRoutes(const SettingsRoom& room, const PublishedState* published, Router* router);
 
 }  // namespace kiohost
 

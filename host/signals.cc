@@ -66,7 +66,7 @@ bool BlockAll(sigset_t* before) {
   for (const int signal_number : kWaitedFor) {
     sigaddset(&set, signal_number);
   }
-  return sigprocmask(SIG_BLOCK, &set, before) == 0;
+  return pthread_sigmask(SIG_BLOCK, &set, before) == 0;
 }
 
 }  // namespace
@@ -107,41 +107,35 @@ AlarmKeeper::~AlarmKeeper() {
 
 bool StopRequested() { return g_stop_requested != 0; }
 
-void WaitForEvents(int max_fd, fd_set* read_set, fd_set* write_set, fd_set* except_set,
-                   std::optional<long> milliseconds) {
+bool WaitForEvents(int descriptor, long milliseconds) {
   sigset_t mask;
-  sigprocmask(SIG_SETMASK, nullptr, &mask);
+  pthread_sigmask(SIG_SETMASK, nullptr, &mask);
   for (const int signal_number : kWaitedFor) {
     sigdelset(&mask, signal_number);
   }
-  // With a descriptor ready, pselect serves no signal, so busy clients could put signals off. They
-  // are served here, and the wait ends, as it does for a signal during pselect: the caller must see
+  // With a descriptor ready, ppoll serves no signal, so busy clients could put signals off. They
+  // are served here, and the wait ends, as it does for a signal during ppoll: the caller must see
   // what it did.
-  const bool served = IsAnyPending();
-  if (served) {
+  if (IsAnyPending()) {
     sigset_t blocked;
-    sigprocmask(SIG_SETMASK, &mask, &blocked);
-    sigprocmask(SIG_SETMASK, &blocked, nullptr);
+    pthread_sigmask(SIG_SETMASK, &mask, &blocked);
+    pthread_sigmask(SIG_SETMASK, &blocked, nullptr);
+    return false;
   }
-  const timespec timeout = Timespec(milliseconds.value_or(0));
-  if (served || pselect(max_fd + 1, read_set, write_set, except_set,
-                        milliseconds ? &timeout : nullptr, &mask) < 0) {
-    // A signal ended the wait. The sets still hold what was asked for, so they are cleared.
-    FD_ZERO(read_set);
-    FD_ZERO(write_set);
-    FD_ZERO(except_set);
-  }
+  pollfd look = {descriptor, POLLIN, 0};
+  const timespec timeout = Timespec(milliseconds);
+  return ppoll(&look, 1, &timeout, &mask) > 0;
 }
 
 // A command that is run by the alarm's handler begins with the stops unblocked, so they are blocked
 // here.
 ChildWait::ChildWait() { BlockAll(&before_); }
 
-ChildWait::~ChildWait() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
+ChildWait::~ChildWait() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
 
 void ChildWait::Wait(std::optional<long> milliseconds) {
   sigset_t mask;
-  sigprocmask(SIG_SETMASK, nullptr, &mask);
+  pthread_sigmask(SIG_SETMASK, nullptr, &mask);
   for (const int signal_number : kWaitedForWithChildren) {
     sigdelset(&mask, signal_number);
   }

@@ -2,8 +2,6 @@
 #ifndef HOST_SIGNALS_H
 #define HOST_SIGNALS_H
 
-#include <sys/select.h>
-
 #include <csignal>
 #include <optional>
 
@@ -12,7 +10,8 @@ namespace kiohost {
 // Installs the signal handling of the process: SIGPIPE is ignored; SIGTERM, SIGINT and SIGHUP ask
 // for a stop, SIGHUP unless it was ignored before. These, SIGALRM and SIGCHLD are blocked except in
 // the waits below: work that the library defers by an alarm never interrupts a call into the
-// library. Returns false when the system refuses.
+// library. The threads that are started later have them blocked, and only the thread of the library
+// waits so. Returns false when the system refuses.
 bool InstallSignals();
 
 // Whether a stop was asked for.
@@ -39,11 +38,10 @@ class AlarmKeeper {
   struct sigaction before_ = {};
 };
 
-// Waits until a descriptor of the sets is ready, a stop is asked for, an alarm was served, or the
-// time is over (without `milliseconds`: without limit). The sets hold what is ready. A signal is
-// served even when the wait is over at once because a descriptor is ready.
-void WaitForEvents(int max_fd, fd_set* read_set, fd_set* write_set, fd_set* except_set,
-                   std::optional<long> milliseconds);
+// Waits until the descriptor (none when negative) can be read, a stop is asked for, an alarm was
+// served, or the time is over. Returns whether the descriptor can be read. A signal is served even
+// when the wait is over at once.
+bool WaitForEvents(int descriptor, long milliseconds);
 
 // Waits for child processes, also within calls of the library, so it serves no alarm. As long as
 // the object lives, the end of a child and a stop are served in `Wait` only, so that none is missed

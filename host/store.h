@@ -57,6 +57,7 @@ class Store {
   // not at all, whatever kills the process. Commit rolls back and fails when any access since Begin
   // failed.
   Status Begin();
+  void BeginReading() { Execute("BEGIN"); }
   Status Commit();
   void Rollback();
 
@@ -120,6 +121,18 @@ class Store {
   int log_pages_ = 0;         // of the write-ahead log that are not in the file yet
   std::chrono::steady_clock::time_point last_write_;
   std::chrono::steady_clock::time_point next_checkpoint_;
+};
+
+// What is read in the scope of a view is of one moment, whatever other connections write meanwhile.
+class StoreView {
+ public:
+  explicit StoreView(Store* store) : store_(store) { store_->BeginReading(); }
+  ~StoreView() { store_->Rollback(); }
+  StoreView(const StoreView&) = delete;
+  StoreView& operator=(const StoreView&) = delete;
+
+ private:
+  Store* store_;
 };
 
 // A transaction that rolls back at the end of its scope unless it was committed.

@@ -45,6 +45,9 @@ class TurnQueue {
 
   const std::deque<Request>& waiting() const { return waiting_; }
 
+  // Whether it is the turn of another request.
+  bool IsOthers(Request request) const { return current_ != nullptr && current_ != request; }
+
  private:
   bool IsWaiting(Request request) const {
     return std::find(waiting_.begin(), waiting_.end(), request) != waiting_.end();

@@ -72,6 +72,8 @@ VariableList::VariableList(Store* store, const std::string& file) : store_(store
 }
 
 Json VariableList::AsJson() const {
+  // All of it as of one moment.
+  const StoreView view(store_);
   Json list = variables_;
   for (Json& variable : list) {
     variable["changeableNow"] = MayBeChanged(variable);

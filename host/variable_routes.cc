@@ -2,6 +2,7 @@
 
 #include <kioapp/kioapp.h>
 
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -98,14 +99,18 @@ std::optional<Reply> CheckList(const RequestView& request) {
   return std::nullopt;
 }
 
-// The list of all variables, or their values.
-Reply SendList(const VariableRoom& room, const RequestView& request) {
-  if (!room.list->status().ok()) {
-    return ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, room.list->status().reason());
+// The list of all variables; nothing when their values are asked for.
+std::optional<Reply> SendCatalogue(const VariableList& catalogue, const RequestView& request) {
+  if (!catalogue.status().ok()) {
+    return ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, catalogue.status().reason());
   }
-  if (!*FlagArgument(request, "values")) {
-    return WithEntityTag(JsonReply(room.list->AsJson()), request);
+  if (*FlagArgument(request, "values")) {
+    return std::nullopt;
   }
+  return WithEntityTag(JsonReply(catalogue.AsJson()), request);
+}
+
+Reply SendValues(const VariableRoom& room, const RequestView& request) {
   ValuesAsked asked;
   asked.secrets = *FlagArgument(request, "secrets");
   if (const std::optional<std::string_view> since = request.Argument("changed-since")) {
@@ -121,15 +126,31 @@ void NoteApply(const VariableRoom& room, const Variables::Answer& answer, Reply*
   room.history->NoteApply(answer.apply_id);
 }
 
+Reply ValueReply(std::string value) {
+  Reply reply;
+  reply.body = std::move(value);
+  return reply;
+}
+
 Reply Read(const VariableRoom& room, const RequestView& request) {
   const std::string name = VariableName(request);
   Variables::Answer answer = room.variables->Read(name, *FlagArgument(request, "path"));
-  if (answer.code != KIOAPP_VAR_DONE) {
-    return ReplyTo(room, name, answer);
+  return answer.code == KIOAPP_VAR_DONE ? ValueReply(std::move(answer.text))
+                                        : ReplyTo(room, name, answer);
+}
+
+// The value of a variable while the library is at work.
+std::optional<Reply> ReadPublished(const VariableRoom& room, const RequestView& request) {
+  const std::shared_ptr<const VariableValues> values = room.published->variables.Get();
+  if (values == nullptr) {
+    return std::nullopt;
   }
-  Reply reply;
-  reply.body = std::move(answer.text);
-  return reply;
+  std::optional<VariableAnswer> found =
+      values->Find(VariableName(request), *FlagArgument(request, "path"));
+  if (!found || found->code != KIOAPP_VAR_DONE) {
+    return std::nullopt;
+  }
+  return ValueReply(std::move(found->text));
 }
 
 Reply Write(const VariableRoom& room, const RequestView& request) {
@@ -214,9 +235,12 @@ bool JoinsCommit(const Variables& variables, const RequestView& request) {
 }  // namespace
 
 void AddVariableRoutes(const VariableRoom& room, const ChangeGuard& guard, Router* router) {
-  router->Add({.description = routes::kVariables,
-               .check = CheckList,
-               .handle = [room](const RequestView& request) { return SendList(room, request); }});
+  router->Add(
+      {.description = routes::kVariables,
+       .check = CheckList,
+       .answer =
+           [room](const RequestView& request) { return SendCatalogue(*room.catalogue, request); },
+       .handle = [room](const RequestView& request) { return SendValues(room, request); }});
   router->Add({.description = routes::kSetBatch,
                .takes_turn = true,
                .check = CheckBatch,
@@ -225,9 +249,11 @@ void AddVariableRoutes(const VariableRoom& room, const ChangeGuard& guard, Route
                }});
   router->Add({.description = routes::kDiscard,
                .handle = [room](const RequestView& /*request*/) { return Discard(room); }});
-  router->Add({.description = routes::kVariable,
-               .check = CheckPathArgument,
-               .handle = [room](const RequestView& request) { return Read(room, request); }});
+  router->Add(
+      {.description = routes::kVariable,
+       .check = CheckPathArgument,
+       .answer = [room](const RequestView& request) { return ReadPublished(room, request); },
+       .handle = [room](const RequestView& request) { return Read(room, request); }});
   router->Add({.description = routes::kSetVariable,
                .handle = [room](const RequestView& request) { return Write(room, request); }});
   router->Add({.description = routes::kValidate,

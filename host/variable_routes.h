@@ -4,6 +4,7 @@
 
 #include "apply_log.h"
 #include "change_guard.h"
+#include "published.h"
 #include "router.h"
 #include "store.h"
 #include "value_history.h"
@@ -19,6 +20,8 @@ struct VariableRoom {
   Store* store;
   ApplyLog* applies;
   ValueHistory* history;
+  const VariableList* catalogue;  // the same, in the thread of the sockets
+  const PublishedState* published;
 };
 
 void AddVariableRoutes(const VariableRoom& room, const ChangeGuard& guard, Router* router);

@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "actions.h"
@@ -80,6 +82,34 @@ bool IsAction(const std::string& name) {
   return plain.starts_with(kActionGroup) && plain.find('_') != std::string::npos;
 }
 
+VariableAnswer Get(const std::string& name, bool wants_path) {
+  ValueBuffer value("");
+  const int code = get_RssVar(name.c_str(), value.data(), wants_path ? 1 : 0);
+  return {static_cast<unsigned int>(code), value.text()};
+}
+
+std::string WithIndex(std::string text, const std::string& index) {
+  constexpr std::string_view kIndex = "??";
+  const size_t at = text.find(kIndex);
+  return at == std::string::npos ? text : text.replace(at, kIndex.size(), index);
+}
+
+// Reads a variable, or all instances that there are of it.
+void AddInstances(const ListedVariable& name, VariableValues* values) {
+  constexpr int kMostInstances = 100;
+  constexpr int kDecimal = 10;
+  const bool is_indexed = WithIndex(name.name, "") != name.name;
+  for (int i = 0; i < (is_indexed ? kMostInstances : 1); ++i) {
+    const std::string index = std::to_string(i / kDecimal) + std::to_string(i % kDecimal);
+    const std::string full = WithIndex(name.name, index);
+    const VariableAnswer value = Get(full, false);
+    if (is_indexed && value.code != KIOAPP_VAR_DONE) {
+      return;
+    }
+    values->Add(full, WithIndex(name.document_path, index), {value, Get(full, true)});
+  }
+}
+
 Variables::Answer NoSuchVariable() { return {KIOAPP_VAR_REFUSED, {}, {}, {}}; }
 
 }  // namespace
@@ -92,6 +122,21 @@ Variables::Answer Variables::Read(const std::string& name, bool wants_path) {
   ValueBuffer value("");
   const int code = get_RssVar(name.c_str(), value.data(), wants_path ? 1 : 0);
   return {static_cast<unsigned int>(code), value.text(), {}, {}};
+}
+
+VariableValues Variables::ReadAll(const std::vector<ListedVariable>& names) {
+  // Byte for byte, with what lies between the members.
+  std::vector<char> record(sizeof(RssXmlData));
+  std::memcpy(record.data(), &rssXmlData, record.size());
+  const int level = std::exchange(daemon_log_level, 0);
+  LoadRecord();
+  VariableValues values;
+  for (const ListedVariable& name : names) {
+    AddInstances(name, &values);
+  }
+  daemon_log_level = level;
+  std::memcpy(&rssXmlData, record.data(), record.size());
+  return values;
 }
 
 Variables::Answer Variables::Write(const std::string& name, const std::string& value) {
@@ -223,7 +268,7 @@ bool Variables::LoadRecord() {
   }
   if (!has_loaded_) {
     // The library does so when it loads the record for the first time, which may have been for a
-    // dry run.
+    // dry run or for ReadAll.
     rssXmlData.pre_exeflag = 0;
   }
   // The record keeps the mode of the last exchange. In cloning mode the device's own settings would

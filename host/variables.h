@@ -7,12 +7,14 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "events.h"
 #include "exchange.h"
 #include "reply.h"
 #include "status.h"
 #include "store.h"
+#include "variable_values.h"
 
 namespace kiohost {
 
@@ -43,6 +45,10 @@ class Variables {
   Answer Read(const std::string& name, bool wants_path);
   Answer Write(const std::string& name, const std::string& value);
   Answer Validate(const std::string& name, const std::string& value);
+
+  // The answers to reads of all variables of a list (variable_values.h). Unlike a read, this begins
+  // no series and leaves no trace in the record.
+  VariableValues ReadAll(const std::vector<ListedVariable>& names);
 
   // Whether the name can be read.
   bool Exists(const std::string& name);
@@ -89,7 +95,7 @@ class Variables {
   Exchange* exchange_;
   Events* events_;
   bool in_series_ = false;
-  bool has_loaded_ = false;  // the record, once, and not for a dry run
+  bool has_loaded_ = false;  // the record, once, and not for a dry run or for ReadAll
   unsigned int exchanges_seen_ = 0;
   bool commit_is_due_ = false;
 };

@@ -1,7 +1,5 @@
 #include "way_back.h"
 
-#include <kioapp/platform.h>
-
 #include <algorithm>
 #include <charconv>
 #include <fstream>
@@ -9,6 +7,7 @@
 #include <string_view>
 
 #include "node_changes.h"
+#include "uptime.h"
 
 namespace kiohost {
 namespace {
@@ -38,7 +37,7 @@ void WayBack::Keep(const std::vector<Node>& before, int64_t seconds, unsigned in
     store_->KeepOldText(change.path, change.before);
   }
   store_->SetNumber(kSeconds, seconds);
-  store_->SetNumber(kUntil, sys_uptime_seconds() + seconds);
+  store_->SetNumber(kUntil, UptimeSeconds() + seconds);
   store_->SetNumber(kActions, actions);
   store_->SetNumber(kBoot, BootOfTheMachine());
 }
@@ -50,7 +49,7 @@ std::optional<WayBack::Pending> WayBack::pending() {
   }
   // After another boot nobody knows how much time has passed.
   const bool same_boot = store_->Number(kBoot) == BootOfTheMachine();
-  const int64_t left = same_boot ? *until - sys_uptime_seconds() : 0;
+  const int64_t left = same_boot ? *until - UptimeSeconds() : 0;
   return Pending{store_->Number(kSeconds).value_or(0), std::max<int64_t>(left, 0),
                  static_cast<unsigned int>(store_->Number(kActions).value_or(0))};
 }

@@ -38,7 +38,7 @@ Kill KillBefore(HostProcess* host, HostSteps* steps, int step, const std::string
   Connection client(host->port());
   EXPECT_TRUE(client.Send(PostRequest("/settings", document)));
   const bool answered = client.Read().status == 200;
-  const bool done = answered && Get(host->port(), "/device").status == 200;
+  const bool done = answered && WaitForTurn(host->port());
   EXPECT_EQ(done ? host->End(SIGKILL) : host->WaitForEnd(), 128 + SIGKILL);
   return {answered, !done};
 }

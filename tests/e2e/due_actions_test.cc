@@ -52,7 +52,7 @@ TEST(DueActionsTest, AKillAtAnyMomentIsMadeUpForAtTheNextStart) {
     made_up += host.Output().find(kMadeUp) != std::string::npos ? 1 : 0;
     steps.SignalBefore(step, SIGKILL);
     Post(host.port(), "/settings", Numbered(step));
-    killed = Get(host.port(), "/device").status != 200;
+    killed = !WaitForTurn(host.port());
     EXPECT_EQ(killed ? host.WaitForEnd() : host.End(SIGKILL), 128 + SIGKILL);
   }
   EXPECT_FALSE(killed) << "there is no end to the steps";

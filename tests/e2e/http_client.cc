@@ -196,3 +196,8 @@ HttpResponse Request(int port, const std::string& request) {
   Connection connection(port);
   return connection.Send(request) ? connection.Read() : HttpResponse();
 }
+
+bool WaitForTurn(int port) {
+  constexpr int kNotFound = 404;
+  return Post(port, "/actions/None", "").status == kNotFound;
+}

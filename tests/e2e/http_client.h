@@ -64,4 +64,8 @@ HttpResponse Get(int port, const std::string& url);
 HttpResponse Delete(int port, const std::string& url);
 HttpResponse Request(int port, const std::string& request);
 
+// Waits until what was answered before is committed: an action takes its turn, even one that does
+// not exist. Returns false when there is no answer.
+bool WaitForTurn(int port);
+
 #endif  // TESTS_E2E_HTTP_CLIENT_H

@@ -215,7 +215,7 @@ TEST_F(LimitsTest, WhoIsSilentForLongIsLeftAlone) {
   EXPECT_EQ(Get(host_.port(), "/device").status, 200);
 }
 
-TEST_F(LimitsTest, ASlowCommandOfTheHostIsNotTheClientsFault) {
+TEST_F(LimitsTest, TheLimitsHoldDuringASlowCommand) {
   host_.UseScript("uplink.sh", kHeldScript);
   const std::string document =
       With(FactoryDocument(), "UpLinkConnection", StaticUplink("192.0.2.7"));
@@ -223,10 +223,13 @@ TEST_F(LimitsTest, ASlowCommandOfTheHostIsNotTheClientsFault) {
   EXPECT_EQ(Status("127.0.0.3"), 200);
   EXPECT_EQ(Post(host_.port(), "/settings", document).status, 200);
   ASSERT_TRUE(WaitFor([this] { return ReadFile(host_.dir().File("begun")) == "begun\n"; }));
-  ASSERT_TRUE(clock_.Advance(milliseconds(11000)));
-  ASSERT_TRUE(begun.front()->Send("ice HTTP/1.1\r\nHost: router\r\n\r\n"));
+  ASSERT_TRUE(clock_.Advance(milliseconds(9000)));
+  EXPECT_TRUE(begun.front()->StaysSilent(0));
+  ASSERT_TRUE(clock_.Advance(milliseconds(1500)));
+  EXPECT_EQ(begun.front()->Read().status, 408);
+  EXPECT_EQ(Status(kSecondAddress), 200);
+  EXPECT_EQ(ReadFile(host_.dir().File("done")), "");
   WriteFile(host_.dir().File("go"), "");
-  EXPECT_EQ(begun.front()->Read().status, 200);
 }
 
 TEST_F(LimitsTest, DocumentsOfClientsThatHaveGoneDoNotRun) {
@@ -275,7 +278,7 @@ TEST(LineTest, WhoGoesWhileWaitingLeavesTheLine) {
 }
 
 TEST_F(LimitsTest, WithoutDescriptorsTheHostWaits) {
-  const rlimit few = {16, 16};
+  const rlimit few = {20, 20};
   ASSERT_EQ(prlimit(host_.pid(), RLIMIT_NOFILE, &few, nullptr), 0);
   Connection open(host_.port());
   ASSERT_TRUE(open.Send(kGetDevice));
@@ -300,7 +303,7 @@ TEST_F(LimitsTest, WithoutDescriptorsTheHostWaits) {
 }
 
 TEST_F(LimitsTest, WithoutDescriptorsIdleConnectionsMakeRoom) {
-  const rlimit few = {16, 16};
+  const rlimit few = {20, 20};
   ASSERT_EQ(prlimit(host_.pid(), RLIMIT_NOFILE, &few, nullptr), 0);
   const Clients idle = Connect(14, "");
   EXPECT_EQ(Status(kFirstAddress), 200);

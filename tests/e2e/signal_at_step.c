@@ -9,7 +9,6 @@
 #include <spawn.h>
 #include <stdlib.h>
 #include <sys/mman.h>
-#include <sys/select.h>
 #include <sys/socket.h>
 #include <sys/types.h>
 #include <unistd.h>
@@ -33,7 +32,7 @@ __attribute__((constructor)) static void Prepare(void) {
 }
 
 static void Step(void) {
-  if (++g_count->taken == g_count->at) {
+  if (__atomic_add_fetch(&g_count->taken, 1, __ATOMIC_SEQ_CST) == g_count->at) {
     kill(getpid(), g_count->signal_number);
   }
 }
@@ -59,7 +58,6 @@ typedef ssize_t SendMessage(int, const struct msghdr *, int);
 typedef int Spawn(pid_t *, const char *, const posix_spawn_file_actions_t *,
                   const posix_spawnattr_t *, char *const[], char *const[]);
 typedef int Poll(struct pollfd *, nfds_t, const struct timespec *, const sigset_t *);
-typedef int Select(int, fd_set *, fd_set *, fd_set *, const struct timespec *, const sigset_t *);
 
 ssize_t pwrite64(int fd, const void *data, size_t size, off64_t at) {
   REAL(pwrite64, PositionedWrite)
@@ -116,11 +114,4 @@ int ppoll(struct pollfd *polled, nfds_t count, const struct timespec *timeout,
   REAL(ppoll, Poll)
   Wait();
   return real(polled, count, timeout, mask);
-}
-
-int pselect(int count, fd_set *read_set, fd_set *write_set, fd_set *except_set,
-            const struct timespec *timeout, const sigset_t *mask) {
-  REAL(pselect, Select)
-  Wait();
-  return real(count, read_set, write_set, except_set, timeout, mask);
 }

@@ -65,15 +65,5 @@ TEST_F(ClientTimeoutTest, EachPhaseCountsItsOwnBytes) {
   EXPECT_EQ(Deadline(), 15);
 }
 
-TEST_F(ClientTimeoutTest, TheTimeOfTheHostIsNotTheClients) {
-  timeout_.Enter(Phase::kBody, kBegin);
-  timeout_.Add(1, kBegin + seconds(1));
-  timeout_.Extend(seconds(20));
-  EXPECT_EQ(Deadline(), 30);
-  timeout_.Enter(Phase::kHead, kBegin);
-  timeout_.Extend(seconds(3));
-  EXPECT_EQ(Deadline(), 13);
-}
-
 }  // namespace
 }  // namespace kiohost

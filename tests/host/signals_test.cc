@@ -12,13 +12,7 @@ namespace {
 
 constexpr long kPatience = 20000;  // milliseconds
 
-void ServeSignals() {
-  fd_set none;
-  FD_ZERO(&none);
-  fd_set none_either = none;
-  fd_set nor_this = none;
-  kiohost::WaitForEvents(-1, &none, &none_either, &nor_this, 0);
-}
+void ServeSignals() { kiohost::WaitForEvents(-1, 0); }
 
 // Whether a signal asks for a stop, in the next wait and not before.
 bool Stops(int signal_number) {
