@@ -34,7 +34,9 @@ std::vector<std::string> VariablePaths() {
   for (const auto& row : list["variables"]) {
     const std::string name = row["name"];
     std::string path = row["documentPath"];
-    path = path.replace(path.find('#') == path.npos ? path.size() : path.find('#'), 1, "%23");
+    if (path.ends_with('#')) {
+      path.replace(path.size() - 1, 1, "%23");
+    }
     for (int index = 0; index < (name.find("??") == name.npos ? 1 : 4); ++index) {
       paths.push_back("/vars/" + WithIndex(name, index));
       paths.push_back("/vars/" + WithIndex(name, index) + "?path=1");
@@ -48,7 +50,7 @@ class ServedTest : public ::testing::Test {
  protected:
   // Begins a commit whose script ends when the test says so.
   void HoldCommit() {
-    ASSERT_EQ(Post(host_.port(), "/settings", Changed()).body, ResultDocument(0, "", 20));
+    ASSERT_EQ(Post(host_.port(), "/settings", Changed()).body, ResultDocument(0, "", 30));
     ASSERT_TRUE(WaitFor([this] { return ReadFile(host_.dir().File("begun")) == "begun\n"; }));
   }
   static std::string Changed() {
@@ -74,13 +76,15 @@ TEST_F(ServedTest, ReadsAndLoginsDuringACommit) {
   const auto device = nlohmann::json::parse(Get(host_.port(), "/device").body);
   EXPECT_EQ(device["state"], "busy");
   EXPECT_EQ(device["lastApply"]["outcome"], "applied");
-  EXPECT_EQ(Get(host_.port(), "/result").body, ResultDocument(0, "", 20));
+  EXPECT_EQ(Get(host_.port(), "/result").body, ResultDocument(0, "", 30));
   EXPECT_EQ(Get(host_.port(), "/firmware").status, 404);
   EXPECT_THAT(Get(host_.port(), "/vars").body, HasSubstr("rss_DeviceName"));
   EXPECT_EQ(Get(host_.port(), "/vars/rss_Upl_IP").body, "192.0.2.7");
   EXPECT_EQ(Get(host_.port(), "/vars/Device/UpLinkConnection/IP").body, "192.0.2.7");
-  EXPECT_EQ(Get(host_.port(), "/vars/xyz_Upl_IP?path=1").body, "/uplink/ip");
+  EXPECT_EQ(Get(host_.port(), "/vars/xyz_Upl_IP?path=1").body, "/uplink/IP");
   EXPECT_EQ(Get(host_.port(), "/vars/rss_Upl_IP?path=2").status, 400);
+  const auto archive = nlohmann::json::parse(Get(host_.port(), "/backup").body);
+  EXPECT_EQ(archive["settings"]["Device"]["UpLinkConnection"]["IP"], "192.0.2.7");
   EXPECT_EQ(Get(host_.port(), "/nothing").status, 404);
   EXPECT_EQ(Post(host_.port(), "/login", "BKey=00000000").status, 401);
   EXPECT_EQ(Post(host_.port(), "/logout", "").status, 200);
