@@ -356,7 +356,7 @@ TEST_F(ConfirmKillTest, AChangeIsKeptWithItsWayBackOrNotAtAll) {
     ASSERT_EQ(host_.Node("/sys/friendlyname"), "Home router");
     steps_.SignalBefore(step, SIGKILL);
     Change(step);
-    killed = Get(host_.port(), "/device").status != 200;
+    killed = !WaitForTurn(host_.port());
     EXPECT_EQ(killed ? host_.WaitForEnd() : host_.End(SIGKILL), 128 + SIGKILL);
     const bool is_applied = host_.Node("/sys/friendlyname") != "Home router";
     applied += is_applied ? 1 : 0;
@@ -377,10 +377,10 @@ TEST_F(ConfirmKillTest, GoingBackIsDoneAsAWholeAndMadeUpFor) {
     ASSERT_TRUE(steps_.Start());
     ASSERT_EQ(Change(step).status, 200);
     ASSERT_TRUE(host_.WaitForOutput("action CfgSaveToFlash"));
-    ASSERT_EQ(Get(host_.port(), "/device").status, 200);
+    ASSERT_TRUE(WaitForTurn(host_.port()));
     steps_.SignalBefore(step, SIGKILL);
     Delete(host_.port(), kConfirm);
-    killed = Get(host_.port(), "/device").status != 200;
+    killed = !WaitForTurn(host_.port());
     EXPECT_EQ(killed ? host_.WaitForEnd() : host_.End(SIGKILL), 128 + SIGKILL);
     const bool is_back = host_.Node("/sys/friendlyname") == "Home router";
     (is_back ? back : not_back) += 1;
@@ -389,7 +389,7 @@ TEST_F(ConfirmKillTest, GoingBackIsDoneAsAWholeAndMadeUpFor) {
     EXPECT_EQ(device["pendingConfirm"].is_null(), is_back) << "before step " << step;
     EXPECT_EQ(device["lastApply"]["outcome"], is_back ? "rolled-back" : "in-force");
     EXPECT_EQ(Delete(host_.port(), kConfirm).status, is_back ? 404 : 200);
-    ASSERT_EQ(Get(host_.port(), "/device").status, 200);
+    ASSERT_TRUE(WaitForTurn(host_.port()));
     EXPECT_THAT(ReadFile(host_.dir().File("device.state")), HasSubstr("name=Home router\n"));
     EXPECT_EQ(host_.End(SIGTERM), 0);
   }

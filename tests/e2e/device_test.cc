@@ -40,6 +40,7 @@ TEST(DeviceTest, TheAnswerNamesTheApplyThatIsInForceThen) {
   EXPECT_TRUE(Device(host)["lastApply"].is_null());
   const HttpResponse first = Rename(host, "Attic");
   EXPECT_THAT(first.Header("Kio-Apply-Id"), MatchesRegex("[0-9a-f]{16}"));
+  EXPECT_TRUE(WaitForTurn(host.port()));
   const json device = Device(host);
   EXPECT_EQ(device["lastApply"]["id"], first.Header("Kio-Apply-Id"));
   EXPECT_EQ(device["lastApply"]["outcome"], "in-force");
@@ -48,6 +49,7 @@ TEST(DeviceTest, TheAnswerNamesTheApplyThatIsInForceThen) {
   // One that changes nothing is an apply as well.
   const HttpResponse second = Rename(host, "Attic");
   EXPECT_NE(second.Header("Kio-Apply-Id"), first.Header("Kio-Apply-Id"));
+  EXPECT_TRUE(WaitForTurn(host.port()));
   EXPECT_EQ(Device(host)["lastApply"]["id"], second.Header("Kio-Apply-Id"));
   EXPECT_EQ(Device(host)["lastApply"]["outcome"], "in-force");
 }
@@ -105,6 +107,7 @@ TEST(DeviceTest, AFailedScriptIsToldAndMadeUpFor) {
   host.UseScript("device_resync.sh", "#!/bin/sh\nexit 7\n");
   ASSERT_TRUE(host.Start());
   const std::string id = Rename(host, "Attic").Header("Kio-Apply-Id");
+  EXPECT_TRUE(WaitForTurn(host.port()));
   EXPECT_EQ(Device(host)["lastApply"]["outcome"], "failed");
   EXPECT_EQ(host.End(SIGTERM), 0);
   host.UseScript("device_resync.sh", "#!/bin/sh\n");

@@ -118,16 +118,16 @@ TEST_F(ServedTest, ReadsDuringACommitAreThoseOfAnIdleHost) {
   HoldCommit();
   std::map<std::string, std::string> held;
   for (const std::string& path : VariablePaths()) {
-    Connection client(host_.port());
-    ASSERT_TRUE(client.Send("GET " + path + " HTTP/1.1\r\nHost: router\r\n\r\n"));
-    if (path.find("R03_") == path.npos && path.find(":03/") == path.npos &&
-        path.find("_S0") == path.npos && path.find("Site:0") == path.npos) {
-      const HttpResponse answer = client.Read();
+    // The record has no rules when it is loaded, and there are no sites: such names are not there.
+    const bool exists = path.find("_R0") == path.npos && path.find("AcRule:0") == path.npos &&
+                        path.find("_S0") == path.npos && path.find("Site:0") == path.npos;
+    if (exists) {
+      const HttpResponse answer = Get(host_.port(), path);
       EXPECT_EQ(answer.status, 200) << path;
       held[path] = answer.body;
     }
   }
-  EXPECT_GT(held.size(), 250U);
+  EXPECT_GT(held.size(), 200U);
   EXPECT_TRUE(IsHeld());
   Release();
   ASSERT_TRUE(host_.WaitForOutput("action CfgSaveToFlash"));
@@ -160,12 +160,12 @@ TEST_F(ServedTest, ReadsDuringADeferredCommit) {
   EXPECT_EQ(Put(host_.port(), "/vars/rss_DeviceName", "Attic").status, 200);
   EXPECT_EQ(Post(host_.port(), "/actions/ApplyAllRssVars", "").status, 200);
   EXPECT_EQ(Post(host_.port(), "/actions/CommitRssVars", "").status, 200);
-  EXPECT_EQ(Put(host_.port(), "/vars/rss_EasyRoaming", "1").status, 200);
-  EXPECT_EQ(Get(host_.port(), "/vars/rss_EasyRoaming").body, "1");
+  EXPECT_EQ(Put(host_.port(), "/vars/rss_Wl2_WirelessName", "Loft").status, 200);
+  EXPECT_EQ(Get(host_.port(), "/vars/rss_Wl2_WirelessName").body, "Loft");
   ASSERT_TRUE(RingAlarm(host_));
   ASSERT_TRUE(WaitFor([this] { return ReadFile(host_.dir().File("begun")) == "begun\n"; }));
   EXPECT_EQ(Get(host_.port(), "/vars/rss_DeviceName").body, "Attic");
-  EXPECT_EQ(Get(host_.port(), "/vars/rss_EasyRoaming").body, "1");
+  EXPECT_EQ(Get(host_.port(), "/vars/rss_Wl2_WirelessName").body, "Loft");
   EXPECT_EQ(Get(host_.port(), "/device").status, 200);
   EXPECT_TRUE(IsHeld());
   Release();
