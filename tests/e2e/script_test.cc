@@ -120,7 +120,10 @@ TEST_F(ScriptTest, AFailureOfADeferredCommitIsTold) {
     EXPECT_EQ(Post(host_.port(), std::string("/actions/") + action, "").body, "0 done\n");
   }
   EXPECT_TRUE(RingAlarm(host_));
-  EXPECT_TRUE(host_.WaitForOutput("action DeviceResync: device_resync.sh failed: exit status 3\n"));
+  // The event follows the action's line, and its own line follows the event.
+  EXPECT_TRUE(host_.WaitForOutput("event DeviceResync: device_resync.sh failed: exit status 3\n"));
+  EXPECT_THAT(host_.Output(),
+              HasSubstr("action DeviceResync: device_resync.sh failed: exit status 3\n"));
   EXPECT_THAT(Events(), ElementsAre("DeviceResync: device_resync.sh failed: exit status 3"));
 }
 
