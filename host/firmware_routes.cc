@@ -54,6 +54,7 @@ void AddFirmwareRoutes(Firmware* firmware, const ChangeGuard& guard,
                        const PublishedState* published, Router* router) {
   router->Add({.description = routes::kFirmwareStep,
                .takes_turn = true,
+               .runs_commands = true,
                .check = CheckAction,
                .handle = [firmware, guard](const RequestView& request) {
                  return TakeStep(firmware, guard, request);

@@ -214,7 +214,9 @@ Status Host::RunAfterReplyWhenReady() {
   if (settings_.real_waits && after_reply_->wait_seconds > 0) {
     return RunAfterReplyWhileAway();
   }
-  PublishVariables(true);
+  if (after_reply_->runs_commands) {
+    PublishVariables(true);
+  }
   after_reply_->run();
   after_reply_.reset();
   PublishVariables(false);

@@ -299,7 +299,7 @@ void HttpServer::PutNextJob() {
   library_line_.pop_front();
   in_library_->set_in_library(true);
   desk_->Put(
-      {[request = in_library_] { return request->Handle(); }, in_library_->route()->takes_turn});
+      {[request = in_library_] { return request->Handle(); }, in_library_->route()->runs_commands});
 }
 
 void HttpServer::CutSlowConnections(fd_set* cut, Clock::time_point now) {

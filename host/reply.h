@@ -25,6 +25,9 @@ struct AfterReply {
   std::function<bool()> ready;
   // How long the router cannot be reached meanwhile, as the app was told.
   int wait_seconds = 0;
+
+  // Whether it may run commands, which take their time.
+  bool runs_commands = true;
 };
 
 // What a refusal tells programs: problem details as in RFC 9457.

@@ -21,6 +21,8 @@ struct Route {
   // Whether the request waits until the exchange before it is over and the work after its reply is
   // done.
   bool takes_turn = false;
+  // Whether `handle` may run commands other than those that write the result document.
+  bool runs_commands = false;
   // Whether a request that takes its turn may run beside the one whose turn it is. Asked in the
   // thread of the library, when no request waits. May be empty: it may not.
   std::function<bool(const RequestView&)> may_join = {};

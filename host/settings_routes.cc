@@ -131,6 +131,7 @@ Reply RunDocument(const SettingsRoom& room, std::string document, CommitKind kin
       room.confirmations->NoteApply();
     }
     reply.after_reply.wait_seconds = outcome.wait_seconds;
+    reply.after_reply.runs_commands = PendingActions(outcome.commit) != 0;
     reply.after_reply.run = [exchange, events = room.events, commit = outcome.commit] {
       const unsigned int mask = exchange->Commit(commit);
       exchange->FinishCommit(mask, ReportActions(mask, events));

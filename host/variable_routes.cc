@@ -243,6 +243,7 @@ void AddVariableRoutes(const VariableRoom& room, const ChangeGuard& guard, Route
        .handle = [room](const RequestView& request) { return SendValues(room, request); }});
   router->Add({.description = routes::kSetBatch,
                .takes_turn = true,
+               .runs_commands = true,
                .check = CheckBatch,
                .handle = [room, guard](const RequestView& request) {
                  return SetBatch(room, guard, request);
@@ -261,6 +262,7 @@ void AddVariableRoutes(const VariableRoom& room, const ChangeGuard& guard, Route
   router->Add(
       {.description = routes::kAction,
        .takes_turn = true,
+       .runs_commands = true,
        .may_join =
            [room](const RequestView& request) { return JoinsCommit(*room.variables, request); },
        .handle = [room,
