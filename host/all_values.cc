@@ -1,6 +1,5 @@
 #include "all_values.h"
 
-#include <kioapp/kioapp.h>
 #include <strings.h>
 
 #include <algorithm>
@@ -73,31 +72,30 @@ Json ValueOf(const std::string& name, const std::string& value, bool secret, boo
 
 }  // namespace
 
-Json AllValues(Variables* variables, const VariableList& list, Store* store, ValueHistory* history,
-               const std::string& tag, const ValuesAsked& asked) {
+Json AllValues(const ValuesSource& source, ValueHistory* history, const ValuesAsked& asked) {
   std::optional<Changes> changes;
   if (asked.since) {
-    if (const std::vector<Node>* before = history->Find(*asked.since)) {
-      changes.emplace(*before, store->List());
+    if (const ValueHistory::State before = history->Find(*asked.since)) {
+      changes.emplace(*before, source.store->List());
     }
   }
-  history->Note(tag);
+  history->Note(source.settings, source.store);
   Json values = Json::array();
-  for (const Json& variable : list.variables()) {
+  for (const Json& variable : source.list->variables()) {
     const int last = variable.contains("index") ? variable["index"]["last"].get<int>() : 0;
     for (int index = 0; index <= last; ++index) {
       const std::string name = NameOf(variable, index);
       const std::string node = NodeOf(variable, index);
-      const Variables::Answer answer = variables->Read(name, false);
-      if (answer.code != KIOAPP_VAR_DONE) {
+      const std::optional<std::string> value = source.read(name);
+      if (!value) {
         break;  // there are no more of them
       }
       if (!changes || changes->Has(node.empty() ? TextOf(variable, "pathAnswer") : node)) {
-        values.push_back(ValueOf(name, answer.text, IsSecret(node), asked.secrets));
+        values.push_back(ValueOf(name, *value, IsSecret(node), asked.secrets));
       }
     }
   }
-  return {{"settings", tag}, {"complete", !changes}, {"variables", std::move(values)}};
+  return {{"settings", source.settings}, {"complete", !changes}, {"variables", std::move(values)}};
 }
 
 }  // namespace kiohost

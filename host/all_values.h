@@ -2,6 +2,7 @@
 #ifndef HOST_ALL_VALUES_H
 #define HOST_ALL_VALUES_H
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -9,7 +10,6 @@
 #include "store.h"
 #include "value_history.h"
 #include "variable_list.h"
-#include "variables.h"
 
 namespace kiohost {
 
@@ -18,9 +18,17 @@ struct ValuesAsked {
   std::optional<std::string> since;  // settings (settings_tag.h): only what has changed since them
 };
 
-// The values as single requests read them. `tag` names the settings as they are now.
-Json AllValues(Variables* variables, const VariableList& list, Store* store, ValueHistory* history,
-               const std::string& tag, const ValuesAsked& asked);
+// Where the values come from.
+struct ValuesSource {
+  // The value of a variable; nothing when there is no such one.
+  std::function<std::optional<std::string>(const std::string& name)> read;
+  const VariableList* list;
+  Store* store;
+  std::string settings;  // the name of the settings that the store holds (settings_tag.h)
+};
+
+// The values as single requests read them.
+Json AllValues(const ValuesSource& source, ValueHistory* history, const ValuesAsked& asked);
 
 }  // namespace kiohost
 

@@ -19,6 +19,7 @@
 #include "printable_text.h"
 #include "random_id.h"
 #include "settings_routes.h"
+#include "settings_tag.h"
 #include "signals.h"
 #include "variable_routes.h"
 #include "web_filters.h"
@@ -50,7 +51,6 @@ Host::Host(Store* store, Store* reader, const Settings& settings)
       exchange_(store, settings.temp_dir),
       confirmations_(&exchange_, WhoComes()),
       variable_list_(store, settings.catalogue),
-      value_history_(store),
       variables_(store, &exchange_, &events_),
       backup_(store, settings.catalogue),
       firmware_(store, &events_, settings.temp_dir, settings.state_dir + "/firmware.partition"),
@@ -64,7 +64,7 @@ Host::Host(Store* store, Store* reader, const Settings& settings)
   }
   const ChangeGuard guard(&exchange_);
   const SettingsRoom settings_room = {&exchange_, &events_, &confirmations_, &variable_list_,
-                                      &value_history_};
+                                      &value_history_, store};
   AddSettingsRoutes(settings_room, &published_, &router_);
   AddBackupRoutes(&backup_, &archive_, settings_room, &router_);
   AddConfirmRoutes(&confirmations_, &events_, &router_);
@@ -73,7 +73,7 @@ Host::Host(Store* store, Store* reader, const Settings& settings)
                    &applies_, &way_back_},
                   &router_);
   AddVariableRoutes({&variables_, &variable_list_, store, exchange_.applies(), &value_history_,
-                     &catalogue_, &published_},
+                     {&catalogue_, reader, &applies_, &published_}},
                     guard, &router_);
   AddLoginRoutes(&clients_, &router_);
   AddFirmwareRoutes(&firmware_, guard, &published_, &router_);
@@ -194,8 +194,9 @@ void Host::PublishVariables(bool library_is_busy) {
     return;
   }
   published_.variables.Set(
-      std::make_shared<const VariableValues>(variables_.ReadAll(variable_names_)));
-  desk_.Wake();
+      std::make_shared<const PublishedVariables>(PublishedVariables{
+          variables_.ReadAll(variable_names_), SettingsTag(exchange_.applies()->Last())}));
+  desk_.TellPublished();
 }
 
 // In the thread of the sockets.
@@ -235,6 +236,7 @@ Status Host::RunAfterReplyWhileAway() {
   PrintLine(stdout, "away for " + std::to_string(seconds) + " s");
   after_reply_->run();
   after_reply_.reset();
+  PublishVariables(false);
   turn_is_open_ = false;
   server_.EndTurn();
   WaitUntil(back);

@@ -53,12 +53,7 @@ void HttpServer::Stop() {
   for (HttpRequest* request : turn_queue_.waiting()) {
     MHD_resume_connection(request->connection());
   }
-  for (HttpRequest* request : library_line_) {
-    MHD_resume_connection(request->connection());
-  }
-  library_line_.clear();
-  if (HttpRequest* request = std::exchange(in_library_, nullptr); request != nullptr) {
-    request->set_in_library(false);
+  for (HttpRequest* request : library_line_.Clear()) {
     MHD_resume_connection(request->connection());
   }
   daemon_.reset();
@@ -106,20 +101,16 @@ void HttpServer::Run(const fd_set& read_set, const fd_set& write_set, const fd_s
     Accept(now);
   }
   lingering_.Run(read_set, now);
-  PutNextJob();
+  library_line_.PutNext();
 }
 
 void HttpServer::HandleNews(const LibraryDesk::News& news) {
-  if (HttpRequest* request = news.job_done ? std::exchange(in_library_, nullptr) : nullptr;
-      request != nullptr) {
-    request->set_in_library(false);
-    request->KeepAfterReply();
+  for (HttpRequest* request : library_line_.Advance(news)) {
     Resume(request);
   }
   if (news.turn_over) {
     EndTurn();
   }
-  AnswerWaitingReads();
 }
 
 bool HttpServer::IsAnswering() const {
@@ -213,7 +204,7 @@ MHD_Result HttpServer::Answer(Connection* connection) {
     return Send(connection, *reply);
   }
   if (HasItsTurn(request)) {
-    library_line_.push_back(request);
+    library_line_.Add(request);
   }
   connection->timeout().Enter(ClientTimeout::Phase::kWaits, Clock::now());
   MHD_suspend_connection(connection->handle());
@@ -265,7 +256,7 @@ void HttpServer::Finish(std::unique_ptr<HttpRequest> request) {
 }
 
 void HttpServer::Leave(HttpRequest* request) {
-  std::erase(library_line_, request);
+  library_line_.Remove(request);
   HttpRequest* next = turn_queue_.Leave(request);
   if (next != nullptr && !stopping_) {
     Resume(next);
@@ -275,31 +266,6 @@ void HttpServer::Leave(HttpRequest* request) {
 void HttpServer::Resume(HttpRequest* request) {
   MHD_resume_connection(request->connection());
   resumed_ = true;
-}
-
-// While the library is at work for long, reads that wait for it may be answered without it.
-void HttpServer::AnswerWaitingReads() {
-  std::erase_if(library_line_, [this](HttpRequest* request) {
-    const Route& route = *request->route();
-    std::optional<Reply> reply = route.answer ? route.answer(request->view()) : std::nullopt;
-    if (!reply) {
-      return false;
-    }
-    request->set_reply(std::move(*reply));
-    Resume(request);
-    return true;
-  });
-}
-
-void HttpServer::PutNextJob() {
-  if (in_library_ != nullptr || library_line_.empty()) {
-    return;
-  }
-  in_library_ = library_line_.front();
-  library_line_.pop_front();
-  in_library_->set_in_library(true);
-  desk_->Put(
-      {[request = in_library_] { return request->Handle(); }, in_library_->route()->runs_commands});
 }
 
 void HttpServer::CutSlowConnections(fd_set* cut, Clock::time_point now) {

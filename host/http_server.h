@@ -5,7 +5,6 @@
 #include <microhttpd.h>
 #include <sys/select.h>
 
-#include <deque>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -16,6 +15,7 @@
 #include "connection.h"
 #include "http_request.h"
 #include "library_desk.h"
+#include "library_line.h"
 #include "lingering_sockets.h"
 #include "listener.h"
 #include "reply.h"
@@ -30,7 +30,8 @@ class HttpServer {
   static constexpr size_t kMostConnections = 64;
   static constexpr size_t kMostOfAnAddress = 16;
 
-  HttpServer(const Router* router, LibraryDesk* desk) : router_(router), desk_(desk) {}
+  HttpServer(const Router* router, LibraryDesk* desk)
+      : router_(router), desk_(desk), library_line_(desk) {}
   ~HttpServer() { Stop(); }
   HttpServer(const HttpServer&) = delete;
   HttpServer& operator=(const HttpServer&) = delete;
@@ -86,8 +87,6 @@ class HttpServer {
   void Leave(HttpRequest* request);
 
   void Resume(HttpRequest* request);
-  void AnswerWaitingReads();
-  void PutNextJob();
 
   void CutSlowConnections(fd_set* cut, Clock::time_point now);
 
@@ -115,9 +114,7 @@ class HttpServer {
   bool stopping_ = false;
   // Whether a connection was resumed: neither the descriptors nor the time to wait show it.
   bool resumed_ = false;
-  // The requests that wait for the library, and the one that it has.
-  std::deque<HttpRequest*> library_line_;
-  HttpRequest* in_library_ = nullptr;
+  LibraryLine library_line_;
   // The request that was delivered and keeps its turn until the work after its reply is done.
   std::unique_ptr<HttpRequest> finished_;
   int seconds_away_ = 0;

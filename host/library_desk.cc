@@ -26,6 +26,11 @@ void LibraryDesk::Put(Job job) {
   Signal(work_);
 }
 
+bool LibraryDesk::TakeBackJob() {
+  const std::lock_guard lock(mutex_);
+  return std::exchange(job_, std::nullopt).has_value();
+}
+
 void LibraryDesk::PutAfterReply(AfterReply after_reply) {
   const std::lock_guard lock(mutex_);
   after_reply_ = std::move(after_reply);
@@ -51,9 +56,8 @@ std::optional<AfterReply> LibraryDesk::TakeAfterReply() {
 
 void LibraryDesk::TellJobDone() { Tell(&News::job_done); }
 void LibraryDesk::TellTurnOver() { Tell(&News::turn_over); }
+void LibraryDesk::TellPublished() { Tell(&News::published); }
 void LibraryDesk::TellStop() { Tell(&News::stop); }
-
-void LibraryDesk::Wake() { Signal(news_); }
 
 void LibraryDesk::Tell(bool News::*what) {
   const std::lock_guard lock(mutex_);

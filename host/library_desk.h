@@ -31,13 +31,16 @@ class LibraryDesk {
     std::function<bool()> run;  // returns whether work will follow the reply
     bool is_long = false;       // it may run commands
   };
-  // The next job must not come before the one before it is done.
+  // The next job must not come before the one before it is done, or taken back.
   void Put(Job job);
+  // Takes back a job that was not begun. Returns whether there was one.
+  bool TakeBackJob();
   void PutAfterReply(AfterReply after_reply);
 
   struct News {
     bool job_done = false;
     bool turn_over = false;  // the work after a reply is done
+    bool published = false;  // reads can be answered without the library
     bool stop = false;
   };
   News TakeNews();
@@ -48,9 +51,8 @@ class LibraryDesk {
   std::optional<AfterReply> TakeAfterReply();
   void TellJobDone();
   void TellTurnOver();
+  void TellPublished();
   void TellStop();
-  // Something that answers reads has changed.
-  void Wake();
 
   // Forgets a job that was not begun, and all news. For when the thread of the sockets does not
   // run.

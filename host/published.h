@@ -31,10 +31,15 @@ class Published {
   Value value_ = {};
 };
 
+// The values of all variables, and the settings (settings_tag.h) that the store held with them.
+struct PublishedVariables {
+  VariableValues values;
+  std::string settings;
+};
+
 struct PublishedState {
-  // The values of all variables while the library is at work for long; null when it is not, and can
-  // be asked itself.
-  Published<std::shared_ptr<const VariableValues>> variables;
+  // While the library is at work for long; null when it is not, and can be asked itself.
+  Published<std::shared_ptr<const PublishedVariables>> variables;
   // The last result document and the last status of an upgrade, as of the last work that was done.
   Published<std::optional<std::string>> result;
   Published<std::optional<std::string>> firmware;

@@ -126,7 +126,7 @@ Reply RunDocument(const SettingsRoom& room, std::string document, CommitKind kin
   }
   if (outcome.commit != CommitKind::kNone) {
     AddApplyId(outcome.apply_id, &reply);
-    room.history->NoteApply(outcome.apply_id);
+    room.history->NoteApply(outcome.apply_id, room.store);
     if (confirm_within != 0) {
       room.confirmations->NoteApply();
     }

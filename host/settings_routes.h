@@ -11,6 +11,7 @@
 #include "reply.h"
 #include "request_view.h"
 #include "router.h"
+#include "store.h"
 #include "value_history.h"
 #include "variable_list.h"
 
@@ -23,6 +24,7 @@ struct SettingsRoom {
   Confirmations* confirmations;
   const VariableList* variables;
   ValueHistory* history;
+  Store* store;
 };
 
 // Runs a settings document, or tells what it would do, as the parameters of the request say.

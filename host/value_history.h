@@ -4,6 +4,8 @@
 
 #include <cstddef>
 #include <deque>
+#include <memory>
+#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,27 +14,31 @@
 
 namespace kiohost {
 
+// Any thread may use it, with a connection of its own to the store.
 class ValueHistory {
  public:
+  using State = std::shared_ptr<const std::vector<Node>>;
+
   // Older states are forgotten.
   static constexpr size_t kMost = 16;
 
-  explicit ValueHistory(Store* store) : store_(store) {}
-
   // Keeps the store as it is now as the state of these settings (settings_tag.h), unless their
   // state is known.
-  void Note(const std::string& tag);
+  void Note(const std::string& tag, Store* store);
 
   // The same after each apply, with its id; empty for none. Before a client has asked for values
   // for the first time it does nothing: no exchange spends time on what nobody asks for.
-  void NoteApply(const std::string& id);
+  void NoteApply(const std::string& id, Store* store);
 
   // The state of these settings; null when it is not known, or not any more.
-  const std::vector<Node>* Find(const std::string& tag) const;
+  State Find(const std::string& tag) const;
 
  private:
-  Store* store_;
-  std::deque<std::pair<std::string, std::vector<Node>>> states_;  // the oldest first
+  State FindLocked(const std::string& tag) const;
+  bool IsEmpty() const;
+
+  mutable std::mutex mutex_;
+  std::deque<std::pair<std::string, State>> states_;  // the oldest first
 };
 
 }  // namespace kiohost

@@ -99,31 +99,68 @@ std::optional<Reply> CheckList(const RequestView& request) {
   return std::nullopt;
 }
 
-// The list of all variables; nothing when their values are asked for.
-std::optional<Reply> SendCatalogue(const VariableList& catalogue, const RequestView& request) {
-  if (!catalogue.status().ok()) {
-    return ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, catalogue.status().reason());
-  }
-  if (*FlagArgument(request, "values")) {
-    return std::nullopt;
-  }
-  return WithEntityTag(JsonReply(catalogue.AsJson()), request);
-}
-
-Reply SendValues(const VariableRoom& room, const RequestView& request) {
+ValuesAsked Asked(const RequestView& request) {
   ValuesAsked asked;
   asked.secrets = *FlagArgument(request, "secrets");
   if (const std::optional<std::string_view> since = request.Argument("changed-since")) {
     asked.since = std::string(*since);
   }
-  return JsonReply(AllValues(room.variables, *room.list, room.store, room.history,
-                             SettingsTag(room.applies->Last()), asked));
+  return asked;
+}
+
+Reply SendValues(const VariableRoom& room, const RequestView& request) {
+  const auto read = [&room](const std::string& name) {
+    Variables::Answer answer = room.variables->Read(name, false);
+    return answer.code == KIOAPP_VAR_DONE ? std::optional(std::move(answer.text)) : std::nullopt;
+  };
+  return JsonReply(
+      AllValues({read, room.list, room.store, SettingsTag(room.applies->Last())}, room.history,
+                Asked(request)));
+}
+
+std::optional<std::string> ValueIn(const VariableValues& values, const std::string& name,
+                                   bool wants_path) {
+  std::optional<VariableAnswer> found = values.Find(name, wants_path);
+  return found && found->code == KIOAPP_VAR_DONE ? std::optional(std::move(found->text))
+                                                 : std::nullopt;
+}
+
+// The values while the library is at work. When the store holds other settings already, only the
+// library can tell the values that go with them.
+std::optional<Reply> SendPublishedValues(const VariableReader& reader, ValueHistory* history,
+                                         const RequestView& request) {
+  const std::shared_ptr<const PublishedVariables> published = reader.published->variables.Get();
+  if (published == nullptr) {
+    return std::nullopt;
+  }
+  // The name of the settings and the nodes as of one moment.
+  const StoreView view(reader.store);
+  const std::string settings = SettingsTag(reader.applies->Last());
+  if (settings != published->settings) {
+    return std::nullopt;
+  }
+  const auto read = [&published](const std::string& name) {
+    return ValueIn(published->values, name, false);
+  };
+  return JsonReply(
+      AllValues({read, reader.list, reader.store, settings}, history, Asked(request)));
+}
+
+// The list of all variables, or their values.
+std::optional<Reply> AnswerList(const VariableRoom& room, const RequestView& request) {
+  const VariableList& list = *room.reader.list;
+  if (!list.status().ok()) {
+    return ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, list.status().reason());
+  }
+  return *FlagArgument(request, "values")
+             ? SendPublishedValues(room.reader, room.history, request)
+             : std::optional(WithEntityTag(JsonReply(list.AsJson()), request));
 }
 
 // What was applied is a state that a client may ask the changes since.
 void NoteApply(const VariableRoom& room, const Variables::Answer& answer, Reply* reply) {
   AddApplyId(answer.apply_id, reply);
-  room.history->NoteApply(answer.apply_id);
+  room.history->NoteApply(answer.apply_id, room.store);
 }
 
 Reply ValueReply(std::string value) {
@@ -140,17 +177,14 @@ Reply Read(const VariableRoom& room, const RequestView& request) {
 }
 
 // The value of a variable while the library is at work.
-std::optional<Reply> ReadPublished(const VariableRoom& room, const RequestView& request) {
-  const std::shared_ptr<const VariableValues> values = room.published->variables.Get();
-  if (values == nullptr) {
+std::optional<Reply> ReadPublished(const VariableReader& reader, const RequestView& request) {
+  const std::shared_ptr<const PublishedVariables> published = reader.published->variables.Get();
+  if (published == nullptr) {
     return std::nullopt;
   }
-  std::optional<VariableAnswer> found =
-      values->Find(VariableName(request), *FlagArgument(request, "path"));
-  if (!found || found->code != KIOAPP_VAR_DONE) {
-    return std::nullopt;
-  }
-  return ValueReply(std::move(found->text));
+  std::optional<std::string> value =
+      ValueIn(published->values, VariableName(request), *FlagArgument(request, "path"));
+  return value ? std::optional(ValueReply(std::move(*value))) : std::nullopt;
 }
 
 Reply Write(const VariableRoom& room, const RequestView& request) {
@@ -238,8 +272,7 @@ void AddVariableRoutes(const VariableRoom& room, const ChangeGuard& guard, Route
   router->Add(
       {.description = routes::kVariables,
        .check = CheckList,
-       .answer =
-           [room](const RequestView& request) { return SendCatalogue(*room.catalogue, request); },
+       .answer = [room](const RequestView& request) { return AnswerList(room, request); },
        .handle = [room](const RequestView& request) { return SendValues(room, request); }});
   router->Add({.description = routes::kSetBatch,
                .takes_turn = true,
@@ -253,7 +286,7 @@ void AddVariableRoutes(const VariableRoom& room, const ChangeGuard& guard, Route
   router->Add(
       {.description = routes::kVariable,
        .check = CheckPathArgument,
-       .answer = [room](const RequestView& request) { return ReadPublished(room, request); },
+       .answer = [room](const RequestView& request) { return ReadPublished(room.reader, request); },
        .handle = [room](const RequestView& request) { return Read(room, request); }});
   router->Add({.description = routes::kSetVariable,
                .handle = [room](const RequestView& request) { return Write(room, request); }});

@@ -13,6 +13,14 @@
 
 namespace kiohost {
 
+// What reads are answered with in the thread of the sockets. All of it must outlive the router.
+struct VariableReader {
+  const VariableList* list;
+  Store* store;
+  ApplyLog* applies;
+  const PublishedState* published;
+};
+
 // What requests for variables are answered with. All of it must outlive the router.
 struct VariableRoom {
   Variables* variables;
@@ -20,8 +28,7 @@ struct VariableRoom {
   Store* store;
   ApplyLog* applies;
   ValueHistory* history;
-  const VariableList* catalogue;  // the same, in the thread of the sockets
-  const PublishedState* published;
+  VariableReader reader;
 };
 
 void AddVariableRoutes(const VariableRoom& room, const ChangeGuard& guard, Router* router);

@@ -2,10 +2,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <csignal>
+#include <filesystem>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "documents.h"
@@ -13,6 +16,7 @@
 #include "host_process.h"
 #include "http_client.h"
 #include "silent_server.h"
+#include "store.h"
 
 namespace {
 
@@ -60,6 +64,10 @@ class ServedTest : public ::testing::Test {
   bool IsHeld() const { return ReadFile(host_.dir().File("done")).empty(); }
   void Release() const { WriteFile(host_.dir().File("go"), ""); }
 
+  nlohmann::json Values(const std::string& query = "") const {
+    return nlohmann::json::parse(Get(host_.port(), "/vars?values=1" + query).body, nullptr, false);
+  }
+
   // Begins a firmware search at a server that says nothing.
   void HoldSearch(Connection* client, SilentServer* server) {
     ASSERT_TRUE(client->Send(PostRequest("/firmware/1", "")));
@@ -78,6 +86,8 @@ TEST_F(ServedTest, ReadsAndLoginsDuringACommit) {
   EXPECT_EQ(device["lastApply"]["outcome"], "applied");
   EXPECT_EQ(Get(host_.port(), "/result").body, ResultDocument(0, "", 30));
   EXPECT_EQ(Get(host_.port(), "/firmware").status, 404);
+  EXPECT_THAT(Get(host_.port(), "/").body, HasSubstr("/settings"));
+  EXPECT_THAT(Get(host_.port(), "/openapi.json").body, HasSubstr("openapi"));
   EXPECT_THAT(Get(host_.port(), "/vars").body, HasSubstr("rss_DeviceName"));
   EXPECT_EQ(Get(host_.port(), "/vars/rss_Upl_IP").body, "192.0.2.7");
   EXPECT_EQ(Get(host_.port(), "/vars/Device/UpLinkConnection/IP").body, "192.0.2.7");
@@ -133,6 +143,91 @@ TEST_F(ServedTest, ReadsDuringACommitAreThoseOfAnIdleHost) {
   ASSERT_TRUE(host_.WaitForOutput("action CfgSaveToFlash"));
   for (const auto& [path, body] : held) {
     EXPECT_EQ(Get(host_.port(), path).body, body) << path;
+  }
+}
+
+TEST_F(ServedTest, AllValuesDuringACommitAreThoseOfAnIdleHost) {
+  host_.UseScript("uplink.sh", kHeldScript);
+  ASSERT_TRUE(host_.Start());
+  EXPECT_EQ(Values()["settings"], "none");
+  HoldCommit();
+  const nlohmann::json held = Values("&secrets=1");
+  const nlohmann::json since = Values("&changed-since=none");
+  EXPECT_EQ(held["settings"],
+            nlohmann::json::parse(Get(host_.port(), "/device").body)["lastApply"]["id"]);
+  EXPECT_EQ(held["complete"], true);
+  EXPECT_EQ(since["complete"], false);
+  EXPECT_THAT(since.dump(), HasSubstr("192.0.2.7"));
+  EXPECT_LT(since["variables"].size(), held["variables"].size());
+  EXPECT_TRUE(IsHeld());
+  Release();
+  ASSERT_TRUE(host_.WaitForOutput("action CfgSaveToFlash"));
+  EXPECT_EQ(Values("&secrets=1"), held);
+  EXPECT_EQ(Values("&changed-since=none"), since);
+}
+
+// The state that is noted while the library is at work is one that changes can be asked since.
+TEST_F(ServedTest, ChangesAreToldSinceASettingThatWasReadDuringItsCommit) {
+  host_.UseScript("uplink.sh", kHeldScript);
+  ASSERT_TRUE(host_.Start());
+  HoldCommit();
+  const std::string id = Values()["settings"];
+  EXPECT_TRUE(IsHeld());
+  Release();
+  ASSERT_EQ(Post(host_.port(), "/settings", With(Changed(), "DeviceName", "Attic")).status, 200);
+  const nlohmann::json since = Values("&changed-since=" + id);
+  EXPECT_EQ(since["complete"], false);
+  ASSERT_FALSE(since["variables"].empty());
+  EXPECT_EQ(since["variables"][0]["name"], "rss_DeviceName");
+}
+
+TEST_F(ServedTest, AllValuesOfOtherSettingsThanThoseInTheStoreWait) {
+  host_.UseScript("uplink.sh", kHeldScript);
+  ASSERT_TRUE(host_.Start());
+  HoldCommit();
+  kiohost::Store store;
+  ASSERT_TRUE(store.Open(host_.dir().File("store.db"), kiohost::Store::Mode::kExisting).ok());
+  store.SetNumber("apply id", 7);
+  Connection values(host_.port());
+  ASSERT_TRUE(values.Send("GET /vars?values=1 HTTP/1.1\r\nHost: router\r\n\r\n"));
+  EXPECT_EQ(Get(host_.port(), "/vars/rss_Upl_IP").body, "192.0.2.7");
+  EXPECT_TRUE(values.StaysSilent(0));
+  EXPECT_TRUE(IsHeld());
+  Release();
+  EXPECT_EQ(nlohmann::json::parse(values.Read().body)["settings"], "0000000000000007");
+}
+
+// Reads come all the time, also when the library is just about to begin.
+TEST_F(ServedTest, NoReadFromTheBeginningOfACommitWaitsForItsEnd) {
+  constexpr int kRounds = 10;
+  constexpr int kReaders = 4;
+  host_.UseScript("uplink.sh", kHeldScript);
+  ASSERT_TRUE(host_.Start());
+  for (int round = 1; round <= kRounds; ++round) {
+    std::atomic<bool> ends = false;
+    std::vector<std::thread> readers;
+    for (int i = 0; i < kReaders; ++i) {
+      readers.emplace_back([this, &ends] {
+        while (!ends) {
+          EXPECT_EQ(Get(host_.port(), "/vars/rss_DeviceName").body, "Home router");
+        }
+      });
+    }
+    const std::string uplink = StaticUplink("192.0.2." + std::to_string(round));
+    EXPECT_EQ(
+        Post(host_.port(), "/settings", With(FactoryDocument(), "UpLinkConnection", uplink)).status,
+        200);
+    EXPECT_TRUE(WaitFor([this] { return ReadFile(host_.dir().File("begun")) == "begun\n"; }));
+    ends = true;
+    for (std::thread& reader : readers) {
+      reader.join();
+    }
+    ASSERT_TRUE(IsHeld());
+    Release();
+    ASSERT_TRUE(WaitForTurn(host_.port()));
+    for (const char* file : {"begun", "go", "done"}) {
+      std::filesystem::remove(host_.dir().File(file));
+    }
   }
 }
 

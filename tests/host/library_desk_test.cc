@@ -36,13 +36,24 @@ TEST(LibraryDeskTest, AJobIsTakenOnceAndTold) {
   EXPECT_FALSE(desk.TakeNews().job_done);
 }
 
+TEST(LibraryDeskTest, AJobIsTakenBackUntilItIsTaken) {
+  LibraryDesk desk;
+  EXPECT_FALSE(desk.TakeBackJob());
+  desk.Put({[] { return false; }, false});
+  EXPECT_TRUE(desk.TakeBackJob());
+  EXPECT_FALSE(desk.TakeJob().has_value());
+  desk.Put({[] { return false; }, false});
+  EXPECT_TRUE(desk.TakeJob().has_value());
+  EXPECT_FALSE(desk.TakeBackJob());
+}
+
 TEST(LibraryDeskTest, NewsAreToldTogether) {
   LibraryDesk desk;
   desk.TellTurnOver();
   desk.TellStop();
-  desk.Wake();
+  desk.TellPublished();
   const LibraryDesk::News news = desk.TakeNews();
-  EXPECT_TRUE(news.turn_over && news.stop);
+  EXPECT_TRUE(news.turn_over && news.published && news.stop);
   EXPECT_FALSE(news.job_done);
   EXPECT_FALSE(IsReadable(desk.news_descriptor()));
 }

@@ -56,8 +56,10 @@ TEST(LoginKeyTest, TheSameSlotsAreGood) {
     int good = 0;
     for (long slot = -3; slot <= 5; ++slot) {
       const std::string key = KeyAt(login.uptime + slot * kSlot, login);
-      for (const std::string& request : {"kioAppKey=:" + key, "x BKey=" + key.substr(0, 8),
-                                         "BKey=" + key + "kioAppKey=" + key}) {
+      std::string both = "BKey=";
+      both.append(key).append("kioAppKey=").append(key);
+      for (const std::string& request :
+           {"kioAppKey=:" + key, "x BKey=" + key.substr(0, 8), both}) {
         const bool expected = LibrarySays(request, login);
         EXPECT_EQ(HostSays(request, login), expected) << request << " at " << login.uptime;
         good += expected ? 1 : 0;
