@@ -3,6 +3,8 @@
 #include <sys/select.h>
 
 #include <algorithm>
+#include <cstring>
+#include <string>
 #include <utility>
 
 namespace kiohost {
@@ -24,16 +26,29 @@ timeval Timeval(long milliseconds) {
 Status SocketsThread::Start(FileDescriptor listener) {
   desk_->ForgetJob();
   Status status = server_->Start(std::move(listener));
-  if (status.ok()) {
-    thread_ = std::thread([this] { Serve(); });
+  if (!status.ok()) {
+    return status;
   }
-  return status;
+  // Unlike that of a std::thread, its failure can be told.
+  const int error = pthread_create(&thread_, nullptr, Run, this);
+  runs_ = error == 0;
+  if (!runs_) {
+    server_->Stop();
+    return {ExitCode::kNetwork,
+            std::string("the thread of the sockets could not be started: ") + std::strerror(error)};
+  }
+  return {};
+}
+
+void* SocketsThread::Run(void* self) {
+  static_cast<SocketsThread*>(self)->Serve();
+  return nullptr;
 }
 
 void SocketsThread::Stop() {
-  if (thread_.joinable()) {
+  if (std::exchange(runs_, false)) {
     desk_->TellStop();
-    thread_.join();
+    pthread_join(thread_, nullptr);
     desk_->ForgetJob();
   }
 }

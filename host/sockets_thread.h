@@ -3,7 +3,7 @@
 #ifndef HOST_SOCKETS_THREAD_H
 #define HOST_SOCKETS_THREAD_H
 
-#include <thread>
+#include <pthread.h>
 
 #include "clients.h"
 #include "http_server.h"
@@ -31,13 +31,15 @@ class SocketsThread {
   void Stop();
 
  private:
+  static void* Run(void* self);
   void Serve();
   LibraryDesk::News WaitAndServe(bool waits);
 
   HttpServer* server_;
   Clients* clients_;
   LibraryDesk* desk_;
-  std::thread thread_;
+  pthread_t thread_ = {};
+  bool runs_ = false;
 };
 
 }  // namespace kiohost

@@ -12,6 +12,7 @@
 #include "documents.h"
 #include "host_process.h"
 #include "http_client.h"
+#include "preload.h"
 
 namespace {
 
@@ -132,6 +133,12 @@ TEST(CommandLineTest, APortInUseIsSaid) {
   ASSERT_TRUE(host.Start());
   const TempDir dir;
   ExpectFailure(Serving(dir, {"--port", std::to_string(host.port())}), 6, "Address already in use");
+}
+
+TEST(CommandLineTest, ASystemWithoutAThreadIsSaid) {
+  const TempDir dir;
+  const Preload no_thread(KIO_NO_THREAD, "KIO_TEST_NONE", "");
+  ExpectFailure(Serving(dir), 6, "the thread of the sockets could not be started: Resource");
 }
 
 TEST(CommandLineTest, AnAddressThatIsNoneIsSaid) {
