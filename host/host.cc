@@ -63,8 +63,8 @@ Host::Host(Store* store, Store* reader, const Settings& settings)
     AddLoginFilter(&clients_, &router_);
   }
   const ChangeGuard guard(&exchange_);
-  const SettingsRoom settings_room = {&exchange_, &events_, &confirmations_, &variable_list_,
-                                      &value_history_, store};
+  const SettingsRoom settings_room = {&exchange_,      &events_,        &confirmations_,
+                                      &variable_list_, &value_history_, store};
   AddSettingsRoutes(settings_room, &published_, &router_);
   AddBackupRoutes(&backup_, &archive_, settings_room, &router_);
   AddConfirmRoutes(&confirmations_, &events_, &router_);
@@ -72,7 +72,11 @@ Host::Host(Store* store, Store* reader, const Settings& settings)
                   {IdText(RandomNumber()) + IdText(RandomNumber()), [this] { return StateWord(); },
                    &applies_, &way_back_},
                   &router_);
-  AddVariableRoutes({&variables_, &variable_list_, store, exchange_.applies(), &value_history_,
+  AddVariableRoutes({&variables_,
+                     &variable_list_,
+                     store,
+                     exchange_.applies(),
+                     &value_history_,
                      {&catalogue_, reader, &applies_, &published_}},
                     guard, &router_);
   AddLoginRoutes(&clients_, &router_);
@@ -193,9 +197,8 @@ void Host::PublishVariables(bool library_is_busy) {
     published_.variables.Set(nullptr);
     return;
   }
-  published_.variables.Set(
-      std::make_shared<const PublishedVariables>(PublishedVariables{
-          variables_.ReadAll(variable_names_), SettingsTag(exchange_.applies()->Last())}));
+  published_.variables.Set(std::make_shared<const PublishedVariables>(PublishedVariables{
+      variables_.ReadAll(variable_names_), SettingsTag(exchange_.applies()->Last())}));
   desk_.TellPublished();
 }
 
@@ -204,7 +207,9 @@ const char* Host::StateWord() const {
   if (settings_.real_waits && server_.SecondsAway() > 0) {
     return "away";
   }
-  return server_.IsTurnTaken() ? "busy" : "ready";
+  // Nobody has the turn while settings go back because their time is over.
+  const bool is_busy = server_.IsTurnTaken() || published_.variables.Get() != nullptr;
+  return is_busy ? "busy" : "ready";
 }
 
 Status Host::RunAfterReplyWhenReady() {

@@ -113,9 +113,8 @@ Reply SendValues(const VariableRoom& room, const RequestView& request) {
     Variables::Answer answer = room.variables->Read(name, false);
     return answer.code == KIOAPP_VAR_DONE ? std::optional(std::move(answer.text)) : std::nullopt;
   };
-  return JsonReply(
-      AllValues({read, room.list, room.store, SettingsTag(room.applies->Last())}, room.history,
-                Asked(request)));
+  return JsonReply(AllValues({read, room.list, room.store, SettingsTag(room.applies->Last())},
+                             room.history, Asked(request)));
 }
 
 std::optional<std::string> ValueIn(const VariableValues& values, const std::string& name,
@@ -142,8 +141,7 @@ std::optional<Reply> SendPublishedValues(const VariableReader& reader, ValueHist
   const auto read = [&published](const std::string& name) {
     return ValueIn(published->values, name, false);
   };
-  return JsonReply(
-      AllValues({read, reader.list, reader.store, settings}, history, Asked(request)));
+  return JsonReply(AllValues({read, reader.list, reader.store, settings}, history, Asked(request)));
 }
 
 // The list of all variables, or their values.
@@ -269,11 +267,10 @@ bool JoinsCommit(const Variables& variables, const RequestView& request) {
 }  // namespace
 
 void AddVariableRoutes(const VariableRoom& room, const ChangeGuard& guard, Router* router) {
-  router->Add(
-      {.description = routes::kVariables,
-       .check = CheckList,
-       .answer = [room](const RequestView& request) { return AnswerList(room, request); },
-       .handle = [room](const RequestView& request) { return SendValues(room, request); }});
+  router->Add({.description = routes::kVariables,
+               .check = CheckList,
+               .answer = [room](const RequestView& request) { return AnswerList(room, request); },
+               .handle = [room](const RequestView& request) { return SendValues(room, request); }});
   router->Add({.description = routes::kSetBatch,
                .takes_turn = true,
                .runs_commands = true,

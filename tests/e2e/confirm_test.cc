@@ -62,6 +62,7 @@ TEST_F(ConfirmTest, ItIsAppliedAnsweredAndCommittedAtOnce) {
   const HttpResponse answer = Change();
   EXPECT_EQ(answer.body, ResultDocument(0, "", 25));
   EXPECT_TRUE(host_.WaitForOutput("action CfgSaveToFlash"));
+  EXPECT_TRUE(WaitForTurn(host_.port()));
   EXPECT_EQ(host_.Node("/sys/friendlyname"), "Attic");
   const json device = Device();
   EXPECT_EQ(device["lastApply"]["outcome"], "in-force");

@@ -77,6 +77,7 @@ TEST(DeviceTest, ADeferredCommitIsBusyAndThenInForce) {
   EXPECT_EQ(device["lastApply"]["outcome"], "applied");
   ASSERT_TRUE(RingAlarm(host));
   ASSERT_TRUE(host.WaitForOutput("action CfgSaveToFlash"));
+  ASSERT_TRUE(WaitForTurn(host.port()));
   device = Device(host);
   EXPECT_EQ(device["state"], "ready");
   EXPECT_EQ(device["lastApply"]["id"], answer.Header("Kio-Apply-Id"));

@@ -15,6 +15,7 @@
 #include "held_alarm.h"
 #include "host_process.h"
 #include "http_client.h"
+#include "preload.h"
 #include "silent_server.h"
 #include "store.h"
 
@@ -161,7 +162,7 @@ TEST_F(ServedTest, AllValuesDuringACommitAreThoseOfAnIdleHost) {
   EXPECT_LT(since["variables"].size(), held["variables"].size());
   EXPECT_TRUE(IsHeld());
   Release();
-  ASSERT_TRUE(host_.WaitForOutput("action CfgSaveToFlash"));
+  ASSERT_TRUE(WaitForTurn(host_.port()));
   EXPECT_EQ(Values("&secrets=1"), held);
   EXPECT_EQ(Values("&changed-since=none"), since);
 }
@@ -197,6 +198,35 @@ TEST_F(ServedTest, AllValuesOfOtherSettingsThanThoseInTheStoreWait) {
   EXPECT_EQ(nlohmann::json::parse(values.Read().body)["settings"], "0000000000000007");
 }
 
+// No request has the turn then.
+TEST_F(ServedTest, ReadsWhileSettingsGoBack) {
+  const std::string uptime = host_.dir().File("uptime");
+  WriteFile(uptime, "1000");
+  {
+    const Preload preload(KIO_FAKE_UPTIME, "KIO_TEST_UPTIME", uptime);
+    ASSERT_TRUE(host_.Start());
+  }
+  const std::string before = Get(host_.port(), "/vars/rss_Upl_IP").body;
+  EXPECT_EQ(Post(host_.port(), "/settings?confirm-within=60", Changed()).status, 200);
+  ASSERT_TRUE(WaitForTurn(host_.port()));
+  host_.UseScript("uplink.sh", kHeldScript);
+  WriteFile(uptime + ".new", "1060");
+  std::filesystem::rename(uptime + ".new", uptime);
+  ASSERT_TRUE(WaitFor([this] { return ReadFile(host_.dir().File("begun")) == "begun\n"; }));
+  auto device = nlohmann::json::parse(Get(host_.port(), "/device").body);
+  EXPECT_EQ(device["state"], "busy");
+  EXPECT_EQ(device["lastApply"]["outcome"], "going-back");
+  EXPECT_EQ(Get(host_.port(), "/vars/rss_Upl_IP").body, before);
+  EXPECT_EQ(Values()["settings"], device["lastApply"]["id"].get<std::string>() + "-rolled-back");
+  EXPECT_TRUE(IsHeld());
+  Release();
+  EXPECT_TRUE(WaitFor([this] {
+    return nlohmann::json::parse(Get(host_.port(), "/device").body)["state"] == "ready";
+  }));
+  device = nlohmann::json::parse(Get(host_.port(), "/device").body);
+  EXPECT_EQ(device["lastApply"]["outcome"], "rolled-back");
+}
+
 // Reads come all the time, also when the library is just about to begin.
 TEST_F(ServedTest, NoReadFromTheBeginningOfACommitWaitsForItsEnd) {
   constexpr int kRounds = 10;
@@ -206,6 +236,7 @@ TEST_F(ServedTest, NoReadFromTheBeginningOfACommitWaitsForItsEnd) {
   for (int round = 1; round <= kRounds; ++round) {
     std::atomic<bool> ends = false;
     std::vector<std::thread> readers;
+    readers.reserve(kReaders);
     for (int i = 0; i < kReaders; ++i) {
       readers.emplace_back([this, &ends] {
         while (!ends) {
@@ -222,6 +253,7 @@ TEST_F(ServedTest, NoReadFromTheBeginningOfACommitWaitsForItsEnd) {
     for (std::thread& reader : readers) {
       reader.join();
     }
+    ASSERT_FALSE(HasFailure());
     ASSERT_TRUE(IsHeld());
     Release();
     ASSERT_TRUE(WaitForTurn(host_.port()));

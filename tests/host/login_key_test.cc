@@ -58,8 +58,7 @@ TEST(LoginKeyTest, TheSameSlotsAreGood) {
       const std::string key = KeyAt(login.uptime + slot * kSlot, login);
       std::string both = "BKey=";
       both.append(key).append("kioAppKey=").append(key);
-      for (const std::string& request :
-           {"kioAppKey=:" + key, "x BKey=" + key.substr(0, 8), both}) {
+      for (const std::string& request : {"kioAppKey=:" + key, "x BKey=" + key.substr(0, 8), both}) {
         const bool expected = LibrarySays(request, login);
         EXPECT_EQ(HostSays(request, login), expected) << request << " at " << login.uptime;
         good += expected ? 1 : 0;
