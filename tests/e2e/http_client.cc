@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <fstream>
+#include <mutex>
 #include <nlohmann/json.hpp>
 
 namespace {
@@ -128,8 +129,13 @@ void Connection::Note(const HttpResponse& response, bool has_body) {
   if (has_body) {
     note["body"] = response.body;
   }
+  const std::string line =
+      note.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+  // A long line takes several writes, and a test may have clients in several threads.
+  static std::mutex mutex;
+  const std::lock_guard lock(mutex);
   std::ofstream file(std::string(directory) + "/" + std::to_string(getpid()), std::ios::app);
-  file << note.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << "\n";
+  file << line;
 }
 
 bool Connection::WaitForClose(int seconds) {
