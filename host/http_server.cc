@@ -1,6 +1,7 @@
 #include "http_server.h"
 
 #include <fcntl.h>
+#include <malloc.h>
 #include <sys/socket.h>
 
 #include <algorithm>
@@ -102,6 +103,16 @@ void HttpServer::Run(const fd_set& read_set, const fd_set& write_set, const fd_s
   }
   lingering_.Run(read_set, now);
   library_line_.PutNext();
+  GiveMemoryBackAfterRush();
+}
+
+// What many clients at once have taken goes back to the system when they are gone: this thread's
+// part of the heap keeps it otherwise, when something small that stays lies behind it.
+void HttpServer::GiveMemoryBackAfterRush() {
+  most_at_once_ = std::max(most_at_once_, connections_.size());
+  if (connections_.empty() && std::exchange(most_at_once_, 0) >= kMostOfAnAddress) {
+    malloc_trim(0);
+  }
 }
 
 void HttpServer::HandleNews(const LibraryDesk::News& news) {

@@ -99,6 +99,7 @@ class HttpServer {
   bool CloseUselessConnection(const std::string* address);
   void Close(Connection* connection);
   void Part(Connection* connection);
+  void GiveMemoryBackAfterRush();
 
   struct DaemonStopper {
     void operator()(MHD_Daemon* daemon) const { MHD_stop_daemon(daemon); }
@@ -109,6 +110,7 @@ class HttpServer {
   Acceptor acceptor_;
   std::unique_ptr<MHD_Daemon, DaemonStopper> daemon_;
   std::vector<std::unique_ptr<Connection>> connections_;  // in the order of their coming
+  size_t most_at_once_ = 0;                               // connections since there were none
   LingeringSockets lingering_;
   TurnQueue<HttpRequest*> turn_queue_;
   bool stopping_ = false;
