@@ -22,6 +22,7 @@
 #include "printable_text.h"
 #include "profile.h"
 #include "signals.h"
+#include "start_settings.h"
 #include "store.h"
 #include "store_api.h"
 
@@ -36,6 +37,8 @@ std::filesystem::path Program() {
   std::error_code error;
   return std::filesystem::read_symlink("/proc/self/exe", error);
 }
+
+std::filesystem::path ProfileDirectory() { return Program().parent_path() / "profiles"; }
 
 int Report(const Status& status) {
   if (!status.ok()) {
@@ -59,15 +62,7 @@ Status OpenStore(const Options& options, Store* store, FileLock* lock) {
     return {ExitCode::kStore, "cannot find the store " + options.store + ": " + error.message()};
   }
   status = lock->Take(file.string() + "-lock", "the store " + options.store);
-  if (!status.ok() || (!options.factory_reset && !store->IsEmpty())) {
-    return status;
-  }
-  const std::filesystem::path profile =
-      options.profile.empty() ? Program().parent_path() / "profiles/dual-band-router.profile"
-                              : std::filesystem::path(options.profile);
-  std::vector<Node> nodes;
-  status = ReadProfile(profile, &nodes);
-  return status.ok() ? store->Replace(nodes) : status;
+  return status.ok() ? ApplyStartSettings(options, ProfileDirectory(), store) : status;
 }
 
 // Prints the output that was asked for. Output that is cut, as on a full disk, is a failure.
@@ -240,6 +235,9 @@ int Main(int argc, char** argv) {
   }
   if (options.command == Options::Command::kHelp) {
     return Report(Print(HelpText()));
+  }
+  if (options.command == Options::Command::kProfiles) {
+    return Report(Print(ProfileList(ProfileDirectory())));
   }
   if (options.command == Options::Command::kVersion) {
     return Report(Print(std::string("kiohost, libkioapp ") + starterLibVersion() +

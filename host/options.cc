@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "node_path.h"
+#include "profile.h"
 
 namespace kiohost {
 namespace {
@@ -20,8 +21,13 @@ A router's management process in small: keeps the settings in a store and lets t
 change them over HTTP (docs/http.md).
 
   --store FILE       the store; made from the profile when absent (default kiohost.db)
-  --profile FILE     factory settings (default profiles/dual-band-router.profile beside the program)
+  --profile NAME|FILE  factory settings: a delivered profile or a file of one's own (default
+                     dual-band-router; docs/profiles.md)
+  --profiles         list the delivered profiles; then exit
   --factory-reset    put the store back to the profile first
+  --set NODE=TEXT    write a node of the store first; may be given more than once
+  --strict           refuse what the library could not use of --profile and --set, instead of
+                     warning of it
   --listen ADDRESS   numeric address to listen on (default 127.0.0.1)
   --port PORT        port to listen on, 0 for any free one (default the store's
                      /zentrolinks/rsshttpport)
@@ -51,7 +57,10 @@ store, 6 cannot listen, 7 the output cannot be written.
 enum OptionId {
   kStoreOption = 1,
   kProfileOption,
+  kProfilesOption,
   kFactoryResetOption,
+  kSetOption,
+  kStrictOption,
   kListenOption,
   kPortOption,
   kTempDirOption,
@@ -73,6 +82,9 @@ enum OptionId {
 constexpr option kOptions[] = {
     {"store", required_argument, nullptr, kStoreOption},
     {"profile", required_argument, nullptr, kProfileOption},
+    {"profiles", no_argument, nullptr, kProfilesOption},
+    {"set", required_argument, nullptr, kSetOption},
+    {"strict", no_argument, nullptr, kStrictOption},
     {"factory-reset", no_argument, nullptr, kFactoryResetOption},
     {"listen", required_argument, nullptr, kListenOption},
     {"port", required_argument, nullptr, kPortOption},
@@ -131,6 +143,16 @@ Status ParseGet(Options* options) {
   return {};
 }
 
+Status ParseSet(Options* options) {
+  Node node;
+  const std::string fault = ParseNode(optarg, &node);
+  if (!fault.empty()) {
+    return UsageError("--set \"" + std::string(optarg) + "\": " + fault);
+  }
+  options->sets.push_back(std::move(node));
+  return {};
+}
+
 Status ParseDump(Options* options) {
   options->command = Options::Command::kDump;
   options->node = optarg == nullptr ? "" : optarg;
@@ -174,6 +196,14 @@ Status ParseOption(int id, const char* word, Options* options) {
       return ParseGet(options);
     case kDumpOption:
       return ParseDump(options);
+    case kSetOption:
+      return ParseSet(options);
+    case kProfilesOption:
+      options->command = Options::Command::kProfiles;
+      return {};
+    case kStrictOption:
+      options->strict = true;
+      return {};
     case kFactoryResetOption:
       options->factory_reset = true;
       return {};
@@ -224,7 +254,11 @@ Status ParseOptions(int argc, char** argv, Options* options) {
   if (optind < argc) {
     return UsageError(std::string("unexpected argument \"") + argv[optind] + "\"");
   }
-  return {};
+  const bool reads_only = !options->factory_reset && (options->command == Options::Command::kGet ||
+                                                      options->command == Options::Command::kDump);
+  return reads_only && !options->sets.empty()
+             ? UsageError("--set changes the store, which --get and --dump only read")
+             : Status();
 }
 
 const char* HelpText() { return kHelp; }

@@ -7,16 +7,19 @@
 #include <vector>
 
 #include "status.h"
+#include "store.h"
 
 namespace kiohost {
 
 struct Options {
-  enum class Command { kServe, kDump, kGet, kHelp, kVersion };
+  enum class Command { kServe, kDump, kGet, kProfiles, kHelp, kVersion };
 
   Command command = Command::kServe;
   std::string node;  // of kDump (empty: all) and kGet
   std::string store = "kiohost.db";
-  std::string profile;     // empty: the one beside the program
+  std::string profile;     // a name or a file
+  bool strict = false;     // what the library could not use is refused
+  std::vector<Node> sets;  // nodes that are written at the start
   std::string temp_dir;    // empty: as the store says, or the default
   std::string script_dir;  // empty: as the store says
   std::string state_dir;   // empty: the temporary directory

@@ -1,9 +1,12 @@
 #include "profile.h"
 
+#include <strings.h>
+
 #include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <set>
@@ -89,8 +92,116 @@ std::string Quote(std::string_view text) {
   return quoted + '"';
 }
 
-// Reads a line that is not blank; returns what is wrong with it, or an empty text.
-std::string ParseLine(std::string_view line, Node* node) {
+bool IsSamePath(std::string_view a, std::string_view b) {
+  return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
+}
+
+bool IsAtOrBelow(std::string_view path, std::string_view top) {
+  return IsSamePath(path.substr(0, top.size()), top) &&
+         (path.size() == top.size() || path[top.size()] == '/');
+}
+
+// What stands behind a word and a blank; nothing when the line begins with something else.
+std::optional<std::string_view> Behind(std::string_view word, std::string_view line) {
+  if (!line.starts_with(word) || line.size() == word.size() ||
+      Trim(line.substr(word.size(), 1)) != "") {
+    return std::nullopt;
+  }
+  return Trim(line.substr(word.size()));
+}
+
+std::optional<std::string> ReadText(const std::string& file) {
+  std::ifstream stream(file, std::ios::binary);
+  std::ostringstream text;
+  if (!stream || !(text << stream.rdbuf())) {
+    return std::nullopt;
+  }
+  return text.str();
+}
+
+// Reads the lines of one file, and by readers of their own the files that it includes.
+class ProfileReader {
+ public:
+  // `file` is empty for a text that no file holds, which can include none.
+  ProfileReader(std::string file, int depth, std::vector<ProfileNode>* nodes)
+      : file_(std::move(file)), depth_(depth), nodes_(nodes) {}
+
+  Status Read(std::string_view text) {
+    for (size_t number = 1; !text.empty(); ++number) {
+      const std::string_view line = text.substr(0, text.find('\n'));
+      text.remove_prefix(std::min(line.size() + 1, text.size()));
+      const std::string_view content = Trim(line);
+      if (content.empty() || content[0] == '#') {
+        continue;
+      }
+      place_ = (file_.empty() ? "line " : file_ + ": line ") + std::to_string(number);
+      Status status = ReadLine(content);
+      if (!status.ok()) {
+        return status;
+      }
+    }
+    return {};
+  }
+
+ private:
+  Status ReadLine(std::string_view line) {
+    if (!file_.empty()) {
+      if (const auto file = Behind("include", line)) {
+        return Include(*file);
+      }
+      if (const auto path = Behind("without", line)) {
+        return Remove(*path);
+      }
+    }
+    ProfileNode node{.node = {}, .place = place_};
+    std::string fault = ParseNode(line, &node.node);
+    if (fault.empty() && !seen_.insert(Lower(node.node.path)).second) {
+      fault = node.node.path + " stands here a second time";
+    }
+    if (!fault.empty()) {
+      return Broken(fault);
+    }
+    PutNode(std::move(node), nodes_);
+    return {};
+  }
+
+  Status Include(std::string_view name) {
+    constexpr int kDeepest = 8;
+    if (!seen_.empty()) {
+      return Broken("an include stands before all nodes");
+    }
+    if (depth_ == kDeepest) {
+      return Broken("more than " + std::to_string(kDeepest) +
+                    " files include each other; or does one include itself?");
+    }
+    const std::string file = std::filesystem::path(file_).parent_path() / name;
+    const std::optional<std::string> text = ReadText(file);
+    if (!text) {
+      return Broken("cannot read the profile " + file);
+    }
+    return ProfileReader(file, depth_ + 1, nodes_).Read(*text);
+  }
+
+  Status Remove(std::string_view path) {
+    const size_t removed = std::erase_if(
+        *nodes_, [path](const ProfileNode& node) { return IsAtOrBelow(node.node.path, path); });
+    return removed == 0 ? Broken("there is no " + std::string(path) + " to leave out") : Status();
+  }
+
+  Status Broken(const std::string& fault) const {
+    return {ExitCode::kProfile, place_ + ": " + fault};
+  }
+
+  const std::string file_;
+  const int depth_;
+  std::vector<ProfileNode>* const nodes_;
+  std::string place_;
+  std::set<std::string> seen_;  // in this file
+};
+
+}  // namespace
+
+std::string ParseNode(std::string_view line, Node* node) {
   const size_t equals = line.find('=');
   if (equals == std::string_view::npos) {
     return "expected \"path = text\"";
@@ -112,40 +223,53 @@ std::string ParseLine(std::string_view line, Node* node) {
   return {};
 }
 
-}  // namespace
-
-Status ParseProfile(std::string_view text, std::vector<Node>* nodes) {
-  std::vector<Node> read;
-  std::set<std::string> seen;
-  for (size_t number = 1; !text.empty(); ++number) {
-    const std::string_view line = text.substr(0, text.find('\n'));
-    text.remove_prefix(std::min(line.size() + 1, text.size()));
-    const std::string_view content = Trim(line);
-    if (content.empty() || content[0] == '#') {
-      continue;
-    }
-    Node node;
-    std::string fault = ParseLine(content, &node);
-    if (fault.empty() && !seen.insert(Lower(node.path)).second) {
-      fault = node.path + " stands here a second time";
-    }
-    if (!fault.empty()) {
-      return {ExitCode::kProfile, "line " + std::to_string(number) + ": " + fault};
-    }
-    read.push_back(std::move(node));
+void PutNode(ProfileNode node, std::vector<ProfileNode>* nodes) {
+  const auto found = std::find_if(nodes->begin(), nodes->end(), [&node](const ProfileNode& other) {
+    return IsSamePath(other.node.path, node.node.path);
+  });
+  if (found == nodes->end()) {
+    nodes->push_back(std::move(node));
+  } else {
+    *found = std::move(node);
   }
-  *nodes = std::move(read);
-  return {};
 }
 
-Status ReadProfile(const std::string& file, std::vector<Node>* nodes) {
-  std::ifstream stream(file, std::ios::binary);
-  std::ostringstream text;
-  if (!stream || !(text << stream.rdbuf())) {
+const ProfileNode* FindNode(const std::vector<ProfileNode>& nodes, std::string_view path) {
+  const auto found = std::find_if(nodes.begin(), nodes.end(), [path](const ProfileNode& node) {
+    return IsSamePath(node.node.path, path);
+  });
+  return found == nodes.end() ? nullptr : &*found;
+}
+
+std::vector<Node> PlainNodes(const std::vector<ProfileNode>& nodes) {
+  std::vector<Node> plain;
+  plain.reserve(nodes.size());
+  for (const ProfileNode& node : nodes) {
+    plain.push_back(node.node);
+  }
+  return plain;
+}
+
+Status ParseProfile(std::string_view text, std::vector<Node>* nodes) {
+  std::vector<ProfileNode> read;
+  Status status = ProfileReader("", 0, &read).Read(text);
+  if (status.ok()) {
+    *nodes = PlainNodes(read);
+  }
+  return status;
+}
+
+Status ReadProfile(const std::string& file, std::vector<ProfileNode>* nodes) {
+  const std::optional<std::string> text = ReadText(file);
+  if (!text) {
     return {ExitCode::kProfile, "cannot read the profile " + file};
   }
-  Status status = ParseProfile(text.str(), nodes);
-  return status.ok() ? status : Status(status.code(), file + ": " + status.reason());
+  std::vector<ProfileNode> read;
+  Status status = ProfileReader(file, 0, &read).Read(*text);
+  if (status.ok()) {
+    *nodes = std::move(read);
+  }
+  return status;
 }
 
 std::string FormatProfile(const std::vector<Node>& nodes) {

@@ -19,8 +19,14 @@ bool IsOfRadio(SectionId section) {
          section == SectionId::kSite;
 }
 
-// The node of a rule, which is a member of a radio or of the record.
+std::string RuleReference(const Field& field, const SectionInstance& instance) {
+  return "the rule in " + Code(RuleNode(field, instance));
+}
+
+}  // namespace
+
 std::string RuleNode(const Field& field, const SectionInstance& instance) {
+  // A rule is a member of a radio or of the record.
   for (const Table<Field>& table : kFieldTables) {
     for (const Field& row : table) {
       if (row.load == Load::kRule && row.member.offset == field.rule.offset &&
@@ -32,12 +38,6 @@ std::string RuleNode(const Field& field, const SectionInstance& instance) {
   }
   return {};
 }
-
-std::string RuleReference(const Field& field, const SectionInstance& instance) {
-  return "the rule in " + Code(RuleNode(field, instance));
-}
-
-}  // namespace
 
 std::string WithPlaceholders(std::string path) {
   Replace(path, "ireless2.4", "ireless{band}");

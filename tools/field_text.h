@@ -22,6 +22,9 @@ std::string TypeOf(const Field& field);
 // The words that a field may hold, with commas; empty when it has no such list.
 std::string WordList(const Field& field);
 
+// The node with the rule that a field obeys.
+std::string RuleNode(const Field& field, const SectionInstance& instance);
+
 // What a document may hold in the field; empty when that is anything.
 std::string RangeOf(const Field& field, const SectionInstance& instance);
 

@@ -7,6 +7,7 @@
 
 #include "action_table.h"
 #include "document_elements.h"
+#include "known_nodes.h"
 #include "store_nodes.h"
 
 namespace kio::tools {
@@ -49,6 +50,9 @@ std::optional<std::string> Replacement(const std::string& source_dir, const std:
 
 std::optional<std::string> MakePage(const std::string& source_dir, const std::string& name,
                                     std::string* error) {
+  if (name == "known_nodes.inc") {
+    return KnownNodes(ListStoreNodes(), error);
+  }
   const std::string file = source_dir + "/tools/pages/" + name + ".md";
   const std::optional<std::string> text = ReadText(file);
   if (!text) {

@@ -1,4 +1,4 @@
-// Prints a page of docs/.
+// Prints a page of docs/, or the table of nodes that the host has.
 #include <cstdio>
 #include <string>
 
@@ -6,7 +6,8 @@
 
 int main(int argc, char** argv) {
   if (argc != 3) {
-    std::fprintf(stderr, "usage: reference_pages SOURCE_DIR store|documents|actions\n");
+    std::fprintf(stderr,
+                 "usage: reference_pages SOURCE_DIR store|documents|actions|known_nodes.inc\n");
     return 2;
   }
   std::string error;

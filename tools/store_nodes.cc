@@ -74,6 +74,8 @@ class NodeList {
   void AddField(SectionId section, const Field& field) {
     const SectionInstance instance{.section = section};
     StoreNode& node = Node(NodePrefix(instance) + Text(field.node));
+    node.field = &field;
+    node.section = instance;
     node.meaning = MeaningOf(section, field);
     node.value = ValueOf(field, instance);
     node.absent = AbsentValue(field);

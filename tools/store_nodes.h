@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "sections.h"
+
 namespace kio::tools {
 
 struct StoreNode {
@@ -18,6 +20,9 @@ struct StoreNode {
   bool is_own = false;                      // written by the library alone
   std::vector<std::string> elements = {};   // of a settings document
   std::vector<std::string> variables = {};  // those of the first radio for both
+  // The row of the library's tables; null for a node that stands in none of them.
+  const Field* field = nullptr;
+  SectionInstance section = {};
 };
 
 // All nodes, sorted by path.

@@ -1,6 +1,6 @@
-# Factory settings of a dual-band home router with an Ethernet and a mobile uplink.
+# A home router with two radios, on Ethernet; the app may choose DSL, a mobile or a wireless uplink.
 #
-# path = text, one node a line; host/profile.h describes the format.
+# path = text, one node a line; docs/profiles.md describes the format.
 #
 # Switches: 0 off, 1 on. For a switch of the device (routerenbl, wlenbl, wlschedule, wlacenbl) a
 # stored 2 or 3 means that the app cannot change it. Nodes whose names end in _validate hold the
@@ -36,7 +36,6 @@
 /sys/friendlyname = Home router
 /sys/friendlyname_validate = 0,32,1
 /sys/routerenbl = 1
-/sys/user:1/name = admin
 /sys/user:1/password = change-me-soon
 # 5 to 32 printable characters but the space.
 /sys/user:1/password_validate = "0,32,5,0,0, "

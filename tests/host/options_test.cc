@@ -11,6 +11,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::IsEmpty;
 
 Status Parse(std::vector<std::string> words, Options* options) {
   words.insert(words.begin(), "kiohost");
@@ -35,6 +36,8 @@ TEST(OptionsTest, HaveSafeDefaults) {
   EXPECT_FALSE(options.shared_temp_dir);
   EXPECT_FALSE(options.core_dumps);
   EXPECT_FALSE(options.always_shell);
+  EXPECT_FALSE(options.strict);
+  EXPECT_THAT(options.sets, IsEmpty());
   EXPECT_THAT(options.names, ElementsAre("router"));
 }
 
@@ -62,7 +65,11 @@ TEST(OptionsTest, AreAllUnderstood) {
                      "kio.lan",
                      "--shared-temp-dir",
                      "--core-dumps",
-                     "--shell=always"},
+                     "--shell=always",
+                     "--strict",
+                     "--set",
+                     "/sys/friendlyname = Attic",
+                     "--set=/lan/x:2=\" \\x41\""},
                     &options)
                   .ok());
   EXPECT_EQ(options.store, "s.db");
@@ -79,6 +86,9 @@ TEST(OptionsTest, AreAllUnderstood) {
   EXPECT_TRUE(options.shared_temp_dir);
   EXPECT_TRUE(options.core_dumps);
   EXPECT_TRUE(options.always_shell);
+  EXPECT_TRUE(options.strict);
+  EXPECT_THAT(options.sets,
+              ElementsAre(Node{"/sys/friendlyname", "Attic"}, Node{"/lan/x:2", " A"}));
   EXPECT_THAT(options.names, ElementsAre("router", "kio.lan"));
 }
 
@@ -95,15 +105,24 @@ TEST(OptionsTest, QueriesNameTheirNode) {
 
 TEST(OptionsTest, MistakesNameTheirOption) {
   const std::vector<std::vector<std::string>> mistakes = {
-      {"--port", "x"}, {"--port", "65536"},     {"--port", "-1"},  {"--port"},
-      {"--prot", "1"}, {"--log-level", "8"},    {"--get", "sys"},  {"--dump=sys/"},
-      {"--store", ""}, {"--factory-reset=yes"}, {"--port", "80 "}, {"--shell", "never"}};
+      {"--port", "x"},    {"--port", "65536"},     {"--port", "-1"},           {"--port"},
+      {"--prot", "1"},    {"--log-level", "8"},    {"--get", "sys"},           {"--dump=sys/"},
+      {"--store", ""},    {"--factory-reset=yes"}, {"--port", "80 "},          {"--shell", "never"},
+      {"--set", "sys=1"}, {"--set", "/sys/x"},     {"--set", "/sys/x=\"open"}, {"--strict=yes"}};
   for (const std::vector<std::string>& words : mistakes) {
     Options options;
     const Status status = Parse(words, &options);
     EXPECT_EQ(status.code(), ExitCode::kUsage) << words[0];
     EXPECT_THAT(status.reason(), HasSubstr(words[0].substr(0, words[0].find('=')))) << words[0];
   }
+}
+
+TEST(OptionsTest, AQueryChangesNothingUnlessItResets) {
+  Options options;
+  const Status status = Parse({"--set", "/sys/a=1", "--dump"}, &options);
+  EXPECT_EQ(status.code(), ExitCode::kUsage);
+  EXPECT_THAT(status.reason(), HasSubstr("--set"));
+  EXPECT_TRUE(Parse({"--set", "/sys/a=1", "--dump", "--factory-reset"}, &options).ok());
 }
 
 TEST(OptionsTest, ThereAreNoOtherArguments) {
