@@ -164,12 +164,13 @@ TEST(NodeCheckTest, TheLongestTextsAreAsLongAsTheLibraryTakesThem) {
   std::ifstream table(KIO_HOST_DIR "/known_nodes.inc");
   int checked = 0;
   for (std::string line; std::getline(table, line);) {
-    if (!line.starts_with("{\"") || line.find("kWord") != std::string::npos ||
+    const size_t before_limit = line.find(", 0, ");
+    if (before_limit == std::string::npos || line.find("kWord") != std::string::npos ||
         line.find("kNumber") != std::string::npos) {
       continue;
     }
     std::string path = line.substr(2, line.find('"', 2) - 2);
-    const size_t limit = std::stoul(line.substr(line.find(", 0, ") + 5));
+    const size_t limit = std::stoul(line.substr(before_limit + std::string(", 0, ").size()));
     constexpr size_t kShortest = 15;  // less is that of a switch or of no text at all
     if (limit < kShortest || HasAForm(path)) {
       continue;
