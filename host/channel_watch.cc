@@ -3,20 +3,21 @@
 #include <kioapp/settings.h>
 #include <kioapp/xml.h>
 
-#include <algorithm>
-
 #include "nodes.h"
 
 namespace kiohost {
 
-long ChannelWatch::MillisecondsToWait() const {
-  const auto left =
-      std::chrono::ceil<std::chrono::milliseconds>(next_ - std::chrono::steady_clock::now());
-  return std::max(0L, static_cast<long>(left.count()));
-}
+namespace {
+
+// Where the clock stands still, the host looks about it in real time.
+constexpr long kMost = 1000;
+
+}  // namespace
+
+long ChannelWatch::MillisecondsToWait() const { return TheClock().MillisecondsUntil(next_, kMost); }
 
 void ChannelWatch::CheckWhenDue() {
-  const auto now = std::chrono::steady_clock::now();
+  const auto now = TheClock().Now();
   if (now < next_) {
     return;
   }

@@ -3,10 +3,10 @@
 #define HOST_CHANNEL_WATCH_H
 
 #include <array>
-#include <chrono>
 #include <string>
 
 #include "events.h"
+#include "host_clock.h"
 #include "store.h"
 
 namespace kiohost {
@@ -26,7 +26,7 @@ class ChannelWatch {
 
   Store* store_;
   Events* events_;
-  std::chrono::steady_clock::time_point next_ = std::chrono::steady_clock::now();
+  HostClock::Time next_ = TheClock().Now();
   std::array<std::string, 2> channels_;  // as last noted
 };
 

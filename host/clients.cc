@@ -23,7 +23,7 @@ void Say(const std::string& what, const std::string& address) {
 Clients::Outcome Clients::Login(const std::string& address, const std::string& text,
                                 long* wait_seconds) {
   const std::lock_guard lock(mutex_);
-  const long now = UptimeSeconds();
+  const long now = SteadySeconds();
   *wait_seconds = throttle_.SecondsBlocked(address, now);
   if (*wait_seconds > 0) {
     return Outcome::kBlocked;
@@ -35,7 +35,7 @@ Clients::Outcome Clients::Login(const std::string& address, const std::string& t
       return Outcome::kFull;
     }
   }
-  if (!HoldsGoodKey(text, address, store_->Get(kPasswordNode).value_or(""), now)) {
+  if (!HoldsGoodKey(text, address, store_->Get(kPasswordNode).value_or(""), UptimeSeconds())) {
     throttle_.AddWrongKey(address, now);
     Say("wrong key from", address);
     return Outcome::kWrongKey;
@@ -53,7 +53,7 @@ Clients::Outcome Clients::Login(const std::string& address, const std::string& t
 
 bool Clients::Passes(const std::string& address) {
   const std::lock_guard lock(mutex_);
-  const long now = UptimeSeconds();
+  const long now = SteadySeconds();
   Client* client = Find(address);
   if (client == nullptr) {
     return false;
@@ -89,9 +89,14 @@ bool Clients::Logout(const std::string& address) {
   return true;
 }
 
+long Clients::NextSweep() const {
+  const std::lock_guard lock(mutex_);
+  return next_sweep_;
+}
+
 void Clients::SweepIfDue() {
   const std::lock_guard lock(mutex_);
-  const long now = UptimeSeconds();
+  const long now = SteadySeconds();
   if (now >= next_sweep_) {
     next_sweep_ = now + kSweepSeconds;
     RemoveLapsed();
@@ -119,7 +124,7 @@ void Clients::Remove(const std::string& address) {
 }
 
 void Clients::RemoveLapsed() {
-  const long now = UptimeSeconds();
+  const long now = SteadySeconds();
   std::erase_if(clients_, [now](const auto& client) {
     if (client.logout > now) {
       return false;

@@ -44,13 +44,16 @@ class Clients {
   // Returns whether it was logged in.
   bool Logout(const std::string& address);
 
+  // The second (`SteadySeconds`) at which clients that have lapsed are looked for next.
+  long NextSweep() const;
+
   // Removes the clients that have lapsed, at most once a minute. To be called now and then.
   void SweepIfDue();
 
  private:
   struct Client {
     std::string address;
-    long logout;  // second of the uptime at which the login lapses
+    long logout;  // second (`SteadySeconds`) at which the login lapses
     unsigned long number;
   };
 

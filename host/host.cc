@@ -8,9 +8,11 @@
 
 #include "actions.h"
 #include "backup_routes.h"
+#include "client_timeout.h"
 #include "command.h"
 #include "confirm_routes.h"
 #include "connection.h"
+#include "control/clock_routes.h"
 #include "device_routes.h"
 #include "firmware_routes.h"
 #include "index_routes.h"
@@ -27,20 +29,12 @@
 namespace kiohost {
 namespace {
 
-void WaitUntil(std::chrono::steady_clock::time_point end) {
-  while (!StopRequested()) {
-    const auto left =
-        std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
-    if (left.count() <= 0) {
-      return;
-    }
-    WaitForEvents(-1, static_cast<long>(left.count()));
-  }
-}
+// The host looks about it once a second at least.
+constexpr long kLongestTurn = 1000;
 
 }  // namespace
 
-Host::Host(Store* store, Store* reader, const Settings& settings)
+Host::Host(Store* store, Store* reader, Store* control_reader, const Settings& settings)
     : store_(store),
       settings_(settings),
       applies_(reader),
@@ -82,6 +76,17 @@ Host::Host(Store* store, Store* reader, const Settings& settings)
   AddLoginRoutes(&clients_, &router_);
   AddFirmwareRoutes(&firmware_, guard, &published_, &router_);
   AddIndexRoutes(settings.openapi, &router_);
+  if (settings.control) {
+    AddControl(control_reader);
+  }
+}
+
+void Host::AddControl(Store* control_reader) {
+  clock_driver_ = std::make_unique<ClockDriver>(
+      &TheClock(), ClockDriver::Parts{[this](HostClock::Time now) { return NextDue(now); },
+                                      [this] { Settle(); }});
+  control_ = std::make_unique<ControlPort>(*settings_.control, &desk_, control_reader);
+  AddClockRoutes(clock_driver_.get(), control_->router());
 }
 
 Confirmations::Arrivals Host::WhoComes() const {
@@ -110,6 +115,12 @@ Status Host::Start() {
   if (!desk_.valid()) {
     return {ExitCode::kNetwork, "the system has no descriptor left"};
   }
+  if (control_ != nullptr) {
+    Status status = control_->Start();
+    if (!status.ok()) {
+      return status;
+    }
+  }
   FileDescriptor listener;
   Status status = Listen(settings_.listen, &settings_.port, &listener);
   if (status.ok()) {
@@ -122,18 +133,41 @@ Status Host::Start() {
 }
 
 Status Host::Run() {
-  Status status;
-  while (status.ok() && !StopRequested()) {
-    WaitAndWork();
-    GoBackWhenDue();
-    status = RunAfterReplyWhenReady();
+  while (status_.ok() && !StopRequested()) {
+    WaitAndDoWhatIsDue(kLongestTurn);
   }
   sockets_.Stop();
   TakeAfterReply();
   if (after_reply_) {
     after_reply_->run();
   }
-  return status;
+  if (control_ != nullptr) {
+    control_->Stop();
+  }
+  return status_;
+}
+
+void Host::WaitAndDoWhatIsDue(long most) {
+  TheClock().RingWhenDue();
+  if (away_until_) {
+    WaitForEvents(desk_.work_descriptor(), std::min(most, MillisecondsToWait()));
+    RunJobs();
+    ComeBackWhenDue();
+    return;
+  }
+  WaitAndWork(most);
+  if (!away_until_) {
+    GoBackWhenDue();
+    RunAfterReplyWhenReady();
+  }
+}
+
+long Host::MillisecondsToWait() const {
+  long wait = away_until_ ? kLongestTurn : channel_watch_.MillisecondsToWait();
+  for (const auto& moment : {away_until_, TheClock().alarm()}) {
+    wait = moment ? TheClock().MillisecondsUntil(*moment, wait) : wait;
+  }
+  return wait;
 }
 
 void Host::TakeAfterReply() {
@@ -163,20 +197,31 @@ void Host::GoBackWhenDue() {
   }
 }
 
-void Host::WaitAndWork() {
+void Host::WaitAndWork(long most) {
   // The channels are looked at once a second.
-  const bool has_work = WaitForEvents(desk_.work_descriptor(), channel_watch_.MillisecondsToWait());
+  const bool has_work =
+      WaitForEvents(desk_.work_descriptor(), std::min(most, MillisecondsToWait()));
   channel_watch_.CheckWhenDue();
   NoteEndedProcesses();
   if (published_.variables.Get() != nullptr && AlarmState() == Alarm::kNone) {
     PublishVariables(false);
   }
-  if (const std::optional<LibraryDesk::Job> job = desk_.TakeJob()) {
-    Run(*job);
-  }
+  RunJobs();
   TakeAfterReply();
   if (!store_->CheckpointWhenDue(!has_work && !after_reply_)) {
     PrintError("the store's log could not be brought into its file; it is tried again");
+  }
+}
+
+void Host::RunJobs() {
+  if (const std::optional<LibraryDesk::Job> job = desk_.TakeJob()) {
+    Run(*job);
+  }
+  const std::optional<LibraryDesk::Job> job =
+      control_ == nullptr ? std::nullopt : control_->TakeJob();
+  if (job) {
+    job->run();
+    control_->TellJobDone();
   }
 }
 
@@ -212,13 +257,14 @@ const char* Host::StateWord() const {
   return is_busy ? "busy" : "ready";
 }
 
-Status Host::RunAfterReplyWhenReady() {
+void Host::RunAfterReplyWhenReady() {
   TakeAfterReply();
   if (!after_reply_ || (after_reply_->ready && !after_reply_->ready())) {
-    return {};
+    return;
   }
   if (settings_.real_waits && after_reply_->wait_seconds > 0) {
-    return RunAfterReplyWhileAway();
+    RunAfterReplyWhileAway();
+    return;
   }
   if (after_reply_->runs_commands) {
     PublishVariables(true);
@@ -229,14 +275,13 @@ Status Host::RunAfterReplyWhenReady() {
   if (std::exchange(turn_is_open_, false)) {
     desk_.TellTurnOver();
   }
-  return {};
 }
 
 // Does the work after a reply as a router does: it cannot be reached meanwhile, and is back when
 // the app was told.
-Status Host::RunAfterReplyWhileAway() {
+void Host::RunAfterReplyWhileAway() {
   const int seconds = after_reply_->wait_seconds;
-  const auto back = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
+  away_until_ = TheClock().Now() + std::chrono::seconds(seconds);
   sockets_.Stop();
   PrintLine(stdout, "away for " + std::to_string(seconds) + " s");
   after_reply_->run();
@@ -244,8 +289,53 @@ Status Host::RunAfterReplyWhileAway() {
   PublishVariables(false);
   turn_is_open_ = false;
   server_.EndTurn();
-  WaitUntil(back);
-  return StopRequested() ? Status() : Start();
+}
+
+void Host::ComeBackWhenDue() {
+  // A job may have moved the clock, and all be done.
+  if (away_until_ && TheClock().Now() >= *away_until_ && !StopRequested()) {
+    away_until_.reset();
+    status_ = Start();
+  }
+}
+
+std::optional<HostClock::Time> Host::NextDue(HostClock::Time now) {
+  std::optional<HostClock::Time> next = away_until_;
+  const auto consider = [&next, now](HostClock::Time moment) {
+    if (moment > now && (!next || moment < *next)) {
+      next = moment;
+    }
+  };
+  if (const std::optional<WayBack::Pending> pending = exchange_.pending()) {
+    consider(TheClock().MomentOf(TheClock().SteadySeconds() + pending->seconds_left));
+  }
+  consider(TheClock().MomentOf(clients_.NextSweep()));
+  return next;
+}
+
+// An answer that its client does not read is not waited for any longer than the client is.
+void Host::Settle() {
+  const auto end = std::chrono::steady_clock::now() + ClientTimeout::kGrace;
+  do {
+    WaitAndDoWhatIsDue(awaits_work_ ? kLongestTurn : 0);
+    clients_.SweepIfDue();
+  } while (HasDueWork() && status_.ok() && !StopRequested() &&
+           std::chrono::steady_clock::now() < end);
+}
+
+bool Host::HasDueWork() {
+  const std::optional<HostClock::Time> alarm = TheClock().alarm();
+  if (awaits_work_ || AlarmState() == Alarm::kFired || (alarm && *alarm <= TheClock().Now())) {
+    return true;
+  }
+  if (away_until_) {
+    return TheClock().Now() >= *away_until_;
+  }
+  if (after_reply_) {
+    return !after_reply_->ready || after_reply_->ready();
+  }
+  const std::optional<WayBack::Pending> pending = exchange_.pending();
+  return pending && pending->seconds_left <= 0;
 }
 
 }  // namespace kiohost

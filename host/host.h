@@ -3,6 +3,7 @@
 #ifndef HOST_HOST_H
 #define HOST_HOST_H
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,9 +13,12 @@
 #include "channel_watch.h"
 #include "clients.h"
 #include "confirmations.h"
+#include "control/clock_driver.h"
+#include "control/control_port.h"
 #include "events.h"
 #include "exchange.h"
 #include "firmware.h"
+#include "host_clock.h"
 #include "http_server.h"
 #include "library_desk.h"
 #include "published.h"
@@ -42,11 +46,12 @@ class Host {
     bool real_waits = false;
     bool open = false;               // nobody needs to log in
     std::vector<std::string> names;  // the router's, in Host headers
+    std::optional<ControlPort::Settings> control;
   };
 
   // The store must be bound to the library. `reader` is the same store, for the thread of the
-  // sockets.
-  Host(Store* store, Store* reader, const Settings& settings);
+  // sockets, and `control_reader` for that of the control port, if there is one.
+  Host(Store* store, Store* reader, Store* control_reader, const Settings& settings);
   Host(const Host&) = delete;
   Host& operator=(const Host&) = delete;
 
@@ -63,14 +68,24 @@ class Host {
  private:
   // How clients are told apart that have come after settings which are to be confirmed.
   Confirmations::Arrivals WhoComes() const;
+  void AddControl(Store* control_reader);
   void TakeAfterReply();
   void GoBackWhenDue();
-  void WaitAndWork();
+  // One turn of the loop, with a wait of so many milliseconds at most.
+  void WaitAndDoWhatIsDue(long most);
+  void WaitAndWork(long most);
+  void RunJobs();
+  void ComeBackWhenDue();
+  long MillisecondsToWait() const;
+  // For the clock: the first moment after `now` at which something falls due, and all that is due.
+  std::optional<HostClock::Time> NextDue(HostClock::Time now);
+  void Settle();
+  bool HasDueWork();
   void Run(const LibraryDesk::Job& job);
   void PublishVariables(bool library_is_busy);
   const char* StateWord() const;
-  Status RunAfterReplyWhenReady();
-  Status RunAfterReplyWhileAway();
+  void RunAfterReplyWhenReady();
+  void RunAfterReplyWhileAway();
 
   Store* store_;
   Settings settings_;
@@ -99,6 +114,11 @@ class Host {
   std::optional<AfterReply> after_reply_;
   bool turn_is_open_ = false;  // until that work is done; not that of a deadline
   bool awaits_work_ = false;   // until the reply of a request that leaves some is delivered
+  // While the router cannot be reached: until when.
+  std::optional<HostClock::Time> away_until_;
+  Status status_;
+  std::unique_ptr<ClockDriver> clock_driver_;
+  std::unique_ptr<ControlPort> control_;
 };
 
 }  // namespace kiohost

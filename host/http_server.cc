@@ -215,6 +215,9 @@ MHD_Result HttpServer::Answer(Connection* connection) {
     return Send(connection, *reply);
   }
   if (HasItsTurn(request)) {
+    if (route.begin) {
+      route.begin(request->view());
+    }
     library_line_.Add(request);
   }
   connection->timeout().Enter(ClientTimeout::Phase::kWaits, Clock::now());

@@ -16,14 +16,15 @@ void Quiet(const FileDescriptor& descriptor) {
 
 }  // namespace
 
-LibraryDesk::LibraryDesk()
-    : work_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
+LibraryDesk::LibraryDesk(const LibraryDesk* bell)
+    : bell_(bell),
+      work_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
       news_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
 
 void LibraryDesk::Put(Job job) {
   const std::lock_guard lock(mutex_);
   job_ = std::move(job);
-  Signal(work_);
+  Ring();
 }
 
 bool LibraryDesk::TakeBackJob() {
@@ -34,7 +35,7 @@ bool LibraryDesk::TakeBackJob() {
 void LibraryDesk::PutAfterReply(AfterReply after_reply) {
   const std::lock_guard lock(mutex_);
   after_reply_ = std::move(after_reply);
-  Signal(work_);
+  Ring();
 }
 
 LibraryDesk::News LibraryDesk::TakeNews() {
@@ -58,6 +59,13 @@ void LibraryDesk::TellJobDone() { Tell(&News::job_done); }
 void LibraryDesk::TellTurnOver() { Tell(&News::turn_over); }
 void LibraryDesk::TellPublished() { Tell(&News::published); }
 void LibraryDesk::TellStop() { Tell(&News::stop); }
+
+void LibraryDesk::Ring() const {
+  Signal(work_);
+  if (bell_ != nullptr) {
+    Signal(bell_->work_);
+  }
+}
 
 void LibraryDesk::Tell(bool News::*what) {
   const std::lock_guard lock(mutex_);

@@ -15,7 +15,8 @@ namespace kiohost {
 
 class LibraryDesk {
  public:
-  LibraryDesk();
+  // With a bell, work is told of at that desk, too: one wait serves both.
+  explicit LibraryDesk(const LibraryDesk* bell = nullptr);
 
   // Whether the system had descriptors for it.
   bool valid() const { return work_.valid() && news_.valid(); }
@@ -60,7 +61,9 @@ class LibraryDesk {
 
  private:
   void Tell(bool News::*what);
+  void Ring() const;
 
+  const LibraryDesk* bell_;
   FileDescriptor work_;
   FileDescriptor news_;
   std::mutex mutex_;

@@ -1,5 +1,6 @@
 #include "listener.h"
 
+#include <arpa/inet.h>
 #include <netdb.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
@@ -63,6 +64,14 @@ Status Listen(const std::string& address, int* port, FileDescriptor* listener) {
   *port = BoundPort(fd.get());
   *listener = std::move(fd);
   return {};
+}
+
+bool IsLoopback(const std::string& address) {
+  in_addr v4 = {};
+  in6_addr v6 = {};
+  return (inet_pton(AF_INET, address.c_str(), &v4) == 1 &&
+          (ntohl(v4.s_addr) >> IN_CLASSA_NSHIFT) == IN_LOOPBACKNET) ||
+         (inet_pton(AF_INET6, address.c_str(), &v6) == 1 && IN6_IS_ADDR_LOOPBACK(&v6));
 }
 
 std::string HostAndPort(const std::string& address, int port) {

@@ -42,6 +42,9 @@ class FileDescriptor {
 // Listens on a numeric address. Port 0 becomes the free port that was found.
 Status Listen(const std::string& address, int* port, FileDescriptor* listener);
 
+// Whether a numeric address is one of the machine to itself.
+bool IsLoopback(const std::string& address);
+
 // "127.0.0.1:8080", "[::1]:8080"
 std::string HostAndPort(const std::string& address, int port);
 

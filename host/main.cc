@@ -18,6 +18,7 @@
 #include "directories.h"
 #include "file_lock.h"
 #include "host.h"
+#include "host_clock.h"
 #include "options.h"
 #include "printable_text.h"
 #include "profile.h"
@@ -179,6 +180,24 @@ Status ExportEnvironment(const Options& options, const std::string& temp_dir) {
   return {};
 }
 
+// What the control port takes. The clock is the host's own from now on.
+Status PrepareControl(const Options& options, Store* reader, Host::Settings* settings) {
+  if (options.control_anywhere) {
+    PrintError(
+        "WARNING: --control-anywhere: there is no login on the control port. Whoever reaches it "
+        "reads and changes everything.");
+  }
+  settings->control = {options.control_listen, options.control_port,
+                       Program().parent_path() / "control-openapi.json", options.names};
+  if (!TheClock().Own()) {
+    return {ExitCode::kNetwork, "the system has no descriptor left"};
+  }
+  if (options.manual_clock) {
+    TheClock().SetRate(0);
+  }
+  return reader->Open(options.store, Store::Mode::kExisting);
+}
+
 Status Serve(const Options& options, Store* store) {
   Host::Settings settings;
   settings.listen = options.listen;
@@ -212,11 +231,15 @@ Status Serve(const Options& options, Store* store) {
         "settings.");
   }
   Store reader;
+  Store control_reader;
   status = reader.Open(options.store, Store::Mode::kExisting);
+  if (status.ok() && !options.control_listen.empty()) {
+    status = PrepareControl(options, &control_reader, &settings);
+  }
   if (!status.ok()) {
     return status;
   }
-  Host host(store, &reader, settings);
+  Host host(store, &reader, &control_reader, settings);
   host.RunOverdueActions();
   status = host.Start();
   if (status.ok()) {

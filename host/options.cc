@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "listener.h"
 #include "node_path.h"
 #include "profile.h"
 
@@ -42,6 +43,11 @@ change them over HTTP (docs/http.md).
                      its addresses and localhost always count)
   --open             let everybody in without a login: for demonstrations only
   --shell=always     have a shell write the library's documents, too, and not the host itself
+  --control [ADDRESS:]PORT
+                     a second port that moves the clock, sets the store and more, without a login
+                     (docs/control.md); on 127.0.0.1, another loopback address, or with
+  --control-anywhere on any address: for test networks only
+  --clock=manual     with --control: the clock stands still until it is moved there
   --core-dumps       leave core dumps, which hold the password, to look for a fault
   --log-level N      the library's log: 4 failures, 5 events, 6 actions with whole documents and
                      their passwords, 7 everything (default 5)
@@ -72,6 +78,9 @@ enum OptionId {
   kOpenOption,
   kShellOption,
   kCoreDumpsOption,
+  kControlOption,
+  kControlAnywhereOption,
+  kClockOption,
   kLogLevelOption,
   kDumpOption,
   kGetOption,
@@ -97,6 +106,9 @@ constexpr option kOptions[] = {
     {"open", no_argument, nullptr, kOpenOption},
     {"shell", required_argument, nullptr, kShellOption},
     {"core-dumps", no_argument, nullptr, kCoreDumpsOption},
+    {"control", required_argument, nullptr, kControlOption},
+    {"control-anywhere", no_argument, nullptr, kControlAnywhereOption},
+    {"clock", required_argument, nullptr, kClockOption},
     {"log-level", required_argument, nullptr, kLogLevelOption},
     {"dump", optional_argument, nullptr, kDumpOption},
     {"get", required_argument, nullptr, kGetOption},
@@ -124,6 +136,42 @@ Status ParsePort(Options* options) {
   Status status = ParseNumber("--port", optarg, 0, kMaxPort, &port);
   options->port = port;
   return status;
+}
+
+// "PORT", "ADDRESS:PORT" or "[ADDRESS]:PORT".
+Status ParseControl(Options* options) {
+  std::string_view address(optarg);
+  const size_t colon = address.rfind(':');
+  const char* const port = colon == std::string_view::npos ? optarg : optarg + colon + 1;
+  address = colon == std::string_view::npos ? "127.0.0.1" : address.substr(0, colon);
+  if (address.starts_with('[') && address.ends_with(']')) {
+    address = address.substr(1, address.size() - 2);
+  }
+  options->control_listen = address;
+  return address.empty()
+             ? UsageError(std::string("--control takes [ADDRESS:]PORT, not \"") + optarg + "\"")
+             : ParseNumber("--control", port, 0, kMaxPort, &options->control_port);
+}
+
+Status ParseClock(Options* options) {
+  options->manual_clock = std::string_view(optarg) == "manual";
+  return options->manual_clock
+             ? Status()
+             : UsageError(std::string("--clock takes manual, not \"") + optarg + "\"");
+}
+
+// Options that go with others.
+Status CheckControl(const Options& options) {
+  if (options.control_listen.empty()) {
+    return options.control_anywhere || options.manual_clock
+               ? UsageError("--control-anywhere and --clock go with --control")
+               : Status();
+  }
+  return options.control_anywhere || IsLoopback(options.control_listen)
+             ? Status()
+             : UsageError(
+                   "--control listens on a loopback address only, unless "
+                   "--control-anywhere is given, too");
 }
 
 Status ParseShell(Options* options) {
@@ -221,6 +269,13 @@ Status ParseOption(int id, const char* word, Options* options) {
       return {};
     case kShellOption:
       return ParseShell(options);
+    case kControlOption:
+      return ParseControl(options);
+    case kControlAnywhereOption:
+      options->control_anywhere = true;
+      return {};
+    case kClockOption:
+      return ParseClock(options);
     case kCoreDumpsOption:
       options->core_dumps = true;
       return {};
@@ -256,9 +311,10 @@ Status ParseOptions(int argc, char** argv, Options* options) {
   }
   const bool reads_only = !options->factory_reset && (options->command == Options::Command::kGet ||
                                                       options->command == Options::Command::kDump);
-  return reads_only && !options->sets.empty()
-             ? UsageError("--set changes the store, which --get and --dump only read")
-             : Status();
+  if (reads_only && !options->sets.empty()) {
+    return UsageError("--set changes the store, which --get and --dump only read");
+  }
+  return CheckControl(*options);
 }
 
 const char* HelpText() { return kHelp; }

@@ -31,6 +31,10 @@ struct Options {
   bool real_waits = false;
   bool open = false;
   bool core_dumps = false;
+  std::string control_listen;  // empty: there is no control port
+  int control_port = 0;
+  bool control_anywhere = false;  // it may listen on another address than a loopback one
+  bool manual_clock = false;
   bool always_shell = false;                    // for the library's documents, too
   std::vector<std::string> names = {"router"};  // the router's, in Host headers
 };

@@ -31,6 +31,9 @@ struct Route {
   // Answers the whole request in the thread of the sockets, without the library and without a wait;
   // or nothing, when only `handle` can. May be empty: only `handle` can.
   std::function<std::optional<Reply>(const RequestView&)> answer = {};
+  // Told once of a request that `answer` did not answer, before it waits for the thread of the
+  // library. May be empty.
+  std::function<void(const RequestView&)> begin = {};
   // Answers the whole request in the thread of the library. Sees of the request what it was sent,
   // and not the connection. May be empty when `answer` always answers.
   std::function<Reply(const RequestView&)> handle = {};

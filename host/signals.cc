@@ -9,6 +9,8 @@
 #include <ctime>
 #include <iterator>
 
+#include "host_clock.h"
+
 namespace kiohost {
 namespace {
 
@@ -80,6 +82,9 @@ bool InstallSignals() {
 }
 
 Alarm AlarmState() {
+  if (TheClock().is_own() && TheClock().alarm()) {
+    return Alarm::kSet;
+  }
   // In this order: an alarm that fires in between is seen as pending.
   itimerval timer = {};
   getitimer(ITIMER_REAL, &timer);

@@ -83,7 +83,9 @@ LibraryDesk::News SocketsThread::WaitAndServe(bool waits) {
   }
   const LibraryDesk::News news = desk_->TakeNews();
   server_->HandleNews(news);
-  clients_->SweepIfDue();
+  if (clients_ != nullptr) {
+    clients_->SweepIfDue();
+  }
   server_->Run(read_set, write_set, except_set);
   return news;
 }

@@ -16,7 +16,7 @@ namespace kiohost {
 class SocketsThread {
  public:
   // The server and the clients belong to the thread as long as it runs, and to the caller
-  // otherwise.
+  // otherwise. The clients may be null: nobody logs in.
   SocketsThread(HttpServer* server, Clients* clients, LibraryDesk* desk)
       : server_(server), clients_(clients), desk_(desk) {}
   ~SocketsThread() { Stop(); }

@@ -1,13 +1,11 @@
 #include "uptime.h"
 
-#include <sys/sysinfo.h>
+#include "host_clock.h"
 
 namespace kiohost {
 
-long UptimeSeconds() {
-  struct sysinfo info = {};
-  sysinfo(&info);
-  return info.uptime;
-}
+long UptimeSeconds() { return TheClock().Uptime(); }
+
+long SteadySeconds() { return TheClock().SteadySeconds(); }
 
 }  // namespace kiohost

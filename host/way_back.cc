@@ -37,7 +37,7 @@ void WayBack::Keep(const std::vector<Node>& before, int64_t seconds, unsigned in
     store_->KeepOldText(change.path, change.before);
   }
   store_->SetNumber(kSeconds, seconds);
-  store_->SetNumber(kUntil, UptimeSeconds() + seconds);
+  store_->SetNumber(kUntil, SteadySeconds() + seconds);
   store_->SetNumber(kActions, actions);
   store_->SetNumber(kBoot, BootOfTheMachine());
 }
@@ -49,7 +49,7 @@ std::optional<WayBack::Pending> WayBack::pending() {
   }
   // After another boot nobody knows how much time has passed.
   const bool same_boot = store_->Number(kBoot) == BootOfTheMachine();
-  const int64_t left = same_boot ? *until - UptimeSeconds() : 0;
+  const int64_t left = same_boot ? *until - SteadySeconds() : 0;
   return Pending{store_->Number(kSeconds).value_or(0), std::max<int64_t>(left, 0),
                  static_cast<unsigned int>(store_->Number(kActions).value_or(0))};
 }

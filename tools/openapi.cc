@@ -1,12 +1,16 @@
-// Prints docs/openapi.json: the interface of the host, from its routes and the list of variables.
-// Usage: openapi SCHEMAS, with the file of the forms of the answers.
+// Prints docs/openapi.json, the interface of the host, from its routes and the list of variables;
+// or docs/control-openapi.json, that of its control port.
+// Usage: openapi SCHEMAS [control], with the file of the forms of the answers.
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
 #include <fstream>
+#include <span>
 #include <string>
+#include <string_view>
 
 #include "catalogue.h"
+#include "control/control_table.h"
 #include "json.h"
 #include "route_table.h"
 
@@ -111,7 +115,7 @@ Json ParametersOf(const RouteDescription& route) {
   return parameters;
 }
 
-Json ResponsesOf(const RouteDescription& route) {
+Json ResponsesOf(const RouteDescription& route, bool has_login) {
   Json done = {{"description", route.summary}, {"content", Json::object()}};
   for (const RouteAnswer& answer : route.answers) {
     if (answer.type != nullptr) {
@@ -127,7 +131,7 @@ Json ResponsesOf(const RouteDescription& route) {
         {"$ref", "#/components/responses/Refusal" + std::to_string(status)}};
   };
   std::for_each(std::begin(kRefusalsOfAll), std::end(kRefusalsOfAll), add);
-  if (!route.is_open) {
+  if (has_login && !route.is_open) {
     add(kUnauthorized);
   }
   if (route.method != "GET") {
@@ -141,7 +145,7 @@ Json ResponsesOf(const RouteDescription& route) {
   return responses;
 }
 
-Json OperationOf(const RouteDescription& route) {
+Json OperationOf(const RouteDescription& route, bool has_login) {
   using Need = kiohost::BodyRule::Need;
   Json operation = {{"summary", route.summary}};
   if (Json parameters = ParametersOf(route); !parameters.empty()) {
@@ -154,7 +158,7 @@ Json OperationOf(const RouteDescription& route) {
         {"required", route.body.need == Need::kFilled},
         {"content", {{"*/*", Json::object()}}}};
   }
-  operation["responses"] = ResponsesOf(route);
+  operation["responses"] = ResponsesOf(route, has_login);
   if (route.is_open) {
     operation["security"] = Json::array();
   }
@@ -184,34 +188,57 @@ Json VariableNames() {
   return {{"type", "string"}, {"anyOf", std::move(patterns)}};
 }
 
-Json Interface(Json schemas) {
+struct Port {
+  std::span<const RouteDescription* const> routes;
+  const char* title;
+  const char* description;
+  bool has_login;
+};
+
+Json Interface(const Port& port, Json schemas) {
   Json paths = Json::object();
-  for (const RouteDescription* route : kiohost::routes::kAll) {
-    paths[kiohost::PathTemplate(*route)][LowerCase(route->method)] = OperationOf(*route);
+  for (const RouteDescription* route : port.routes) {
+    paths[kiohost::PathTemplate(*route)][LowerCase(route->method)] =
+        OperationOf(*route, port.has_login);
   }
-  schemas["VariableName"] = VariableNames();
   Json refusals = Json::object();
   for (const unsigned int status : kRefusals) {
     refusals["Refusal" + std::to_string(status)] = Refusal(status);
   }
-  return {
+  Json interface = {
       {"openapi", "3.1.0"},
-      {"info",
-       {{"title", "kiohost"},
-        {"version", "1"},
-        {"description",
-         "The interface of the reference host. HEAD is served wherever GET is, and OPTIONS "
-         "everywhere."}}},
-      {"paths", std::move(paths)},
-      {"security", Json::array({{{"login", Json::array()}}})},
-      {"components",
-       {{"securitySchemes",
-         {{"login",
-           {{"type", "http"},
-            {"scheme", "KioAppKey"},
-            {"description", "The address of a client that has sent its key by POST /login."}}}}},
-        {"responses", std::move(refusals)},
-        {"schemas", std::move(schemas)}}}};
+      {"info", {{"title", port.title}, {"version", "1"}, {"description", port.description}}},
+      {"paths", std::move(paths)}};
+  Json components = Json::object();
+  if (port.has_login) {
+    interface["security"] = Json::array({{{"login", Json::array()}}});
+    components["securitySchemes"] = {
+        {"login",
+         {{"type", "http"},
+          {"scheme", "KioAppKey"},
+          {"description", "The address of a client that has sent its key by POST /login."}}}};
+  }
+  components["responses"] = std::move(refusals);
+  components["schemas"] = std::move(schemas);
+  interface["components"] = std::move(components);
+  return interface;
+}
+
+Json RouterInterface(Json schemas) {
+  schemas["VariableName"] = VariableNames();
+  return Interface({kiohost::routes::kAll, "kiohost",
+                    "The interface of the reference host. HEAD is served wherever GET is, and "
+                    "OPTIONS everywhere.",
+                    true},
+                   std::move(schemas));
+}
+
+Json ControlInterface(Json schemas) {
+  return Interface({kiohost::control_routes::kAll, "kiohost, control port",
+                    "The control port of the reference host, for test benches. HEAD is served "
+                    "wherever GET is, and OPTIONS everywhere.",
+                    false},
+                   std::move(schemas));
 }
 
 }  // namespace
@@ -220,12 +247,15 @@ Json Interface(Json schemas) {
 // An exception may end it: the build then fails.
 // NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) {
-  std::ifstream stream(argc == 2 ? argv[1] : "");
+  const bool is_control = argc == 3 && std::string_view(argv[2]) == "control";
+  std::ifstream stream(argc == 2 || is_control ? argv[1] : "");
   kiohost::Json schemas = kiohost::Json::parse(stream, nullptr, false);
   if (!schemas.is_object()) {
-    std::fprintf(stderr, "usage: openapi SCHEMAS\n");
+    std::fprintf(stderr, "usage: openapi SCHEMAS [control]\n");
     return 2;
   }
-  const std::string text = kiohost::JsonText(kio::tools::Interface(std::move(schemas)));
+  const std::string text =
+      kiohost::JsonText(is_control ? kio::tools::ControlInterface(std::move(schemas))
+                                   : kio::tools::RouterInterface(std::move(schemas)));
   return std::fputs(text.c_str(), stdout) < 0 || std::fflush(stdout) != 0 ? 1 : 0;
 }

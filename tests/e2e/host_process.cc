@@ -13,6 +13,8 @@
 #include <map>
 #include <sstream>
 
+#include "http_client.h"
+
 std::string HostProgram() {
   const char* const other = getenv("KIO_E2E_HOST");
   return other != nullptr ? other : KIOHOST_PROGRAM;
@@ -156,6 +158,8 @@ bool HostProcess::StartClosed(const std::vector<std::string>& more_arguments) {
   pid_ = Spawn(arguments, dir_.File("out"), dir_.File("err"));
   const bool listens = WaitForOutput("/\n");
   port_ = NumberAfter(Output(), ":");
+  control_port_ = NumberAfter(Output(), "control port on http://127.0.0.1:");
+  NoteControlPort(control_port_);
   return listens && port_ > 0;
 }
 

@@ -81,6 +81,8 @@ class HostProcess {
 
   const TempDir& dir() const { return dir_; }
   int port() const { return port_; }
+  // The control port, if it was asked for.
+  int control_port() const { return control_port_; }
   pid_t pid() const { return pid_; }
 
   // Sends a signal and waits for the end; returns the exit code as CommandResult does.
@@ -115,6 +117,7 @@ class HostProcess {
   std::vector<std::string> arguments_;
   pid_t pid_ = -1;
   int port_ = 0;
+  int control_port_ = 0;
 };
 
 #endif  // TESTS_E2E_HOST_PROCESS_H

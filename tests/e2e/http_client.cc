@@ -12,6 +12,7 @@
 #include <fstream>
 #include <mutex>
 #include <nlohmann/json.hpp>
+#include <set>
 
 namespace {
 
@@ -26,7 +27,16 @@ Number ToNumber(const std::string& text) {
   return static_cast<Number>(std::strtoul(text.c_str(), nullptr, kDecimal));
 }
 
+// What a test has told of. It may have clients in several threads.
+std::mutex g_mutex;
+std::set<int> g_control_ports;
+
 }  // namespace
+
+void NoteControlPort(int port) {
+  const std::lock_guard lock(g_mutex);
+  g_control_ports.insert(port);
+}
 
 std::string HttpResponse::Header(const std::string& name) const {
   for (size_t at = head.find("\r\n"); at != std::string::npos; at = head.find("\r\n", at)) {
@@ -40,7 +50,7 @@ std::string HttpResponse::Header(const std::string& name) const {
 }
 
 Connection::Connection(int port, const std::string& from)
-    : fd_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    : fd_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)), port_(port) {
   sockaddr_in own = {};
   own.sin_family = AF_INET;
   inet_pton(AF_INET, from.c_str(), &own.sin_addr);
@@ -131,10 +141,10 @@ void Connection::Note(const HttpResponse& response, bool has_body) {
   }
   const std::string line =
       note.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
-  // A long line takes several writes, and a test may have clients in several threads.
-  static std::mutex mutex;
-  const std::lock_guard lock(mutex);
-  std::ofstream file(std::string(directory) + "/" + std::to_string(getpid()), std::ios::app);
+  // A long line takes several writes.
+  const std::lock_guard lock(g_mutex);
+  const char* const prefix = g_control_ports.contains(port_) ? "/control-" : "/";
+  std::ofstream file(directory + (prefix + std::to_string(getpid())), std::ios::app);
   file << line;
 }
 

@@ -50,9 +50,13 @@ class Connection {
   void Note(const HttpResponse& response, bool has_body);
 
   int fd_ = -1;
+  int port_;
   std::deque<std::string> asked_;  // the lines of the requests that were not answered yet
   std::string received_;
 };
+
+// Answers of this port are those of a control port: they are looked at by its own description.
+void NoteControlPort(int port);
 
 // Requests with a body of known length.
 std::string BodyRequest(const std::string& method, const std::string& url, const std::string& body);

@@ -1,10 +1,15 @@
 #!/bin/bash
-# Runs the examples of docs/http.md: each `sh` block against a host with factory settings, and
-# compares its output with the `text` block that follows. Usage: http_doc_test.sh KIOHOST SOURCE_DIR
+# Runs the examples of a page of docs/: each `sh` block against a host with factory settings, and
+# compares its output with the `text` block that follows.
+# Usage: http_doc_test.sh KIOHOST SOURCE_DIR [PAGE LEAST OPTION...], with the page (http.md), how many
+# examples it has at least (10), and options of the host.
 set -euo pipefail
 
 kiohost=$1
 source_dir=$2
+page=${3-http.md}
+least=${4-10}
+shift $(($# < 4 ? $# : 4))
 work=$(mktemp -d "${TMPDIR:-/tmp}/k.XXXXXX")
 host_pid=
 cleanup() {
@@ -19,7 +24,7 @@ trap cleanup EXIT
 ln -s "$source_dir/host/scripts" "$work/scripts"
 : >"$work/out"
 "$kiohost" --store "$work/store.db" --temp-dir "$work" --script-dir "$work/scripts" --port 0 \
-  >"$work/out" &
+  "$@" >"$work/out" &
 host_pid=$!
 ROUTER=
 for _ in {1..200}; do
@@ -28,14 +33,15 @@ for _ in {1..200}; do
   sleep 0.05
 done
 [[ -n $ROUTER ]] || { echo "the host does not listen"; exit 1; }
-export ROUTER
+CONTROL=$(sed -n 's|^control port on ||p' "$work/out")
+export ROUTER CONTROL
 
 # Writes the blocks as files 1.sh, 1.text, 2.sh, 2.text, ...
 awk -v dir="$work" '
   /^```sh$/   { file = dir "/" ++count ".sh"; next }
   /^```text$/ { file = dir "/" count ".text"; next }
   /^```$/     { file = ""; next }
-  file != ""  { print > file }' "$source_dir/docs/http.md"
+  file != ""  { print > file }' "$source_dir/docs/$page"
 
 # What is another in each run.
 same_uptime() {
@@ -48,7 +54,7 @@ examples=0
 for _ in "$work"/*.sh; do
   examples=$((examples + 1))
 done
-((examples >= 10)) || { echo "found $examples examples only"; exit 1; }
+((examples >= least)) || { echo "found $examples examples only"; exit 1; }
 for ((i = 1; i <= examples; ++i)); do
   echo "example $i: $(head -n 1 "$work/$i.sh")"
   bash -euo pipefail "$work/$i.sh" >"$work/$i.got"

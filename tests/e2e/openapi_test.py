@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Validates the answers that the tests of the host got against docs/openapi.json.
 
-Usage: openapi_test.py OPENAPI DIRECTORY LEAST, with a file of answers, one a line, for each process of
-the tests. There must be LEAST answers or more."""
+Usage: openapi_test.py OPENAPI DIRECTORY LEAST [PREFIX], with a file of answers, one a line, for each
+process of the tests, whose name begins with PREFIX; without it, is a number. There must be LEAST
+answers or more."""
 import json
 import os
 import re
@@ -129,9 +130,10 @@ def check(interface, note):
 def main():
     interface = Interface(sys.argv[1])
     directory, least = sys.argv[2], int(sys.argv[3])
+    names = re.compile((sys.argv[4] if len(sys.argv) > 4 else "") + "[0-9]+$")
     looked_at = faults = 0
     known = {}
-    for name in sorted(os.listdir(directory)):
+    for name in sorted(filter(names.match, os.listdir(directory))):
         with open(os.path.join(directory, name), encoding="utf-8", newline="\n") as stream:
             for line in stream:
                 if line in known:

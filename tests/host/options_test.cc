@@ -35,10 +35,33 @@ TEST(OptionsTest, HaveSafeDefaults) {
   EXPECT_FALSE(options.open);
   EXPECT_FALSE(options.shared_temp_dir);
   EXPECT_FALSE(options.core_dumps);
+  EXPECT_EQ(options.control_listen, "");
+  EXPECT_FALSE(options.control_anywhere);
+  EXPECT_FALSE(options.manual_clock);
   EXPECT_FALSE(options.always_shell);
   EXPECT_FALSE(options.strict);
   EXPECT_THAT(options.sets, IsEmpty());
   EXPECT_THAT(options.names, ElementsAre("router"));
+}
+
+TEST(OptionsTest, AControlPortMayHaveAnAddress) {
+  struct Row {
+    const char* text;
+    const char* address;
+    int port;
+  };
+  for (const Row& row : {Row{"9000", "127.0.0.1", 9000}, Row{"127.0.0.9:0", "127.0.0.9", 0},
+                         Row{"[::1]:80", "::1", 80}}) {
+    Options options;
+    ASSERT_TRUE(Parse({"--control", row.text}, &options).ok()) << row.text;
+    EXPECT_EQ(options.control_listen, row.address);
+    EXPECT_EQ(options.control_port, row.port);
+  }
+  Options options;
+  EXPECT_FALSE(Parse({"--control", "192.0.2.1:80"}, &options).ok());
+  EXPECT_TRUE(Parse({"--control", "192.0.2.1:80", "--control-anywhere", "--clock=manual"}, &options)
+                  .ok());
+  EXPECT_TRUE(options.manual_clock);
 }
 
 TEST(OptionsTest, AreAllUnderstood) {
