@@ -4,7 +4,7 @@
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit 1
 
-folders=(bench cmake examples fuzz host include src testing tests tools)
+folders=(bench cmake ctl examples fuzz host include src testing tests tools)
 build=$(realpath -m "${1:-build/lint}")
 failed=()
 
@@ -26,7 +26,7 @@ jq -s --arg bench "$PWD/bench/" '
 # The files of a program of the host, the tools or the tests are checked as one unit: most of the time
 # goes into the headers that all of them include. The analyzer takes what a file includes for a part of
 # it, and not for a header, when the name of the file says so.
-jq --arg grouped "^$PWD/(host|tools/(?!differential/)|tests/(?!abi/)).*\\.cc$" --arg units "$build/units" '
+jq --arg grouped "^$PWD/(ctl|host|tools/(?!differential/)|tests/(?!abi/)).*\\.cc$" --arg units "$build/units" '
   def program: .command | capture(" -o (?<to>\\S+\\.dir)/").to;
   group_by(if .file | test($grouped) then program else .file end)
   | map(if length == 1 then .[0]
@@ -38,7 +38,7 @@ jq --arg grouped "^$PWD/(host|tools/(?!differential/)|tests/(?!abi/)).*\\.cc$" -
 jq 'map(del(.members))' "$build/units.json" > "$build/compile_commands.json" || exit 1
 rm -rf "$build/units"
 # Each below the settings of its folder.
-mkdir -p "$build"/units/{host,tests,tools} && cp .clang-tidy "$build/units" &&
+mkdir -p "$build"/units/{ctl,host,tests,tools} && cp .clang-tidy "$build/units" &&
   cp tests/.clang-tidy "$build/units/tests" || exit 1
 while IFS=$'\t' read -r unit member; do
   printf '// NOLINTNEXTLINE(bugprone-suspicious-include)\n#include "%s"\n' "$member" >> "$unit"

@@ -8,12 +8,16 @@ set -euo pipefail
 # shellcheck source=cmake/progress.sh
 . "$(dirname "${BASH_SOURCE[0]}")/progress.sh"
 
-# To build the library and the reference host, to talk to it, and to give it a firmware server.
+# To build the library, the reference host and kioctl, to talk to it, and to give it a firmware server.
 demo_packages=(
   cmake
   curl
   g++
+  libcli11-dev
+  libcurl4-openssl-dev
   libmicrohttpd-dev
+  libpugixml-dev
+  libsodium-dev
   libsqlite3-dev
   nettle-dev
   ninja-build
@@ -35,13 +39,13 @@ test_packages=(
   libexpat1-dev
   libgmock-dev
   libgtest-dev
-  libpugixml-dev
   librapidxml-dev
   libssl-dev
   python3-jsonschema
   shellcheck
   valgrind
   zlib1g-dev
+  zsh
 )
 # The manual pages and the reference of the headers.
 docs_packages=(

@@ -1,0 +1,219 @@
+#include "command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <cstdlib>
+#include <sstream>
+
+#include "completion.h"
+#include "version.h"
+
+namespace kioctl {
+namespace {
+
+constexpr char kFooter[] = R"(
+Passwords: of --password-file, of KIO_PASSWORD, or from a prompt.
+Exit codes: 0 done, 1 refused, 2 usage, 3 not logged in, 4 unreachable, 5 timeout,
+6 not in force, 7 a file or this system, 130 interrupted.
+)";
+
+constexpr int kMostConfirmSeconds = 3600;
+constexpr int kLeastConfirmSeconds = 5;
+
+// A sub-command that is run when it is named; `name` is the whole of it.
+CLI::App* Add(CLI::App* parent, Options* options, const std::string& name, const std::string& word,
+              const std::string& description) {
+  CLI::App* const command = parent->add_subcommand(word, description);
+  command->fallthrough();
+  // The last one that is named is what is run.
+  command->final_callback([options, name] { options->command = name; });
+  return command;
+}
+
+void AddGeneral(CLI::App* app, Options* options) {
+  app->add_option("--router", options->routers,
+                  "The router's address; more than once for several (KIO_ROUTER)")
+      ->type_name("URL")
+      ->take_all()
+      ->expected(1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  app->add_flag("--json", options->json, "Print JSON");
+  app->add_option("--color", options->colour, "Colours: auto, always or never")
+      ->type_name("WHEN")
+      ->check(CLI::IsMember({"auto", "always", "never"}));
+  app->add_option("--password-file", options->password_file,
+                  "A file of mode 600 that holds the password")
+      ->type_name("FILE");
+  app->add_option("--timeout", options->timeout, "Seconds that a request may take")
+      ->type_name("S")
+      ->check(CLI::Range(1, kMostConfirmSeconds));
+}
+
+void AddIfMatchOption(CLI::App* command, Options* options) {
+  command->add_option("--if-match", options->if_match, "Only when this apply is the last one")
+      ->type_name("ID");
+}
+
+void AddWaitOptions(CLI::App* command, Options* options) {
+  command->add_flag("--early", options->early, "Do not wait longer than the router needs");
+  command->add_option("--grace", options->grace, "Seconds beyond the promised ones")
+      ->type_name("S")
+      ->check(CLI::NonNegativeNumber);
+}
+
+void AddChangeOptions(CLI::App* command, Options* options) {
+  command->add_flag("--dry-run", options->dry_run, "Tell what would change, and change nothing");
+  command
+      ->add_option("--confirm-within", options->confirm_within,
+                   "Go back unless kioctl confirm comes in time")
+      ->type_name("S")
+      ->check(CLI::Range(kLeastConfirmSeconds, kMostConfirmSeconds));
+  AddIfMatchOption(command, options);
+  command->add_flag("--wait", options->wait, "Wait until it is in force");
+  AddWaitOptions(command, options);
+}
+
+void AddSessionCommands(CLI::App* app, Options* options) {
+  Add(app, options, "login", "login", "Log this machine in");
+  Add(app, options, "logout", "logout", "End the login");
+  Add(app, options, "device", "device",
+      "Show what the router is and what became of the last change");
+  CLI::App* const wait =
+      Add(app, options, "wait", "wait", "Wait until the router is back and the change is in force");
+  wait->add_option("--apply", options->apply_id, "The id of the change (the last one)")
+      ->type_name("ID");
+  wait->add_option("--boot", options->boot_id, "The router's bootId before the change")
+      ->type_name("ID");
+  wait->add_option("--for", options->promised, "Seconds that the router has promised")
+      ->type_name("S")
+      ->check(CLI::NonNegativeNumber);
+  AddWaitOptions(wait, options);
+}
+
+void AddSettingsCommands(CLI::App* app, Options* options) {
+  CLI::App* const send = Add(app, options, "send", "send", "Send a settings document");
+  send->add_option("DOC", options->operand, "The document; - for standard input")->required();
+  AddChangeOptions(send, options);
+  send->add_flag("--cloning", options->cloning, "Take over another access point's radios only");
+  send->add_flag("--full", options->full, "With --cloning: bring everything up anew");
+  CLI::App* const confirm =
+      Add(app, options, "confirm", "confirm", "Keep settings that go back otherwise");
+  confirm->add_flag("--take-back", options->take_back, "Go back at once instead");
+  AddIfMatchOption(confirm, options);
+  Add(app, options, "result", "result", "Show the result of the last exchange");
+}
+
+void AddVariableCommands(CLI::App* app, Options* options) {
+  CLI::App* const get = Add(app, options, "get", "get", "Print the value of a variable");
+  get->add_option("NAME", options->operand, "A name, or a path such as Device/DeviceName")
+      ->required();
+  get->add_flag("--path", options->node_path, "Print the path of its node instead");
+  for (const auto& [word, description] :
+       {std::pair{"set", "Set a variable; apply and commit bring it into force"},
+        std::pair{"validate", "Ask whether a variable takes a value"}}) {
+    CLI::App* const command = Add(app, options, word, word, description);
+    command->add_option("NAME", options->operand, "A name, or a path such as Device/DeviceName")
+        ->required();
+    command->add_option("VALUE", options->value,
+                        "The value; - for standard input, which a password must come by");
+  }
+  CLI::App* const vars = Add(app, options, "vars", "vars", "List the variables with their values");
+  vars->add_option("PATTERN", options->operand, "A part of a name or path, or a pattern with *");
+  vars->add_flag("--secrets", options->secrets, "Show passwords and keys");
+  vars->add_flag("--catalogue", options->catalogue, "List what each one takes instead");
+  vars->add_option("--changed-since", options->changed_since,
+                   "Only what has changed since an apply")
+      ->type_name("ID");
+  CLI::App* const batch = Add(app, options, "batch", "batch", "Set several variables at once");
+  batch->add_option("FILE", options->operand, "name=value pairs; - for standard input")->required();
+  batch->add_flag("--dry-run", options->dry_run, "Tell what would change, and change nothing");
+  batch->add_option("--separator", options->separator, "The character between the pairs (&)")
+      ->type_name("C");
+  AddIfMatchOption(batch, options);
+  Add(app, options, "forget", "forget", "Forget what was set and not applied");
+  AddIfMatchOption(Add(app, options, "apply", "apply", "Apply what was set"), options);
+  CLI::App* const commit =
+      Add(app, options, "commit", "commit", "Bring what was applied into force");
+  AddIfMatchOption(commit, options);
+  commit->add_flag("--wait", options->wait, "Wait until it is in force");
+  commit->add_option("--for", options->promised, "Seconds that the router needs")->type_name("S");
+  AddWaitOptions(commit, options);
+}
+
+void AddFirmwareCommands(CLI::App* app, Options* options) {
+  CLI::App* const firmware = app->add_subcommand("firmware", "The steps of a firmware upgrade");
+  firmware->require_subcommand(1)->fallthrough();
+  Add(firmware, options, "firmware status", "status", "Show where the upgrade stands");
+  Add(firmware, options, "firmware search", "search", "Look for newer firmware");
+  Add(firmware, options, "firmware download", "download", "Have the router fetch it");
+  CLI::App* const upgrade =
+      Add(firmware, options, "firmware upgrade", "upgrade", "Have the router write it");
+  AddIfMatchOption(upgrade, options);
+  upgrade->add_flag("--wait", options->wait, "Wait until the router runs it");
+  AddWaitOptions(upgrade, options);
+}
+
+void AddBackupCommands(CLI::App* app, Options* options) {
+  CLI::App* const backup = Add(app, options, "backup", "backup", "Write the settings to a file");
+  backup->add_option("FILE", options->operand, "The file; - for standard output")->required();
+  backup->add_flag("--secrets", options->secrets,
+                   "With passwords and keys, sealed by a passphrase (KIO_PASSPHRASE or a prompt)");
+  CLI::App* const restore =
+      Add(app, options, "restore", "restore", "Restore the settings of a file");
+  restore->add_option("FILE", options->operand, "The file; - for standard input")->required();
+  AddChangeOptions(restore, options);
+  restore->add_flag("--other-firmware", options->other_firmware,
+                    "Take the backup of another firmware of this model");
+  restore->add_flag("--yes", options->yes, "Do not ask after showing the differences");
+}
+
+void TakeRoutersOfEnvironment(Options* options) {
+  const char* const routers = getenv("KIO_ROUTER");
+  if (!options->routers.empty() || routers == nullptr) {
+    return;
+  }
+  std::istringstream words(routers);
+  for (std::string router; words >> router;) {
+    options->routers.push_back(router);
+  }
+}
+
+}  // namespace
+
+std::optional<ExitCode> ReadCommandLine(int argc, char** argv, Options* options) {
+  CLI::App app("The app's side of a router on a command line, over its HTTP interface.", "kioctl");
+  app.footer(kFooter);
+  app.set_version_flag("--version", std::string("kioctl ") + kVersionText);
+  app.set_help_all_flag("--help-all", "Print the help of all commands");
+  app.require_subcommand(1);
+  AddGeneral(&app, options);
+  AddSessionCommands(&app, options);
+  AddSettingsCommands(&app, options);
+  AddVariableCommands(&app, options);
+  AddFirmwareCommands(&app, options);
+  AddBackupCommands(&app, options);
+  if (argc > 1 && std::string(argv[1]) == "complete") {
+    Complete(app, {argv + 2, argv + argc});
+    return ExitCode::kDone;
+  }
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0) {
+      app.exit(error);
+      return ExitCode::kDone;
+    }
+    std::fprintf(stderr, "kioctl: %s\n  next: kioctl --help, or kioctl COMMAND --help\n",
+                 error.what());
+    return ExitCode::kUsage;
+  }
+  TakeRoutersOfEnvironment(options);
+  if (options->routers.empty()) {
+    std::fputs("kioctl: no router is named\n  next: give --router URL, or set KIO_ROUTER\n",
+               stderr);
+    return ExitCode::kUsage;
+  }
+  return std::nullopt;
+}
+
+}  // namespace kioctl

@@ -1,0 +1,58 @@
+// The commands. Each does its work with one router, prints the result, and throws a Failure when
+// the router, or something else, does not let it.
+#ifndef CTL_COMMANDS_H
+#define CTL_COMMANDS_H
+
+#include "options.h"
+#include "output.h"
+#include "router.h"
+
+namespace kioctl {
+
+struct Context {
+  const Options* options;
+  const Output* out;
+  Router* router;
+};
+
+using Command = void (*)(Context* context);
+
+// The command of a name such as "firmware search".
+Command FindCommand(const std::string& name);
+
+// login, logout, device, wait: session_commands.cc
+void RunLogin(Context* context);
+void RunLogout(Context* context);
+void RunDevice(Context* context);
+void RunWait(Context* context);
+
+// settings_commands.cc
+void RunSend(Context* context);
+void RunConfirm(Context* context);
+void RunResult(Context* context);
+
+// variable_commands.cc
+void RunGet(Context* context);
+void RunSet(Context* context);
+void RunValidate(Context* context);
+void RunForget(Context* context);
+void RunBatch(Context* context);
+void RunApply(Context* context);
+void RunCommit(Context* context);
+
+// vars_command.cc
+void RunVars(Context* context);
+
+// firmware_commands.cc
+void RunFirmwareStatus(Context* context);
+void RunFirmwareSearch(Context* context);
+void RunFirmwareDownload(Context* context);
+void RunFirmwareUpgrade(Context* context);
+
+// backup_commands.cc
+void RunBackup(Context* context);
+void RunRestore(Context* context);
+
+}  // namespace kioctl
+
+#endif  // CTL_COMMANDS_H
