@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+#include "testing/heap_chars.h"
+
 namespace kio::test {
 
 Sandbox& TheSandbox() {
@@ -38,11 +40,11 @@ std::vector<std::string> AuthTest::Addresses() {
 }
 
 std::string AuthTest::Md5Text(const std::string& text) {
-  unsigned char digest[16];
+  HeapChars<16, unsigned char> digest;
   MD5Digest(text.c_str(), 0, digest);
-  char digits[33];
+  HeapChars<33> digits;
   Hex2String(digest, digits, 16);
-  return digits;
+  return digits.array();
 }
 
 }  // namespace kio::test

@@ -8,6 +8,7 @@
 
 #include "auth_fixture.h"
 #include "platform/guarded.h"
+#include "testing/heap_chars.h"
 
 namespace kio::test {
 namespace {
@@ -51,10 +52,10 @@ TEST_F(Md5Test, AgreesWithMd5sum) {
   FILE* const md5sum = popen(("cd " + directory.path() + " && md5sum *").c_str(), "r");
   ASSERT_NE(md5sum, nullptr);
   std::size_t compared = 0;
-  char digits[33];
+  HeapChars<33> digits;
   unsigned size = 0;
   // NOLINTNEXTLINE(cert-err34-c): the number of items read is looked at
-  while (std::fscanf(md5sum, "%32s %u\n", digits, &size) == 2) {
+  while (std::fscanf(md5sum, "%32s %u\n", digits.array(), &size) == 2) {
     EXPECT_EQ(Md5Text(Text(size, 7)), digits) << size;
     ++compared;
   }
@@ -65,9 +66,9 @@ TEST_F(Md5Test, AgreesWithMd5sum) {
 TEST_F(Md5Test, LengthIsNotUsed) {
   // Quirk "digest-length-unused"
   for (const unsigned length : {0U, 1U, 3U, 1000U}) {
-    unsigned char digest[16];
+    HeapChars<16, unsigned char> digest;
     MD5Digest("abc", length, digest);
-    char digits[33];
+    HeapChars<33> digits;
     Hex2String(digest, digits, 16);
     EXPECT_STREQ(digits, "900150983cd24fb0d6963f7d28e17f72");
   }

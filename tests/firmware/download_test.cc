@@ -6,6 +6,7 @@
 #include <string>
 
 #include "support/fake_host.h"
+#include "testing/heap_chars.h"
 
 namespace kio::test {
 namespace {
@@ -18,16 +19,16 @@ using firmware::ReadDownloadTag;
 // The command; empty when it does not fit.
 std::string Command(const std::string& command_template, const std::string& file,
                     const std::string& address, bool in_background = false) {
-  char command[kDownloadSize];
+  HeapChars<kDownloadSize> command;
   const Download download{file.c_str(), address.c_str(), in_background};
   return BuildDownloadCommand(command_template.c_str(), download, command) ? command : "";
 }
 
 std::string Tag(const std::string& command_template, const std::string& file,
                 const std::string& address) {
-  char tag[16];
+  HeapChars<16> tag;
   ReadDownloadTag(command_template.c_str(), {file.c_str(), address.c_str(), true}, tag);
-  return tag;
+  return tag.array();
 }
 
 TEST(DownloadCommand, OrdinaryTextsAreReplaced) {

@@ -9,6 +9,7 @@
 
 #include "kioapp/kioapp.h"
 #include "support/fake_host.h"
+#include "testing/heap_chars.h"
 
 namespace kio::test {
 
@@ -50,8 +51,8 @@ class FirmwareTest : public ::testing::Test {
   static int ParseList(const std::string& text, int kind, int length = 0);
 
   FakeHost& host_ = FakeHost::Get();
-  char file_url_[128] = "before";
-  char notes_url_[128] = "before";
+  HeapChars<128> file_url_{"before"};
+  HeapChars<128> notes_url_{"before"};
 };
 
 }  // namespace kio::test

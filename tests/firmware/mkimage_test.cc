@@ -9,6 +9,7 @@
 #include "image_file.h"
 #include "kioapp/firmware.h"
 #include "support/fake_host.h"
+#include "testing/heap_chars.h"
 
 namespace kio::test {
 namespace {
@@ -36,7 +37,7 @@ class MkimageTest : public ::testing::Test {
   }
 
   TemporaryDirectory directory_;
-  char message_[256] = "";
+  HeapChars<256> message_;
 };
 
 class MadeImageTest : public MkimageTest,

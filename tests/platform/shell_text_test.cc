@@ -7,6 +7,7 @@
 #include <string>
 
 #include "support/fake_host.h"
+#include "testing/heap_chars.h"
 
 namespace kio::test {
 namespace {
@@ -17,10 +18,10 @@ using platform::ShellQuotes;
 using platform::TextBuffer;
 
 std::string Escaped(ShellQuotes quotes, const std::string& text) {
-  char buffer[1024];
-  TextBuffer command(buffer);
+  HeapChars<1024> buffer;
+  TextBuffer command(buffer.array());
   AppendShellText(command, quotes, text);
-  return buffer;
+  return buffer.array();
 }
 
 std::string Quoted(ShellQuotes quotes, const std::string& text) {

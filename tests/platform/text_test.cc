@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "guarded.h"
+#include "testing/heap_chars.h"
 
 namespace kio::platform {
 namespace {
@@ -16,12 +17,12 @@ namespace {
 using test::Guarded;
 
 TEST(TextBuffer, BuildsAText) {
-  char array[32];
-  TextBuffer text(array);
-  EXPECT_STREQ(array, "");
+  HeapChars<32> chars;
+  TextBuffer text(chars.array());
+  EXPECT_STREQ(chars, "");
   text.Append("sta:").AppendNumber(-12).Append('/').Append(TextView("ifname", 2));
-  EXPECT_STREQ(array, "sta:-12/if");
-  EXPECT_EQ(text.c_str(), array);
+  EXPECT_STREQ(chars, "sta:-12/if");
+  EXPECT_EQ(text.c_str(), chars.array());
   EXPECT_EQ(text.size(), 10U);
   EXPECT_EQ(text.view(), "sta:-12/if");
 }
@@ -37,21 +38,21 @@ TEST(TextBuffer, CutsWhatDoesNotFit) {
 }
 
 TEST(TextBuffer, TruncateOnlyShortens) {
-  char array[8];
-  TextBuffer text(array);
+  HeapChars<8> chars;
+  TextBuffer text(chars.array());
   text.Append("abcdef").Truncate(9);
-  EXPECT_STREQ(array, "abcdef");
+  EXPECT_STREQ(chars, "abcdef");
   text.Truncate(2);
-  EXPECT_STREQ(array, "ab");
+  EXPECT_STREQ(chars, "ab");
   text.Append("X");
-  EXPECT_STREQ(array, "abX");
+  EXPECT_STREQ(chars, "abX");
 }
 
 TEST(TextBuffer, Numbers) {
   for (const long number : {0L, 7L, -7L, LONG_MAX, LONG_MIN}) {
-    char array[32];
-    TextBuffer(array).AppendNumber(number);
-    EXPECT_EQ(array, std::to_string(number));
+    HeapChars<32> chars;
+    TextBuffer(chars.array()).AppendNumber(number);
+    EXPECT_EQ(chars.array(), std::to_string(number));
   }
 }
 

@@ -10,6 +10,7 @@
 
 #include "coder.h"
 #include "kioapp/text.h"
+#include "testing/heap_chars.h"
 
 namespace kio::test {
 namespace {
@@ -20,8 +21,8 @@ TEST(UrlCoding, NullAndLimits) {
   for (const Coder coder : {strncpy_HtmlDecode, strncpy_HtmlEncode}) {
     EXPECT_EQ(coder(nullptr, "a", 5), nullptr);
     EXPECT_EQ(coder(nullptr, nullptr, 0), nullptr);
-    char text[4] = "xyz";
-    EXPECT_EQ(coder(text, nullptr, 5), text);
+    HeapChars<4> text("xyz");
+    EXPECT_EQ(coder(text, nullptr, 5), text.array());
     EXPECT_STREQ(text, "");
     for (const int n : {0, -1, INT_MIN}) {
       EXPECT_EQ(Written(coder, "abc", n, 3), "\0~~"s);
@@ -66,7 +67,7 @@ TEST(UrlDecode, LimitLeavesNoTerminator) {
 }
 
 TEST(UrlDecode, WorksInPlace) {
-  char text[] = "%41+%42%43";
+  HeapChars text("%41+%42%43");
   EXPECT_STREQ(strncpy_HtmlDecode(text, text, 64), "A BC");
 }
 

@@ -13,6 +13,7 @@
 #include "coder.h"
 #include "guarded.h"
 #include "kioapp/text.h"
+#include "testing/heap_chars.h"
 
 namespace kio::test {
 namespace {
@@ -96,8 +97,8 @@ TEST(XmlCoding, NullAndLimits) {
   for (const Coder coder : {strncpy_XmlDecode, strncpy_XmlEncode}) {
     EXPECT_EQ(coder(nullptr, "a", 5), nullptr);
     EXPECT_EQ(coder(nullptr, nullptr, 0), nullptr);
-    char text[4] = "xyz";
-    EXPECT_EQ(coder(text, nullptr, 5), text);
+    HeapChars<4> text("xyz");
+    EXPECT_EQ(coder(text, nullptr, 5), text.array());
     EXPECT_STREQ(text, "");
     for (const int n : {0, -1, INT_MIN}) {
       EXPECT_EQ(Written(coder, "abc", n, 3), "\0~~"s);
@@ -174,7 +175,7 @@ TEST(XmlDecode, UnterminatedSourceIsReadToTheLimitOnly) {
 }
 
 TEST(XmlDecode, WorksInPlace) {
-  char text[] = "a&lt;b&gt;c&amp;";
+  HeapChars text("a&lt;b&gt;c&amp;");
   EXPECT_STREQ(strncpy_XmlDecode(text, text, 64), "a<b>c&");
 }
 
@@ -206,7 +207,7 @@ TEST(XmlDecode, BoundedFormStaysInsideItsText) {
 }
 
 TEST(XmlDecode, BoundedFormLooksPastTheLimitWithinItsText) {
-  char dst[8];
+  HeapChars<8> dst;
   EXPECT_EQ(platform::DecodeXml(dst, "a&lt;b", 2), 2U);
   EXPECT_EQ(std::string(dst, 2), "a<");
   EXPECT_EQ(platform::DecodeXml(dst, "a&lt", 2), 2U);

@@ -7,6 +7,7 @@
 
 #include "kioapp/kioapp.h"
 #include "support/exchange.h"
+#include "testing/heap_chars.h"
 
 namespace kio::test {
 namespace {
@@ -40,8 +41,8 @@ std::string Swapped(std::string text) {
 }
 
 int Look(const std::string& word, const char* const* table, std::string* after) {
-  char buffer[64];
-  std::snprintf(buffer, sizeof(buffer), "%s", word.c_str());
+  HeapChars<64> buffer;
+  std::snprintf(buffer, buffer.size(), "%s", word.c_str());
   const int code = SearchKeyArray(buffer, table);
   *after = buffer;
   return code;

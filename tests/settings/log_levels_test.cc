@@ -6,6 +6,7 @@
 #include "kioapp/kioapp.h"
 #include "support/exchange.h"
 #include "support/sample_device.h"
+#include "testing/heap_chars.h"
 
 namespace kio::test {
 namespace {
@@ -60,7 +61,7 @@ TEST_F(SettingsLevelsTest, Fields) {
       {"the section above",
        [] {
          RssIsp provider = {};
-         char text[] = "<DSL></DSL>";
+         HeapChars text("<DSL></DSL>");
          do_RssISP_Parser("Above/All", text, 0, &provider, "DSL");
        },
        kDetailLevel, "Above/All\n"},

@@ -10,6 +10,7 @@
 #include "settings/lost_keys.h"
 #include "support/exchange.h"
 #include "support/guarded_text.h"
+#include "testing/heap_chars.h"
 
 namespace kio::test {
 namespace {
@@ -29,7 +30,7 @@ constexpr const char* kText = "<a><b>one</b></a><c/>";
 
 TEST_F(BlockTest, FindsTheBlockAndBuildsItsPath) {
   const GuardedText text(kText);
-  char path[128] = "before";
+  HeapChars<128> path("before");
   int length = -1;
   EXPECT_EQ(prepareXmlBlockData("Device", text.get(), 0, "A", path, &length), text.get() + 3);
   EXPECT_EQ(length, 10);
@@ -39,7 +40,7 @@ TEST_F(BlockTest, FindsTheBlockAndBuildsItsPath) {
 
 TEST_F(BlockTest, PathWithoutParentIsTheKey) {
   const GuardedText text(kText);
-  char path[128] = "before";
+  HeapChars<128> path("before");
   int length = -1;
   EXPECT_NE(prepareXmlBlockData(nullptr, text.get(), 0, "a", path, &length), nullptr);
   EXPECT_STREQ(path, "a");
@@ -50,7 +51,7 @@ TEST_F(BlockTest, PathWithoutParentIsTheKey) {
 
 TEST_F(BlockTest, EmptyElementIsABlockOfLengthZero) {
   const GuardedText text(kText);
-  char path[128] = "";
+  HeapChars<128> path;
   int length = -1;
   EXPECT_EQ(prepareXmlBlockData("P", text.get(), 0, "c", path, &length), text.get() + 17);
   EXPECT_EQ(length, 0);
@@ -59,7 +60,7 @@ TEST_F(BlockTest, EmptyElementIsABlockOfLengthZero) {
 TEST_F(BlockTest, PathIsCutAt127Characters) {
   const GuardedText text(kText);
   const std::string parent(126, 'p');
-  char path[144];
+  HeapChars<144> path;
   std::fill(std::begin(path), std::end(path), '#');
   int length = -1;
   EXPECT_NE(prepareXmlBlockData(parent.c_str(), text.get(), 0, "a", path, &length), nullptr);
@@ -73,7 +74,7 @@ TEST_F(BlockTest, PathIsCutAt127Characters) {
 
 TEST_F(BlockTest, MissingBlockIsReportedWithoutAPath) {
   const GuardedText text(kText);
-  char path[128] = "before";
+  HeapChars<128> path("before");
   int length = -1;
   EXPECT_EQ(prepareXmlBlockData("Device", text.get(), 0, "d", path, &length), nullptr);
   EXPECT_EQ(Reports(), (std::vector<Report>{{std::nullopt, "d"}}));
@@ -82,7 +83,7 @@ TEST_F(BlockTest, MissingBlockIsReportedWithoutAPath) {
 
 TEST_F(BlockTest, LengthBoundsTheSearch) {
   const GuardedText text(kText);
-  char path[128] = "before";
+  HeapChars<128> path("before");
   int length = -1;
   EXPECT_EQ(prepareXmlBlockData("Device", text.get(), 17, "c", path, &length), nullptr);
   EXPECT_EQ(prepareXmlBlockData("Device", text.get(), 13, "b", path, &length), text.get() + 6);
@@ -91,7 +92,7 @@ TEST_F(BlockTest, LengthBoundsTheSearch) {
 TEST_F(BlockTest, LogsItsName) {
   log_file::Start(7);
   const GuardedText text(kText);
-  char path[128];
+  HeapChars<128> path;
   int length = 0;
   prepareXmlBlockData("Device", text.get(), 0, "a", path, &length);
   EXPECT_THAT(log_file::Contents(), HasSubstr("prepareXmlBlockData"));
@@ -111,8 +112,8 @@ TEST_F(BlockTest, SearchInsideAnEmptyBlockCoversTheRestOfTheText) {
 
 TEST_F(BlockTest, MissingTextIsReportedWithThePath) {
   const GuardedText text(kText);
-  char value[16] = "before";
-  EXPECT_EQ(GetXmlKeyStrValue(text.get(), 0, "Device/X", "d", value, sizeof(value)), 0);
+  HeapChars<16> value("before");
+  EXPECT_EQ(GetXmlKeyStrValue(text.get(), 0, "Device/X", "d", value, value.size()), 0);
   EXPECT_STREQ(value, "");
   EXPECT_EQ(Reports(), (std::vector<Report>{{"Device/X", "d"}}));
 }
@@ -127,9 +128,9 @@ TEST_F(BlockTest, MissingIntegerIsReportedWithThePath) {
 
 TEST_F(BlockTest, PresentValuesAreNotReported) {
   const GuardedText text("<s>text</s><n>5</n>");
-  char value[16] = "";
+  HeapChars<16> value;
   int number = 0;
-  EXPECT_EQ(GetXmlKeyStrValue(text.get(), 0, "P", "S", value, sizeof(value)), 1);
+  EXPECT_EQ(GetXmlKeyStrValue(text.get(), 0, "P", "S", value, value.size()), 1);
   EXPECT_STREQ(value, "text");
   EXPECT_EQ(GetXmlKeyIntValue(text.get(), 0, "P", "N", &number), 1);
   EXPECT_EQ(number, 5);
@@ -138,9 +139,9 @@ TEST_F(BlockTest, PresentValuesAreNotReported) {
 
 TEST_F(BlockTest, PlainReadersAreQuiet) {
   const GuardedText text(kText);
-  char value[16] = "";
+  HeapChars<16> value;
   int number = 0;
-  EXPECT_EQ(GetXmlKeyStrValue_(text.get(), 0, "d", value, sizeof(value)), 0);
+  EXPECT_EQ(GetXmlKeyStrValue_(text.get(), 0, "d", value, value.size()), 0);
   EXPECT_EQ(GetXmlKeyIntValue_(text.get(), 0, "d", &number), 0);
   EXPECT_TRUE(Reports().empty());
 }
@@ -148,11 +149,11 @@ TEST_F(BlockTest, PlainReadersAreQuiet) {
 TEST_F(BlockTest, NoHookNoReport) {
   XmlErrMsg_LostKey = nullptr;
   const GuardedText text(kText);
-  char path[128] = "before";
-  char value[16] = "before";
+  HeapChars<128> path("before");
+  HeapChars<16> value("before");
   int number = 42;
   EXPECT_EQ(prepareXmlBlockData("P", text.get(), 0, "d", path, &number), nullptr);
-  EXPECT_EQ(GetXmlKeyStrValue(text.get(), 0, "P", "d", value, sizeof(value)), 0);
+  EXPECT_EQ(GetXmlKeyStrValue(text.get(), 0, "P", "d", value, value.size()), 0);
   EXPECT_EQ(GetXmlKeyIntValue(text.get(), 0, "P", "d", &number), 0);
   EXPECT_TRUE(Reports().empty());
 }

@@ -8,6 +8,7 @@
 #include "kioapp/kioapp.h"
 #include "support/exchange.h"
 #include "support/guarded_text.h"
+#include "testing/heap_chars.h"
 
 namespace kio::test {
 namespace {
@@ -108,26 +109,26 @@ TEST(XmlValueTest, ValueAtAllEntitiesOfTheTable) {
 
 TEST(XmlValueTest, NullArgumentsLeaveTheBufferUntouched) {
   std::string text = "<a>one</a>";
-  char buffer[8] = "before";
-  EXPECT_EQ(GetXmlKeyStrValue_(nullptr, 0, "a", buffer, sizeof(buffer)), 0);
+  HeapChars<8> buffer("before");
+  EXPECT_EQ(GetXmlKeyStrValue_(nullptr, 0, "a", buffer, buffer.size()), 0);
   EXPECT_STREQ(buffer, "before");
-  EXPECT_EQ(GetXmlKeyStrValue_(text.data(), 0, nullptr, buffer, sizeof(buffer)), 0);
+  EXPECT_EQ(GetXmlKeyStrValue_(text.data(), 0, nullptr, buffer, buffer.size()), 0);
   EXPECT_STREQ(buffer, "before");
   EXPECT_EQ(GetXmlKeyStrValue_(text.data(), 0, "a", nullptr, 8), 0);
 }
 
 TEST(XmlValueTest, NoCapacityIsNotFound) {
   std::string text = "<a>one</a>";
-  char buffer[8] = "before";
+  HeapChars<8> buffer("before");
   EXPECT_EQ(GetXmlKeyStrValue_(text.data(), 0, "a", buffer, 0), 0);
 }
 
 TEST(XmlValueTest, DocumentIsNotChanged) {
   std::string text = "<a>&lt;one</a><b>2</b>";
   const std::string before = text;
-  char buffer[4];
+  HeapChars<4> buffer;
   int number = 0;
-  GetXmlKeyStrValue_(text.data(), 14, "a", buffer, sizeof(buffer));
+  GetXmlKeyStrValue_(text.data(), 14, "a", buffer, buffer.size());
   GetXmlKeyIntValue_(text.data(), 20, "b", &number);
   EXPECT_EQ(text, before);
 }

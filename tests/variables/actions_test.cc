@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "testing/heap_chars.h"
 #include "variables/variables.h"
 
 namespace kio::test {
@@ -245,8 +246,8 @@ TEST_F(ActionTest, SetRssVarsTakesMoreThanABufferOfText) {
 }
 
 TEST_F(ActionTest, SetRssVarsInsideABatch) {
-  char batch[] = "rss_Act_SetRssVars=rss_DeviceName=Attic\nrss_Upl_IP=1.2.3.4";
-  char name[128] = "";
+  HeapChars batch("rss_Act_SetRssVars=rss_DeviceName=Attic\nrss_Upl_IP=1.2.3.4");
+  HeapChars<128> name;
   EXPECT_EQ(do_RssVar_Parser(batch, '&', name, 0), 0);
   EXPECT_STREQ(rssXmlData.deviceName, "Attic");
   EXPECT_STREQ(rssXmlData.upLink.ip, "1.2.3.4");

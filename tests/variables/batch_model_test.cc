@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "kioapp/xml.h"
+#include "testing/heap_chars.h"
 #include "variables/batch.h"
 
 namespace kio::test {
@@ -58,8 +59,8 @@ Answer ModelBatch(const std::string& text, char separator, int apply) {
             text.c_str());
   ModelPairs pairs(text, separator);
   while (pairs.Next()) {
-    char value[KIOAPP_VAR_SIZE] = "";
-    Put(value, pairs.value());
+    HeapChars<KIOAPP_VAR_SIZE> value;
+    Put(value.array(), pairs.value());
     const unsigned code = set_RssVar(pairs.name().c_str(), value);
     if (code != 0) {
       write_RssXml_ResultXml(static_cast<int>(code), pairs.name().c_str(), 0);

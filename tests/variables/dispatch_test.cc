@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "testing/heap_chars.h"
 #include "variables/variables.h"
 
 namespace kio::test {
@@ -28,8 +29,8 @@ constexpr int kDispatchModes[] = {0,
                                   -1};
 
 TEST_F(DispatchTest, NullNamesAndValuesAreRefused) {
-  char text[128] = "text";
-  char name[] = "rss_DeviceName";
+  HeapChars<128> text("text");
+  HeapChars name("rss_DeviceName");
   const RecordWatch record;
   for (const int mode : kDispatchModes) {
     EXPECT_EQ(setget_RssVar(nullptr, text, mode), 2U);
@@ -42,7 +43,7 @@ TEST_F(DispatchTest, NullNamesAndValuesAreRefused) {
 
 TEST_F(DispatchTest, NullsReachNoLogFormat) {
   log_file::Start(7);
-  char text[128] = "text";
+  HeapChars<128> text("text");
   EXPECT_EQ(setget_RssVar(nullptr, text, kRead), 2U);
   EXPECT_EQ(setget_RssVar("rss_DeviceName", nullptr, kRead), 2U);
   EXPECT_EQ(setget_RssVar("/Foo/X", text, kRead), 2U);

@@ -6,6 +6,7 @@
 
 #include "../platform/guarded.h"
 #include "support/guarded_text.h"
+#include "testing/heap_chars.h"
 #include "variables/variables.h"
 
 namespace kio::test {
@@ -38,13 +39,13 @@ TEST_F(EntryPointTest, FailedGetLeavesTheBufferEmpty) {
     }
   }
   EXPECT_EQ(get_RssVar("rss_DeviceName", nullptr, 0), 2);
-  char buffer[128] = "before";
+  HeapChars<128> buffer("before");
   EXPECT_EQ(get_RssVar(nullptr, buffer, 0), 2);
 }
 
 TEST_F(EntryPointTest, GetLogsItsAnswer) {
   log_file::Start(7);
-  char buffer[128] = "before";
+  HeapChars<128> buffer("before");
   get_RssVar("rss_DeviceName", buffer, 0);
   EXPECT_THAT(log_file::Lines(),
               ElementsAre("1000:setget_RssVar]Name='rss_DeviceName',Val='before', Act=1",
@@ -98,7 +99,7 @@ TEST_F(EntryPointTest, GetTextLogsItsAnswer) {
 
 TEST_F(EntryPointTest, SetWrites) {
   const RecordWatch record;
-  char value[128] = "Attic";
+  HeapChars<128> value("Attic");
   EXPECT_EQ(set_RssVar("rss_DeviceName", value), 0U);
   record.ExpectOnly([](RssXmlData& r) { Put(r.deviceName, "Attic"); }, "set");
   EXPECT_STREQ(value, "Attic");
@@ -116,7 +117,7 @@ TEST_F(EntryPointTest, SetWrites) {
 
 TEST_F(EntryPointTest, SetLogsTheCallAlone) {
   log_file::Start(7);
-  char value[128] = "Attic";
+  HeapChars<128> value("Attic");
   set_RssVar("rss_DeviceName", value);
   EXPECT_THAT(log_file::Lines(),
               ElementsAre("1000:setget_RssVar]Name='rss_DeviceName',Val='Attic', Act=512"));
@@ -124,9 +125,9 @@ TEST_F(EntryPointTest, SetLogsTheCallAlone) {
 
 TEST_F(EntryPointTest, ValidateChecksOnly) {
   const RecordWatch record;
-  char good[128] = "192.168.7.1";
-  char bad[128] = "192.168.7.0";
-  char word[128] = "wpa2";
+  HeapChars<128> good("192.168.7.1");
+  HeapChars<128> bad("192.168.7.0");
+  HeapChars<128> word("wpa2");
   EXPECT_EQ(validate_RssVar("rss_Upl_IP", good), 0);
   EXPECT_EQ(validate_RssVar("rss_Upl_IP", bad), 2);
   EXPECT_EQ(validate_RssVar("rss_Wl2_EncryptionMode", word), 2);
@@ -141,7 +142,7 @@ TEST_F(EntryPointTest, ValidateChecksOnly) {
 
 TEST_F(EntryPointTest, ValidateLogsBeforeAndAfter) {
   log_file::Start(7);
-  char value[128] = "";
+  HeapChars<128> value;
   validate_RssVar("rss_DeviceName", value);
   EXPECT_THAT(log_file::Lines(),
               ElementsAre("1000:validate_RssVar]'rss_DeviceName'=''",
@@ -211,7 +212,7 @@ TEST_F(EntryPointTest, ValidatePairWritesOnlyWhatTheCheckChanges) {
   EXPECT_EQ(validate_RssVar2(good.get()), 0);
   EXPECT_EQ(validate_RssVar2(bad.get()), 2);
   EXPECT_EQ(validate_RssVar2(none.get()), 10);
-  char word[] = "rss_Upl_ConnType=static";
+  HeapChars word("rss_Upl_ConnType=static");
   EXPECT_EQ(validate_RssVar2(word), 2);
   EXPECT_STREQ(word, "rss_Upl_ConnType=Static");
 }

@@ -1,6 +1,7 @@
 // The levels of the messages about variables.
 #include "support/log_levels.h"
 
+#include "testing/heap_chars.h"
 #include "variables/variables.h"
 
 namespace kio::test {
@@ -11,7 +12,7 @@ class VariableLevelsTest : public VariableTest {
   // Runs a batch over the record of the sample device.
   static void RunBatch() {
     FillSampleRecord();
-    char text[] = "rss_DeviceName=Attic";
+    HeapChars text("rss_DeviceName=Attic");
     EXPECT_EQ(do_RssVar_Parser(text, '&', nullptr, 0), 0);
   }
 };
@@ -41,25 +42,25 @@ TEST_F(VariableLevelsTest, FrontEnds) {
       {"what was read",
        [] {
          FillSampleRecord();
-         char value[KIOAPP_VAR_SIZE];
+         HeapChars<KIOAPP_VAR_SIZE> value;
          EXPECT_EQ(get_RssVar("rss_DeviceName", value, 0), 0);
        },
        kDetailLevel, "'rss_DeviceName'='Kitchen', ret=0\n"},
       {"what is checked",
        [] {
-         char value[] = "Attic";
+         HeapChars value("Attic");
          validate_RssVar("rss_DeviceName", value);
        },
        kDetailLevel, "'rss_DeviceName'='Attic'\n"},
       {"what a check found",
        [] {
-         char value[] = "Attic";
+         HeapChars value("Attic");
          validate_RssVar("rss_Unknown", value);
        },
        kDetailLevel, "ret=2\n"},
       {"no pair at all",
        [] {
-         char text[] = "no pair";
+         HeapChars text("no pair");
          validate_RssVar2(text);
        },
        kDetailLevel, "Invalid data='no pair'\n"},
