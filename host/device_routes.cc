@@ -31,7 +31,7 @@ Reply DescribeDevice(Store* store, const Events& events, const DeviceState& stat
   // All of it as of one moment.
   const StoreView view(store);
   return JsonReply({{"model", store->Get(kModelNode).value_or("")},
-                    {"name", store->Get("/sys/friendlyname").value_or("")},
+                    {"name", store->Get(kNameNode).value_or("")},
                     {"uptime", UptimeSeconds()},
                     {"bootId", state.boot_id},
                     {"state", state.now()},

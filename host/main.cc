@@ -22,6 +22,7 @@
 #include "options.h"
 #include "printable_text.h"
 #include "profile.h"
+#include "profile_list.h"
 #include "signals.h"
 #include "start_settings.h"
 #include "store.h"

@@ -6,6 +6,7 @@
 
 namespace kiohost {
 
+inline constexpr char kNameNode[] = "/sys/friendlyname";
 inline constexpr char kModelNode[] = "/sys/modelnumber";
 inline constexpr char kFirmwareNode[] = "/fwupgradeinfo/currfwfilename";
 inline constexpr char kLanAddressNode[] = "/runtime/zentrolinks/lanip";

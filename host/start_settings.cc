@@ -1,59 +1,17 @@
 #include "start_settings.h"
 
-#include <algorithm>
-#include <fstream>
 #include <optional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "node_check.h"
 #include "printable_text.h"
 #include "profile.h"
-#include "text.h"
+#include "profile_list.h"
 
 namespace kiohost {
 namespace {
-
-constexpr char kDefaultProfile[] = "dual-band-router";
-constexpr char kEnding[] = ".profile";
-
-// The names of the delivered profiles, in order.
-std::vector<std::string> ProfileNames(const std::filesystem::path& directory) {
-  std::vector<std::string> names;
-  std::error_code error;
-  for (const auto& entry : std::filesystem::directory_iterator(directory, error)) {
-    if (entry.path().extension() == kEnding) {
-      names.push_back(entry.path().stem());
-    }
-  }
-  std::sort(names.begin(), names.end());
-  return names;
-}
-
-// What the first line of a profile says.
-std::string Description(const std::filesystem::path& file) {
-  std::ifstream stream(file);
-  std::string line;
-  std::getline(stream, line);
-  return line.starts_with('#') ? std::string(Trim(line.substr(1))) : "";
-}
-
-// The file of a profile, which is told by its name or by the file itself.
-Status FindProfile(const std::string& name, const std::filesystem::path& directory,
-                   std::string* file) {
-  *file = directory / ((name.empty() ? kDefaultProfile : name) + kEnding);
-  const std::vector<std::string> names = ProfileNames(directory);
-  if (name.empty() || std::find(names.begin(), names.end(), name) != names.end()) {
-    return {};
-  }
-  std::error_code error;
-  if (std::filesystem::exists(name, error) || name.find('/') != std::string::npos) {
-    *file = name;
-    return {};
-  }
-  return {ExitCode::kProfile, "cannot read the profile " + name +
-                                  ": there is neither such a file nor a delivered profile of that "
-                                  "name (--profiles lists them)"};
-}
 
 // Tells what the library could not use. Returns how much that is.
 size_t TellFaults(const std::vector<ProfileNode>& nodes, const NodeTexts& texts, bool strict) {
@@ -80,21 +38,6 @@ Status WriteNodes(const std::vector<ProfileNode>& nodes, Store* store) {
 }
 
 }  // namespace
-
-std::string ProfileList(const std::filesystem::path& directory) {
-  std::string list;
-  const std::vector<std::string> names = ProfileNames(directory);
-  size_t width = 0;
-  for (const std::string& name : names) {
-    width = std::max(width, name.size());
-  }
-  for (const std::string& name : names) {
-    list += name + std::string(width - name.size() + 2, ' ') +
-            Description(directory / (name + kEnding)) +
-            (name == kDefaultProfile ? " (default)\n" : "\n");
-  }
-  return list;
-}
 
 Status ApplyStartSettings(const Options& options, const std::filesystem::path& directory,
                           Store* store) {

@@ -3,7 +3,6 @@
 #define HOST_START_SETTINGS_H
 
 #include <filesystem>
-#include <string>
 
 #include "options.h"
 #include "status.h"
@@ -16,7 +15,8 @@ namespace kiohost {
 std::string ProfileList(const std::filesystem::path& directory);
 
 // Fills a store that is empty, or that is to be reset, with the profile, and writes the nodes of
-// --set. What the library could not use is warned of, or refused: then the store stays as it was.
+// --set. `directory` has the delivered profiles. What the library could not use is warned of, or
+// refused: then the store stays as it was.
 Status ApplyStartSettings(const Options& options, const std::filesystem::path& directory,
                           Store* store);
 

@@ -150,7 +150,7 @@ in_tree 'set -e
   exit $code'
 
 echo '=== the manual pages'
-for page in man1/kiohost.1 man3/kioapp.3 man7/kioapp-store.7 man7/kioapp-documents.7; do
+for page in man1/kiohost.1 man1/kiofleet.1 man3/kioapp.3 man7/kioapp-store.7 man7/kioapp-documents.7; do
   gzip -t "$tree/usr/share/man/$page.gz"
 done
 echo 'debian: passed'

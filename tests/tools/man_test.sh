@@ -1,30 +1,38 @@
 #!/usr/bin/env bash
-# man_test.sh SOURCE_DIR KIOHOST: kiohost(1) has the options and the exit codes of `kiohost --help`
-# and no others, and the pages that are made from docs/*.md have an entry for each row of their tables.
+# man_test.sh SOURCE_DIR KIOHOST KIOFLEET: kiohost(1) has the options and the exit codes of
+# `kiohost --help` and no others, kiofleet(1) those of `kiofleet --help`, and the pages that are made
+# from docs/*.md have an entry for each row of their tables.
 set -euo pipefail
-source_dir=$1 kiohost=$2
+source_dir=$1 kiohost=$2 kiofleet=$3
 export LC_ALL=C
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 page=$source_dir/docs/man/kiohost.1.scd
 
-"$kiohost" --help > "$work/help"
-# An option's name stands behind two blanks, or behind another name.
-grep -E '^  --' "$work/help" | grep -oE '^  --[a-z-]+|, --[a-z-]+' | grep -oE -- '--.*' |
-  sort > "$work/options"
-sed -n '/^Exit codes:/,$p' "$work/help" | tr '\n' ' ' | grep -oE '[:,] [0-9]+ ' |
-  grep -oE '[0-9]+' | sort > "$work/codes"
-[[ $(wc -l < "$work/options") -gt 10 && $(wc -l < "$work/codes") -gt 5 ]]
+# help_of PROGRAM: the options and the exit codes that it tells of. An option's name stands behind two
+# blanks, or behind another name.
+help_of() {
+  "$1" --help > "$work/help"
+  grep -E '^  --' "$work/help" | grep -oE '^  --[a-z-]+|, --[a-z-]+' | grep -oE -- '--.*' |
+    sort > "$work/options"
+  sed -n '/^Exit codes:/,$p' "$work/help" | tr '\n' ' ' | grep -oE '[:,] [0-9]+ ' |
+    grep -oE '[0-9]+' | sort > "$work/codes"
+  [[ $(wc -l < "$work/options") -gt 5 && $(wc -l < "$work/codes") -gt 5 ]]
+}
 
 # agrees PAGE: whether the page tells of what the help tells of.
 agrees() {
   diff "$work/options" <(sed -nE 's/^\*(--[a-z-]+)\*.*/\1/p' "$1" | sort) &&
     diff "$work/codes" <(sed -nE 's/^\*([0-9]+)\*$/\1/p' "$1" | sort)
 }
-agrees "$page" || {
-  echo "docs/man/kiohost.1.scd (>) and kiohost --help (<) differ" >&2
-  exit 1
-}
+for program in "$kiofleet" "$kiohost"; do
+  name=$(basename "$program")
+  help_of "$program"
+  agrees "$source_dir/docs/man/$name.1.scd" || {
+    echo "docs/man/$name.1.scd (>) and $name --help (<) differ" >&2
+    exit 1
+  }
+done
 # The comparison sees what is missing, and what is too much.
 for change in '/^\*--port\*/d' 's/^\*--open\*$/*--opened*/' '/^\*7\*$/d'; do
   sed "$change" "$page" > "$work/changed"
