@@ -41,6 +41,7 @@ test_packages=(
   libgtest-dev
   librapidxml-dev
   libssl-dev
+  libxml2-utils
   python3-jsonschema
   shellcheck
   valgrind

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <sstream>
 
+#include "commands.h"
 #include "completion.h"
 #include "version.h"
 
@@ -167,6 +168,27 @@ void AddBackupCommands(CLI::App* app, Options* options) {
   restore->add_flag("--yes", options->yes, "Do not ask after showing the differences");
 }
 
+void AddDocumentCommands(CLI::App* app, Options* options) {
+  CLI::App* const lint =
+      Add(app, options, "lint", "lint", "Tell all faults of a settings document in one run");
+  lint->add_option("DOC", options->operand, "The document; - for standard input")->required();
+  lint->add_option("--profile", options->profile,
+                   "The device: a profile of the virtual router (dual-band); or name a --router")
+      ->type_name("FILE");
+  lint->add_option("--form", options->form, "text, json, sarif or github")
+      ->type_name("FORM")
+      ->check(CLI::IsMember({"text", "json", "sarif", "github"}));
+  lint->add_flag("--fix", options->fix, "Change the document where one change is likely");
+  CLI::App* const schema =
+      Add(app, options, "schema", "schema", "Print the grammar of the documents");
+  schema->add_option("FORM", options->operand, "relaxng or json")
+      ->check(CLI::IsMember({"relaxng", "json"}));
+  schema->add_option("--spec-version", options->version, "The version of the documents: 1.0 or 1.1")
+      ->type_name("V")
+      ->check(CLI::IsMember({"1.0", "1.1"}));
+  schema->add_flag("--firmware-list", options->firmware_list, "That of the firmware list instead");
+}
+
 void TakeRoutersOfEnvironment(Options* options) {
   const char* const routers = getenv("KIO_ROUTER");
   if (!options->routers.empty() || routers == nullptr) {
@@ -192,6 +214,7 @@ std::optional<ExitCode> ReadCommandLine(int argc, char** argv, Options* options)
   AddVariableCommands(&app, options);
   AddFirmwareCommands(&app, options);
   AddBackupCommands(&app, options);
+  AddDocumentCommands(&app, options);
   if (argc > 1 && std::string(argv[1]) == "complete") {
     Complete(app, {argv + 2, argv + argc});
     return ExitCode::kDone;
@@ -206,6 +229,10 @@ std::optional<ExitCode> ReadCommandLine(int argc, char** argv, Options* options)
     std::fprintf(stderr, "kioctl: %s\n  next: kioctl --help, or kioctl COMMAND --help\n",
                  error.what());
     return ExitCode::kUsage;
+  }
+  // A router of the environment is not asked about a document unless it is named.
+  if (NeedsNoRouter(options->command)) {
+    return std::nullopt;
   }
   TakeRoutersOfEnvironment(options);
   if (options->routers.empty()) {

@@ -27,8 +27,12 @@ Command FindCommand(const std::string& name) {
       {"firmware upgrade", RunFirmwareUpgrade},
       {"backup", RunBackup},
       {"restore", RunRestore},
+      {"lint", RunLint},
+      {"schema", RunSchema},
   };
   return commands.at(name);
 }
+
+bool NeedsNoRouter(const std::string& name) { return name == "lint" || name == "schema"; }
 
 }  // namespace kioctl

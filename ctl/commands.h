@@ -12,13 +12,16 @@ namespace kioctl {
 struct Context {
   const Options* options;
   const Output* out;
-  Router* router;
+  Router* router;  // null for a command that needs none
 };
 
 using Command = void (*)(Context* context);
 
 // The command of a name such as "firmware search".
 Command FindCommand(const std::string& name);
+
+// Whether a command does without a router.
+bool NeedsNoRouter(const std::string& name);
 
 // login, logout, device, wait: session_commands.cc
 void RunLogin(Context* context);
@@ -48,6 +51,10 @@ void RunFirmwareStatus(Context* context);
 void RunFirmwareSearch(Context* context);
 void RunFirmwareDownload(Context* context);
 void RunFirmwareUpgrade(Context* context);
+
+// lint_command.cc; the router may be null
+void RunLint(Context* context);
+void RunSchema(Context* context);
 
 // backup_commands.cc
 void RunBackup(Context* context);

@@ -26,6 +26,7 @@ struct Failure {
   std::string what;
   std::string next;                                   // what to do about it
   nlohmann::json details = nlohmann::json::object();  // more members for --json
+  bool is_reported = false;                           // the output has it already
 };
 
 // The word for the kind of a failure, as --json has it.

@@ -11,13 +11,14 @@
 namespace kioctl {
 namespace {
 
+// Without an address for a command that needs no router.
 ExitCode RunFor(const std::string& url, const Options& options) {
   const bool is_one_of_many = options.routers.size() > 1;
   try {
     const Output out(options.json, options.colour, is_one_of_many ? url : "");
     try {
       Router router(url, options);
-      Context context{&options, &out, &router};
+      Context context{&options, &out, url.empty() ? nullptr : &router};
       FindCommand(options.command)(&context);
       return ExitCode::kDone;
     } catch (const Failure& failure) {
@@ -39,6 +40,9 @@ ExitCode RunFor(const std::string& url, const Options& options) {
 
 // The first failure decides, but the other routers have their turn.
 ExitCode Run(const Options& options) {
+  if (options.routers.empty()) {
+    return RunFor("", options);
+  }
   ExitCode code = ExitCode::kDone;
   for (const std::string& url : options.routers) {
     const ExitCode one = RunFor(url, options);

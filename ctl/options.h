@@ -34,6 +34,12 @@ struct Options {
   bool other_firmware = false;
   bool yes = false;
 
+  std::string profile;
+  std::string form = "text";
+  bool fix = false;
+  std::string version = "1.1";
+  bool firmware_list = false;
+
   bool wait = false;
   bool early = false;
   int grace = 30;

@@ -123,6 +123,8 @@ void Output::Json(nlohmann::json value) const {
   Print(value.dump(indent, ' ', false, nlohmann::json::error_handler_t::replace) + "\n");
 }
 
+void Output::Raw(const std::string& text) const { Print(text); }
+
 void Output::Line(const std::string& text, Tone tone) const {
   if (!json_) {
     Print(Toned(text, tone, colour_) + "\n");
@@ -177,7 +179,7 @@ void Output::Note(const std::string& text) const {
 }
 
 void Output::Fail(const Failure& failure) const {
-  if (json_) {
+  if (json_ && !failure.is_reported) {
     nlohmann::json error = failure.details;
     error["kind"] = KindOf(failure.code);
     error["what"] = failure.what;

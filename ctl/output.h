@@ -22,6 +22,10 @@ class Output {
   Output(bool json, const std::string& colour, std::string router);
 
   bool json() const { return json_; }
+  bool colour() const { return colour_; }
+
+  // A result that has a form of its own.
+  void Raw(const std::string& text) const;
 
   // The result of a command for --json.
   void Json(nlohmann::json value) const;

@@ -142,6 +142,8 @@ DocumentElement FieldElement(const Step& step, const Field& field) {
   if (variable != nullptr) {
     element.variable = NamePrefix(step.section, 0) + Text(variable->name());
   }
+  element.fault = WithPlaceholders(
+      FaultPrefix(instance) + Text(field.fault_name.empty() ? field.element : field.fault_name));
   element.meaning = MeaningOf(step.section, field);
   element.field = &field;
   return element;

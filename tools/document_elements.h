@@ -22,11 +22,15 @@ struct DocumentElement {
   std::size_t limit = 0;  // characters that are taken; 0 for a number or a block
   std::string node = {};
   std::string variable = {};
+  std::string fault = {};  // how result documents name a faulty value
   std::string meaning = {};
   const settings::Field* field = nullptr;  // null for a block and in firmware lists
 };
 
 std::vector<DocumentElement> ListDocumentElements(DocumentKind kind);
+
+// The elements of all kinds of documents, as JSON.
+std::string DocumentJson();
 
 // The table of the elements, in Markdown.
 std::string DocumentTable(const std::vector<DocumentElement>& elements);

@@ -53,6 +53,9 @@ std::optional<std::string> MakePage(const std::string& source_dir, const std::st
   if (name == "known_nodes.inc") {
     return KnownNodes(ListStoreNodes(), error);
   }
+  if (name == "elements.json") {
+    return DocumentJson();
+  }
   const std::string file = source_dir + "/tools/pages/" + name + ".md";
   const std::optional<std::string> text = ReadText(file);
   if (!text) {

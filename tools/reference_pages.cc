@@ -7,7 +7,8 @@
 int main(int argc, char** argv) {
   if (argc != 3) {
     std::fprintf(stderr,
-                 "usage: reference_pages SOURCE_DIR store|documents|actions|known_nodes.inc\n");
+                 "usage: reference_pages SOURCE_DIR "
+                 "store|documents|actions|known_nodes.inc|elements.json\n");
     return 2;
   }
   std::string error;

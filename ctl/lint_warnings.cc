@@ -1,0 +1,213 @@
+// What a device accepts but an author rarely means.
+#include <algorithm>
+#include <set>
+#include <string_view>
+
+#include "lint.h"
+
+namespace kioctl {
+namespace {
+
+constexpr size_t kMostRules = 40;
+constexpr size_t kLettersOfAChannel = 3;
+
+class Warner {
+ public:
+  Warner(const std::string& document, const std::vector<Element>& elements)
+      : document_(document), elements_(elements), tags_(TagsOf(document)) {}
+
+  std::vector<Finding> Run() {
+    WarnOfTags();
+    for (const Element& element : elements_) {
+      const std::vector<Span> spans = FindAll(document_, element.path);
+      for (const Span& span : spans) {
+        if (!element.is_block) {
+          WarnOfValue(element, span);
+        }
+      }
+      if (element.name == "AcRule" && RuleTags(element.path).size() > kMostRules) {
+        Add("rules-beyond-the-fortieth-unread", RuleTags(element.path)[kMostRules],
+            "the device reads forty rules: this one and those behind it are ignored", element.path,
+            "remove rules until forty are left");
+      }
+    }
+    return std::move(findings_);
+  }
+
+ private:
+  Finding& Add(const std::string& id, const Span& span, const std::string& what,
+               const std::string& path, const std::string& help) {
+    Finding finding;
+    finding.is_error = false;
+    finding.id = id;
+    finding.span = span;
+    finding.what = what;
+    finding.path = path;
+    finding.help = help;
+    findings_.push_back(finding);
+    return findings_.back();
+  }
+
+  std::vector<Span> RuleTags(const std::string& path) const {
+    std::vector<Span> spans;
+    for (const Tag& tag : tags_) {
+      if (tag.kind != Tag::Kind::kClose && SameName(tag.path, path)) {
+        spans.push_back(tag.span);
+      }
+    }
+    return spans;
+  }
+
+  void WarnOfTags();
+  void WarnOfUnknown(const Tag& tag, const std::string& parent);
+  void WarnOfKnown(const Tag& tag, const Element& element);
+  void WarnOfValue(const Element& element, const Span& span);
+  void WarnOfCut(const Element& element, const Span& span);
+  bool IsRead(const Element& element) const;
+
+  const std::string& document_;
+  const std::vector<Element>& elements_;
+  std::vector<Tag> tags_;
+  std::vector<Finding> findings_;
+  std::set<std::string> seen_;
+};
+
+void Warner::WarnOfUnknown(const Tag& tag, const std::string& parent) {
+  std::vector<std::string> siblings;
+  std::string place;
+  for (const Element& element : elements_) {
+    if (SameName(element.parent, parent)) {
+      siblings.push_back(element.name);
+    }
+    if (SameName(element.name, tag.name) && place.empty()) {
+      place = element.parent.empty() ? "root" : element.parent;
+    }
+  }
+  if (!place.empty()) {
+    Add("misplaced-element", tag.span, tag.name + " has no meaning here", tag.path,
+        "it belongs into " + place);
+    return;
+  }
+  const std::string near = Nearest(tag.name, siblings);
+  Finding& finding =
+      Add("unknown-element", tag.span, "the device does not know " + tag.name + " here", tag.path,
+          near.empty() ? "remove it" : "did you mean <" + near + ">?");
+  // A tag that stands beside the right one is no misspelling of it.
+  const std::string right = (parent.empty() ? "" : parent + "/") + near;
+  if (!near.empty() && FindAll(document_, right).empty()) {
+    finding.fix = Renamed(document_, tag, near);
+  }
+}
+
+void Warner::WarnOfKnown(const Tag& tag, const Element& element) {
+  if (!tag.is_plain) {
+    Add("plain-tags-only", tag.span, "a tag with attributes or blanks is not found", tag.path,
+        "write <" + element.name + ">")
+        .fix = Renamed(document_, tag, element.name);
+    return;
+  }
+  const std::string close = "</" + tag.name + ">";
+  const bool is_empty =
+      tag.kind == Tag::Kind::kEmpty ||
+      document_.compare(tag.span.begin + tag.span.length, close.size(), close) == 0;
+  if (element.is_block && is_empty) {
+    Add("empty-block-reaches-on", tag.span,
+        "the device looks for what is in an empty block in the rest of the document", tag.path,
+        "fill it, or put a blank between its tags");
+  }
+  if (element.name != "AcRule" && element.parent.find("AcRule") == std::string::npos &&
+      !seen_.insert(LowerCase(element.path)).second) {
+    Add("nesting-unseen", tag.span, "only the first " + element.name + " of its block is read",
+        tag.path, "remove this one");
+  }
+}
+
+void Warner::WarnOfTags() {
+  std::string unknown;
+  for (const Tag& tag : tags_) {
+    if (tag.kind == Tag::Kind::kClose || SameName(tag.name, "root")) {
+      continue;
+    }
+    if (!unknown.empty() && tag.path.starts_with(unknown + "/")) {
+      continue;
+    }
+    if (const Element* const element = FindElement(elements_, tag.path)) {
+      WarnOfKnown(tag, *element);
+      continue;
+    }
+    const size_t slash = tag.path.rfind('/');
+    WarnOfUnknown(tag, slash == std::string::npos ? "" : tag.path.substr(0, slash));
+    unknown = tag.path;
+  }
+}
+
+bool Warner::IsRead(const Element& element) const {
+  const std::string governor = element.Governor();
+  const std::vector<Span> spans =
+      governor.empty() ? std::vector<Span>() : FindAll(document_, governor);
+  if (spans.empty()) {
+    return true;
+  }
+  const std::string value = document_.substr(spans[0].begin, spans[0].length);
+  const std::vector<std::string> wanted = element.GovernedBy();
+  return std::any_of(wanted.begin(), wanted.end(),
+                     [&value](const std::string& word) { return SameName(word, value); });
+}
+
+void Warner::WarnOfCut(const Element& element, const Span& span) {
+  const std::string value = document_.substr(span.begin, span.length);
+  const size_t entity = value.rfind('&', element.limit - 1);
+  const size_t end = entity == std::string::npos ? entity : value.find(';', entity);
+  const Span cut = {span.begin + element.limit, span.length - element.limit};
+  const std::string limit = std::to_string(element.limit);
+  if (end != std::string::npos && end >= element.limit &&
+      end - entity < std::string_view("&#x10FFFF;").size()) {
+    Add("entity-cut-stays-raw", {span.begin + entity, end + 1 - entity},
+        "the limit of " + limit + " characters cuts this entity, and a piece of it stays",
+        element.path, "shorten the value");
+    return;
+  }
+  std::string id = "value-is-cut";
+  if (element.name == "EncryptionKey" && element.parent.find("Wireless") != std::string::npos) {
+    id = "radio-key-of-31";
+  } else if (element.parent.ends_with("ExtenderSite")) {
+    id = "site-texts-of-17";
+  }
+  Add(id, cut, element.name + " is cut to " + limit + " characters", element.path,
+      "shorten the value");
+}
+
+void Warner::WarnOfValue(const Element& element, const Span& span) {
+  const std::string value = document_.substr(span.begin, span.length);
+  if (!IsRead(element)) {
+    std::string when = element.when;
+    std::erase(when, '`');
+    Add("not-read", span, element.name + " is ignored: it is read when " + when, element.path,
+        "remove it");
+    return;
+  }
+  if (element.name == "Channel" && value.size() > kLettersOfAChannel) {
+    Add("channel-of-three-characters", span,
+        "only the first three characters of a channel are checked", element.path,
+        "write a channel of the device's list");
+  }
+  if (element.limit > 0 && value.size() > element.limit) {
+    WarnOfCut(element, span);
+  }
+  if (element.name == "Configurable" && value == "0") {
+    Add("configurable-zero-leaves-out", span, "Configurable 0 leaves its block out of the exchange",
+        element.path, "remove it when the block is to be applied");
+  }
+  if (element.name == "DNS" && value.empty()) {
+    Add("default-name-server", {span.begin, 1}, "an empty DNS becomes 8.8.8.8", element.path,
+        "name a server");
+  }
+}
+
+}  // namespace
+
+std::vector<Finding> Warnings(const std::string& document, const std::vector<Element>& elements) {
+  return Warner(document, elements).Run();
+}
+
+}  // namespace kioctl
