@@ -6,9 +6,11 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <vector>
 
+#include "nodes.h"
 #include "secrets.h"
 #include "text.h"
 
@@ -20,6 +22,8 @@ enum class NodeKind {
   kNumber,
   kFlag,  // 0 or 1
   kWord,
+  kListedWord,  // stands in the text of another node
+  kTypeOfMode,  // goes with the word of another node: "MODE:WORD|WORD|;" for each mode
   kRule,
   kRuled,  // obeys the rule of another node
   kHostAddress,
@@ -134,10 +138,14 @@ std::string NumberFault(const KnownNode& known, const std::string& text) {
   return known.low == 0 ? "is no number of 0 or more" : "is no number";
 }
 
+bool Has(const std::vector<std::string_view>& words, std::string_view text) {
+  return std::any_of(words.begin(), words.end(),
+                     [text](std::string_view word) { return IsSame(word, text); });
+}
+
 std::string WordFault(const KnownNode& known, const std::string& text) {
   const std::vector<std::string_view> words = Split(known.words, '|');
-  if (text.empty() || std::any_of(words.begin(), words.end(),
-                                  [&text](std::string_view word) { return IsSame(word, text); })) {
+  if (text.empty() || Has(words, text)) {
     return {};
   }
   std::string list;
@@ -145,6 +153,39 @@ std::string WordFault(const KnownNode& known, const std::string& text) {
     list.append(list.empty() ? "" : ", ").append(word);
   }
   return "is none of " + list;
+}
+
+// In version 1.0 the list is not looked at.
+std::string ListedWordFault(const KnownNode& known, const std::string& text,
+                            const NodeTexts& others) {
+  std::string fault = WordFault(known, text);
+  const std::string list = others(known.other).value_or("");
+  if (!fault.empty() || text.empty() || others(kMinorNode).value_or("") == "0" ||
+      strcasestr(list.c_str(), text.c_str()) != nullptr) {
+    return fault;
+  }
+  return "is not in " + std::string(known.other);
+}
+
+std::string TypeOfModeFault(const KnownNode& known, const std::string& mode_path,
+                            const std::string& text, const NodeTexts& others) {
+  const std::string mode = others(mode_path).value_or("");
+  bool is_of_another = false;
+  for (const std::string_view entry : Split(known.words, ';')) {
+    const size_t colon = entry.find(':');
+    if (colon == std::string_view::npos) {
+      continue;
+    }
+    std::vector<std::string_view> types = Split(entry.substr(colon + 1), '|');
+    types.pop_back();  // behind the last separator
+    const bool fits = Has(types, text);
+    if (IsSame(entry.substr(0, colon), mode)) {
+      return fits ? "" : "does not go with the mode " + mode;
+    }
+    is_of_another |= fits;
+  }
+  // The mode is told of itself.
+  return text.empty() || is_of_another ? "" : "is no type of any mode";
 }
 
 // The first fields of a rule are numbers, and it lets something pass. A missing one is no fault.
@@ -228,6 +269,10 @@ std::string TextFault(const Match& match, const std::string& text, const NodeTex
       return text.empty() ? "" : "is not read: only what stands below the node is";
     case NodeKind::kWord:
       return WordFault(known, text);
+    case NodeKind::kListedWord:
+      return ListedWordFault(known, text, others);
+    case NodeKind::kTypeOfMode:
+      return TypeOfModeFault(known, other, text, others);
     case NodeKind::kRule:
       return RuleFault(text);
     case NodeKind::kRuled:

@@ -4,6 +4,10 @@
 #include <limits>
 
 #include "field_text.h"
+#include "kioapp/record.h"
+#include "kioapp/settings.h"
+#include "settings/keywords.h"
+#include "settings/verify_wlan.h"
 
 namespace kio::tools {
 namespace {
@@ -32,6 +36,46 @@ Row TextRow(std::string kind, const Field& field) {
 Row RuledRow(std::string kind, const StoreNode& node) {
   Row row = TextRow(std::move(kind), *node.field);
   row.other = RuleNode(*node.field, node.section);
+  return row;
+}
+
+// The encryption types that go with each mode, as verification has it: "WEP:AUTO|OPEN|SHARED|;". An
+// empty one stands for no type.
+std::string TypesOfModes() {
+  std::string text;
+  const std::vector<std::string> modes = WordsOf(settings::kEncryptionModes);
+  const std::vector<std::string> types = WordsOf(settings::kEncryptionTypes);
+  static RssWlan wlan;
+  for (std::size_t mode = 0; mode < modes.size(); ++mode) {
+    text += modes[mode] + ":";
+    for (std::size_t type = 0; type < types.size(); ++type) {
+      wlan.encryptionModeCode = static_cast<int>(mode);
+      wlan.encryptionTypeCode = static_cast<int>(type);
+      if (settings::CheckEncryptionType(wlan) == KIOAPP_RESULT_APPLIED) {
+        text += types[type] + "|";
+      }
+    }
+    text += ";";
+  }
+  return text;
+}
+
+// A word that has to fit another node.
+Row WordRow(const StoreNode& node) {
+  const Field& field = *node.field;
+  Row row = TextRow("kWord", field);
+  row.words = Joined(WordsOf(field.words), "|");
+  if (field.check == Check::kEncryptionType) {
+    row.kind = "kTypeOfMode";
+    row.words = TypesOfModes();
+    row.other =
+        WithPlaceholders(NodePrefix(node.section) +
+                         Text(settings::RowOf(settings::kWlanFields, "EncryptionMode").node));
+  } else if (field.element == settings::RowOf(settings::kUplinkFields, "HardwareType").element) {
+    row.kind = "kListedWord";
+    row.other = NodePrefix(node.section) +
+                Text(settings::RowOf(settings::kUplinkFields, "HardwareSupport").node);
+  }
   return row;
 }
 
@@ -78,9 +122,7 @@ Row FieldRow(const StoreNode& node) {
                                           : NumberRow(0, std::numeric_limits<int>::max());
   }
   if (field.has_words()) {
-    Row row = TextRow("kWord", field);
-    row.words = Joined(WordsOf(field.words), "|");
-    return row;
+    return WordRow(node);
   }
   return CheckedTextRow(node);
 }

@@ -29,6 +29,7 @@ const std::map<std::string, std::string>& OtherNodes() {
       {"/lan/wireless2.4:1/encryptionkey_validate", "0,10,0"},
       {"/lan/wireless2.4:1/encryptionmode", "WPA2"},
       {"/lan/wireless5:1/encryptionmode", "wep"},
+      {"/uplink/hardwaresupport", "Ethernet,WWan802.11"},
       {"/lan/wireless2.4:1/channellist", "0, 1,6,11"},
       {"/uplink/extendersite/wirelesstype", "5"}};
   return nodes;
@@ -62,7 +63,8 @@ TEST(NodeCheckTest, WhatTheLibraryUsesIsNoFault) {
                                    {"/lan/wireless2.4:1/channel", "6"},
                                    {"/lan/wireless2.4:1/encryptionkey", "12345678"},
                                    {"/lan/wireless5:1/encryptionkey", "12345"},
-                                   {"/lan/wireless5:1/encryptiontype", ""},
+                                   {"/lan/wireless5:1/encryptiontype", "shared"},
+                                   {"/lan/wireless2.4:1/encryptiontype", "AES"},
                                    {"/lan/wireless5:1/accesscontrol/acrule:40/active", "1"},
                                    {"/lan/wireless5:1/configurable/acrule:3", "anything"},
                                    {"/wirelesssitesurvey/site:12", "anything"},
@@ -99,6 +101,11 @@ TEST(NodeCheckTest, WhatTheLibraryDoesNotKnowOrUseIsTold) {
       {"/uplink/configurable", "yes", "is neither 0 nor 1, and counts as 0"},
       {"/uplink/conntype", "PPP", "is none of DHCP, Static, PPPoE, PPPoA"},
       {"/uplink/conntype", " DHCP", "is none of DHCP"},
+      {"/uplink/hardwaretype", "VDSL", "is not in /uplink/hardwaresupport"},
+      {"/uplink/hardwaretype", "Fibre", "is none of Ethernet, ADSL"},
+      {"/lan/wireless2.4:1/encryptiontype", "OPEN", "does not go with the mode WPA2"},
+      {"/lan/wireless2.4:1/encryptiontype", "", "does not go with the mode WPA2"},
+      {"/lan/wireless5:1/encryptiontype", "AES", "does not go with the mode wep"},
       {"/uplink/ip", "127.0.0.1", "is no IPv4 address of a host"},
       {"/uplink/netmask", "255.0.255.0", "is no IPv4 netmask"},
       {"/uplink/dns", "192.168.100.2000", "is cut to 15 characters"},
@@ -118,6 +125,18 @@ TEST(NodeCheckTest, WhatTheLibraryDoesNotKnowOrUseIsTold) {
   for (const Fault& fault : faults) {
     EXPECT_THAT(FaultOf(fault.path, fault.text), HasSubstr(fault.reason)) << fault.path;
   }
+}
+
+TEST(NodeCheckTest, WhatTheOtherNodesDoNotTellIsNoFault) {
+  const auto none = [](std::string_view /*path*/) { return std::nullopt; };
+  EXPECT_THAT(NodeFault({"/lan/wireless5:1/encryptiontype", "SHARED"}, none), IsEmpty());
+  EXPECT_THAT(NodeFault({"/lan/wireless5:1/encryptiontype", "FOO"}, none),
+              HasSubstr("is no type of any mode"));
+  // In version 1.0 the hardware type is not compared with the list.
+  const auto version10 = [](std::string_view path) -> std::optional<std::string> {
+    return path.ends_with("/minor") ? std::optional<std::string>("0") : std::nullopt;
+  };
+  EXPECT_THAT(NodeFault({"/uplink/hardwaretype", "DSL"}, version10), IsEmpty());
 }
 
 std::vector<ProfileNode> Delivered(const std::string& name) {
@@ -165,7 +184,8 @@ TEST(NodeCheckTest, TheLongestTextsAreAsLongAsTheLibraryTakesThem) {
   int checked = 0;
   for (std::string line; std::getline(table, line);) {
     const size_t before_limit = line.find(", 0, ");
-    if (before_limit == std::string::npos || line.find("kWord") != std::string::npos ||
+    if (before_limit == std::string::npos || line.find("Word") != std::string::npos ||
+        line.find("kTypeOfMode") != std::string::npos ||
         line.find("kNumber") != std::string::npos) {
       continue;
     }
