@@ -4,10 +4,11 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "command.h"
 #include "printable_text.h"
 
 namespace kiohost {
@@ -35,17 +36,33 @@ constexpr ActionRow kActionRows[] = {
     {KIOAPP_SYNC_DEAUTH_STA, "DeauthSta", nullptr, "disconnected a station"},
 };
 
-// How the script of an action failed; empty when it did not, or when there is none.
-std::string ScriptFailure(const ActionRow& action, const std::vector<CommandResult>& results) {
-  if (action.script == nullptr) {
-    return {};
+// The action whose script a command runs, null without one.
+const ActionRow* ActionOf(const std::string& command, unsigned int mask) {
+  const auto* const found =
+      std::find_if(std::begin(kActionRows), std::end(kActionRows), [&](const ActionRow& row) {
+        return (mask & row.bit) != 0 && row.script != nullptr &&
+               command.ends_with(std::string("/") + row.script);
+      });
+  return found == std::end(kActionRows) ? nullptr : found;
+}
+
+void TellStart(const ActionRow& action, Events* events) {
+  events->Add({EventKind::kActionStarted, {{"action", action.name}}});
+}
+
+// `failure` is empty when there was none, and `status` when no script was run.
+void TellEnd(const ActionRow& action, const std::string& status, const std::string& failure,
+             Events* events) {
+  PrintLine(stdout, std::string("action ") + action.name + ": " +
+                        (failure.empty() ? action.effect : failure));
+  Event event = {EventKind::kActionEnded,
+                 {{"action", action.name},
+                  {"ok", failure.empty()},
+                  {"status", status.empty() ? Json(nullptr) : Json(status)}}};
+  if (!failure.empty()) {
+    event.text = std::string(action.name) + ": " + failure;
   }
-  const std::string end = std::string("/") + action.script;
-  const auto last = std::find_if(results.rbegin(), results.rend(), [&end](const auto& result) {
-    return result.command.ends_with(end);
-  });
-  const bool failed = last != results.rend() && !last->ok();
-  return failed ? std::string(action.script) + " failed: " + DescribeFailure(*last) : "";
+  events->Add(std::move(event));
 }
 
 }  // namespace
@@ -60,22 +77,50 @@ std::vector<NamedAction> ActionsOf(unsigned int mask) {
   return actions;
 }
 
-unsigned int ReportActions(unsigned int mask, Events* events) {
-  const std::vector<CommandResult> results = TakeCommandResults();
-  unsigned int failed = 0;
+ActionReport::ActionReport(unsigned int mask, Events* events) : left_(mask), events_(events) {
+  WatchCommands({[this](const std::string& command) { Begin(command); },
+                 [this](const CommandResult& result) { End(result); }});
+}
+
+ActionReport::~ActionReport() { WatchCommands({}); }
+
+void ActionReport::Begin(const std::string& command) {
+  if (const ActionRow* const action = ActionOf(command, left_)) {
+    TellTo(action->bit);
+    TellStart(*action, events_);
+  }
+}
+
+void ActionReport::End(const CommandResult& result) {
+  const ActionRow* const action = ActionOf(result.command, left_);
+  if (action == nullptr) {
+    return;
+  }
+  left_ &= ~action->bit;
+  failed_ |= result.ok() ? 0 : action->bit;
+  const std::string status = DescribeStatus(result);
+  TellEnd(*action, status,
+          result.ok() ? std::string() : std::string(action->script) + " failed: " + status,
+          events_);
+}
+
+unsigned int ActionReport::Finish() {
+  TellTo(0);
+  return failed_;
+}
+
+// Tells of the actions before the one with the bit `end`, or of all for 0.
+void ActionReport::TellTo(unsigned int end) {
   for (const ActionRow& action : kActionRows) {
-    if ((mask & action.bit) == 0) {
-      continue;
+    if (action.bit == end) {
+      return;
     }
-    const std::string failure = ScriptFailure(action, results);
-    PrintLine(stdout, std::string("action ") + action.name + ": " +
-                          (failure.empty() ? action.effect : failure));
-    if (!failure.empty()) {
-      events->Add(std::string(action.name) + ": " + failure);
-      failed |= action.bit;
+    if ((left_ & action.bit) != 0) {
+      left_ &= ~action.bit;
+      TellStart(action, events_);
+      TellEnd(action, {}, {}, events_);
     }
   }
-  return failed;
 }
 
 }  // namespace kiohost

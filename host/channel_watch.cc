@@ -39,7 +39,8 @@ void ChannelWatch::NoteMoves() {
     if (chooses && channel != channels_[radio]) {
       std::string text = "the " + band;
       text += " GHz radio moved to channel ";
-      events_->Add(text += channel);
+      text += channel;
+      events_->Add({EventKind::kChannel, {{"radio", band}, {"channel", channel}}, text});
     }
     channels_[radio] = channel;
   }

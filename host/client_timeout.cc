@@ -26,6 +26,8 @@ ClientTimeout::Clock::time_point ClientTimeout::Deadline() const {
       return since_ + kHeadTime;
     case Phase::kWaits:
       return Clock::time_point::max();
+    case Phase::kStream:
+      return last_ + kSilence;
     case Phase::kBody:
     case Phase::kAnswer:
       break;

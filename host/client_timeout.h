@@ -15,7 +15,7 @@ class ClientTimeout {
   static constexpr std::chrono::seconds kIdleTime{10};  // without a request
   static constexpr std::chrono::seconds kHeadTime{10};  // from the first byte of a head to its end
   // Of a body or an answer: without a byte, and in all. To the latter is added the time that the
-  // bytes so far take at the slowest rate.
+  // bytes so far take at the slowest rate. A stream has no limit in all.
   static constexpr std::chrono::seconds kSilence{10};
   static constexpr std::chrono::seconds kGrace{10};
   static constexpr int64_t kBytesPerSecond = 1024;
@@ -24,8 +24,9 @@ class ClientTimeout {
     kIdle,    // no byte of a request came since the connection began, or since the last answer
     kHead,    // the first byte of a head has come
     kBody,    // the head has come
-    kWaits,   // the request waits for its turn, for as long as it takes
+    kWaits,   // the request waits for its turn, or the client for news, for as long as it takes
     kAnswer,  // the answer is being sent
+    kStream,  // news are being sent, as they come
   };
 
   explicit ClientTimeout(Clock::time_point now) { Enter(Phase::kIdle, now); }
@@ -34,10 +35,10 @@ class ClientTimeout {
   Phase phase() const { return phase_; }
   Clock::time_point since() const { return since_; }
 
-  // Counts bytes of the body or the answer that have been transferred.
+  // Counts bytes of the body, the answer or the stream that have been transferred.
   void Add(int64_t bytes, Clock::time_point now);
 
-  // When the client has taken too long; never for one whose request waits for its turn.
+  // When the client has taken too long; never for one that waits.
   Clock::time_point Deadline() const;
 
  private:

@@ -18,6 +18,12 @@ void Say(const std::string& what, const std::string& address) {
   PrintLine(stdout, what + " " + address);
 }
 
+// The same, and as an event.
+void Tell(Events* events, EventKind kind, const std::string& what, const std::string& address) {
+  Say(what, address);
+  events->Add({kind, {{"client", address}}});
+}
+
 }  // namespace
 
 Clients::Outcome Clients::Login(const std::string& address, const std::string& text,
@@ -47,23 +53,23 @@ Clients::Outcome Clients::Login(const std::string& address, const std::string& t
   } else {
     clients_.push_back({address, now + kLoginSeconds, ++logins_});
   }
-  Say("login", address);
+  Tell(events_, EventKind::kLogin, "login", address);
   return Outcome::kLoggedIn;
 }
 
 bool Clients::Passes(const std::string& address) {
   const std::lock_guard lock(mutex_);
-  const long now = SteadySeconds();
-  Client* client = Find(address);
+  Client* client = FindUnlapsed(address);
   if (client == nullptr) {
     return false;
   }
-  if (client->logout <= now) {
-    Remove(address);
-    return false;
-  }
-  client->logout = now + kLoginSeconds;
+  client->logout = SteadySeconds() + kLoginSeconds;
   return true;
+}
+
+bool Clients::IsLoggedIn(const std::string& address) {
+  const std::lock_guard lock(mutex_);
+  return FindUnlapsed(address) != nullptr;
 }
 
 unsigned long Clients::logins() const {
@@ -85,7 +91,7 @@ bool Clients::Logout(const std::string& address) {
     return false;
   }
   Remove(address);
-  Say("logout", address);
+  Tell(events_, EventKind::kLogout, "logout", address);
   return true;
 }
 
@@ -119,17 +125,25 @@ Clients::Client* Clients::Find(const std::string& address) {
   return found == clients_.end() ? nullptr : &*found;
 }
 
+Clients::Client* Clients::FindUnlapsed(const std::string& address) {
+  const Client* client = Find(address);
+  if (client != nullptr && client->logout <= SteadySeconds()) {
+    RemoveLapsed();
+  }
+  return Find(address);
+}
+
 void Clients::Remove(const std::string& address) {
   std::erase_if(clients_, [&address](const auto& client) { return client.address == address; });
 }
 
 void Clients::RemoveLapsed() {
   const long now = SteadySeconds();
-  std::erase_if(clients_, [now](const auto& client) {
+  std::erase_if(clients_, [this, now](const auto& client) {
     if (client.logout > now) {
       return false;
     }
-    Say("lapsed", client.address);
+    Tell(events_, EventKind::kLapse, "lapsed", client.address);
     return true;
   });
 }

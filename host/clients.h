@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "events.h"
 #include "login_throttle.h"
 #include "store.h"
 
@@ -27,7 +28,7 @@ class Clients {
   };
 
   // The store holds the password.
-  explicit Clients(Store* store) : store_(store) {}
+  Clients(Store* store, Events* events) : store_(store), events_(events) {}
 
   // Logs the address in when the text holds its key. `wait_seconds` is set when that cannot be now:
   // after this time a key is looked at again, or a client lapses.
@@ -35,6 +36,9 @@ class Clients {
 
   // Whether the address is logged in. If it is, the time of its login begins anew.
   bool Passes(const std::string& address);
+
+  // Whether the address is logged in, and nothing else.
+  bool IsLoggedIn(const std::string& address);
 
   // Any thread may ask these. How many logins there have been, and the number of the last one of an
   // address; 0 without one.
@@ -58,11 +62,14 @@ class Clients {
   };
 
   Client* Find(const std::string& address);
+  // Those who have lapsed are removed on the way.
+  Client* FindUnlapsed(const std::string& address);
   void Remove(const std::string& address);
   long SecondsToLapse(long now) const;
   void RemoveLapsed();
 
   Store* store_;
+  Events* events_;
   mutable std::mutex mutex_;
   unsigned long logins_ = 0;
   LoginThrottle throttle_;

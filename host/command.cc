@@ -133,7 +133,7 @@ class Children {
     CommandResult result;
     result.command = command;
     if (!RunWithoutShell(command, &result.status)) {
-      RunByShell(command, &result);
+      RunWatched(command, &result);
     }
     results_.push_back(result);
     if (results_.size() > kMostResults) {
@@ -142,6 +142,7 @@ class Children {
     return result.status;
   }
 
+  void set_watch(CommandWatch watch) { watch_ = std::move(watch); }
   void set_always_shell(bool always) { always_shell_ = always; }
 
   std::vector<CommandResult> TakeResults() {
@@ -193,6 +194,16 @@ class Children {
     return done.has_value();
   }
 
+  void RunWatched(const char* command, CommandResult* result) {
+    if (watch_.begins) {
+      watch_.begins(result->command);
+    }
+    RunByShell(command, result);
+    if (watch_.ended) {
+      watch_.ended(*result);
+    }
+  }
+
   void RunByShell(const char* command, CommandResult* result) {
     // Processes that commands leave in the background become children of the host, and not of a
     // process that may never wait for them.
@@ -219,6 +230,7 @@ class Children {
   }
 
   bool always_shell_ = false;
+  CommandWatch watch_;
   std::deque<CommandResult> results_;
   std::vector<pid_t> left_groups_;  // whose shells have ended
 };
@@ -237,7 +249,7 @@ Children& TheChildren() {
 
 }  // namespace
 
-std::string DescribeFailure(const CommandResult& result) {
+std::string DescribeStatus(const CommandResult& result) {
   constexpr int kNotExecutable = 126;  // the status of a shell for that
   constexpr int kNotFound = 127;
   constexpr int kKilled = 128;  // plus the number of the signal
@@ -265,6 +277,8 @@ void AlwaysRunShell(bool always) { TheChildren().set_always_shell(always); }
 HeldCommands::HeldCommands() { ++g_holders; }
 
 HeldCommands::~HeldCommands() { --g_holders; }
+
+void WatchCommands(CommandWatch watch) { TheChildren().set_watch(std::move(watch)); }
 
 std::vector<CommandResult> TakeCommandResults() { return TheChildren().TakeResults(); }
 

@@ -2,6 +2,7 @@
 #ifndef HOST_COMMAND_H
 #define HOST_COMMAND_H
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,12 +16,20 @@ struct CommandResult {
   bool ok() const { return status == 0; }
 };
 
-// "exit status 7" and the like, for a command that is not ok.
-std::string DescribeFailure(const CommandResult& result);
+// "exit status 7" and the like.
+std::string DescribeStatus(const CommandResult& result);
 
 // Whether a shell runs the commands that write documents, too. By default the host writes those
 // itself (echo_command.h).
 void AlwaysRunShell(bool always);
+
+// Is told of each command of the library that a shell runs, as it begins and when it has ended. One
+// watch at a time: a later one takes the place of the one before.
+struct CommandWatch {
+  std::function<void(const std::string& command)> begins;
+  std::function<void(const CommandResult& result)> ended;
+};
+void WatchCommands(CommandWatch watch);
 
 // The results since the last call, the oldest first. Of many, the latest are kept.
 std::vector<CommandResult> TakeCommandResults();

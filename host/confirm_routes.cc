@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "actions.h"
+#include "commit_report.h"
 #include "route_table.h"
 
 namespace kiohost {
@@ -22,6 +23,11 @@ int WaitSeconds(unsigned int mask) {
     seconds += get_ExternalCall_UseSec(static_cast<int>(action.bit));
   }
   return seconds;
+}
+
+Json AboutApply(Exchange* exchange) {
+  const std::optional<Apply> last = exchange->applies()->Last();
+  return {{"apply", last ? Json(last->id) : Json(nullptr)}};
 }
 
 Reply NothingPending() {
@@ -43,7 +49,7 @@ Reply Confirm(Confirmations* confirmations, Events* events, const RequestView& r
   if (!status.ok()) {
     return ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, status.reason());
   }
-  events->Add("the settings were confirmed");
+  events->Add({EventKind::kConfirmed, AboutApply(exchange), "the settings were confirmed"});
   Reply reply;
   reply.body = "confirmed\n";
   return reply;
@@ -86,11 +92,13 @@ Status GoBack(Exchange* exchange, Events* events, const char* why, AfterReply* w
   const unsigned int actions = exchange->pending()->actions;
   Status status = exchange->GoBack();
   if (status.ok()) {
-    events->Add(std::string("the settings went back to those before, ") + why);
+    events->Add({EventKind::kGoneBack, AboutApply(exchange),
+                 std::string("the settings went back to those before, ") + why});
     work->wait_seconds = WaitSeconds(actions);
     work->run = [exchange, events, actions] {
-      const unsigned int mask = Exchange::RunActions(actions);
-      exchange->FinishCommit(mask, ReportActions(mask, events));
+      CommitReport report(exchange, events, actions);
+      Exchange::RunActions(actions);
+      report.Finish();
     };
   }
   return status;

@@ -58,7 +58,24 @@ void Connection::BeginAnswer(ClientTimeout::Clock::time_point now) {
 
 void Connection::EndAnswer(ClientTimeout::Clock::time_point now) {
   timeout_.Enter(ClientTimeout::Phase::kIdle, now);
+  stream_.reset();
   sent_before_ = BytesSent();
+}
+
+void Connection::NoteStream(ClientTimeout::Clock::time_point now, bool is_over) {
+  const ClientTimeout::Phase phase = timeout_.phase();
+  if (is_over) {
+    if (phase != ClientTimeout::Phase::kAnswer) {
+      BeginAnswer(now);
+    }
+  } else if (BytesOnTheWay() == 0) {
+    timeout_.Enter(ClientTimeout::Phase::kWaits, now);
+  } else if (phase != ClientTimeout::Phase::kStream) {
+    timeout_.Enter(ClientTimeout::Phase::kStream, now);
+    read_ = BytesRead();
+  } else {
+    NoteProgress(now);
+  }
 }
 
 void Connection::NoteProgress(ClientTimeout::Clock::time_point now) {
@@ -106,10 +123,12 @@ int64_t Connection::BytesRead() const {
              : 0;
 }
 
-int64_t Connection::BytesSent() const {
+int64_t Connection::BytesOnTheWay() const {
   int on_the_way = 0;
   ioctl(socket_, SIOCOUTQ, &on_the_way);
-  return BytesRead() + on_the_way;
+  return on_the_way;
 }
+
+int64_t Connection::BytesSent() const { return BytesRead() + BytesOnTheWay(); }
 
 }  // namespace kiohost

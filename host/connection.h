@@ -10,6 +10,7 @@
 #include <string>
 #include <utility>
 
+#include "body_stream.h"
 #include "client_timeout.h"
 #include "http_request.h"
 #include "reply.h"
@@ -45,6 +46,14 @@ class Connection {
   void BeginAnswer(ClientTimeout::Clock::time_point now);
   void EndAnswer(ClientTimeout::Clock::time_point now);
 
+  // The body of the answer that goes on, null when it has another one. It ends with the answer.
+  BodyStream* stream() const { return stream_.get(); }
+  void set_stream(std::shared_ptr<BodyStream> stream) { stream_ = std::move(stream); }
+
+  // Notes whether the client reads the stream. Its silence counts only when it has something to
+  // read; a stream that is over is an answer like any other.
+  void NoteStream(ClientTimeout::Clock::time_point now, bool is_over);
+
   // Counts what the client has read of the answer.
   void NoteProgress(ClientTimeout::Clock::time_point now);
 
@@ -65,8 +74,9 @@ class Connection {
   void set_closing_reply(Reply reply);
 
  private:
-  // Bytes since the connection began: those that have reached the client, and those and the ones on
-  // the way. For comparisons only: the system may count a step of the connection as a byte.
+  // Bytes since the connection began: those on the way to the client, those that have reached it,
+  // and both. For comparisons only: the system may count a step of the connection as a byte.
+  int64_t BytesOnTheWay() const;
   int64_t BytesRead() const;
   int64_t BytesSent() const;
 
@@ -76,6 +86,7 @@ class Connection {
   std::string address_;
   ClientTimeout timeout_;
   std::unique_ptr<HttpRequest> request_;
+  std::shared_ptr<BodyStream> stream_;
   std::optional<Reply> closing_reply_;
   bool is_abandoned_ = false;
   int64_t sent_before_;  // bytes sent before the request

@@ -170,12 +170,9 @@ Status Exchange::GoBack() {
   return status;
 }
 
-unsigned int Exchange::RunActions(unsigned int mask) {
+void Exchange::RunActions(unsigned int mask) {
   // The mask is not put into the record: the first exchange would take it for its own.
   exe_ExternalCall(mask);
-  return mask;
 }
-
-unsigned int Exchange::RunDueActions() { return RunActions(store_->DueActions()); }
 
 }  // namespace kiohost

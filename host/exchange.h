@@ -60,9 +60,6 @@ class Exchange {
   // Runs the pending actions and returns their mask.
   unsigned int Commit(CommitKind kind);
 
-  // Runs the actions that are still due from an earlier run of the host, and returns their mask.
-  unsigned int RunDueActions();
-
   // The settings that wait for their confirmation, if there are any.
   std::optional<WayBack::Pending> pending() { return way_back_.pending(); }
 
@@ -72,8 +69,8 @@ class Exchange {
   // Takes them back: the store is as before the exchange. The actions for that are due.
   Status GoBack();
 
-  // Runs actions that are due, and returns their mask.
-  static unsigned int RunActions(unsigned int mask);
+  // Runs actions that are due.
+  static void RunActions(unsigned int mask);
 
   // Notes that the actions of a mask have run, and which of them failed. These and others stay due,
   // for the next start.

@@ -11,6 +11,7 @@
 #include <sstream>
 #include <string_view>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "actions.h"
@@ -46,13 +47,42 @@ std::string PlainBeginning(const std::string& command_template) {
       0, std::min(command_template.find_first_of("$\"'\\"), kReadOfTemplate));
 }
 
+// What a step is called in events; empty for what is none.
+const char* StepWord(unsigned char action) {
+  switch (action) {
+    case KIOAPP_FW_INIT:
+      return "start";
+    case KIOAPP_FW_SEARCH:
+      return "search";
+    case KIOAPP_FW_DOWNLOAD:
+      return "download";
+    case KIOAPP_FW_UPGRADE:
+      return "announce";
+    case KIOAPP_FW_REPORT:
+      return "report";
+    default:
+      return "";
+  }
+}
+
+// The text of an element of a status document, empty without it.
+std::string ElementOf(const std::string& document, const std::string& name) {
+  const std::string tag = "<" + name + ">";
+  const size_t begin = document.find(tag);
+  const size_t end = begin == document.npos ? document.npos : document.find("</", begin);
+  return end == document.npos ? "" : document.substr(begin + tag.size(), end - begin - tag.size());
+}
+
 }  // namespace
 
 Firmware::Outcome Firmware::Act(unsigned char action) {
+  const bool searches = action == KIOAPP_FW_SEARCH && last_result_ == KIOAPP_FW_IDLE;
+  if (searches) {
+    events_->Add({EventKind::kFirmware, {{"step", StepWord(action)}, {"result", nullptr}}});
+  }
   // The document and the commands of the step before must not be taken for this step's.
   unlink(status_file_.c_str());
   TakeCommandResults();
-  const bool searches = action == KIOAPP_FW_SEARCH && last_result_ == KIOAPP_FW_IDLE;
   do_FwUpgradeAction(action);
   Outcome outcome;
   outcome.document = ReadFile(status_file_);
@@ -63,14 +93,30 @@ Firmware::Outcome Firmware::Act(unsigned char action) {
     outcome.announced = GetXmlKeyIntValue_(text.data(), 0, "time", &outcome.wait_seconds) == 1;
     GetXmlKeyIntValue_(text.data(), 0, "result", &last_result_);
   }
-  if (searches && last_result_ == KIOAPP_FW_NO_LIST) {
-    NoteFailedSearch(TakeCommandResults());
-  }
+  const bool failed = searches && last_result_ == KIOAPP_FW_NO_LIST;
+  TellStep(action, failed ? WhySearchFailed(TakeCommandResults()) : std::string());
   return outcome;
 }
 
-// Notes why a search failed: the library only says that there was no list.
-void Firmware::NoteFailedSearch(const std::vector<CommandResult>& results) {
+// Tells of a step. Many reports in a row are alike: then the first is told.
+void Firmware::TellStep(unsigned char action, const std::string& failure) {
+  Json about = {{"step", StepWord(action)}, {"result", last_result_}};
+  for (const auto& [member, element] :
+       {std::pair("version", "fwver"), std::pair("size", "fwsize")}) {
+    if (const std::string text = ElementOf(last_status_.value_or(""), element); !text.empty()) {
+      about[member] = text;
+    }
+  }
+  Json state = about;
+  state.erase("step");
+  const bool is_new = std::exchange(last_told_, state) != state;
+  if (*StepWord(action) != '\0' && (is_new || action != KIOAPP_FW_REPORT)) {
+    events_->Add({EventKind::kFirmware, about, failure});
+  }
+}
+
+// Why a search failed: the library only says that there was no list.
+std::string Firmware::WhySearchFailed(const std::vector<CommandResult>& results) {
   const std::string beginning = PlainBeginning(store_->Get(kTemplateNode).value_or(""));
   const auto download = std::find_if(
       results.begin(), results.end(),
@@ -79,9 +125,9 @@ void Firmware::NoteFailedSearch(const std::vector<CommandResult>& results) {
   if (download == results.end()) {
     reason = "the download command is too long";
   } else if (!download->ok()) {
-    reason = "the download command failed: " + DescribeFailure(*download);
+    reason = "the download command failed: " + DescribeStatus(*download);
   }
-  events_->Add("firmware search failed: " + reason);
+  return "firmware search failed: " + reason;
 }
 
 // Notes why a file is no image.
@@ -95,12 +141,16 @@ bool Firmware::Refuse(const std::string& file) {
   while (!message.empty() && message.back() == '\n') {
     message.pop_back();
   }
-  events_->Add("firmware refused: " + message);
+  TellWriting(false, "firmware refused: " + message);
   return true;
 }
 
+void Firmware::TellWriting(bool ok, const std::string& text) {
+  events_->Add({EventKind::kFirmware, {{"step", "write"}, {"ok", ok}}, text});
+}
+
 void Firmware::WriteImage() {
-  ReportActions(KIOAPP_SYNC_FW_UPGRADE, events_);
+  ActionReport(KIOAPP_SYNC_FW_UPGRADE, events_).Finish();
   const std::string image = temp_dir_ + "/" + store_->Get(kImageNameNode).value_or("upld.bin");
   const std::string written = partition_ + ".new";
   if (Refuse(image)) {
@@ -118,14 +168,14 @@ void Firmware::WriteImage() {
     std::filesystem::rename(written, partition_, error);
   }
   if (error) {
-    events_->Add("firmware not written: " + partition_ + ": " + error.message());
+    TellWriting(false, "firmware not written: " + partition_ + ": " + error.message());
     return;
   }
   const std::string name = FileName(store_->Get(kFileUrlNode).value_or(""));
   const bool named = store_->Set(kFirmwareNode, name);
-  events_->Add("firmware written: " + name + ", " +
-               std::to_string(getFileSize(partition_.c_str())) + " bytes" +
-               (named ? "" : "; the store could not be written and names the one before"));
+  TellWriting(true, "firmware written: " + name + ", " +
+                        std::to_string(getFileSize(partition_.c_str())) + " bytes" +
+                        (named ? "" : "; the store could not be written and names the one before"));
 }
 
 }  // namespace kiohost

@@ -43,7 +43,9 @@ class Firmware {
 
  private:
   bool Refuse(const std::string& file);
-  void NoteFailedSearch(const std::vector<CommandResult>& results);
+  void TellStep(unsigned char action, const std::string& failure);
+  void TellWriting(bool ok, const std::string& text);
+  std::string WhySearchFailed(const std::vector<CommandResult>& results);
 
   Store* store_;
   Events* events_;
@@ -51,6 +53,7 @@ class Firmware {
   std::string status_file_;
   std::string partition_;
   std::optional<std::string> last_status_;
+  Json last_told_;                    // of a step, to clients
   int last_result_ = KIOAPP_FW_IDLE;  // of the last document that could be written
 };
 

@@ -6,14 +6,15 @@
 #include <memory>
 #include <utility>
 
-#include "actions.h"
 #include "backup_routes.h"
 #include "client_timeout.h"
 #include "command.h"
+#include "commit_report.h"
 #include "confirm_routes.h"
 #include "connection.h"
 #include "control/clock_routes.h"
 #include "device_routes.h"
+#include "event_routes.h"
 #include "firmware_routes.h"
 #include "index_routes.h"
 #include "listener.h"
@@ -32,6 +33,9 @@ namespace {
 // The host looks about it once a second at least.
 constexpr long kLongestTurn = 1000;
 
+// Of the id of a start, in the ids of its events.
+constexpr size_t kBootDigits = 8;
+
 }  // namespace
 
 Host::Host(Store* store, Store* reader, Store* control_reader, const Settings& settings)
@@ -41,7 +45,9 @@ Host::Host(Store* store, Store* reader, Store* control_reader, const Settings& s
       way_back_(reader),
       catalogue_(reader, settings.catalogue),
       archive_(reader, settings.catalogue),
-      clients_(reader),
+      clients_(reader, &events_),
+      boot_id_(IdText(RandomNumber()) + IdText(RandomNumber())),
+      event_streams_({&events_, boot_id_.substr(0, kBootDigits), LoginCheck()}),
       exchange_(store, settings.temp_dir),
       confirmations_(&exchange_, WhoComes()),
       variable_list_(store, settings.catalogue),
@@ -63,9 +69,9 @@ Host::Host(Store* store, Store* reader, Store* control_reader, const Settings& s
   AddBackupRoutes(&backup_, &archive_, settings_room, &router_);
   AddConfirmRoutes(&confirmations_, &events_, &router_);
   AddDeviceRoutes(reader, &events_,
-                  {IdText(RandomNumber()) + IdText(RandomNumber()), [this] { return StateWord(); },
-                   &applies_, &way_back_},
-                  &router_);
+                  {boot_id_, [this] { return StateWord(); }, &applies_, &way_back_}, &router_);
+  events_.set_listener([this] { desk_.TellEvents(); });
+  AddEventRoutes(&event_streams_, &router_);
   AddVariableRoutes({&variables_,
                      &variable_list_,
                      store,
@@ -100,14 +106,23 @@ Confirmations::Arrivals Host::WhoComes() const {
           "log in anew first: a confirmation takes a login from after the change"};
 }
 
+std::function<bool(const std::string&)> Host::LoginCheck() {
+  if (settings_.open) {
+    return {};
+  }
+  return [this](const std::string& address) { return clients_.IsLoggedIn(address); };
+}
+
 void Host::RunOverdueActions() {
   GoBackWhenDue();
   // Its actions are among those that are due.
   after_reply_.reset();
-  const unsigned int mask = exchange_.RunDueActions();
+  const unsigned int mask = store_->DueActions();
   if (mask != 0) {
     PrintLine(stdout, "making up for what was applied before this start and is not in force:");
-    exchange_.FinishCommit(mask, ReportActions(mask, &events_));
+    CommitReport report(&exchange_, &events_, mask);
+    Exchange::RunActions(mask);
+    report.Finish();
   }
 }
 

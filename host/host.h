@@ -3,6 +3,7 @@
 #ifndef HOST_HOST_H
 #define HOST_HOST_H
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -15,6 +16,7 @@
 #include "confirmations.h"
 #include "control/clock_driver.h"
 #include "control/control_port.h"
+#include "event_streams.h"
 #include "events.h"
 #include "exchange.h"
 #include "firmware.h"
@@ -69,6 +71,8 @@ class Host {
   // How clients are told apart that have come after settings which are to be confirmed.
   Confirmations::Arrivals WhoComes() const;
   void AddControl(Store* control_reader);
+  // Whether an address is logged in; empty when nobody needs to be.
+  std::function<bool(const std::string&)> LoginCheck();
   void TakeAfterReply();
   void GoBackWhenDue();
   // One turn of the loop, with a wait of so many milliseconds at most.
@@ -96,7 +100,9 @@ class Host {
   VariableList catalogue_;
   Backup archive_;
   Clients clients_;
+  std::string boot_id_;  // new at each start of the host
   Events events_;
+  EventStreams event_streams_;
   Exchange exchange_;
   Confirmations confirmations_;
   VariableList variable_list_;

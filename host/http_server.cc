@@ -8,6 +8,7 @@
 #include <cstring>
 #include <utility>
 
+#include "http_response.h"
 #include "peer_address.h"
 
 namespace kiohost {
@@ -56,6 +57,11 @@ void HttpServer::Stop() {
   }
   for (HttpRequest* request : library_line_.Clear()) {
     MHD_resume_connection(request->connection());
+  }
+  for (const auto& connection : connections_) {
+    if (connection->stream() != nullptr) {
+      ResumeIfSuspended(connection->handle());
+    }
   }
   daemon_.reset();
   lingering_.Clear();
@@ -124,9 +130,18 @@ void HttpServer::HandleNews(const LibraryDesk::News& news) {
   }
 }
 
+void HttpServer::EndStreams() {
+  for (const auto& connection : connections_) {
+    if (connection->stream() != nullptr) {
+      connection->stream()->End();
+    }
+  }
+}
+
 bool HttpServer::IsAnswering() const {
   return resumed_ || std::any_of(connections_.begin(), connections_.end(), [](const auto& owned) {
-           return owned->timeout().phase() == ClientTimeout::Phase::kAnswer;
+           return owned->timeout().phase() == ClientTimeout::Phase::kAnswer ||
+                  owned->stream() != nullptr;
          });
 }
 
@@ -228,17 +243,9 @@ MHD_Result HttpServer::Answer(Connection* connection) {
 MHD_Result HttpServer::Send(Connection* connection, const Reply& given) {
   const Reply reply = connection->request()->InAcceptedForm(given);
   connection->BeginAnswer(Clock::now());
-  // The buffer is copied, so that it is never written through this pointer.
-  MHD_Response* response = MHD_create_response_from_buffer(
-      reply.body.size(), const_cast<char*>(reply.body.data()), MHD_RESPMEM_MUST_COPY);
+  MHD_Response* response = MakeResponse(connection, reply);
   if (response == nullptr) {
     return MHD_NO;
-  }
-  for (const auto& [name, value] : AllHeaders(reply)) {
-    MHD_add_response_header(response, name.c_str(), value.c_str());
-  }
-  if (connection->request()->RefusedAtOnce()) {
-    MHD_add_response_header(response, MHD_HTTP_HEADER_CONNECTION, "close");
   }
   const MHD_Result queued = MHD_queue_response(connection->handle(), reply.status, response);
   MHD_destroy_response(response);
@@ -287,9 +294,10 @@ void HttpServer::CutSlowConnections(fd_set* cut, Clock::time_point now) {
     if (connection->timeout().phase() == ClientTimeout::Phase::kAnswer) {
       connection->NoteProgress(now);
     }
-    if (connection->timeout().Deadline() > now) {
+    if (ServeStream(connection.get(), now) && connection->timeout().Deadline() > now) {
       continue;
     }
+    ResumeIfSuspended(connection->handle());
     if (connection->timeout().phase() == ClientTimeout::Phase::kHead) {
       connection->set_closing_reply(TooSlow("head of the request"));
     } else if (connection->timeout().phase() == ClientTimeout::Phase::kBody) {
@@ -367,11 +375,7 @@ bool HttpServer::CloseUselessConnection(const std::string* address) {
 }
 
 void HttpServer::Close(Connection* connection) {
-  const MHD_ConnectionInfo* info =
-      MHD_get_connection_info(connection->handle(), MHD_CONNECTION_INFO_CONNECTION_SUSPENDED);
-  if (info->suspended == MHD_YES) {
-    MHD_resume_connection(connection->handle());
-  }
+  ResumeIfSuspended(connection->handle());
   fd_set none;
   FD_ZERO(&none);
   fd_set cut = none;

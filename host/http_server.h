@@ -55,7 +55,10 @@ class HttpServer {
   // `Run`.
   void HandleNews(const LibraryDesk::News& news);
 
-  // Whether an answer that is there was not sent in full yet.
+  // Has the bodies end that go on for as long as there is something to tell.
+  void EndStreams();
+
+  // Whether an answer that is there, or a stream that ends, was not sent in full yet.
   bool IsAnswering() const;
 
   // Whether a request has its turn, or has left work behind that is not done.

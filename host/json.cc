@@ -11,6 +11,8 @@ std::string Dump(const Json& value, int indent) {
 
 std::string JsonText(const Json& value) { return Dump(value, 2) + "\n"; }
 
+std::string JsonLine(const Json& value) { return Dump(value, -1); }
+
 std::string JsonString(std::string_view text) { return Dump(Json(text), -1); }
 
 }  // namespace kiohost

@@ -14,6 +14,9 @@ using Json = nlohmann::ordered_json;
 // A document, over several lines. Bytes that are no UTF-8 become U+FFFD.
 std::string JsonText(const Json& value);
 
+// A document on one line, without its end.
+std::string JsonLine(const Json& value);
+
 // A text as a JSON string, with its quotes, in the same way.
 std::string JsonString(std::string_view text);
 

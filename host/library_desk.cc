@@ -59,6 +59,7 @@ void LibraryDesk::TellJobDone() { Tell(&News::job_done); }
 void LibraryDesk::TellTurnOver() { Tell(&News::turn_over); }
 void LibraryDesk::TellPublished() { Tell(&News::published); }
 void LibraryDesk::TellStop() { Tell(&News::stop); }
+void LibraryDesk::TellEvents() { Signal(news_); }
 
 void LibraryDesk::Ring() const {
   Signal(work_);

@@ -55,6 +55,11 @@ class LibraryDesk {
   void TellPublished();
   void TellStop();
 
+  // For any thread.
+
+  // There are events to be sent.
+  void TellEvents();
+
   // Forgets a job that was not begun, and all news. For when the thread of the sockets does not
   // run.
   void ForgetJob();

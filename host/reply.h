@@ -6,12 +6,14 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "body_stream.h"
 #include "json.h"
 
 namespace kiohost {
@@ -43,8 +45,9 @@ struct Reply {
   std::string cache_control = "no-store";
   std::string body;
   std::vector<std::pair<std::string, std::string>> headers;  // further ones
-  std::optional<Refusal> refusal;  // sent instead to a client that prefers problem details
-  AfterReply after_reply;          // none without `run`
+  std::optional<Refusal> refusal;      // sent instead to a client that prefers problem details
+  AfterReply after_reply;              // none without `run`
+  std::shared_ptr<BodyStream> stream;  // sent in the place of `body`
 };
 
 // A refusal: a line that says what is wrong, or problem details.

@@ -101,6 +101,14 @@ inline constexpr RouteDescription kDevice = {
     .answers = {{{"application/json", "Device"}}},
     .is_open = true};
 
+inline constexpr RouteDescription kEvents = {
+    .pattern = "/events",
+    .method = "GET",
+    .summary = "Tells events as they happen, until the client leaves.",
+    .parameters = {{{"Last-Event-ID", Kind::kText, "the id of the last event that the client had",
+                     true}}},
+    .answers = {{{"text/event-stream", "EventStream"}}}};
+
 inline constexpr RouteDescription kVariables = {
     .pattern = "/vars",
     .method = "GET",
@@ -191,9 +199,9 @@ inline constexpr RouteDescription kFirmware = {
 
 // All of them, in the order of the pages.
 inline constexpr std::array kAll = {
-    &kIndex,    &kOpenApi,     &kLogin,    &kLogout, &kDevice,    &kSettings,    &kConfirm,
-    &kTakeBack, &kBackup,      &kRestore,  &kResult, &kVariables, &kSetBatch,    &kDiscard,
-    &kVariable, &kSetVariable, &kValidate, &kAction, &kFirmware,  &kFirmwareStep};
+    &kIndex,   &kOpenApi,  &kLogin,       &kLogout,   &kDevice, &kEvents,    &kSettings,
+    &kConfirm, &kTakeBack, &kBackup,      &kRestore,  &kResult, &kVariables, &kSetBatch,
+    &kDiscard, &kVariable, &kSetVariable, &kValidate, &kAction, &kFirmware,  &kFirmwareStep};
 
 }  // namespace kiohost::routes
 

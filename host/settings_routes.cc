@@ -7,8 +7,8 @@
 #include <string>
 #include <utility>
 
-#include "actions.h"
 #include "change_guard.h"
+#include "commit_report.h"
 #include "confirm_routes.h"
 #include "json_reply.h"
 #include "route_table.h"
@@ -123,18 +123,24 @@ Reply RunDocument(const SettingsRoom& room, std::string document, CommitKind kin
   Reply reply = ResultDocument(std::move(outcome.text));
   if (outcome.code != KIOAPP_RESULT_APPLIED) {
     reply.refusal = RefusalOf(*room.variables, outcome);
+    room.events->Add({EventKind::kRefused, {{"code", outcome.code}, {"fault", outcome.message}}});
   }
   if (outcome.commit != CommitKind::kNone) {
     AddApplyId(outcome.apply_id, &reply);
     room.history->NoteApply(outcome.apply_id, room.store);
+    room.events->Add(
+        {EventKind::kApplied, {{"apply", outcome.apply_id}, {"wait", outcome.wait_seconds}}});
     if (confirm_within != 0) {
       room.confirmations->NoteApply();
+      room.events->Add(
+          {EventKind::kConfirmArmed, {{"apply", outcome.apply_id}, {"seconds", confirm_within}}});
     }
     reply.after_reply.wait_seconds = outcome.wait_seconds;
     reply.after_reply.runs_commands = PendingActions(outcome.commit) != 0;
     reply.after_reply.run = [exchange, events = room.events, commit = outcome.commit] {
-      const unsigned int mask = exchange->Commit(commit);
-      exchange->FinishCommit(mask, ReportActions(mask, events));
+      CommitReport report(exchange, events, PendingActions(commit));
+      exchange->Commit(commit);
+      report.Finish();
     };
   }
   return reply;

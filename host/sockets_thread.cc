@@ -56,6 +56,7 @@ void SocketsThread::Stop() {
 void SocketsThread::Serve() {
   while (!WaitAndServe(true).stop) {
   }
+  server_->EndStreams();
   // Mostly one look is enough: an answer is sent at once.
   constexpr int kMostLooks = 4;
   for (int i = 0; i < kMostLooks && server_->IsAnswering(); ++i) {

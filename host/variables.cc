@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <memory>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -167,7 +168,7 @@ Variables::Answer Variables::SetBatch(const std::string& batch, char separator) 
     const int code = do_RssVar_Parser(ValueBuffer(batch).data(), separator, fault.data(), 0);
     return {static_cast<unsigned int>(code), fault.data(), {}, {}};
   };
-  return InTransaction({run, true, CountOf(batch, NameOf(Action::kApplyAll))});
+  return InTransaction({run, true, CountOf(batch, NameOf(Action::kApplyAll)), true});
 }
 
 Variables::Answer Variables::SetBatchDry(const std::string& batch, char separator,
@@ -236,9 +237,10 @@ Variables::Answer Variables::RunAction(Action action, const std::string& text) {
   const size_t applies = action == Action::kApplyAll   ? 1
                          : action == Action::kSetBatch ? CountOf(text, NameOf(Action::kApplyAll))
                                                        : 0;
-  Answer answer = InTransaction({run, writes_result, applies});
+  const bool may_change = action == Action::kApplyAll || action == Action::kSetBatch;
+  Answer answer = InTransaction({run, writes_result, applies, may_change});
   if (action == Action::kSurveySites && answer.code == KIOAPP_VAR_DONE) {
-    ReportActions(KIOAPP_SYNC_SITE_SURVEY, events_);
+    ActionReport(KIOAPP_SYNC_SITE_SURVEY, events_).Finish();
   }
   return answer;
 }
@@ -255,7 +257,9 @@ AfterReply Variables::TakeAfterReply() {
   const unsigned int mask = PendingActions(CommitKind::kSettings);
   AfterReply after_reply;
   after_reply.ready = [] { return AlarmState() == Alarm::kNone; };
-  after_reply.run = [this, mask] { FinishCommit(mask); };
+  after_reply.run = [this, report = std::make_shared<CommitReport>(exchange_, events_, mask)] {
+    FinishCommit(report.get());
+  };
   after_reply.wait_seconds = mask == 0 ? 0 : rssXmlData.exeWaitSec;
   return after_reply;
 }
@@ -309,17 +313,28 @@ Variables::Answer Variables::InTransaction(const Call& call) {
     }
     answer.store = transaction.Commit();
   }
+  if (answer.store.ok() && call.may_change) {
+    TellOf(answer);
+  }
   return answer;
 }
 
-void Variables::FinishCommit(unsigned int mask) {
+void Variables::TellOf(const Answer& answer) {
+  if (answer.code != KIOAPP_VAR_DONE) {
+    events_->Add({EventKind::kRefused, {{"code", answer.code}, {"fault", answer.text}}});
+  } else if (!answer.apply_id.empty()) {
+    events_->Add({EventKind::kApplied, {{"apply", answer.apply_id}}});
+  }
+}
+
+void Variables::FinishCommit(CommitReport* report) {
   if (AlarmState() != Alarm::kNone) {
     // The host stops, so the commit is run now and not by the alarm.
     alarm(0);
     do_RssVar_Commit();
   }
   commit_is_due_ = false;
-  exchange_->FinishCommit(mask, ReportActions(mask, events_));
+  report->Finish();
 }
 
 }  // namespace kiohost

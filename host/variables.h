@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "commit_report.h"
 #include "events.h"
 #include "exchange.h"
 #include "reply.h"
@@ -83,13 +84,15 @@ class Variables {
     std::function<Answer()> run;
     bool always_writes_result;  // otherwise only when applying is refused
     size_t applies;             // how often it may apply the record
+    bool may_change;            // it sets or applies
   };
 
   // Loads the record for a request, unless it goes on with a series. Returns whether it did.
   bool LoadRecord();
   void BeginSeries();
   Answer InTransaction(const Call& call);
-  void FinishCommit(unsigned int mask);
+  void TellOf(const Answer& answer);
+  void FinishCommit(CommitReport* report);
 
   Store* store_;
   Exchange* exchange_;

@@ -16,8 +16,8 @@ namespace kiohost {
 
 HeldCommands::HeldCommands() { ++g_holders; }
 HeldCommands::~HeldCommands() { --g_holders; }
-std::vector<CommandResult> TakeCommandResults() { return {}; }
-std::string DescribeFailure(const CommandResult& /*result*/) { return {}; }
+void WatchCommands(CommandWatch /*watch*/) {}
+std::string DescribeStatus(const CommandResult& /*result*/) { return {}; }
 
 }  // namespace kiohost
 

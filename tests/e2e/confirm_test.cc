@@ -1,7 +1,6 @@
 // Settings that go back unless a client that has come since confirms them.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <openssl/evp.h>
 #include <sqlite3.h>
 
 #include <csignal>
@@ -9,6 +8,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "app_key.h"
 #include "documents.h"
 #include "host_process.h"
 #include "host_steps.h"
@@ -278,17 +278,8 @@ class ClosedConfirmTest : public ConfirmTest {
   }
 
   int Login(const std::string& from) const {
-    const std::string text = "50" + from + "adminchange-me-soon";  // the slot of the second 1000
-    unsigned char digest[EVP_MAX_MD_SIZE];
-    unsigned int size = 0;
-    EVP_Digest(text.data(), text.size(), digest, &size, EVP_md5(), nullptr);
-    std::string key = "kioAppKey=:";
-    for (unsigned int i = 0; i < size; ++i) {
-      char pair[3];
-      std::snprintf(pair, sizeof pair, "%02x", digest[i]);
-      key += pair;
-    }
-    return Send(PostRequest("/login", key), from).status;
+    // The slot of the second 1000.
+    return Send(PostRequest("/login", "kioAppKey=:" + AppKey(50, from)), from).status;
   }
 
   int Confirm(const std::string& from) const {

@@ -49,8 +49,11 @@ std::string HttpResponse::Header(const std::string& name) const {
   return {};
 }
 
-Connection::Connection(int port, const std::string& from)
+Connection::Connection(int port, const std::string& from, int receive_buffer)
     : fd_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)), port_(port) {
+  if (receive_buffer > 0) {
+    setsockopt(fd_, SOL_SOCKET, SO_RCVBUF, &receive_buffer, sizeof receive_buffer);
+  }
   sockaddr_in own = {};
   own.sin_family = AF_INET;
   inet_pton(AF_INET, from.c_str(), &own.sin_addr);
@@ -124,6 +127,27 @@ HttpResponse Connection::Read() {
   received_.erase(0, length);
   Note(response, true);
   return response;
+}
+
+std::optional<std::string> Connection::ReadChunk() {
+  constexpr int kHexadecimal = 16;
+  constexpr size_t kLineEnd = 2;
+  size_t line_end = 0;
+  while ((line_end = received_.find("\r\n")) == std::string::npos) {
+    if (!ReadMore()) {
+      return std::nullopt;
+    }
+  }
+  const size_t size = std::strtoul(received_.c_str(), nullptr, kHexadecimal);
+  const size_t begin = line_end + kLineEnd;
+  while (received_.size() < begin + size + kLineEnd) {
+    if (!ReadMore()) {
+      return std::nullopt;
+    }
+  }
+  std::string chunk = received_.substr(begin, size);
+  received_.erase(0, begin + size + kLineEnd);
+  return chunk;
 }
 
 void Connection::Note(const HttpResponse& response, bool has_body) {

@@ -3,6 +3,7 @@
 #define TESTS_E2E_HTTP_CLIENT_H
 
 #include <deque>
+#include <optional>
 #include <string>
 
 struct HttpResponse {
@@ -17,7 +18,8 @@ struct HttpResponse {
 // One connection to a port of the loopback address, from another one when that is given.
 class Connection {
  public:
-  explicit Connection(int port, const std::string& from = "127.0.0.1");
+  // `receive_buffer` limits what the system takes for it; 0: as much as it likes.
+  explicit Connection(int port, const std::string& from = "127.0.0.1", int receive_buffer = 0);
   ~Connection();
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
@@ -32,6 +34,12 @@ class Connection {
 
   // Reads an answer that has a head alone.
   HttpResponse ReadHead();
+
+  // Reads the head of an answer in chunks, and then a chunk each time: empty at the end of the
+  // answer, nothing when the other side closes before that. The caller notes what came of it.
+  HttpResponse BeginChunks() { return TakeHead(); }
+  std::optional<std::string> ReadChunk();
+  void NoteChunks(const HttpResponse& response) { Note(response, response.status == 200); }
 
   // Waits for up to `seconds` for the other side to close; returns whether it did.
   bool WaitForClose(int seconds);

@@ -46,7 +46,8 @@ awk -v dir="$work" '
 # What is another in each run.
 same_uptime() {
   sed 's/"uptime": [0-9][0-9]*/"uptime": N/; s/"\(bootId\|id\)": "[0-9a-f]*"/"\1": "N"/
-       s/^\(Kio-Apply-Id:\) [0-9a-f]*/\1 N/'
+       s/^\(Kio-Apply-Id:\) [0-9a-f]*/\1 N/
+       s/"uptime":[0-9]*/"uptime":N/; s/\(^id: \|"id":"\|"next":"\)[0-9a-f]*-/\1N-/g'
 }
 
 cd "$source_dir"

@@ -73,8 +73,8 @@ TEST_F(HttpTest, OtherPathsDoNotExist) {
     EXPECT_EQ(answer.status, 404) << url;
     EXPECT_EQ(
         answer.body,
-        "there is only /settings, /result, /backup, /restore, /device, /vars, /actions, /login, "
-        "/logout, /firmware and /openapi.json\n")
+        "there is only /settings, /result, /backup, /restore, /device, /events, /vars, /actions, "
+        "/login, /logout, /firmware and /openapi.json\n")
         << url;
   }
   EXPECT_EQ(Post(host_.port(), "/none", FactoryDocument()).status, 404);

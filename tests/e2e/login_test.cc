@@ -1,7 +1,6 @@
 // Who may come in: the login, and what guards every route.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <openssl/evp.h>
 
 #include <csignal>
 #include <cstdio>
@@ -12,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "app_key.h"
 #include "host_process.h"
 #include "http_client.h"
 
@@ -24,22 +24,9 @@ constexpr char kPassword[] = "change-me-soon";
 constexpr char kClient[] = "127.0.0.1";
 constexpr char kOther[] = "127.0.0.2";
 
-std::string Md5(const std::string& text) {
-  unsigned char digest[EVP_MAX_MD_SIZE];
-  unsigned int size = 0;
-  EVP_Digest(text.data(), text.size(), digest, &size, EVP_md5(), nullptr);
-  std::string digits;
-  for (unsigned int i = 0; i < size; ++i) {
-    char pair[3];
-    std::snprintf(pair, sizeof pair, "%02x", digest[i]);
-    digits += pair;
-  }
-  return digits;
-}
-
 std::string Key(long slot, const std::string& address = kClient,
                 const std::string& password = kPassword) {
-  return Md5(std::to_string(slot) + address + "admin" + password);
+  return AppKey(slot, address, password);
 }
 
 // A request head without its end, then what is added.
@@ -115,6 +102,7 @@ TEST_F(LoginTest, EveryRouteIsRefusedWithoutLogin) {
                                           "/backup",
                                           "/restore",
                                           "/result",
+                                          "/events",
                                           "/vars",
                                           "/vars/rss_DeviceName",
                                           "/vars/rss_DeviceName/validate",

@@ -57,6 +57,14 @@ TEST_F(ClientTimeoutTest, NoAmountOfBytesExcusesSilence) {
   EXPECT_EQ(Deadline(), 22);
 }
 
+TEST_F(ClientTimeoutTest, AStreamMayGoOnForLongAndSlowly) {
+  timeout_.Enter(Phase::kStream, kBegin);
+  for (int second = 0; second < 1000; second += 9) {
+    timeout_.Add(1, kBegin + seconds(second));
+    EXPECT_EQ(Deadline(), second + 10);
+  }
+}
+
 TEST_F(ClientTimeoutTest, EachPhaseCountsItsOwnBytes) {
   timeout_.Enter(Phase::kBody, kBegin);
   timeout_.Add(1000000, kBegin);
