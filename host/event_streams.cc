@@ -14,7 +14,7 @@ namespace {
 // A reader that has gone without a word is found by a line that it does not take.
 constexpr std::chrono::seconds kLongestSilence(15);
 constexpr char kComment[] = ": no news\n\n";
-constexpr uint64_t kNever = std::numeric_limits<uint64_t>::max();
+constexpr uint64_t kNoEnd = std::numeric_limits<uint64_t>::max();
 
 using Source = EventStreams::Source;
 
@@ -67,7 +67,7 @@ class EventStream : public BodyStream {
   Source source_;
   std::string address_;    // of the client
   uint64_t next_;          // the number of the event that comes next
-  uint64_t end_ = kNever;  // the number of the last one that is sent
+  uint64_t end_ = kNoEnd;  // the number of the last one that is sent
   std::string pending_;    // what was begun with, and not sent in full
   Clock::time_point now_;
   Clock::time_point spoken_;  // when something was last sent
