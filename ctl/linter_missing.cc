@@ -98,6 +98,7 @@ bool Linter::Insert(const Element& element, const std::vector<Span>& blocks,
   for (const std::string& content : contents) {
     const std::string whole = "<" + element.name + ">" + content + "</" + element.name + ">";
     std::vector<Edit> edits;
+    edits.reserve(lacking.size());
     for (const Span& place : lacking) {
       edits.push_back({place, whole});
     }
