@@ -65,6 +65,33 @@ TEST(DeviceTest, WhatIsRefusedIsNoApply) {
   EXPECT_EQ(Device(host)["lastApply"]["id"], id);
 }
 
+// Another apply came between.
+TEST(DeviceTest, AChangeThatWasMadeForOtherSettingsIsRefused) {
+  constexpr int kPreconditionFailed = 412;
+  HostProcess host;
+  ASSERT_TRUE(host.Start());
+  const auto change = [&host](const std::string& name, const std::string& made_for) {
+    const std::string document = With(FactoryDocument(), "DeviceName", name);
+    return Request(host.port(), "POST /settings HTTP/1.1\r\nHost: router\r\nIf-Match: " + made_for +
+                                    "\r\nContent-Length: " + std::to_string(document.size()) +
+                                    "\r\n\r\n" + document);
+  };
+  const HttpResponse first = change("Attic", "none");
+  EXPECT_EQ(first.status, 200);
+  const std::string id = first.Header("Kio-Apply-Id");
+  const HttpResponse second = change("Loft", "\"" + id + "\"");
+  EXPECT_EQ(second.status, 200);
+  EXPECT_NE(second.Header("Kio-Apply-Id"), id);
+  for (const std::string& made_for : {id, std::string("none")}) {
+    const HttpResponse late = change("Den", made_for);
+    EXPECT_EQ(late.status, kPreconditionFailed);
+    EXPECT_EQ(late.Header("Kio-Apply-Id"), "");
+  }
+  EXPECT_EQ(host.Node("/sys/friendlyname"), "Loft");
+  EXPECT_EQ(Device(host)["lastApply"]["id"], second.Header("Kio-Apply-Id"));
+  EXPECT_EQ(change("Den", "*").status, 200);
+}
+
 TEST(DeviceTest, ADeferredCommitIsBusyAndThenInForce) {
   HostProcess host;
   ASSERT_TRUE(StartWithHeldAlarm(&host));
