@@ -79,6 +79,13 @@ void AddSessionCommands(CLI::App* app, Options* options) {
   Add(app, options, "logout", "logout", "End the login");
   Add(app, options, "device", "device",
       "Show what the router is and what became of the last change");
+  CLI::App* const events =
+      Add(app, options, "events", "events", "Print what happens, as it happens");
+  events->add_option("--count", options->count, "End after as many events")
+      ->type_name("N")
+      ->check(CLI::PositiveNumber);
+  events->add_option("--since", options->since, "Begin behind the event with this id")
+      ->type_name("ID");
   CLI::App* const wait =
       Add(app, options, "wait", "wait", "Wait until the router is back and the change is in force");
   wait->add_option("--apply", options->apply_id, "The id of the change (the last one)")

@@ -10,6 +10,7 @@ Command FindCommand(const std::string& name) {
       {"logout", RunLogout},
       {"device", RunDevice},
       {"wait", RunWait},
+      {"events", RunEvents},
       {"send", RunSend},
       {"confirm", RunConfirm},
       {"result", RunResult},

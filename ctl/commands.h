@@ -29,6 +29,9 @@ void RunLogout(Context* context);
 void RunDevice(Context* context);
 void RunWait(Context* context);
 
+// events_command.cc
+void RunEvents(Context* context);
+
 // settings_commands.cc
 void RunSend(Context* context);
 void RunConfirm(Context* context);

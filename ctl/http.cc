@@ -11,9 +11,24 @@
 namespace kioctl {
 namespace {
 
-size_t TakeBody(const char* data, size_t /*one*/, size_t size, void* reply) {
-  static_cast<Reply*>(reply)->body.append(data, size);
-  return size;
+struct Receiver {
+  CURL* curl;
+  const Request* request;
+  Reply* reply;
+  bool has_enough = false;
+};
+
+size_t TakeBody(const char* data, size_t /*one*/, size_t size, void* receiver) {
+  constexpr long kGood = 200;
+  Receiver& to = *static_cast<Receiver*>(receiver);
+  long status = 0;
+  curl_easy_getinfo(to.curl, CURLINFO_RESPONSE_CODE, &status);
+  if (!to.request->take || status != kGood) {
+    to.reply->body.append(data, size);
+    return size;
+  }
+  to.has_enough = !to.request->take({data, size});
+  return to.has_enough ? 0 : size;
 }
 
 size_t TakeHeader(const char* data, size_t /*one*/, size_t size, void* reply) {
@@ -121,16 +136,17 @@ Reply Http::Send(const Request& request) {
   curl_easy_setopt(curl, CURLOPT_FRESH_CONNECT, request.changes ? 1L : 0L);
   curl_easy_setopt(curl, CURLOPT_HTTPHEADER, headers.get());
   curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT, std::min(seconds, kConnectSeconds));
-  curl_easy_setopt(curl, CURLOPT_TIMEOUT, seconds);
+  curl_easy_setopt(curl, CURLOPT_TIMEOUT, request.take ? 0L : seconds);
   curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, TakeBody);
-  curl_easy_setopt(curl, CURLOPT_WRITEDATA, &reply);
+  Receiver receiver{curl, &request, &reply};
+  curl_easy_setopt(curl, CURLOPT_WRITEDATA, &receiver);
   curl_easy_setopt(curl, CURLOPT_HEADERFUNCTION, TakeHeader);
   curl_easy_setopt(curl, CURLOPT_HEADERDATA, &reply);
   curl_easy_setopt(curl, CURLOPT_NOPROGRESS, 0L);
   curl_easy_setopt(curl, CURLOPT_XFERINFOFUNCTION, LookForInterrupt);
   curl_easy_setopt(curl, CURLOPT_XFERINFODATA, &request);
   const CURLcode error = curl_easy_perform(curl);
-  if (error != CURLE_OK) {
+  if (error != CURLE_OK && !receiver.has_enough) {
     throw WhyNot(error, request);
   }
   long status = 0;

@@ -2,8 +2,10 @@
 #ifndef CTL_HTTP_H
 #define CTL_HTTP_H
 
+#include <functional>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "failure.h"
@@ -18,6 +20,9 @@ struct Request {
   // It changes the router: Ctrl-C waits for the answer, a second one does not.
   bool changes = false;
   long seconds = 0;  // 0: those of the options
+  // Takes the body of a good answer as it comes, and tells whether to go on. Such a request may
+  // last.
+  std::function<bool(std::string_view)> take = {};
 };
 
 struct Reply {

@@ -40,6 +40,9 @@ struct Options {
   std::string version = "1.1";
   bool firmware_list = false;
 
+  int count = 0;
+  std::string since;
+
   bool wait = false;
   bool early = false;
   int grace = 30;

@@ -82,6 +82,26 @@ class Session(Case):
         answer = self.check(self.run_here("--json", "device")).json
         self.assertEqual(answer["model"], "DR-2400")
 
+    def test_events_come_as_they_happen(self):
+        self.log_out()
+        self.check(self.run_here("login"))
+        kept = self.check(self.run_here("events", "--since", "none", "--count", "2"))
+        self.assertRegex(kept.out, r"^\d+\tlost\t.*\n\d+\tlog(in|out)\tclient=127.0.0.1\n$")
+        told = self.check(self.run_here("--json", "events", "--since", "none", "--count", "1")).json
+        self.assertEqual(told["kind"], "lost")
+        self.log_out()
+        self.check(self.run_here("events", password=None), 3, err="wants a login")
+
+    def test_ctrl_c_ends_the_events(self):
+        self.check(self.run_here("login"))
+        terminal = OnTerminal(self.host.url, "events", password=PASSWORD)
+        # Until the stream stands nothing of it is seen.
+        self.assertTrue(wait_for(lambda: (self.run_here("login"), terminal.read(),
+                                          "\tlogin\t" in terminal.seen)[-1]))
+        terminal.type("\x03")
+        self.assertTrue(terminal.see("interrupted"))
+        self.assertEqual(terminal.end(), 130)
+
     def test_several_routers_have_their_turn_each_and_the_first_failure_decides(self):
         nobody = "http://127.0.0.1:9"
         result = self.run_here("--router", nobody, "get", "rss_DeviceModel")
