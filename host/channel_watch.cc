@@ -3,6 +3,7 @@
 #include <kioapp/settings.h>
 #include <kioapp/xml.h>
 
+#include "journal.h"
 #include "nodes.h"
 
 namespace kiohost {
@@ -22,6 +23,7 @@ void ChannelWatch::CheckWhenDue() {
     return;
   }
   next_ = now + std::chrono::seconds(1);
+  const UnnotedStore look;
   if (checkWlanChannelUsing() != 0) {
     NoteMoves();
   }

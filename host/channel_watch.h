@@ -21,13 +21,18 @@ class ChannelWatch {
   // Asks the library, when it is time, and notes which radios have moved.
   void CheckWhenDue();
 
+  // The channels of the radios, as last noted.
+  using Channels = std::array<std::string, 2>;
+  const Channels& channels() const { return channels_; }
+  void Restore(const Channels& channels) { channels_ = channels; }
+
  private:
   void NoteMoves();
 
   Store* store_;
   Events* events_;
   HostClock::Time next_ = TheClock().Now();
-  std::array<std::string, 2> channels_;  // as last noted
+  Channels channels_;
 };
 
 }  // namespace kiohost

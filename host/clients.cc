@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <limits>
+#include <utility>
 
 #include "login_key.h"
 #include "printable_text.h"
@@ -30,28 +31,28 @@ Clients::Outcome Clients::Login(const std::string& address, const std::string& t
                                 long* wait_seconds) {
   const std::lock_guard lock(mutex_);
   const long now = SteadySeconds();
-  *wait_seconds = throttle_.SecondsBlocked(address, now);
+  *wait_seconds = state_.throttle.SecondsBlocked(address, now);
   if (*wait_seconds > 0) {
     return Outcome::kBlocked;
   }
-  if (Find(address) == nullptr && clients_.size() >= kMost) {
+  if (Find(address) == nullptr && state_.clients.size() >= kMost) {
     RemoveLapsed();
-    if (clients_.size() >= kMost) {
+    if (state_.clients.size() >= kMost) {
       *wait_seconds = SecondsToLapse(now);
       return Outcome::kFull;
     }
   }
   if (!HoldsGoodKey(text, address, store_->Get(kPasswordNode).value_or(""), UptimeSeconds())) {
-    throttle_.AddWrongKey(address, now);
+    state_.throttle.AddWrongKey(address, now);
     Say("wrong key from", address);
     return Outcome::kWrongKey;
   }
-  throttle_.Forget(address);
+  state_.throttle.Forget(address);
   if (Client* client = Find(address); client != nullptr) {
     client->logout = now + kLoginSeconds;
-    client->number = ++logins_;
+    client->number = ++state_.logins;
   } else {
-    clients_.push_back({address, now + kLoginSeconds, ++logins_});
+    state_.clients.push_back({address, now + kLoginSeconds, ++state_.logins});
   }
   Tell(events_, EventKind::kLogin, "login", address);
   return Outcome::kLoggedIn;
@@ -74,15 +75,15 @@ bool Clients::IsLoggedIn(const std::string& address) {
 
 unsigned long Clients::logins() const {
   const std::lock_guard lock(mutex_);
-  return logins_;
+  return state_.logins;
 }
 
 unsigned long Clients::LastLogin(const std::string& address) const {
   const std::lock_guard lock(mutex_);
-  const auto found = std::find_if(clients_.begin(), clients_.end(), [&address](const auto& client) {
-    return client.address == address;
-  });
-  return found == clients_.end() ? 0 : found->number;
+  const auto found =
+      std::find_if(state_.clients.begin(), state_.clients.end(),
+                   [&address](const auto& client) { return client.address == address; });
+  return found == state_.clients.end() ? 0 : found->number;
 }
 
 bool Clients::Logout(const std::string& address) {
@@ -95,16 +96,31 @@ bool Clients::Logout(const std::string& address) {
   return true;
 }
 
+Clients::State Clients::Save() const {
+  const std::lock_guard lock(mutex_);
+  return state_;
+}
+
+void Clients::Restore(State state, long ago) {
+  for (Client& client : state.clients) {
+    client.logout += ago;
+  }
+  state.throttle.Shift(ago);
+  state.next_sweep += ago;
+  const std::lock_guard lock(mutex_);
+  state_ = std::move(state);
+}
+
 long Clients::NextSweep() const {
   const std::lock_guard lock(mutex_);
-  return next_sweep_;
+  return state_.next_sweep;
 }
 
 void Clients::SweepIfDue() {
   const std::lock_guard lock(mutex_);
   const long now = SteadySeconds();
-  if (now >= next_sweep_) {
-    next_sweep_ = now + kSweepSeconds;
+  if (now >= state_.next_sweep) {
+    state_.next_sweep = now + kSweepSeconds;
     RemoveLapsed();
   }
 }
@@ -112,17 +128,17 @@ void Clients::SweepIfDue() {
 // The seconds until the first client lapses if it sends nothing; one at least.
 long Clients::SecondsToLapse(long now) const {
   long first = std::numeric_limits<long>::max();
-  for (const Client& client : clients_) {
+  for (const Client& client : state_.clients) {
     first = std::min(first, client.logout);
   }
   return std::max(1L, first - now);
 }
 
 Clients::Client* Clients::Find(const std::string& address) {
-  const auto found = std::find_if(clients_.begin(), clients_.end(), [&address](const auto& client) {
-    return client.address == address;
-  });
-  return found == clients_.end() ? nullptr : &*found;
+  const auto found =
+      std::find_if(state_.clients.begin(), state_.clients.end(),
+                   [&address](const auto& client) { return client.address == address; });
+  return found == state_.clients.end() ? nullptr : &*found;
 }
 
 Clients::Client* Clients::FindUnlapsed(const std::string& address) {
@@ -134,12 +150,13 @@ Clients::Client* Clients::FindUnlapsed(const std::string& address) {
 }
 
 void Clients::Remove(const std::string& address) {
-  std::erase_if(clients_, [&address](const auto& client) { return client.address == address; });
+  std::erase_if(state_.clients,
+                [&address](const auto& client) { return client.address == address; });
 }
 
 void Clients::RemoveLapsed() {
   const long now = SteadySeconds();
-  std::erase_if(clients_, [this, now](const auto& client) {
+  std::erase_if(state_.clients, [this, now](const auto& client) {
     if (client.logout > now) {
       return false;
     }

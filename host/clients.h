@@ -54,13 +54,23 @@ class Clients {
   // Removes the clients that have lapsed, at most once a minute. To be called now and then.
   void SweepIfDue();
 
- private:
+  // All that is known of clients.
   struct Client {
     std::string address;
     long logout;  // second (`SteadySeconds`) at which the login lapses
     unsigned long number;
   };
+  struct State {
+    unsigned long logins = 0;
+    LoginThrottle throttle;
+    std::vector<Client> clients;  // in the order of their logins
+    long next_sweep = 0;
+  };
+  State Save() const;
+  // Takes a state of so many seconds ago. Each client has the time left that it had.
+  void Restore(State state, long ago);
 
+ private:
   Client* Find(const std::string& address);
   // Those who have lapsed are removed on the way.
   Client* FindUnlapsed(const std::string& address);
@@ -71,10 +81,7 @@ class Clients {
   Store* store_;
   Events* events_;
   mutable std::mutex mutex_;
-  unsigned long logins_ = 0;
-  LoginThrottle throttle_;
-  std::vector<Client> clients_;  // in the order of their logins
-  long next_sweep_ = 0;
+  State state_;
 };
 
 }  // namespace kiohost

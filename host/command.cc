@@ -22,6 +22,7 @@
 #include <utility>
 
 #include "echo_command.h"
+#include "journal.h"
 #include "signals.h"
 
 namespace kiohost {
@@ -130,10 +131,14 @@ class Ending {
 class Children {
  public:
   int Run(const char* command) {
+    const Clock::time_point begin = Clock::now();
     CommandResult result;
     result.command = command;
     if (!RunWithoutShell(command, &result.status)) {
       RunWatched(command, &result);
+    }
+    if (TheJournal().is_on()) {
+      Note(result, Clock::now() - begin);
     }
     results_.push_back(result);
     if (results_.size() > kMostResults) {
@@ -185,6 +190,16 @@ class Children {
 
  private:
   static constexpr size_t kMostResults = 32;
+
+  static void Note(const CommandResult& result, Clock::duration time) {
+    Json about = {{"command", result.command},
+                  {"status", WIFEXITED(result.status) ? WEXITSTATUS(result.status) : -1},
+                  {"ms", std::chrono::duration_cast<std::chrono::milliseconds>(time).count()}};
+    if (!result.ok()) {
+      about["failure"] = DescribeStatus(result);
+    }
+    TheJournal().Add("command", std::move(about));
+  }
 
   // Writes a line of a document. Returns false when a shell has to run the command.
   bool RunWithoutShell(const char* command, int* status) const {

@@ -31,6 +31,10 @@ class Confirmations {
   bool HasComeSince(const RequestView& request) const {
     return arrivals_.number(request) > arrived_before_;
   }
+  // How many had come before the settings that are to be confirmed.
+  unsigned long arrived_before() const { return arrived_before_; }
+  void Restore(unsigned long arrived_before) { arrived_before_ = arrived_before; }
+
   const char* demand() const { return arrivals_.demand; }
 
   Exchange* exchange() { return exchange_; }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 #include "printable_text.h"
 #include "uptime.h"
@@ -74,6 +75,21 @@ void Events::ForgetOld() {
   });
 }
 
+Events::State Events::Save() const {
+  const std::lock_guard lock(mutex_);
+  return events_;
+}
+
+void Events::Restore(State state) {
+  const std::lock_guard lock(mutex_);
+  // Numbers that were told are not told again: the last of these gets the last number.
+  const uint64_t shift = state.empty() ? 0 : last_ - state.back().number;
+  for (Happened& happened : state) {
+    happened.number += shift;
+  }
+  events_ = std::move(state);
+}
+
 Json Events::AsJson() const {
   const std::lock_guard lock(mutex_);
   auto left = static_cast<size_t>(std::count_if(events_.begin(), events_.end(), IsForPeople));
@@ -93,7 +109,7 @@ uint64_t Events::last() const {
 
 uint64_t Events::oldest() const {
   const std::lock_guard lock(mutex_);
-  return last_ < kMost ? 1 : last_ - kMost + 1;
+  return last_ - std::min(events_.size(), kMost) + 1;
 }
 
 std::optional<Events::Happened> Events::Find(uint64_t number) const {

@@ -52,6 +52,9 @@ class Events {
     long uptime;
     Event event;
   };
+  using State = std::deque<Happened>;
+  State Save() const;
+  void Restore(State state);
 
   // Adds an event, and prints its text in its printable form.
   void Add(Event event);

@@ -50,8 +50,8 @@ Exchange::Outcome Exchange::RunInTransaction(std::string* document, CommitKind k
   }
   const std::vector<Node> before = confirm_within != 0 ? store_->List() : std::vector<Node>();
   const bool applied = Parse(document, kind);
-  has_parsed_ = true;
-  ++count_;
+  state_.has_parsed = true;
+  ++state_.count;
   const int wait_seconds = applied ? rssXmlData.exeWaitSec : 0;
   status = TakeResult(wait_seconds);
   std::string apply_id;
@@ -74,7 +74,7 @@ Exchange::Outcome Exchange::RunInTransaction(std::string* document, CommitKind k
     apply_id = applies_.NoteUnchangedApply();
   }
   return {Outcome::Kind::kAnswered,
-          *last_result_,
+          *state_.last_result,
           applied ? kind : CommitKind::kNone,
           wait_seconds,
           std::move(apply_id),
@@ -83,7 +83,7 @@ Exchange::Outcome Exchange::RunInTransaction(std::string* document, CommitKind k
 }
 
 bool Exchange::Parse(std::string* document, CommitKind kind) const {
-  if (!has_parsed_) {
+  if (!state_.has_parsed) {
     // The library does so for the first document that it sees, which may have been that of a dry
     // run.
     rssXmlData.pre_exeflag = 0;
@@ -113,18 +113,18 @@ Exchange::Outcome Exchange::RunDry(std::string document, CommitKind kind, Foreca
 }
 
 void Exchange::ExpectResult() {
-  last_result_.reset();
+  state_.last_result.reset();
   unlink(result_file_.c_str());
 }
 
 Status Exchange::TakeResult(int wait_seconds) {
   const ExchangeResult result = {rssXmlData.setResult, rssXmlData.setMsg, wait_seconds};
   if (!IsWritten(result_file_, result)) {
-    last_result_.reset();
+    state_.last_result.reset();
     return {ExitCode::kDirectory,
             "the result document " + result_file_ + " could not be written in full"};
   }
-  last_result_ = ResultText(result);
+  state_.last_result = ResultText(result);
   return {};
 }
 
@@ -166,7 +166,7 @@ Status Exchange::GoBack() {
   applies_.NoteGoingBack();
   Status status = transaction.Commit();
   // What was set by variables and not applied was made for other settings.
-  ++count_;
+  ++state_.count;
   return status;
 }
 

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "apply_log.h"
 #include "forecast.h"
@@ -79,8 +80,20 @@ class Exchange {
   // What was applied last.
   ApplyLog* applies() { return &applies_; }
 
+  // What is known of the exchanges so far, beside the record and the store.
+  struct State {
+    std::optional<std::string> last_result;
+    unsigned int count = 0;
+    bool has_parsed = false;  // a document, and not for a dry run
+  };
+  const State& state() const { return state_; }
+  void Restore(State state) { state_ = std::move(state); }
+
+  // In a transaction: gives so many seconds more to confirm.
+  void ExtendConfirmation(int64_t seconds) { way_back_.Extend(seconds); }
+
   // How often something else than a variable has used the record or changed the settings.
-  unsigned int count() const { return count_; }
+  unsigned int count() const { return state_.count; }
 
   // To be called before and after a call that writes a result document. The first removes the last
   // document, so that it is not taken for the new one. The second fails when the document does not
@@ -89,7 +102,7 @@ class Exchange {
   Status TakeResult(int wait_seconds);
 
   // The last result document of this process, unless the one that should have followed failed.
-  const std::optional<std::string>& last_result() const { return last_result_; }
+  const std::optional<std::string>& last_result() const { return state_.last_result; }
 
  private:
   Outcome RunInTransaction(std::string* document, CommitKind kind, int confirm_within);
@@ -101,9 +114,7 @@ class Exchange {
   ApplyLog applies_;
   WayBack way_back_;
   std::string result_file_;
-  std::optional<std::string> last_result_;
-  unsigned int count_ = 0;
-  bool has_parsed_ = false;  // a document, and not for a dry run
+  State state_;
 };
 
 }  // namespace kiohost

@@ -130,6 +130,38 @@ std::string Firmware::WhySearchFailed(const std::vector<CommandResult>& results)
   return "firmware search failed: " + reason;
 }
 
+Firmware::State Firmware::Save() const {
+  return {last_status_, last_result_, fwXmlData, ReadFile(partition_)};
+}
+
+bool Firmware::CanRestore(const State& state) const {
+  return state.step == last_result_ || state.step == KIOAPP_FW_IDLE;
+}
+
+Status Firmware::Restore(const State& state) {
+  if (state.step != last_result_) {
+    Act(KIOAPP_FW_INIT);
+  }
+  last_status_ = state.last_status;
+  last_result_ = state.step;
+  fwXmlData = state.found;
+  if (state.partition == ReadFile(partition_)) {
+    return {};
+  }
+  std::error_code error;
+  if (!state.partition) {
+    std::filesystem::remove(partition_, error);
+    return {};
+  }
+  const std::string written = partition_ + ".new";
+  std::ofstream(written, std::ios::binary) << *state.partition;
+  if (ReadFile(written) == state.partition) {
+    std::filesystem::rename(written, partition_, error);
+    return {};
+  }
+  return {ExitCode::kDirectory, "the partition " + partition_ + " could not be written"};
+}
+
 // Notes why a file is no image.
 bool Firmware::Refuse(const std::string& file) {
   constexpr size_t kRoom = 64;

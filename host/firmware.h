@@ -11,6 +11,7 @@
 
 #include "command.h"
 #include "events.h"
+#include "status.h"
 #include "store.h"
 
 namespace kiohost {
@@ -36,6 +37,21 @@ class Firmware {
 
   // The status document of the last step, if there was one.
   const std::optional<std::string>& last_status() const { return last_status_; }
+
+  // The step of the last document that could be written.
+  int step() const { return last_result_; }
+
+  struct State {
+    std::optional<std::string> last_status;
+    int step = KIOAPP_FW_IDLE;
+    FwXmlData found = {};
+    std::optional<std::string> partition;  // what the partition holds
+  };
+  State Save() const;
+  // Whether the library can be brought to the step of a state: to the one that it is at, or to the
+  // beginning.
+  bool CanRestore(const State& state) const;
+  Status Restore(const State& state);
 
   // Checks the image that was fetched and writes it to the partition; the router runs it from then
   // on. A bad one is refused, and the partition stays as it is.

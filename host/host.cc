@@ -13,14 +13,18 @@
 #include "confirm_routes.h"
 #include "connection.h"
 #include "control/clock_routes.h"
+#include "control/journal_routes.h"
+#include "control/store_routes.h"
 #include "device_routes.h"
 #include "event_routes.h"
 #include "firmware_routes.h"
 #include "index_routes.h"
+#include "journal.h"
 #include "listener.h"
 #include "login_routes.h"
 #include "printable_text.h"
 #include "random_id.h"
+#include "secrets.h"
 #include "settings_routes.h"
 #include "settings_tag.h"
 #include "signals.h"
@@ -35,6 +39,17 @@ constexpr long kLongestTurn = 1000;
 
 // Of the id of a start, in the ids of its events.
 constexpr size_t kBootDigits = 8;
+// The library's log, in the temporary directory.
+constexpr char kLogName[] = "kiohost_log.txt";
+
+// The parameters of a request as one text.
+std::string QueryText(const RequestTarget& target) {
+  std::string text;
+  for (const auto& [name, value] : target.arguments) {
+    text.append(text.empty() ? "" : "&").append(name).append("=").append(value);
+  }
+  return text;
+}
 
 }  // namespace
 
@@ -93,6 +108,58 @@ void Host::AddControl(Store* control_reader) {
                                       [this] { Settle(); }});
   control_ = std::make_unique<ControlPort>(*settings_.control, &desk_, control_reader);
   AddClockRoutes(clock_driver_.get(), control_->router());
+  const auto forget = [this] {
+    // What was set by variables was made for other settings, and so were the values of clients.
+    variables_.Discard();
+    value_history_.Clear();
+  };
+  AddStoreRoutes(store_, control_reader, forget, control_->router());
+  snapshots_ = std::make_unique<Snapshots>(
+      Snapshots::Host{{store_, &clients_, &events_, &exchange_, &variables_, &firmware_,
+                       &channel_watch_, &confirmations_, &value_history_},
+                      [this] {
+                        Settle();
+                        return IsAtRest();
+                      },
+                      [this] {
+                        published_.result.Set(exchange_.last_result());
+                        published_.firmware.Set(firmware_.last_status());
+                      },
+                      settings_.write_profile});
+  AddSnapshotRoutes(snapshots_.get(), control_->router());
+  AddJournal();
+}
+
+void Host::AddJournal() {
+  TheJournal().Begin(settings_.show_secrets);
+  for (const Node& node : store_->List()) {
+    if (IsSecret(node.path)) {
+      TheJournal().AddSecret(node.text);
+    }
+  }
+  log_tail_.emplace(settings_.temp_dir + "/" + kLogName);
+  server_.set_on_answer([](const HttpRequest& request, const Reply& reply) {
+    const auto time = std::chrono::steady_clock::now() - request.begun();
+    TheJournal().Add("request",
+                     {{"method", request.view().method()},
+                      {"path", request.view().path()},
+                      {"query", QueryText(request.view().target())},
+                      {"from", request.view().peer_address()},
+                      {"status", reply.status},
+                      {"ms", std::chrono::duration_cast<std::chrono::milliseconds>(time).count()}});
+  });
+  AddJournalRoutes(
+      &TheJournal(), [this] { Settle(); }, control_->router());
+}
+
+void Host::NoteLog() {
+  if (log_tail_) {
+    log_tail_->ReadNew([](const std::string& line) { TheJournal().AddLogLine(line); });
+  }
+}
+
+bool Host::IsAtRest() const {
+  return !away_until_ && !after_reply_ && !awaits_work_ && AlarmState() == Alarm::kNone;
 }
 
 Confirmations::Arrivals Host::WhoComes() const {
@@ -175,6 +242,7 @@ void Host::WaitAndDoWhatIsDue(long most) {
     GoBackWhenDue();
     RunAfterReplyWhenReady();
   }
+  NoteLog();
 }
 
 long Host::MillisecondsToWait() const {
@@ -257,6 +325,7 @@ void Host::PublishVariables(bool library_is_busy) {
     published_.variables.Set(nullptr);
     return;
   }
+  const UnnotedStore look;
   published_.variables.Set(std::make_shared<const PublishedVariables>(PublishedVariables{
       variables_.ReadAll(variable_names_), SettingsTag(exchange_.applies()->Last())}));
   desk_.TellPublished();

@@ -16,6 +16,8 @@
 #include "confirmations.h"
 #include "control/clock_driver.h"
 #include "control/control_port.h"
+#include "control/log_tail.h"
+#include "control/snapshot_routes.h"
 #include "event_streams.h"
 #include "events.h"
 #include "exchange.h"
@@ -49,6 +51,9 @@ class Host {
     bool open = false;               // nobody needs to log in
     std::vector<std::string> names;  // the router's, in Host headers
     std::optional<ControlPort::Settings> control;
+    bool show_secrets = false;  // in the journal of the control port
+    // Puts the store back to a profile, whose name may be empty: for the control port.
+    std::function<Status(const std::string& name)> write_profile;
   };
 
   // The store must be bound to the library. `reader` is the same store, for the thread of the
@@ -73,6 +78,9 @@ class Host {
   void AddControl(Store* control_reader);
   // Whether an address is logged in; empty when nobody needs to be.
   std::function<bool(const std::string&)> LoginCheck();
+  void AddJournal();
+  // Notes what the library has logged since.
+  void NoteLog();
   void TakeAfterReply();
   void GoBackWhenDue();
   // One turn of the loop, with a wait of so many milliseconds at most.
@@ -84,6 +92,8 @@ class Host {
   // For the clock: the first moment after `now` at which something falls due, and all that is due.
   std::optional<HostClock::Time> NextDue(HostClock::Time now);
   void Settle();
+  // Whether nothing is left to do, not even later.
+  bool IsAtRest() const;
   bool HasDueWork();
   void Run(const LibraryDesk::Job& job);
   void PublishVariables(bool library_is_busy);
@@ -124,6 +134,8 @@ class Host {
   std::optional<HostClock::Time> away_until_;
   Status status_;
   std::unique_ptr<ClockDriver> clock_driver_;
+  std::optional<LogTail> log_tail_;
+  std::unique_ptr<Snapshots> snapshots_;
   std::unique_ptr<ControlPort> control_;
 };
 

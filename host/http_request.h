@@ -4,6 +4,7 @@
 
 #include <microhttpd.h>
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -30,6 +31,7 @@ class HttpRequest {
   bool judged() const { return view_.has_value(); }
 
   MHD_Connection* connection() const { return connection_; }
+  std::chrono::steady_clock::time_point begun() const { return begun_; }
 
   // For a request that was judged. The route is null when the request is refused.
   const RequestView& view() const { return *view_; }
@@ -84,6 +86,7 @@ class HttpRequest {
   std::optional<Reply> JudgeForm(const char* version) const;
 
   MHD_Connection* connection_;
+  std::chrono::steady_clock::time_point begun_ = std::chrono::steady_clock::now();
   const char* target_end_;
   RequestTarget target_;
   std::optional<RequestView> view_;

@@ -5,9 +5,11 @@
 #include <microhttpd.h>
 #include <sys/select.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "acceptor.h"
@@ -54,6 +56,10 @@ class HttpServer {
   // Takes what the thread of the library has done, and gives it the next work. To be called before
   // `Run`.
   void HandleNews(const LibraryDesk::News& news);
+
+  // What is called with each answer that is about to be sent. May be empty.
+  using OnAnswer = std::function<void(const HttpRequest&, const Reply&)>;
+  void set_on_answer(OnAnswer on_answer) { on_answer_ = std::move(on_answer); }
 
   // Has the bodies end that go on for as long as there is something to tell.
   void EndStreams();
@@ -110,6 +116,7 @@ class HttpServer {
 
   const Router* router_;
   LibraryDesk* desk_;
+  OnAnswer on_answer_;
   Acceptor acceptor_;
   std::unique_ptr<MHD_Daemon, DaemonStopper> daemon_;
   std::vector<std::unique_ptr<Connection>> connections_;  // in the order of their coming

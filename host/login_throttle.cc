@@ -62,6 +62,15 @@ void LoginThrottle::AddWrongKey(std::string_view address, long now) {
   }
 }
 
+void LoginThrottle::Shift(long seconds) {
+  for (Entry& entry : entries_) {
+    for (long& time : entry.times) {
+      time += seconds;
+    }
+    entry.blocked_until += seconds;
+  }
+}
+
 void LoginThrottle::Forget(std::string_view address) {
   for (Entry& entry : entries_) {
     if (entry.address == address) {

@@ -26,6 +26,9 @@ class LoginThrottle {
   // Notes a wrong key. kMostWrong of them within kWindowSeconds block the address.
   void AddWrongKey(std::string_view address, long now);
 
+  // Moves all that was noted by so many seconds.
+  void Shift(long seconds);
+
   // Forgets an address that has sent a good key.
   void Forget(std::string_view address);
 

@@ -182,7 +182,8 @@ Status ExportEnvironment(const Options& options, const std::string& temp_dir) {
 }
 
 // What the control port takes. The clock is the host's own from now on.
-Status PrepareControl(const Options& options, Store* reader, Host::Settings* settings) {
+Status PrepareControl(const Options& options, Store* store, Store* reader,
+                      Host::Settings* settings) {
   if (options.control_anywhere) {
     PrintError(
         "WARNING: --control-anywhere: there is no login on the control port. Whoever reaches it "
@@ -190,6 +191,20 @@ Status PrepareControl(const Options& options, Store* reader, Host::Settings* set
   }
   settings->control = {options.control_listen, options.control_port,
                        Program().parent_path() / "control-openapi.json", options.names};
+  settings->show_secrets = options.show_secrets;
+  settings->write_profile = [options, store](const std::string& name) {
+    // The directories are those of this host, not of the profile.
+    const std::string temp_dir = store->Get(kTempDirNode).value_or("");
+    const std::string script_dir = store->Get(kScriptDirNode).value_or("");
+    Options reset = options;
+    reset.factory_reset = true;
+    reset.profile = name.empty() ? options.profile : name;
+    Status status = ApplyStartSettings(reset, ProfileDirectory(), store);
+    if (status.ok()) {
+      status = WriteNode(store, kTempDirNode, temp_dir);
+    }
+    return status.ok() ? WriteNode(store, kScriptDirNode, script_dir) : status;
+  };
   if (!TheClock().Own()) {
     return {ExitCode::kNetwork, "the system has no descriptor left"};
   }
@@ -235,7 +250,7 @@ Status Serve(const Options& options, Store* store) {
   Store control_reader;
   status = reader.Open(options.store, Store::Mode::kExisting);
   if (status.ok() && !options.control_listen.empty()) {
-    status = PrepareControl(options, &control_reader, &settings);
+    status = PrepareControl(options, store, &control_reader, &settings);
   }
   if (!status.ok()) {
     return status;

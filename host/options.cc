@@ -48,6 +48,7 @@ change them over HTTP (docs/http.md).
                      (docs/control.md); on 127.0.0.1, another loopback address, or with
   --control-anywhere on any address: for test networks only
   --clock=manual     with --control: the clock stands still until it is moved there
+  --show-secrets     with --control: passwords and keys stand in the journal
   --core-dumps       leave core dumps, which hold the password, to look for a fault
   --log-level N      the library's log: 4 failures, 5 events, 6 actions with whole documents and
                      their passwords, 7 everything (default 5)
@@ -81,6 +82,7 @@ enum OptionId {
   kControlOption,
   kControlAnywhereOption,
   kClockOption,
+  kShowSecretsOption,
   kLogLevelOption,
   kDumpOption,
   kGetOption,
@@ -108,6 +110,7 @@ constexpr option kOptions[] = {
     {"core-dumps", no_argument, nullptr, kCoreDumpsOption},
     {"control", required_argument, nullptr, kControlOption},
     {"control-anywhere", no_argument, nullptr, kControlAnywhereOption},
+    {"show-secrets", no_argument, nullptr, kShowSecretsOption},
     {"clock", required_argument, nullptr, kClockOption},
     {"log-level", required_argument, nullptr, kLogLevelOption},
     {"dump", optional_argument, nullptr, kDumpOption},
@@ -163,8 +166,8 @@ Status ParseClock(Options* options) {
 // Options that go with others.
 Status CheckControl(const Options& options) {
   if (options.control_listen.empty()) {
-    return options.control_anywhere || options.manual_clock
-               ? UsageError("--control-anywhere and --clock go with --control")
+    return options.control_anywhere || options.manual_clock || options.show_secrets
+               ? UsageError("--control-anywhere, --clock and --show-secrets go with --control")
                : Status();
   }
   return options.control_anywhere || IsLoopback(options.control_listen)
@@ -273,6 +276,9 @@ Status ParseOption(int id, const char* word, Options* options) {
       return ParseControl(options);
     case kControlAnywhereOption:
       options->control_anywhere = true;
+      return {};
+    case kShowSecretsOption:
+      options->show_secrets = true;
       return {};
     case kClockOption:
       return ParseClock(options);

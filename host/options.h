@@ -35,6 +35,7 @@ struct Options {
   int control_port = 0;
   bool control_anywhere = false;  // it may listen on another address than a loopback one
   bool manual_clock = false;
+  bool show_secrets = false;                    // in the journal of the control port
   bool always_shell = false;                    // for the library's documents, too
   std::vector<std::string> names = {"router"};  // the router's, in Host headers
 };

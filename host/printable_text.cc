@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "journal.h"
 #include "utf8.h"
 
 namespace kiohost {
@@ -55,6 +56,9 @@ std::string PrintableText(std::string_view text) {
 }
 
 void PrintLine(std::FILE* stream, std::string_view text) {
+  if (stream == stdout && TheJournal().is_on()) {
+    TheJournal().AddOutput(text);
+  }
   std::fprintf(stream, "%s\n", PrintableText(text).c_str());
 }
 

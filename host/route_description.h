@@ -25,7 +25,7 @@ struct BodyRule {
 
 // A parameter of the query or a header.
 struct RouteParameter {
-  enum class Kind { kFlag, kSeconds, kCharacter, kText };
+  enum class Kind { kFlag, kSeconds, kNumber, kCharacter, kText };
   const char* name = nullptr;
   Kind kind = Kind::kFlag;
   const char* meaning = nullptr;

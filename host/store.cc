@@ -1,7 +1,9 @@
 #include "store.h"
 
 #include <cstdlib>
+#include <utility>
 
+#include "journal.h"
 #include "node_path.h"
 
 namespace kiohost {
@@ -54,6 +56,12 @@ constexpr char kPutBackOld[] =
     "DELETE FROM node WHERE path IN (SELECT path FROM old_node WHERE text IS NULL);"
     "INSERT INTO node SELECT path, text FROM old_node WHERE text IS NOT NULL"
     " ON CONFLICT(path) DO UPDATE SET text = excluded.text";
+// The count of checkpoints belongs to the file.
+constexpr char kListNumbers[] = "SELECT name, number FROM state WHERE name <> 'checkpoints'";
+constexpr char kListOld[] = "SELECT path, text FROM old_node";
+constexpr char kDeleteContents[] =
+    "DELETE FROM node; DELETE FROM state WHERE name <> 'checkpoints'; DELETE FROM old_node";
+constexpr int kDecimal = 10;
 constexpr char kDueActions[] = "due actions";
 
 // Committed after each checkpoint. The first commit after one begins the log anew and waits for the
@@ -187,11 +195,52 @@ Status Store::Replace(const std::vector<Node>& nodes) {
   return transaction.Commit();
 }
 
+Store::Contents Store::Read() {
+  Contents contents;
+  contents.nodes = List();
+  Statement numbers;
+  Statement old_texts;
+  bool read = numbers.Prepare(database_.get(), kListNumbers) &&
+              old_texts.Prepare(database_.get(), kListOld);
+  int code = SQLITE_DONE;
+  while (read && (code = numbers.Step()) == SQLITE_ROW) {
+    contents.numbers.emplace_back(numbers.Text(0),
+                                  std::strtoll(numbers.Text(1).c_str(), nullptr, kDecimal));
+  }
+  read = read && code == SQLITE_DONE;
+  while (read && (code = old_texts.Step()) == SQLITE_ROW) {
+    contents.old_texts.emplace_back(
+        old_texts.Text(0), old_texts.IsNull(1) ? std::nullopt : std::optional(old_texts.Text(1)));
+  }
+  if (!read || code != SQLITE_DONE) {
+    Fail();
+  }
+  return contents;
+}
+
+void Store::Write(const Contents& contents) {
+  if (!Execute(kDeleteContents)) {
+    Fail();
+  }
+  for (const Node& node : contents.nodes) {
+    Set(node.path, node.text);
+  }
+  for (const auto& [name, number] : contents.numbers) {
+    SetNumber(name, number);
+  }
+  for (const auto& [path, text] : contents.old_texts) {
+    KeepOldText(path, text);
+  }
+}
+
 bool Store::IsEmpty() { return List().empty(); }
 
 Status Store::Begin() {
   failed_ = false;
   changes_at_begin_ = sqlite3_total_changes(database_.get());
+  if (TheJournal().is_on()) {
+    journal_at_begin_ = TheJournal().last();
+  }
   if (!Execute("BEGIN IMMEDIATE")) {
     return Failure("write");
   }
@@ -208,6 +257,7 @@ Status Store::Commit() {
     Rollback();
     return failure;
   }
+  journal_at_begin_.reset();
   return {};
 }
 
@@ -215,6 +265,9 @@ void Store::Rollback() {
   // Some errors make SQLite roll back by itself; there is then nothing left to do.
   if (sqlite3_get_autocommit(database_.get()) == 0) {
     Execute("ROLLBACK");
+  }
+  if (const auto entry = std::exchange(journal_at_begin_, std::nullopt)) {
+    TheJournal().UndoWritesSince(*entry);
   }
   failed_ = false;
 }
@@ -224,7 +277,6 @@ bool Store::HasChanged() const {
 }
 
 std::optional<int64_t> Store::Number(std::string_view name) {
-  constexpr int kDecimal = 10;
   const StatementRun run(&get_number_);
   get_number_.Bind(1, name);
   const int code = get_number_.Step();

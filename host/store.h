@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "sqlite.h"
@@ -50,6 +51,16 @@ class Store {
 
   // Replaces everything by `nodes`, or changes nothing.
   Status Replace(const std::vector<Node>& nodes);
+
+  // All that the store holds, but what it knows of its own file.
+  struct Contents {
+    std::vector<Node> nodes;
+    std::vector<std::pair<std::string, int64_t>> numbers;
+    std::vector<std::pair<std::string, std::optional<std::string>>> old_texts;
+  };
+  Contents Read();
+  // Replaces all of it, in a transaction.
+  void Write(const Contents& contents);
 
   bool IsEmpty();
 
@@ -116,9 +127,10 @@ class Store {
   Statement set_number_;
   Statement remove_number_;
   Statement keep_old_;
-  bool failed_ = false;       // an access failed since Begin
-  int changes_at_begin_ = 0;  // of this connection, when the transaction began
-  int log_pages_ = 0;         // of the write-ahead log that are not in the file yet
+  bool failed_ = false;                       // an access failed since Begin
+  std::optional<uint64_t> journal_at_begin_;  // its last entry then, when it is kept
+  int changes_at_begin_ = 0;                  // of this connection, when the transaction began
+  int log_pages_ = 0;                         // of the write-ahead log that are not in the file yet
   std::chrono::steady_clock::time_point last_write_;
   std::chrono::steady_clock::time_point next_checkpoint_;
 };

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <string>
 
+#include "journal.h"
 #include "node_path.h"
 
 namespace {
@@ -27,12 +28,28 @@ std::string FormatPath(const char* format, va_list arguments) {
 }
 
 std::optional<std::string> Read(const std::string& path) {
-  return g_store == nullptr ? std::nullopt : g_store->Get(path);
+  std::optional<std::string> text = g_store == nullptr ? std::nullopt : g_store->Get(path);
+  if (kiohost::NotesStore()) {
+    kiohost::TheJournal().AddRead(path, text);
+  }
+  return text;
 }
 
-int Write(const std::string& path, const std::string& text) {
-  return g_store != nullptr && g_store->Set(path, text) ? 0 : -1;
+// Changes a node; without a text it is deleted.
+int Change(const std::string& path, const std::optional<std::string>& text) {
+  if (g_store == nullptr) {
+    return -1;
+  }
+  const bool notes = kiohost::NotesStore();
+  const std::optional<std::string> before = notes ? g_store->Get(path) : std::nullopt;
+  const bool done = text ? g_store->Set(path, *text) : g_store->Delete(path);
+  if (notes) {
+    kiohost::TheJournal().AddWrite(path, before, text, done);
+  }
+  return done ? 0 : -1;
 }
+
+int Write(const std::string& path, const std::string& text) { return Change(path, text); }
 
 }  // namespace
 
@@ -83,7 +100,7 @@ extern "C" {
   va_start(arguments, format);
   const std::string path = FormatPath(format, arguments);
   va_end(arguments);
-  return g_store != nullptr && g_store->Delete(path) ? 0 : -1;
+  return Change(path, std::nullopt);
 }
 
 }  // extern "C"

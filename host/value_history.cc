@@ -26,6 +26,11 @@ void ValueHistory::NoteApply(const std::string& id, Store* store) {
   }
 }
 
+void ValueHistory::Clear() {
+  const std::lock_guard lock(mutex_);
+  states_.clear();
+}
+
 ValueHistory::State ValueHistory::Find(const std::string& tag) const {
   const std::lock_guard lock(mutex_);
   return FindLocked(tag);

@@ -30,6 +30,9 @@ class ValueHistory {
   // for the first time it does nothing: no exchange spends time on what nobody asks for.
   void NoteApply(const std::string& id, Store* store);
 
+  // Forgets all states: the store was changed by somebody else.
+  void Clear();
+
   // The state of these settings; null when it is not known, or not any more.
   State Find(const std::string& tag) const;
 

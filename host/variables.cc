@@ -267,10 +267,10 @@ AfterReply Variables::TakeAfterReply() {
 bool Variables::CommitIsScheduled() const { return commit_is_due_ && AlarmState() == Alarm::kSet; }
 
 bool Variables::LoadRecord() {
-  if (in_series_ && exchanges_seen_ == exchange_->count()) {
+  if (series_.in_series && series_.exchanges_seen == exchange_->count()) {
     return false;
   }
-  if (!has_loaded_) {
+  if (!series_.has_loaded) {
     // The library does so when it loads the record for the first time, which may have been for a
     // dry run or for ReadAll.
     rssXmlData.pre_exeflag = 0;
@@ -284,9 +284,9 @@ bool Variables::LoadRecord() {
 
 void Variables::BeginSeries() {
   if (LoadRecord()) {
-    has_loaded_ = true;
-    in_series_ = true;
-    exchanges_seen_ = exchange_->count();
+    series_.has_loaded = true;
+    series_.in_series = true;
+    series_.exchanges_seen = exchange_->count();
   }
 }
 

@@ -68,12 +68,21 @@ class Variables {
   Answer RunAction(Action action, const std::string& text);
 
   // Forgets what was set and not applied: the next request begins a series.
-  void Discard() { in_series_ = false; }
+  void Discard() { series_.in_series = false; }
 
   // The work that is left after `SetBatch` or `RunAction`: the commit, when it was asked for. The
   // library runs it by an alarm. Until then the request keeps its turn, so that no exchange can
   // replace the pending actions.
   AfterReply TakeAfterReply();
+
+  // How far the series of requests is.
+  struct Series {
+    bool in_series = false;
+    bool has_loaded = false;  // the record, once, and not for a dry run or for ReadAll
+    unsigned int exchanges_seen = 0;
+  };
+  const Series& series() const { return series_; }
+  void Restore(const Series& series) { series_ = series; }
 
   // Whether a commit is scheduled that also serves another request for it.
   bool CommitIsScheduled() const;
@@ -97,9 +106,7 @@ class Variables {
   Store* store_;
   Exchange* exchange_;
   Events* events_;
-  bool in_series_ = false;
-  bool has_loaded_ = false;  // the record, once, and not for a dry run or for ReadAll
-  unsigned int exchanges_seen_ = 0;
+  Series series_;
   bool commit_is_due_ = false;
 };
 

@@ -60,6 +60,12 @@ void WayBack::Take() {
   Forget();
 }
 
+void WayBack::Extend(int64_t seconds) {
+  if (const std::optional<int64_t> until = store_->Number(kUntil)) {
+    store_->SetNumber(kUntil, *until + seconds);
+  }
+}
+
 void WayBack::Forget() {
   store_->ForgetOldTexts();
   for (const std::string_view name : {kSeconds, kUntil, kActions, kBoot}) {

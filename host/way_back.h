@@ -31,6 +31,9 @@ class WayBack {
   // In a transaction: gives the nodes their old texts, makes the actions due, and forgets the way.
   void Take();
 
+  // In a transaction: gives so many seconds more.
+  void Extend(int64_t seconds);
+
   // In a transaction: forgets the way.
   void Forget();
 

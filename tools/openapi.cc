@@ -28,7 +28,7 @@ constexpr unsigned int kRefusals[] = {400, 401, 403, 404, 408, 409, 412,
 constexpr unsigned int kUnauthorized = 401;
 constexpr unsigned int kForbidden = 403;
 
-const char* MeaningOf(unsigned int status) {
+const char* MeaningOf(unsigned int status, bool is_control) {
   switch (status) {
     case 400:
       return "The request, or a parameter, is malformed.";
@@ -41,7 +41,8 @@ const char* MeaningOf(unsigned int status) {
     case 408:
       return "The request came too slowly.";
     case 409:
-      return "Other settings wait for their confirmation.";
+      return is_control ? "The router is at work or away."
+                        : "Other settings wait for their confirmation.";
     case 412:
       return "The settings are not those that If-Match names.";
     case 413:
@@ -67,14 +68,16 @@ Json Reference(const char* schema) {
   return {{"$ref", std::string("#/components/schemas/") + schema}};
 }
 
-bool HasRetryAfter(unsigned int status) { return status == 409 || status == 429 || status == 503; }
+bool HasRetryAfter(unsigned int status, bool is_control) {
+  return (status == 409 && !is_control) || status == 429 || status == 503;
+}
 
-Json Refusal(unsigned int status) {
-  Json refusal = {{"description", MeaningOf(status)},
+Json Refusal(unsigned int status, bool is_control) {
+  Json refusal = {{"description", MeaningOf(status, is_control)},
                   {"content",
                    {{"text/plain; charset=utf-8", {{"schema", Reference("Line")}}},
                     {"application/problem+json", {{"schema", Reference("Problem")}}}}}};
-  if (HasRetryAfter(status)) {
+  if (HasRetryAfter(status, is_control)) {
     refusal["headers"] = {
         {"Retry-After",
          {{"required", true}, {"schema", {{"type", "string"}, {"pattern", "^[0-9]+$"}}}}}};
@@ -88,6 +91,8 @@ Json SchemaOf(RouteParameter::Kind kind) {
       return {{"enum", {"0", "1"}}};
     case RouteParameter::Kind::kSeconds:
       return {{"type", "integer"}, {"minimum", 5}, {"maximum", 3600}};
+    case RouteParameter::Kind::kNumber:
+      return {{"type", "integer"}, {"minimum", 0}};
     case RouteParameter::Kind::kCharacter:
       return {{"type", "string"}, {"minLength", 1}, {"maxLength", 1}};
     case RouteParameter::Kind::kText:
@@ -203,7 +208,7 @@ Json Interface(const Port& port, Json schemas) {
   }
   Json refusals = Json::object();
   for (const unsigned int status : kRefusals) {
-    refusals["Refusal" + std::to_string(status)] = Refusal(status);
+    refusals["Refusal" + std::to_string(status)] = Refusal(status, !port.has_login);
   }
   Json interface = {
       {"openapi", "3.1.0"},

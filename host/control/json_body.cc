@@ -49,7 +49,8 @@ std::string FaultOf(const Json& object, std::initializer_list<JsonMember> member
       for (const JsonMember& one : members) {
         known.append(known.empty() ? "" : ", ").append(one.name);
       }
-      return "there is no member \"" + name + "\" here, only: " + known;
+      std::string fault = "there is no member \"";
+      return fault.append(name).append("\" here, only: ").append(known);
     }
     if (!Fits(value, member->type)) {
       return "\"" + name + "\" takes " + Noun(member->type);

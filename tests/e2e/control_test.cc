@@ -141,9 +141,10 @@ TEST(ControlPortTest, APortThatIsTakenEndsTheHost) {
   Bench bench;
   ASSERT_TRUE(bench.Start());
   const TempDir dir;
-  const CommandResult second = RunKiohost(
-      {"--store", dir.File("store.db"), "--temp-dir", dir.path(), "--script-dir",
-       KIO_HOST_DIR "/scripts", "--port", "0", "--control", std::to_string(bench.control_port())});
+  const std::string scripts = KIO_HOST_DIR "/scripts";
+  const CommandResult second =
+      RunKiohost({"--store", dir.File("store.db"), "--temp-dir", dir.path(), "--script-dir",
+                  scripts, "--port", "0", "--control", std::to_string(bench.control_port())});
   EXPECT_EQ(second.exit_code, 6);
   EXPECT_THAT(second.errors, HasSubstr("cannot listen on 127.0.0.1:"));
 }
