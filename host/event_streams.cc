@@ -66,6 +66,7 @@ class EventStream : public BodyStream {
 
   Source source_;
   std::string address_;    // of the client
+  uint64_t opened_;        // the number of the last event before the stream
   uint64_t next_;          // the number of the event that comes next
   uint64_t end_ = kNoEnd;  // the number of the last one that is sent
   std::string pending_;    // what was begun with, and not sent in full
@@ -77,7 +78,8 @@ EventStream::EventStream(Source source, std::string address,
                          std::optional<std::string_view> last_id)
     : source_(std::move(source)),
       address_(std::move(address)),
-      next_(source_.events->last() + 1),
+      opened_(source_.events->last()),
+      next_(opened_ + 1),
       now_(Clock::now()),
       spoken_(now_) {
   if (!last_id) {
@@ -139,7 +141,9 @@ void EventStream::TakeNext() {
   }
   pending_ = TextOf(*happened, source_.boot);
   const EventKind kind = happened->event.kind;
-  const bool ends_login = kind == EventKind::kLogout || kind == EventKind::kLapse;
+  // One before the stream has ended an earlier login.
+  const bool ends_login =
+      next_ > opened_ && (kind == EventKind::kLogout || kind == EventKind::kLapse);
   if (source_.is_logged_in && ends_login && happened->event.about["client"] == address_) {
     end_ = next_;
   }

@@ -115,6 +115,19 @@ TEST_F(EventStreamsTest, TheEndOfTheLoginIsTheLastThatIsTold) {
   }
 }
 
+TEST_F(EventStreamsTest, TheEndOfAnEarlierLoginDoesNotEndTheStream) {
+  for (const EventKind kind : {EventKind::kLogout, EventKind::kLapse}) {
+    Add(kind, kOwnAddress);
+  }
+  Add(EventKind::kLogin, kOwnAddress);
+  const auto stream = Open("b007-0");
+  EXPECT_THAT(TakeAll(stream.get()), HasSubstr("event: login"));
+  EXPECT_FALSE(stream->IsOver());
+  Add(EventKind::kLogout, kOwnAddress);
+  TakeAll(stream.get());
+  EXPECT_TRUE(stream->IsOver());
+}
+
 TEST_F(EventStreamsTest, NothingIsToldThatComesAfterTheEndOfTheLogin) {
   const auto stream = Open("b007-0");
   Add(EventKind::kRefused);

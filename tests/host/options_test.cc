@@ -59,8 +59,8 @@ TEST(OptionsTest, AControlPortMayHaveAnAddress) {
   }
   Options options;
   EXPECT_FALSE(Parse({"--control", "192.0.2.1:80"}, &options).ok());
-  EXPECT_TRUE(Parse({"--control", "192.0.2.1:80", "--control-anywhere", "--clock=manual"}, &options)
-                  .ok());
+  EXPECT_TRUE(
+      Parse({"--control", "192.0.2.1:80", "--control-anywhere", "--clock=manual"}, &options).ok());
   EXPECT_TRUE(options.manual_clock);
 }
 
