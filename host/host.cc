@@ -12,9 +12,6 @@
 #include "commit_report.h"
 #include "confirm_routes.h"
 #include "connection.h"
-#include "control/clock_routes.h"
-#include "control/journal_routes.h"
-#include "control/store_routes.h"
 #include "device_routes.h"
 #include "event_routes.h"
 #include "firmware_routes.h"
@@ -24,7 +21,6 @@
 #include "login_routes.h"
 #include "printable_text.h"
 #include "random_id.h"
-#include "secrets.h"
 #include "settings_routes.h"
 #include "settings_tag.h"
 #include "signals.h"
@@ -41,15 +37,6 @@ constexpr long kLongestTurn = 1000;
 constexpr size_t kBootDigits = 8;
 // The library's log, in the temporary directory.
 constexpr char kLogName[] = "kiohost_log.txt";
-
-// The parameters of a request as one text.
-std::string QueryText(const RequestTarget& target) {
-  std::string text;
-  for (const auto& [name, value] : target.arguments) {
-    text.append(text.empty() ? "" : "&").append(name).append("=").append(value);
-  }
-  return text;
-}
 
 }  // namespace
 
@@ -103,59 +90,20 @@ Host::Host(Store* store, Store* reader, Store* control_reader, const Settings& s
 }
 
 void Host::AddControl(Store* control_reader) {
-  clock_driver_ = std::make_unique<ClockDriver>(
-      &TheClock(), ClockDriver::Parts{[this](HostClock::Time now) { return NextDue(now); },
-                                      [this] { Settle(); }});
-  control_ = std::make_unique<ControlPort>(*settings_.control, &desk_, control_reader);
-  AddClockRoutes(clock_driver_.get(), control_->router());
-  const auto forget = [this] {
-    // What was set by variables was made for other settings, and so were the values of clients.
-    variables_.Discard();
-    value_history_.Clear();
-  };
-  AddStoreRoutes(store_, control_reader, forget, control_->router());
-  snapshots_ = std::make_unique<Snapshots>(
-      Snapshots::Host{{store_, &clients_, &events_, &exchange_, &variables_, &firmware_,
-                       &channel_watch_, &confirmations_, &value_history_},
-                      [this] {
-                        Settle();
-                        return IsAtRest();
-                      },
-                      [this] {
-                        published_.result.Set(exchange_.last_result());
-                        published_.firmware.Set(firmware_.last_status());
-                      },
-                      settings_.write_profile});
-  AddSnapshotRoutes(snapshots_.get(), control_->router());
-  AddJournal();
-}
-
-void Host::AddJournal() {
-  TheJournal().Begin(settings_.show_secrets);
-  for (const Node& node : store_->List()) {
-    if (IsSecret(node.path)) {
-      TheJournal().AddSecret(node.text);
-    }
-  }
-  log_tail_.emplace(settings_.temp_dir + "/" + kLogName);
-  server_.set_on_answer([](const HttpRequest& request, const Reply& reply) {
-    const auto time = std::chrono::steady_clock::now() - request.begun();
-    TheJournal().Add("request",
-                     {{"method", request.view().method()},
-                      {"path", request.view().path()},
-                      {"query", QueryText(request.view().target())},
-                      {"from", request.view().peer_address()},
-                      {"status", reply.status},
-                      {"ms", std::chrono::duration_cast<std::chrono::milliseconds>(time).count()}});
-  });
-  AddJournalRoutes(
-      &TheJournal(), [this] { Settle(); }, control_->router());
-}
-
-void Host::NoteLog() {
-  if (log_tail_) {
-    log_tail_->ReadNew([](const std::string& line) { TheJournal().AddLogLine(line); });
-  }
+  bench_ = std::make_unique<Bench>(
+      *settings_.control,
+      Bench::Host{{store_, &clients_, &events_, &exchange_, &variables_, &firmware_,
+                   &channel_watch_, &confirmations_, &value_history_},
+                  &server_,
+                  &desk_,
+                  control_reader,
+                  settings_.temp_dir + "/" + kLogName,
+                  {[this](HostClock::Time now) { return NextDue(now); }, [this] { Settle(); }},
+                  [this] { return IsAtRest(); },
+                  [this] {
+                    published_.result.Set(exchange_.last_result());
+                    published_.firmware.Set(firmware_.last_status());
+                  }});
 }
 
 bool Host::IsAtRest() const {
@@ -197,8 +145,8 @@ Status Host::Start() {
   if (!desk_.valid()) {
     return {ExitCode::kNetwork, "the system has no descriptor left"};
   }
-  if (control_ != nullptr) {
-    Status status = control_->Start();
+  if (bench_ != nullptr) {
+    Status status = bench_->Start();
     if (!status.ok()) {
       return status;
     }
@@ -223,8 +171,8 @@ Status Host::Run() {
   if (after_reply_) {
     after_reply_->run();
   }
-  if (control_ != nullptr) {
-    control_->Stop();
+  if (bench_ != nullptr) {
+    bench_->Stop();
   }
   return status_;
 }
@@ -242,7 +190,9 @@ void Host::WaitAndDoWhatIsDue(long most) {
     GoBackWhenDue();
     RunAfterReplyWhenReady();
   }
-  NoteLog();
+  if (bench_ != nullptr) {
+    bench_->NoteLog();
+  }
 }
 
 long Host::MillisecondsToWait() const {
@@ -300,11 +250,8 @@ void Host::RunJobs() {
   if (const std::optional<LibraryDesk::Job> job = desk_.TakeJob()) {
     Run(*job);
   }
-  const std::optional<LibraryDesk::Job> job =
-      control_ == nullptr ? std::nullopt : control_->TakeJob();
-  if (job) {
-    job->run();
-    control_->TellJobDone();
+  if (bench_ != nullptr) {
+    bench_->RunJob();
   }
 }
 

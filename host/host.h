@@ -14,10 +14,7 @@
 #include "channel_watch.h"
 #include "clients.h"
 #include "confirmations.h"
-#include "control/clock_driver.h"
-#include "control/control_port.h"
-#include "control/log_tail.h"
-#include "control/snapshot_routes.h"
+#include "control/bench.h"
 #include "event_streams.h"
 #include "events.h"
 #include "exchange.h"
@@ -50,10 +47,7 @@ class Host {
     bool real_waits = false;
     bool open = false;               // nobody needs to log in
     std::vector<std::string> names;  // the router's, in Host headers
-    std::optional<ControlPort::Settings> control;
-    bool show_secrets = false;  // in the journal of the control port
-    // Puts the store back to a profile, whose name may be empty: for the control port.
-    std::function<Status(const std::string& name)> write_profile;
+    std::optional<Bench::Settings> control;
   };
 
   // The store must be bound to the library. `reader` is the same store, for the thread of the
@@ -78,9 +72,6 @@ class Host {
   void AddControl(Store* control_reader);
   // Whether an address is logged in; empty when nobody needs to be.
   std::function<bool(const std::string&)> LoginCheck();
-  void AddJournal();
-  // Notes what the library has logged since.
-  void NoteLog();
   void TakeAfterReply();
   void GoBackWhenDue();
   // One turn of the loop, with a wait of so many milliseconds at most.
@@ -133,10 +124,7 @@ class Host {
   // While the router cannot be reached: until when.
   std::optional<HostClock::Time> away_until_;
   Status status_;
-  std::unique_ptr<ClockDriver> clock_driver_;
-  std::optional<LogTail> log_tail_;
-  std::unique_ptr<Snapshots> snapshots_;
-  std::unique_ptr<ControlPort> control_;
+  std::unique_ptr<Bench> bench_;
 };
 
 }  // namespace kiohost

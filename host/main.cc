@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "command.h"
@@ -189,10 +190,11 @@ Status PrepareControl(const Options& options, Store* store, Store* reader,
         "WARNING: --control-anywhere: there is no login on the control port. Whoever reaches it "
         "reads and changes everything.");
   }
-  settings->control = {options.control_listen, options.control_port,
-                       Program().parent_path() / "control-openapi.json", options.names};
-  settings->show_secrets = options.show_secrets;
-  settings->write_profile = [options, store](const std::string& name) {
+  Bench::Settings bench;
+  bench.port = {options.control_listen, options.control_port,
+                Program().parent_path() / "control-openapi.json", options.names};
+  bench.show_secrets = options.show_secrets;
+  bench.write_profile = [options, store](const std::string& name) {
     // The directories are those of this host, not of the profile.
     const std::string temp_dir = store->Get(kTempDirNode).value_or("");
     const std::string script_dir = store->Get(kScriptDirNode).value_or("");
@@ -205,6 +207,7 @@ Status PrepareControl(const Options& options, Store* store, Store* reader,
     }
     return status.ok() ? WriteNode(store, kScriptDirNode, script_dir) : status;
   };
+  settings->control = std::move(bench);
   if (!TheClock().Own()) {
     return {ExitCode::kNetwork, "the system has no descriptor left"};
   }

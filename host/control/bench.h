@@ -1,0 +1,65 @@
+// All that the control port does, put together: the host has it, or none of it exists.
+#ifndef HOST_CONTROL_BENCH_H
+#define HOST_CONTROL_BENCH_H
+
+#include <functional>
+#include <string>
+
+#include "control/clock_driver.h"
+#include "control/control_port.h"
+#include "control/log_tail.h"
+#include "control/router_state.h"
+#include "control/snapshot_routes.h"
+#include "http_server.h"
+#include "library_desk.h"
+#include "status.h"
+#include "store.h"
+
+namespace kiohost {
+
+// Belongs to the thread of the library.
+class Bench {
+ public:
+  struct Settings {
+    ControlPort::Settings port;
+    bool show_secrets = false;  // in the journal
+    // Puts the store back to a profile, whose name may be empty.
+    std::function<Status(const std::string& name)> write_profile;
+  };
+
+  struct Host {
+    RouterParts parts;
+    HttpServer* server;       // the router's, whose requests the journal notes
+    const LibraryDesk* bell;  // is told of work for the thread of the library
+    Store* reader;            // the store, for the thread of the control port
+    std::string log;          // the library's log
+    ClockDriver::Parts clock;
+    std::function<bool()> is_at_rest;  // whether nothing is left to do, not even later
+    std::function<void()> publish;     // tells the other thread what the state has become
+  };
+
+  Bench(Settings settings, Host host);
+  Bench(const Bench&) = delete;
+  Bench& operator=(const Bench&) = delete;
+
+  Status Start() { return port_.Start(); }
+  void Stop() { port_.Stop(); }
+
+  // Does what a client of the control port wants, if one wants something.
+  void RunJob();
+
+  // Notes what the library has logged since.
+  void NoteLog();
+
+ private:
+  void BeginJournal(const Host& host, bool show_secrets);
+
+  ClockDriver clock_driver_;
+  LogTail log_tail_;
+  Snapshots snapshots_;
+  ControlPort port_;
+};
+
+}  // namespace kiohost
+
+#endif  // HOST_CONTROL_BENCH_H
