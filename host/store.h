@@ -107,6 +107,8 @@ class Store {
   bool Checkpoint();
 
  private:
+  static constexpr int kBusyMilliseconds = 5000;  // for another program's lock
+
   Status Failure(std::string_view what) const;
   bool Execute(const char* sql);
   Status Prepare();
