@@ -11,6 +11,7 @@ namespace kiohost {
 namespace {
 
 constexpr size_t kLeastSecret = 4;
+constexpr std::string_view kWrite = "write";
 
 // How many hold the notes of the store back. Only the thread of the library asks and does so.
 int g_holders = 0;
@@ -61,7 +62,7 @@ void Journal::Add(std::string_view kind, Json about) {
     entry[name] = value.is_string() && !show_secrets_ ? Json(Masked(value.get<std::string>()))
                                                       : std::move(value);
   }
-  entries_.push_back(std::move(entry));
+  entries_.push_back({std::move(entry), kind == kWrite});
   if (entries_.size() > kMost) {
     entries_.pop_front();
   }
@@ -89,7 +90,7 @@ void Journal::AddWrite(const std::string& path, const std::optional<std::string>
   if (!done) {
     about["failed"] = true;
   }
-  Add("write", std::move(about));
+  Add(kWrite, std::move(about));
 }
 
 void Journal::AddOutput(std::string_view line) {
@@ -110,15 +111,12 @@ void Journal::AddLogLine(const std::string& line) {
   Add("log", {{"text", !show_secrets_ && TellsSecret(line) ? std::string(kMasked) : line}});
 }
 
+// Called when an object ends: it throws nothing.
 void Journal::UndoWritesSince(uint64_t number) {
   const std::lock_guard lock(mutex_);
-  for (auto entry = entries_.rbegin(); entry != entries_.rend(); ++entry) {
-    if ((*entry)["n"].get<uint64_t>() <= number) {
-      return;
-    }
-    if ((*entry)["kind"] == "write") {
-      (*entry)["undone"] = true;
-    }
+  const uint64_t dropped = last_ - entries_.size();
+  for (size_t i = entries_.size(); i > 0 && dropped + i > number; --i) {
+    entries_[i - 1].is_undone = entries_[i - 1].is_write;
   }
 }
 
@@ -136,7 +134,14 @@ std::vector<Json> Journal::Since(uint64_t number) const {
   const std::lock_guard lock(mutex_);
   const uint64_t first = last_ - entries_.size();  // the number before the oldest
   const uint64_t skip = std::min<uint64_t>(number > first ? number - first : 0, entries_.size());
-  return {entries_.begin() + static_cast<std::ptrdiff_t>(skip), entries_.end()};
+  std::vector<Json> found;
+  for (size_t i = skip; i < entries_.size(); ++i) {
+    found.push_back(entries_[i].json);
+    if (entries_[i].is_undone) {
+      found.back()["undone"] = true;
+    }
+  }
+  return found;
 }
 
 Journal& TheJournal() {

@@ -52,6 +52,12 @@ class Journal {
   std::vector<Json> Since(uint64_t number) const;
 
  private:
+  struct Entry {
+    Json json;
+    bool is_write = false;
+    bool is_undone = false;
+  };
+
   std::string Masked(std::string text) const;
   Json NodeText(const std::string& path, const std::optional<std::string>& text);
 
@@ -60,7 +66,7 @@ class Journal {
   mutable std::mutex mutex_;
   std::set<std::string> secrets_;
   uint64_t last_ = 0;
-  std::deque<Json> entries_;
+  std::deque<Entry> entries_;
 };
 
 // The library knows its store and its commands by functions without a context argument.

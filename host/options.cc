@@ -233,6 +233,11 @@ std::string* TextOption(int id, Options* options) {
   }
 }
 
+Status ParseName(Options* options) {
+  options->names.emplace_back(optarg);
+  return *optarg == '\0' ? UsageError("--name: an empty text") : Status();
+}
+
 Status ParseOption(int id, const char* word, Options* options) {
   if (std::string* text = TextOption(id, options); text != nullptr) {
     *text = optarg;
@@ -265,8 +270,7 @@ Status ParseOption(int id, const char* word, Options* options) {
       options->real_waits = true;
       return {};
     case kNameOption:
-      options->names.emplace_back(optarg);
-      return *optarg == '\0' ? UsageError("--name: an empty text") : Status();
+      return ParseName(options);
     case kOpenOption:
       options->open = true;
       return {};

@@ -36,7 +36,7 @@ void NoteRequest(const HttpRequest& request, const Reply& reply) {
 
 }  // namespace
 
-Bench::Bench(Settings settings, Host host)
+Bench::Bench(Settings settings, const Host& host)
     : clock_driver_(&TheClock(), host.clock),
       log_tail_(host.log),
       snapshots_(Snapshots::Host{host.parts,

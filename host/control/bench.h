@@ -38,7 +38,7 @@ class Bench {
     std::function<void()> publish;     // tells the other thread what the state has become
   };
 
-  Bench(Settings settings, Host host);
+  Bench(Settings settings, const Host& host);
   Bench(const Bench&) = delete;
   Bench& operator=(const Bench&) = delete;
 

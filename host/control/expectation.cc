@@ -8,7 +8,7 @@
 namespace kiohost {
 namespace {
 
-bool Fits(const Json& expected, const Json& found) {
+bool IsAsExpected(const Json& expected, const Json& found) {
   return expected.is_string() && found.is_string()
              ? fnmatch(expected.get<std::string>().c_str(), found.get<std::string>().c_str(), 0) ==
                    0
@@ -17,7 +17,7 @@ bool Fits(const Json& expected, const Json& found) {
 
 bool FitsEntry(const Json& expected, const Json& entry) {
   for (const auto& [name, value] : expected.items()) {
-    if (!entry.contains(name) || !Fits(value, entry[name])) {
+    if (!entry.contains(name) || !IsAsExpected(value, entry[name])) {
       return false;
     }
   }

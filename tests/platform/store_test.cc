@@ -13,7 +13,7 @@
 #include "testing/heap_chars.h"
 
 // There when the program is linked with the address sanitizer.
-// NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): its name
+// NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming): its name
 extern "C" __attribute__((weak)) void __asan_init();
 
 namespace kio::platform {
