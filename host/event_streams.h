@@ -9,17 +9,17 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "body_stream.h"
 #include "events.h"
+#include "numbered_stream.h"
 
 namespace kiohost {
 
 // They belong to the thread of the sockets.
 class EventStreams {
  public:
-  static constexpr size_t kMost = 8;
+  static constexpr size_t kMost = OpenStreams::kMost;
 
   // What streams of events go by.
   struct Source {
@@ -39,7 +39,7 @@ class EventStreams {
 
  private:
   Source source_;
-  std::vector<std::weak_ptr<BodyStream>> streams_;
+  OpenStreams open_;
 };
 
 }  // namespace kiohost

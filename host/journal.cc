@@ -56,15 +56,20 @@ void Journal::Add(std::string_view kind, Json about) {
     return;
   }
   const long uptime = UptimeSeconds();
-  const std::lock_guard lock(mutex_);
-  Json entry = {{"n", ++last_}, {"uptime", uptime}, {"kind", kind}};
-  for (auto& [name, value] : about.items()) {
-    entry[name] = value.is_string() && !show_secrets_ ? Json(Masked(value.get<std::string>()))
-                                                      : std::move(value);
+  {
+    const std::lock_guard lock(mutex_);
+    Json entry = {{"n", ++last_}, {"uptime", uptime}, {"kind", kind}};
+    for (auto& [name, value] : about.items()) {
+      entry[name] = value.is_string() && !show_secrets_ ? Json(Masked(value.get<std::string>()))
+                                                        : std::move(value);
+    }
+    entries_.push_back({std::move(entry), kind == kWrite});
+    if (entries_.size() > kMost) {
+      entries_.pop_front();
+    }
   }
-  entries_.push_back({std::move(entry), kind == kWrite});
-  if (entries_.size() > kMost) {
-    entries_.pop_front();
+  if (listener_) {
+    listener_();
   }
 }
 
@@ -111,12 +116,26 @@ void Journal::AddLogLine(const std::string& line) {
   Add("log", {{"text", !show_secrets_ && TellsSecret(line) ? std::string(kMasked) : line}});
 }
 
-// Called when an object ends: it throws nothing.
-void Journal::UndoWritesSince(uint64_t number) {
+void Journal::BeginWrites() {
   const std::lock_guard lock(mutex_);
-  const uint64_t dropped = last_ - entries_.size();
-  for (size_t i = entries_.size(); i > 0 && dropped + i > number; --i) {
-    entries_[i - 1].is_undone = entries_[i - 1].is_write;
+  writes_behind_ = last_;
+}
+
+// Called when an object ends: it throws nothing.
+void Journal::EndWrites(bool undone) {
+  {
+    const std::lock_guard lock(mutex_);
+    const std::optional<uint64_t> begin = std::exchange(writes_behind_, std::nullopt);
+    if (!begin) {
+      return;
+    }
+    const uint64_t dropped = last_ - entries_.size();
+    for (size_t i = entries_.size(); undone && i > 0 && dropped + i > *begin; --i) {
+      entries_[i - 1].is_undone = entries_[i - 1].is_write;
+    }
+  }
+  if (listener_) {
+    listener_();
   }
 }
 
@@ -130,16 +149,33 @@ uint64_t Journal::dropped() const {
   return last_ - entries_.size();
 }
 
+uint64_t Journal::settled() const {
+  const std::lock_guard lock(mutex_);
+  return writes_behind_.value_or(last_);
+}
+
+Json Journal::AsJson(const Entry& entry) {
+  Json json = entry.json;
+  if (entry.is_undone) {
+    json["undone"] = true;
+  }
+  return json;
+}
+
+std::optional<Json> Journal::Find(uint64_t number) const {
+  const std::lock_guard lock(mutex_);
+  const uint64_t first = last_ - entries_.size();  // the number before the oldest
+  return number > first && number <= last_ ? std::optional(AsJson(entries_[number - first - 1]))
+                                           : std::nullopt;
+}
+
 std::vector<Json> Journal::Since(uint64_t number) const {
   const std::lock_guard lock(mutex_);
   const uint64_t first = last_ - entries_.size();  // the number before the oldest
   const uint64_t skip = std::min<uint64_t>(number > first ? number - first : 0, entries_.size());
   std::vector<Json> found;
   for (size_t i = skip; i < entries_.size(); ++i) {
-    found.push_back(entries_[i].json);
-    if (entries_[i].is_undone) {
-      found.back()["undone"] = true;
-    }
+    found.push_back(AsJson(entries_[i]));
   }
   return found;
 }

@@ -5,11 +5,13 @@
 #include <atomic>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "json.h"
@@ -26,6 +28,10 @@ class Journal {
   void Begin(bool show_secrets);
   bool is_on() const { return is_on_; }
 
+  // What is called after entries were added or have settled, in the thread that does so. Null:
+  // none. To be set while one thread alone knows the journal.
+  void set_listener(std::function<void()> listener) { listener_ = std::move(listener); }
+
   // A text that is masked from now on. Short ones are not: they stand in too many other texts.
   void AddSecret(const std::string& text);
 
@@ -41,12 +47,19 @@ class Journal {
   void AddOutput(std::string_view line);
   void AddLogLine(const std::string& line);
 
-  // Marks the writes since an entry as undone.
-  void UndoWritesSince(uint64_t number);
+  // A transaction of writes begins and ends. When it is undone, its writes are marked so.
+  void BeginWrites();
+  void EndWrites(bool undone);
 
   // The number of the last entry, which counts from 1; and how many were dropped.
   uint64_t last() const;
   uint64_t dropped() const;
+  // The number of the last entry that does not change any more: those of a transaction may be
+  // undone.
+  uint64_t settled() const;
+
+  // The entry of a number, if it is kept.
+  std::optional<Json> Find(uint64_t number) const;
 
   // The entries behind one of a number, which have their number, the uptime and their kind first.
   std::vector<Json> Since(uint64_t number) const;
@@ -58,6 +71,7 @@ class Journal {
     bool is_undone = false;
   };
 
+  static Json AsJson(const Entry& entry);
   std::string Masked(std::string text) const;
   Json NodeText(const std::string& path, const std::optional<std::string>& text);
 
@@ -67,6 +81,8 @@ class Journal {
   std::set<std::string> secrets_;
   uint64_t last_ = 0;
   std::deque<Entry> entries_;
+  std::optional<uint64_t> writes_behind_;  // the last entry before the transaction that is open
+  std::function<void()> listener_;
 };
 
 // The library knows its store and its commands by functions without a context argument.

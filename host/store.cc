@@ -226,11 +226,12 @@ bool Store::IsEmpty() { return List().empty(); }
 Status Store::Begin() {
   failed_ = false;
   changes_at_begin_ = sqlite3_total_changes(database_.get());
-  if (TheJournal().is_on()) {
-    journal_at_begin_ = TheJournal().last();
-  }
   if (!Execute("BEGIN IMMEDIATE")) {
     return Failure("write");
+  }
+  is_noted_ = TheJournal().is_on();
+  if (is_noted_) {
+    TheJournal().BeginWrites();
   }
   return {};
 }
@@ -245,7 +246,7 @@ Status Store::Commit() {
     Rollback();
     return failure;
   }
-  journal_at_begin_.reset();
+  EndNote(false);
   return {};
 }
 
@@ -254,10 +255,15 @@ void Store::Rollback() {
   if (sqlite3_get_autocommit(database_.get()) == 0) {
     Execute("ROLLBACK");
   }
-  if (const auto entry = std::exchange(journal_at_begin_, std::nullopt)) {
-    TheJournal().UndoWritesSince(*entry);
-  }
+  EndNote(true);
   failed_ = false;
+}
+
+// Other connections read, which is no transaction of the journal.
+void Store::EndNote(bool undone) {
+  if (std::exchange(is_noted_, false)) {
+    TheJournal().EndWrites(undone);
+  }
 }
 
 bool Store::HasChanged() const {

@@ -115,6 +115,7 @@ class Store {
   std::optional<std::string> GetCount(std::string_view path);
   bool RunWrite(Statement* statement);
   bool Fail();
+  void EndNote(bool undone);
   int MoveLog();
   static int NoteCommit(void* store, sqlite3* database, const char* name, int log_pages);
 
@@ -129,10 +130,10 @@ class Store {
   Statement set_number_;
   Statement remove_number_;
   Statement keep_old_;
-  bool failed_ = false;                       // an access failed since Begin
-  std::optional<uint64_t> journal_at_begin_;  // its last entry then, when it is kept
-  int changes_at_begin_ = 0;                  // of this connection, when the transaction began
-  int log_pages_ = 0;                         // of the write-ahead log that are not in the file yet
+  bool failed_ = false;       // an access failed since Begin
+  bool is_noted_ = false;     // the journal knows of the transaction
+  int changes_at_begin_ = 0;  // of this connection, when the transaction began
+  int log_pages_ = 0;         // of the write-ahead log that are not in the file yet
   std::chrono::steady_clock::time_point last_write_;
   std::chrono::steady_clock::time_point next_checkpoint_;
 };

@@ -45,6 +45,7 @@ Bench::Bench(Settings settings, const Host& host)
                                    return is_at_rest();
                                  },
                                  host.publish, std::move(settings.write_profile)}),
+      journal_streams_(&TheJournal(), host.boot),
       port_(std::move(settings.port), host.bell, host.reader) {
   AddClockRoutes(&clock_driver_, port_.router());
   const auto forget = [parts = host.parts] {
@@ -55,7 +56,7 @@ Bench::Bench(Settings settings, const Host& host)
   AddStoreRoutes(host.parts.store, host.reader, forget, port_.router());
   AddSnapshotRoutes(&snapshots_, port_.router());
   BeginJournal(host, settings.show_secrets);
-  AddJournalRoutes(&TheJournal(), host.clock.settle, port_.router());
+  AddJournalRoutes(&TheJournal(), &journal_streams_, host.clock.settle, port_.router());
 }
 
 void Bench::BeginJournal(const Host& host, bool show_secrets) {
@@ -66,6 +67,11 @@ void Bench::BeginJournal(const Host& host, bool show_secrets) {
     }
   }
   host.server->set_on_answer(NoteRequest);
+  TheJournal().set_listener([this] {
+    if (journal_streams_.IsRead()) {
+      port_.TellEntries();
+    }
+  });
 }
 
 void Bench::RunJob() {

@@ -7,10 +7,12 @@
 
 #include "control/clock_driver.h"
 #include "control/control_port.h"
+#include "control/journal_stream.h"
 #include "control/log_tail.h"
 #include "control/router_state.h"
 #include "control/snapshot_routes.h"
 #include "http_server.h"
+#include "journal.h"
 #include "library_desk.h"
 #include "status.h"
 #include "store.h"
@@ -33,12 +35,14 @@ class Bench {
     const LibraryDesk* bell;  // is told of work for the thread of the library
     Store* reader;            // the store, for the thread of the control port
     std::string log;          // the library's log
+    std::string boot;         // begins the ids of entries of the journal
     ClockDriver::Parts clock;
     std::function<bool()> is_at_rest;  // whether nothing is left to do, not even later
     std::function<void()> publish;     // tells the other thread what the state has become
   };
 
   Bench(Settings settings, const Host& host);
+  ~Bench() { TheJournal().set_listener(nullptr); }
   Bench(const Bench&) = delete;
   Bench& operator=(const Bench&) = delete;
 
@@ -57,6 +61,7 @@ class Bench {
   ClockDriver clock_driver_;
   LogTail log_tail_;
   Snapshots snapshots_;
+  JournalStreams journal_streams_;
   ControlPort port_;
 };
 

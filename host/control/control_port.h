@@ -40,6 +40,9 @@ class ControlPort {
   std::optional<LibraryDesk::Job> TakeJob() { return desk_.TakeJob(); }
   void TellJobDone() { desk_.TellJobDone(); }
 
+  // There are entries of the journal to be sent. Any thread may tell.
+  void TellEntries() { desk_.TellEvents(); }
+
  private:
   Settings settings_;
   Router router_;

@@ -111,6 +111,16 @@ inline constexpr RouteDescription kJournal = {
                     {"kinds", Kind::kText, "only entries of these kinds, with commas between"}}},
     .answers = {{{"application/jsonl", "Journal"}}}};
 
+inline constexpr RouteDescription kJournalStream = {
+    .pattern = "/journal/stream",
+    .method = "GET",
+    .summary = "Tells the entries of the journal as they come, until the client leaves.",
+    .parameters = {{{"since", Kind::kNumber, "begins behind the entry of this number"},
+                    {"kinds", Kind::kText, "only entries of these kinds, with commas between"},
+                    {"Last-Event-ID", Kind::kText,
+                     "the id of the last entry that the client had, instead of since", true}}},
+    .answers = {{{"text/event-stream", "JournalStream"}}}};
+
 inline constexpr RouteDescription kExpect = {
     .pattern = "/journal/expect",
     .method = "POST",
@@ -121,9 +131,9 @@ inline constexpr RouteDescription kExpect = {
 
 // All of them, in the order of the page.
 inline constexpr std::array kAll = {
-    &routes::kIndex, &routes::kOpenApi, &kClock,           &kSetClock, &kStore,     &kNode,
-    &kPutNode,       &kDeleteNode,      &kRecord,          &kReset,    &kSnapshots, &kSnapshot,
-    &kPutSnapshot,   &kDeleteSnapshot,  &kRestoreSnapshot, &kJournal,  &kExpect};
+    &routes::kIndex, &routes::kOpenApi, &kClock,           &kSetClock, &kStore,         &kNode,
+    &kPutNode,       &kDeleteNode,      &kRecord,          &kReset,    &kSnapshots,     &kSnapshot,
+    &kPutSnapshot,   &kDeleteSnapshot,  &kRestoreSnapshot, &kJournal,  &kJournalStream, &kExpect};
 
 }  // namespace kiohost::control_routes
 

@@ -15,6 +15,7 @@
 namespace kiohost {
 namespace {
 
+constexpr int kTryAgainSeconds = 10;
 constexpr const char* kKinds[] = {"request", "read",  "write", "command",
                                   "action",  "event", "said",  "log"};
 
@@ -51,15 +52,18 @@ Reply BadKind() {
   return BadRequestReply("the kinds of entries are " + known);
 }
 
-Reply Read(const Journal& journal, const RequestView& request) {
-  const std::optional<uint64_t> since = Since(request);
-  if (!since) {
+// What is wrong with the parameters of a request for entries.
+std::optional<Reply> FaultOfParameters(const RequestView& request) {
+  if (!Since(request)) {
     return BadRequestReply("since takes the number of an entry, or 0");
   }
   const Json kinds = KindsOf(request.Argument("kinds").value_or(""));
-  if (!std::all_of(kinds.begin(), kinds.end(), IsKind)) {
-    return BadKind();
-  }
+  return std::all_of(kinds.begin(), kinds.end(), IsKind) ? std::nullopt : std::optional(BadKind());
+}
+
+Reply Read(const Journal& journal, const RequestView& request) {
+  const std::optional<uint64_t> since = Since(request);
+  const Json kinds = KindsOf(request.Argument("kinds").value_or(""));
   Reply reply;
   reply.content_type = "application/jsonl";
   const std::vector<Json> entries = journal.Since(*since);
@@ -73,6 +77,23 @@ Reply Read(const Journal& journal, const RequestView& request) {
   reply.headers.emplace_back("Kio-Journal-Last", std::to_string(last));
   reply.headers.emplace_back("Kio-Journal-Dropped", std::to_string(journal.dropped()));
   return reply;
+}
+
+Reply OpenStream(JournalStreams* streams, const RequestView& request) {
+  JournalStreams::Asked asked;
+  if (const auto last_id = request.Header("Last-Event-ID")) {
+    asked.last_id = *last_id;
+  }
+  asked.since = Since(request).value_or(0);
+  asked.kinds = KindsOf(request.Argument("kinds").value_or("")).get<std::vector<std::string>>();
+  Reply reply;
+  reply.content_type = "text/event-stream";
+  reply.stream = streams->Open(std::move(asked));
+  return reply.stream != nullptr ? std::move(reply)
+                                 : TryLater(MHD_HTTP_SERVICE_UNAVAILABLE,
+                                            "there are " + std::to_string(OpenStreams::kMost) +
+                                                " streams of the journal already",
+                                            kTryAgainSeconds);
 }
 
 // The kinds of all expectations, unless the body names them.
@@ -119,8 +140,14 @@ Reply Expect(const Journal& journal, const RequestView& request) {
 
 }  // namespace
 
-void AddJournalRoutes(Journal* journal, const std::function<void()>& settle, Router* router) {
+void AddJournalRoutes(const Journal* journal, JournalStreams* streams,
+                      const std::function<void()>& settle, Router* router) {
+  router->Add(
+      {.description = control_routes::kJournalStream,
+       .check = FaultOfParameters,
+       .answer = [streams](const RequestView& request) { return OpenStream(streams, request); }});
   router->Add({.description = control_routes::kJournal,
+               .check = FaultOfParameters,
                .handle = [journal, settle](const RequestView& request) {
                  settle();
                  return Read(*journal, request);

@@ -9,6 +9,7 @@
 
 #include "control.h"
 #include "documents.h"
+#include "event_reader.h"
 #include "host_process.h"
 #include "http_client.h"
 
@@ -127,6 +128,35 @@ TEST_F(ControlJournalTest, PasswordsAndKeysAreMasked) {
   }
 }
 
+// The same entries as of GET /journal, from a client that comes in the middle and comes back.
+TEST_F(ControlJournalTest, AStreamTellsTheEntriesAsTheyCome) {
+  ASSERT_TRUE(bench_.Start());
+  const std::string since = std::to_string(Last());
+  std::string id;
+  std::vector<json> told;
+  for (const char* name : {"Attic", "Den"}) {
+    EventReader stream(bench_.control_port(), id, "127.0.0.1", 0,
+                       "/journal/stream?kinds=write,action&since=" + since);
+    ASSERT_EQ(stream.response().status, 200);
+    EXPECT_EQ(stream.response().Header("Content-Type"), "text/event-stream");
+    Post(bench_.port(), "/settings?dry-run=1", With(FactoryDocument(), "DeviceName", "Shed"));
+    Rename(name);
+    for (EventBlock block; block.data["name"] != "CfgSaveToFlash";) {
+      block = stream.Next();
+      ASSERT_FALSE(block.empty());
+      EXPECT_EQ(block.kind, block.data["kind"]);
+      EXPECT_THAT(block.id, testing::EndsWith("-" + block.data["n"].dump()));
+      told.push_back(block.data);
+    }
+    id = stream.last_id();
+  }
+  // With what came of the writes of the dry run.
+  EXPECT_EQ(told, Journal("?kinds=write,action&since=" + since));
+  EXPECT_EQ(told.front()["undone"], true);
+  EXPECT_EQ(Get(bench_.control_port(), "/journal/stream?since=x").status, 400);
+  EXPECT_EQ(Get(bench_.control_port(), "/journal/stream?kinds=writes").status, 400);
+}
+
 TEST_F(ControlJournalTest, ItHoldsTenThousandEntriesAndCountsTheRest) {
   ASSERT_TRUE(bench_.Start());
   Connection connection(bench_.port());
@@ -142,6 +172,11 @@ TEST_F(ControlJournalTest, ItHoldsTenThousandEntriesAndCountsTheRest) {
   EXPECT_EQ(
       Post(bench_.control_port(), "/journal/expect", R"({"expect":[],"kinds":["write"]})").status,
       409);
+  EventReader stream(bench_.control_port(), "", "127.0.0.1", 0, "/journal/stream?since=7");
+  const EventBlock lost = stream.Next();
+  EXPECT_EQ(lost.kind, "lost");
+  EXPECT_EQ(lost.data["entries"], dropped - 7);
+  EXPECT_EQ(stream.Next().data["n"], dropped + 1);
 }
 
 }  // namespace

@@ -4,18 +4,20 @@
 #include <sstream>
 
 EventReader::EventReader(int port, const std::string& last_id, const std::string& from,
-                         int receive_buffer)
+                         int receive_buffer, const std::string& url)
     : connection_(port, from, receive_buffer), last_id_(last_id) {
-  connection_.Send("GET /events HTTP/1.1\r\nHost: router\r\n" +
+  connection_.Send("GET " + url + " HTTP/1.1\r\nHost: router\r\n" +
                    (last_id.empty() ? "" : "Last-Event-ID: " + last_id + "\r\n") + "\r\n");
   response_ = connection_.BeginChunks();
 }
 
 EventReader::~EventReader() { Note(); }
 
-// Before another request is sent on the connection.
+// Before another request is sent on the connection. What came in part is left out.
 void EventReader::Note() {
   if (!noted_) {
+    const size_t end = response_.body.rfind("\n\n");
+    response_.body.erase(end == std::string::npos ? 0 : end + 2);
     connection_.NoteChunks(response_);
   }
   noted_ = true;

@@ -20,9 +20,10 @@ struct EventBlock {
 
 class EventReader {
  public:
-  // Asks for the events, those behind the one with the id if it is given.
+  // Asks for the events, those behind the one with the id if it is given; or for another stream.
   explicit EventReader(int port, const std::string& last_id = "",
-                       const std::string& from = "127.0.0.1", int receive_buffer = 0);
+                       const std::string& from = "127.0.0.1", int receive_buffer = 0,
+                       const std::string& url = "/events");
   ~EventReader();
   EventReader(const EventReader&) = delete;
   EventReader& operator=(const EventReader&) = delete;
