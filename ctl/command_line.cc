@@ -175,6 +175,22 @@ void AddBackupCommands(CLI::App* app, Options* options) {
   restore->add_flag("--yes", options->yes, "Do not ask after showing the differences");
 }
 
+void AddReplayCommand(CLI::App* app, Options* options) {
+  CLI::App* const replay =
+      Add(app, options, "replay", "replay", "Play a record and tell the first answer that differs");
+  replay->add_option("FILE", options->operand, "What kiohost --record has written")->required();
+  replay
+      ->add_option("--secrets", options->secrets_file,
+                   "What kiohost --record-secrets has written: a file of mode 600")
+      ->type_name("FILE");
+  replay->add_flag("--real-time", options->real_time, "Wait between requests as they were sent");
+  replay
+      ->add_option("--patience", options->patience,
+                   "Seconds for which a read is repeated until its answer is the same (5)")
+      ->type_name("S")
+      ->check(CLI::NonNegativeNumber);
+}
+
 void AddDocumentCommands(CLI::App* app, Options* options) {
   CLI::App* const lint =
       Add(app, options, "lint", "lint", "Tell all faults of a settings document in one run");
@@ -221,6 +237,7 @@ std::optional<ExitCode> ReadCommandLine(int argc, char** argv, Options* options)
   AddVariableCommands(&app, options);
   AddFirmwareCommands(&app, options);
   AddBackupCommands(&app, options);
+  AddReplayCommand(&app, options);
   AddDocumentCommands(&app, options);
   if (argc > 1 && std::string(argv[1]) == "complete") {
     Complete(app, {argv + 2, argv + argc});

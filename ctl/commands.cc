@@ -28,6 +28,7 @@ Command FindCommand(const std::string& name) {
       {"firmware upgrade", RunFirmwareUpgrade},
       {"backup", RunBackup},
       {"restore", RunRestore},
+      {"replay", RunReplay},
       {"lint", RunLint},
       {"schema", RunSchema},
   };

@@ -59,6 +59,9 @@ void RunFirmwareUpgrade(Context* context);
 void RunLint(Context* context);
 void RunSchema(Context* context);
 
+// replay_command.cc
+void RunReplay(Context* context);
+
 // backup_commands.cc
 void RunBackup(Context* context);
 void RunRestore(Context* context);

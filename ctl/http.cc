@@ -2,6 +2,7 @@
 
 #include <curl/curl.h>
 
+#include <algorithm>
 #include <cctype>
 #include <memory>
 #include <string_view>
@@ -71,6 +72,19 @@ using Headers = std::unique_ptr<curl_slist, FreeHeaders>;
 
 Headers HeadersOf(const Request& request) {
   curl_slist* list = nullptr;
+  if (request.as_is) {
+    // Those that curl sends by itself are taken away by a name alone, unless they stand below.
+    for (const char* name : {"Accept:", "Content-Type:", "Expect:"}) {
+      const auto is_given = [name](const std::string& header) { return header.starts_with(name); };
+      if (std::none_of(request.headers.begin(), request.headers.end(), is_given)) {
+        list = curl_slist_append(list, name);
+      }
+    }
+    for (const std::string& header : request.headers) {
+      list = curl_slist_append(list, header.c_str());
+    }
+    return Headers(list);
+  }
   // Without the wait for a "100 Continue", which a small router may not send.
   list = curl_slist_append(list, "Expect:");
   if (!request.body.empty()) {
@@ -127,10 +141,19 @@ Reply Http::Send(const Request& request) {
   // A router is reached directly, whatever proxy there is for other servers.
   curl_easy_setopt(curl, CURLOPT_PROXY, "");
   curl_easy_setopt(curl, CURLOPT_CUSTOMREQUEST, request.method.c_str());
-  if (request.method != "GET") {
+  if (request.method == "HEAD") {
+    curl_easy_setopt(curl, CURLOPT_NOBODY, 1L);
+  } else if (request.method != "GET") {
     curl_easy_setopt(curl, CURLOPT_POSTFIELDSIZE_LARGE,
                      static_cast<curl_off_t>(request.body.size()));
     curl_easy_setopt(curl, CURLOPT_POSTFIELDS, request.body.data());
+  }
+  if (!request.path.starts_with('/')) {
+    curl_easy_setopt(curl, CURLOPT_URL, url_.c_str());
+    curl_easy_setopt(curl, CURLOPT_REQUEST_TARGET, request.path.c_str());
+  }
+  if (!request.from.empty()) {
+    curl_easy_setopt(curl, CURLOPT_INTERFACE, request.from.c_str());
   }
   // curl sends a request anew when its old connection turns out to be dead. A change is sent once.
   curl_easy_setopt(curl, CURLOPT_FRESH_CONNECT, request.changes ? 1L : 0L);

@@ -19,7 +19,9 @@ struct Request {
   std::vector<std::string> headers = {};
   // It changes the router: Ctrl-C waits for the answer, a second one does not.
   bool changes = false;
-  long seconds = 0;  // 0: those of the options
+  long seconds = 0;       // 0: those of the options
+  bool as_is = false;     // no headers but those above, on a connection that is kept
+  std::string from = {};  // the own address; empty: any
   // Takes the body of a good answer as it comes, and tells whether to go on. Such a request may
   // last.
   std::function<bool(std::string_view)> take = {};

@@ -40,6 +40,10 @@ struct Options {
   std::string version = "1.1";
   bool firmware_list = false;
 
+  std::string secrets_file;
+  bool real_time = false;
+  int patience = 5;
+
   int count = 0;
   std::string since;
 

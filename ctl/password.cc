@@ -100,19 +100,23 @@ bool Confirms(const std::string& question) {
   return answer == "y" || answer == "yes" || answer == "Y";
 }
 
-std::string SecretInFile(const std::string& file) {
+std::string PrivateFile(const std::string& file) {
   constexpr mode_t kOthers = S_IRWXG | S_IRWXO;
   struct stat status = {};
   if (stat(file.c_str(), &status) != 0) {
     throw Failure{ExitCode::kLocal,
-                  "the password file " + file + " cannot be read: " + std::strerror(errno),
-                  "name a file that holds the password in its first line"};
+                  "the file of secrets " + file + " cannot be read: " + std::strerror(errno),
+                  "name a file that holds them"};
   }
   if (!S_ISREG(status.st_mode) || (status.st_mode & kOthers) != 0) {
-    throw Failure{ExitCode::kLocal, "others can read the password file " + file,
+    throw Failure{ExitCode::kLocal, "others can read the file of secrets " + file,
                   "type: chmod 600 " + file};
   }
-  const std::string text = ReadInput(file);
+  return ReadInput(file);
+}
+
+std::string SecretInFile(const std::string& file) {
+  const std::string text = PrivateFile(file);
   return text.substr(0, text.find('\n'));
 }
 

@@ -13,7 +13,8 @@ std::optional<std::string> Prompt(const std::string& question);
 // Asks a question on the terminal that is answered by yes or no. No when there is no terminal.
 bool Confirms(const std::string& question);
 
-// The first line of a file that only its owner can read. Throws a Failure.
+// A file that only its owner can read, and its first line. They throw a Failure.
+std::string PrivateFile(const std::string& file);
 std::string SecretInFile(const std::string& file);
 
 // The administrator password: of the file when one is named, of KIO_PASSWORD, or from a prompt.

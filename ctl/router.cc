@@ -22,9 +22,10 @@ std::string Md5(const std::string& text) {
   return digits;
 }
 
-// The key of a time slot and a client's address. The router counts bytes: 63 of the password, and
-// 127 of the whole.
-std::string KeyOf(long uptime, const std::string& address, const std::string& password) {
+}  // namespace
+
+// The router counts bytes: 63 of the password, and 127 of the whole.
+std::string LoginKey(long uptime, const std::string& address, const std::string& password) {
   constexpr long kSlotSeconds = 20;
   constexpr size_t kMostPassword = 63;
   constexpr size_t kMostSource = 127;
@@ -32,8 +33,6 @@ std::string KeyOf(long uptime, const std::string& address, const std::string& pa
       std::to_string(uptime / kSlotSeconds) + address + "admin" + password.substr(0, kMostPassword);
   return Md5(source.substr(0, kMostSource));
 }
-
-}  // namespace
 
 Router::Router(const std::string& url, const Options& options)
     : http_(url, options.timeout), options_(&options) {}
@@ -77,7 +76,8 @@ void Router::LogIn() {
   if (device.status != kOk || !description.contains("uptime")) {
     throw Strange(url() + " does not tell its uptime, which a login needs");
   }
-  const std::string key = KeyOf(description["uptime"].get<long>(), device.local_address, password);
+  const std::string key =
+      LoginKey(description["uptime"].get<long>(), device.local_address, password);
   // One character between the marker and the key does not count.
   const Reply reply = http_.Send({.method = "POST", .path = "/login", .body = "kioAppKey=:" + key});
   if (reply.status == kOk) {

@@ -12,6 +12,9 @@
 
 namespace kioctl {
 
+// The key of a login, made of a router's uptime, a client's address and the password.
+std::string LoginKey(long uptime, const std::string& address, const std::string& password);
+
 class Router {
  public:
   Router(const std::string& url, const Options& options);

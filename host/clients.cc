@@ -6,13 +6,12 @@
 #include <utility>
 
 #include "login_key.h"
+#include "nodes.h"
 #include "printable_text.h"
 #include "uptime.h"
 
 namespace kiohost {
 namespace {
-
-constexpr char kPasswordNode[] = "/sys/user:1/password";
 
 // Prints what becomes of a client. Keys and passwords are never printed.
 void Say(const std::string& what, const std::string& address) {

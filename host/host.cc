@@ -84,6 +84,12 @@ Host::Host(Store* store, Store* reader, Store* control_reader, const Settings& s
   AddLoginRoutes(&clients_, &router_);
   AddFirmwareRoutes(&firmware_, guard, &published_, &router_);
   AddIndexRoutes(settings.openapi, &router_);
+  if (settings.recorder != nullptr) {
+    server_.AddOnAnswer(
+        [recorder = settings.recorder](const HttpRequest& request, const Reply& reply) {
+          recorder->Add(request, reply);
+        });
+  }
   if (settings.control) {
     AddControl(control_reader);
   }

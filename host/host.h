@@ -23,6 +23,7 @@
 #include "http_server.h"
 #include "library_desk.h"
 #include "published.h"
+#include "record/recorder.h"
 #include "reply.h"
 #include "router.h"
 #include "sockets_thread.h"
@@ -48,6 +49,7 @@ class Host {
     bool open = false;               // nobody needs to log in
     std::vector<std::string> names;  // the router's, in Host headers
     std::optional<Bench::Settings> control;
+    Recorder* recorder = nullptr;  // for the thread of the sockets; null: nothing is recorded
   };
 
   // The store must be bound to the library. `reader` is the same store, for the thread of the

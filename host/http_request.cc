@@ -145,7 +145,6 @@ size_t HttpRequest::BodyLimit() const {
   return route_ == nullptr ? 0 : route_->description.body.limit;
 }
 
-// The length that the head declares, 0 without one. A text that is no number counts as too long.
 size_t HttpRequest::DeclaredLength() const {
   const std::optional<std::string_view> text = view_->Header(MHD_HTTP_HEADER_CONTENT_LENGTH);
   if (!text) {

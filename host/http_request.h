@@ -50,6 +50,14 @@ class HttpRequest {
   // Judges the whole body. It is called again after the request has waited, and then does nothing.
   void EndBody();
 
+  // Whether the request could be read in two ways.
+  bool is_malformed() const { return is_malformed_; }
+
+  // The bytes of the body, of which a refused one is not kept.
+  size_t received() const { return received_; }
+  // The length that the head declares, 0 without one. A text that is no number counts as too long.
+  size_t DeclaredLength() const;
+
   // A reply in the form that the client prefers.
   Reply InAcceptedForm(Reply reply) const;
 
@@ -80,7 +88,6 @@ class HttpRequest {
  private:
   void Refuse(Reply reply);
   size_t BodyLimit() const;
-  size_t DeclaredLength() const;
   Reply TooLarge() const;
 
   std::optional<Reply> JudgeForm(const char* version) const;

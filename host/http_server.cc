@@ -242,8 +242,8 @@ MHD_Result HttpServer::Answer(Connection* connection) {
 
 MHD_Result HttpServer::Send(Connection* connection, const Reply& given) {
   const Reply reply = connection->request()->InAcceptedForm(given);
-  if (on_answer_) {
-    on_answer_(*connection->request(), reply);
+  for (const OnAnswer& on_answer : on_answer_) {
+    on_answer(*connection->request(), reply);
   }
   connection->BeginAnswer(Clock::now());
   MHD_Response* response = MakeResponse(connection, reply);

@@ -57,9 +57,9 @@ class HttpServer {
   // `Run`.
   void HandleNews(const LibraryDesk::News& news);
 
-  // What is called with each answer that is about to be sent. May be empty.
+  // Called with each answer that is about to be sent.
   using OnAnswer = std::function<void(const HttpRequest&, const Reply&)>;
-  void set_on_answer(OnAnswer on_answer) { on_answer_ = std::move(on_answer); }
+  void AddOnAnswer(OnAnswer on_answer) { on_answer_.push_back(std::move(on_answer)); }
 
   // Has the bodies end that go on for as long as there is something to tell.
   void EndStreams();
@@ -116,7 +116,7 @@ class HttpServer {
 
   const Router* router_;
   LibraryDesk* desk_;
-  OnAnswer on_answer_;
+  std::vector<OnAnswer> on_answer_;
   Acceptor acceptor_;
   std::unique_ptr<MHD_Daemon, DaemonStopper> daemon_;
   std::vector<std::unique_ptr<Connection>> connections_;  // in the order of their coming

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -24,10 +25,13 @@
 #include "printable_text.h"
 #include "profile.h"
 #include "profile_list.h"
+#include "record/recorder.h"
+#include "record/replay.h"
 #include "signals.h"
 #include "start_settings.h"
 #include "store.h"
 #include "store_api.h"
+#include "variable_list.h"
 
 namespace kiohost {
 namespace {
@@ -217,6 +221,20 @@ Status PrepareControl(const Options& options, Store* store, Store* reader,
   return reader->Open(options.store, Store::Mode::kExisting);
 }
 
+// The record of the session; null without one.
+Status PrepareRecord(const Options& options, Store* reader, const std::string& catalogue,
+                     std::unique_ptr<Recorder>* recorder) {
+  if (options.record.empty()) {
+    return {};
+  }
+  const VariableList list(reader, catalogue);
+  if (!list.status().ok()) {
+    return list.status();
+  }
+  *recorder = std::make_unique<Recorder>(reader, list.variables());
+  return (*recorder)->Open(options.record, options.record_secrets);
+}
+
 Status Serve(const Options& options, Store* store) {
   Host::Settings settings;
   settings.listen = options.listen;
@@ -252,6 +270,11 @@ Status Serve(const Options& options, Store* store) {
   Store reader;
   Store control_reader;
   status = reader.Open(options.store, Store::Mode::kExisting);
+  std::unique_ptr<Recorder> recorder;
+  if (status.ok()) {
+    status = PrepareRecord(options, &reader, settings.catalogue, &recorder);
+    settings.recorder = recorder.get();
+  }
   if (status.ok() && !options.control_listen.empty()) {
     status = PrepareControl(options, store, &control_reader, &settings);
   }
@@ -284,6 +307,16 @@ int Main(int argc, char** argv) {
   if (options.command == Options::Command::kVersion) {
     return Report(Print(std::string("kiohost, libkioapp ") + starterLibVersion() +
                         ", settings document format " + rssSpecVersion() + "\n"));
+  }
+  if (options.command == Options::Command::kReplay) {
+    int exit_code = 0;
+    const Status played = Replay(&options, Program().parent_path(), &exit_code);
+    if (!played.ok()) {
+      return Report(played);
+    }
+    if (options.command == Options::Command::kReplay) {
+      return exit_code;
+    }
   }
   if (!options.core_dumps && !ForbidCoreDumps()) {
     PrintError("warning: the system does not let core dumps be forbidden");

@@ -7,6 +7,7 @@
 namespace kiohost {
 
 inline constexpr char kNameNode[] = "/sys/friendlyname";
+inline constexpr char kPasswordNode[] = "/sys/user:1/password";
 inline constexpr char kModelNode[] = "/sys/modelnumber";
 inline constexpr char kFirmwareNode[] = "/fwupgradeinfo/currfwfilename";
 inline constexpr char kLanAddressNode[] = "/runtime/zentrolinks/lanip";

@@ -49,6 +49,14 @@ change them over HTTP (docs/http.md).
   --control-anywhere on any address: for test networks only
   --clock=manual     with --control: the clock stands still until it is moved there
   --show-secrets     with --control: passwords and keys stand in the journal
+  --record FILE      write each request and its answer to a new file, without passwords and keys
+                     (docs/record.md)
+  --record-secrets FILE  write these to a file of their own, for --replay-secrets
+  --replay FILE      play the requests of a record and tell the first answer that differs; against
+                     a router that is started as the other options say, which ends then, or
+  --against URL      against this one
+  --replay-secrets FILE  with --replay: the passwords and keys of the record. Without it the
+                     administrator's password is that of KIO_PASSWORD
   --core-dumps       leave core dumps, which hold the password, to look for a fault
   --log-level N      the library's log: 4 failures, 5 events, 6 actions with whole documents and
                      their passwords, 7 everything (default 5)
@@ -56,7 +64,7 @@ change them over HTTP (docs/http.md).
   --get NODE         print the text of a node; then exit
   --help, --version
 
-Exit codes: 0 success, 1 the node of --get is absent, 2 wrong command line, 3 the store cannot be
+Exit codes: 0 success, 1 the node of --get is absent or an answer of --replay differs, 2 wrong command line, 3 the store cannot be
 used, 4 the profile cannot be used, 5 a directory cannot be used, or another process uses it or the
 store, 6 cannot listen, 7 the output cannot be written.
 )";
@@ -78,6 +86,11 @@ enum OptionId {
   kNameOption,
   kOpenOption,
   kShellOption,
+  kRecordOption,
+  kRecordSecretsOption,
+  kReplayOption,
+  kReplaySecretsOption,
+  kAgainstOption,
   kCoreDumpsOption,
   kControlOption,
   kControlAnywhereOption,
@@ -107,6 +120,11 @@ constexpr option kOptions[] = {
     {"name", required_argument, nullptr, kNameOption},
     {"open", no_argument, nullptr, kOpenOption},
     {"shell", required_argument, nullptr, kShellOption},
+    {"record", required_argument, nullptr, kRecordOption},
+    {"record-secrets", required_argument, nullptr, kRecordSecretsOption},
+    {"replay", required_argument, nullptr, kReplayOption},
+    {"replay-secrets", required_argument, nullptr, kReplaySecretsOption},
+    {"against", required_argument, nullptr, kAgainstOption},
     {"core-dumps", no_argument, nullptr, kCoreDumpsOption},
     {"control", required_argument, nullptr, kControlOption},
     {"control-anywhere", no_argument, nullptr, kControlAnywhereOption},
@@ -177,6 +195,19 @@ Status CheckControl(const Options& options) {
                    "--control-anywhere is given, too");
 }
 
+Status CheckRecord(const Options& options) {
+  if (!options.record_secrets.empty() && options.record.empty()) {
+    return UsageError("--record-secrets goes with --record");
+  }
+  const bool has_more = !options.against.empty() || !options.replay_secrets.empty();
+  if (has_more && options.replay.empty()) {
+    return UsageError("--against and --replay-secrets go with --replay");
+  }
+  return options.replay.empty() || options.record.empty()
+             ? Status()
+             : UsageError("--record and --replay do not go together");
+}
+
 Status ParseShell(Options* options) {
   options->always_shell = std::string_view(optarg) == "always";
   return options->always_shell
@@ -228,6 +259,17 @@ std::string* TextOption(int id, Options* options) {
       return &options->script_dir;
     case kStateDirOption:
       return &options->state_dir;
+    case kRecordOption:
+      return &options->record;
+    case kRecordSecretsOption:
+      return &options->record_secrets;
+    case kReplayOption:
+      options->command = Options::Command::kReplay;
+      return &options->replay;
+    case kReplaySecretsOption:
+      return &options->replay_secrets;
+    case kAgainstOption:
+      return &options->against;
     default:
       return nullptr;
   }
@@ -324,7 +366,8 @@ Status ParseOptions(int argc, char** argv, Options* options) {
   if (reads_only && !options->sets.empty()) {
     return UsageError("--set changes the store, which --get and --dump only read");
   }
-  return CheckControl(*options);
+  Status status = CheckRecord(*options);
+  return status.ok() ? CheckControl(*options) : status;
 }
 
 const char* HelpText() { return kHelp; }

@@ -12,7 +12,7 @@
 namespace kiohost {
 
 struct Options {
-  enum class Command { kServe, kDump, kGet, kProfiles, kHelp, kVersion };
+  enum class Command { kServe, kReplay, kDump, kGet, kProfiles, kHelp, kVersion };
 
   Command command = Command::kServe;
   std::string node;  // of kDump (empty: all) and kGet
@@ -36,6 +36,11 @@ struct Options {
   bool control_anywhere = false;  // it may listen on another address than a loopback one
   bool manual_clock = false;
   bool show_secrets = false;                    // in the journal of the control port
+  std::string record;                           // a file for the session; empty: none
+  std::string record_secrets;                   // a file for its secrets; empty: none
+  std::string replay;                           // of kReplay: the record,
+  std::string replay_secrets;                   // the file of its secrets, or empty,
+  std::string against;                          // and the router; empty: this one
   bool always_shell = false;                    // for the library's documents, too
   std::vector<std::string> names = {"router"};  // the router's, in Host headers
 };

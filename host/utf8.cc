@@ -45,4 +45,17 @@ size_t MultiByteLength(std::string_view text) {
   return 0;
 }
 
+bool IsUtf8(std::string_view text) {
+  constexpr unsigned char kFirstMultiByte = 0x80;
+  while (!text.empty()) {
+    const bool is_single = static_cast<unsigned char>(text.front()) < kFirstMultiByte;
+    const size_t length = is_single ? 1 : MultiByteLength(text);
+    if (length == 0) {
+      return false;
+    }
+    text.remove_prefix(length);
+  }
+  return true;
+}
+
 }  // namespace kiohost

@@ -11,6 +11,9 @@ namespace kiohost {
 // there is none, or when it is not well-formed.
 size_t MultiByteLength(std::string_view text);
 
+// Whether a text is well-formed UTF-8.
+bool IsUtf8(std::string_view text);
+
 }  // namespace kiohost
 
 #endif  // HOST_UTF8_H

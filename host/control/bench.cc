@@ -66,7 +66,7 @@ void Bench::BeginJournal(const Host& host, bool show_secrets) {
       TheJournal().AddSecret(node.text);
     }
   }
-  host.server->set_on_answer(NoteRequest);
+  host.server->AddOnAnswer(NoteRequest);
   TheJournal().set_listener([this] {
     if (journal_streams_.IsRead()) {
       port_.TellEntries();

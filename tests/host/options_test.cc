@@ -24,6 +24,30 @@ Status Parse(std::vector<std::string> words, Options* options) {
   return ParseOptions(static_cast<int>(words.size()), argv.data(), options);
 }
 
+TEST(OptionsTest, ARecordIsWrittenOrPlayed) {
+  Options options;
+  ASSERT_TRUE(Parse({"--record", "r", "--record-secrets", "s"}, &options).ok());
+  EXPECT_EQ(options.command, Options::Command::kServe);
+  EXPECT_EQ(options.record, "r");
+  EXPECT_EQ(options.record_secrets, "s");
+  options = {};
+  ASSERT_TRUE(
+      Parse({"--replay", "r", "--against", "http://a", "--replay-secrets", "s"}, &options).ok());
+  EXPECT_EQ(options.command, Options::Command::kReplay);
+  EXPECT_EQ(options.replay, "r");
+  EXPECT_EQ(options.against, "http://a");
+  EXPECT_EQ(options.replay_secrets, "s");
+  for (const std::vector<std::string>& words :
+       std::vector<std::vector<std::string>>{{"--record-secrets", "s"},
+                                             {"--against", "http://a"},
+                                             {"--replay-secrets", "s"},
+                                             {"--record", ""},
+                                             {"--record", "r", "--replay", "r"}}) {
+    options = {};
+    EXPECT_EQ(Parse(words, &options).code(), ExitCode::kUsage) << words[0];
+  }
+}
+
 TEST(OptionsTest, HaveSafeDefaults) {
   Options options;
   ASSERT_TRUE(Parse({}, &options).ok());
