@@ -16,4 +16,9 @@ function(kio_group_files target)
   math(EXPR groups "(${count} + 19) / 20")
   math(EXPR size "(${count} + ${groups} - 1) / ${groups}")
   set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${size})
+  if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+    # Less garbage collection, for a fifth more memory.
+    target_compile_options(${target} PRIVATE --param=ggc-min-expand=1000
+                                             --param=ggc-min-heapsize=2000000)
+  endif()
 endfunction()

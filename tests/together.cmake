@@ -1,12 +1,8 @@
 # What tests, which are many and large, are compiled with for their compile time alone. They throw
-# nothing. The sanitizers watch the library and the host: of a test they get the bounds of its arrays,
-# and do not check what it does itself. (The library's objects stand first when a test is linked, so
-# that of an inline function which both have theirs is taken.)
-set(kio_test_options -fno-exceptions)
-if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
-  # Less garbage collection, for a fifth more memory.
-  list(APPEND kio_test_options --param=ggc-min-expand=1000 --param=ggc-min-heapsize=2000000)
-endif()
+# nothing, and a debugger finds their lines. The sanitizers watch the library and the host: of a test
+# they get the bounds of its arrays, and do not check what it does itself. (The library's objects stand
+# first when a test is linked, so that of an inline function which both have theirs is taken.)
+set(kio_test_options -fno-exceptions -g1)
 if(KIO_SANITIZE MATCHES address)
   list(APPEND kio_test_options --param=asan-instrument-reads=0 --param=asan-instrument-writes=0)
 endif()
