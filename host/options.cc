@@ -2,12 +2,11 @@
 
 #include <getopt.h>
 
-#include <charconv>
-#include <cstring>
 #include <string_view>
 
 #include "listener.h"
 #include "node_path.h"
+#include "option_values.h"
 #include "profile.h"
 
 namespace kiohost {
@@ -137,20 +136,6 @@ constexpr option kOptions[] = {
     {"version", no_argument, nullptr, kVersionOption},
     {nullptr, 0, nullptr, 0},
 };
-
-Status UsageError(const std::string& reason) {
-  return {ExitCode::kUsage, reason + " (--help lists the options)"};
-}
-
-Status ParseNumber(const char* name, const char* text, int min, int max, int* number) {
-  const char* end = text + std::strlen(text);
-  const auto [stop, error] = std::from_chars(text, end, *number);
-  if (error != std::errc() || stop != end || *number < min || *number > max) {
-    return UsageError(std::string(name) + " takes a number from " + std::to_string(min) + " to " +
-                      std::to_string(max) + ", not \"" + text + "\"");
-  }
-  return {};
-}
 
 Status ParsePort(Options* options) {
   int port = 0;

@@ -4,11 +4,15 @@
 #include <getopt.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cstring>
+
+#include "option_values.h"
 
 namespace kiofleet {
 namespace {
+
+using kiohost::ParseNumber;
+using kiohost::UsageError;
 
 constexpr int kMaxPort = 65535;
 constexpr int kMostRouters = 1000;
@@ -57,20 +61,6 @@ constexpr option kOptions[] = {
     {"version", no_argument, nullptr, kVersionOption},
     {nullptr, 0, nullptr, 0},
 };
-
-Status UsageError(const std::string& reason) {
-  return {ExitCode::kUsage, reason + " (--help lists the options)"};
-}
-
-Status ParseNumber(const char* name, const char* text, int min, int max, int* number) {
-  const char* end = text + std::strlen(text);
-  const auto [stop, error] = std::from_chars(text, end, *number);
-  if (error != std::errc() || stop != end || *number < min || *number > max) {
-    return UsageError(std::string(name) + " takes a number from " + std::to_string(min) + " to " +
-                      std::to_string(max) + ", not \"" + text + "\"");
-  }
-  return {};
-}
 
 Status ParseText(const char* word, std::string* text) {
   *text = optarg;
