@@ -40,6 +40,8 @@ class Linter {
   std::string WithValues(const std::vector<Span>& spans, const std::string& value,
                          size_t but = std::string::npos) const;
   void Record(const Element& element, const Span& span, const Verdict& verdict);
+  // What is the same of all elements that are missing.
+  Finding MissingOf(const Element& element, const Verdict& verdict) const;
   void RecordMissing(const Element& element, const Span& block, const Verdict& verdict);
   // A tag in the block of the element that was meant for it.
   std::optional<Tag> MeantFor(const Element& element) const;

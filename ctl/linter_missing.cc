@@ -20,6 +20,16 @@ std::optional<Tag> Linter::MeantFor(const Element& element) const {
   return std::nullopt;
 }
 
+Finding Linter::MissingOf(const Element& element, const Verdict& verdict) const {
+  Finding finding;
+  finding.id = IdOf(kMissing);
+  finding.path = element.path;
+  finding.reported = verdict.message;
+  finding.rule = judge_->RuleOf(element);
+  finding.what = "the element " + element.name + " is missing";
+  return finding;
+}
+
 // A tag that was meant for the element gets its name, and its value is judged then.
 bool Linter::Rename(const Element& element, const Verdict& verdict) {
   const std::optional<Tag> meant = MeantFor(element);
@@ -32,12 +42,7 @@ bool Linter::Rename(const Element& element, const Verdict& verdict) {
     return false;
   }
   const size_t begin = Original(meant->span.begin);
-  Finding finding;
-  finding.id = IdOf(kMissing);
-  finding.path = element.path;
-  finding.reported = verdict.message;
-  finding.rule = judge_->RuleOf(element);
-  finding.what = "the element " + element.name + " is missing";
+  Finding finding = MissingOf(element, verdict);
   const bool is_same = SameName(meant->name, element.name);
   finding.span = is_same ? Span{begin, meant->span.length} : Span{begin + 1, meant->name.size()};
   finding.value = meant->name;
@@ -57,12 +62,7 @@ bool Linter::Rename(const Element& element, const Verdict& verdict) {
 }
 
 void Linter::RecordMissing(const Element& element, const Span& block, const Verdict& verdict) {
-  Finding finding;
-  finding.id = IdOf(kMissing);
-  finding.path = element.path;
-  finding.reported = verdict.message;
-  finding.rule = judge_->RuleOf(element);
-  finding.what = "the element " + element.name + " is missing";
+  Finding finding = MissingOf(element, verdict);
   if (!element.when.empty() && element.when != "always") {
     std::string when = element.when;
     std::erase(when, '`');
