@@ -5,6 +5,7 @@
 #include "forecast.h"
 #include "password.h"
 #include "sealed.h"
+#include "side_reader.h"
 
 namespace kioctl {
 namespace {
@@ -30,6 +31,7 @@ std::string RestoreQuery(const Options& options, bool dry_run) {
 
 void RunBackup(Context* context) {
   const Options& options = *context->options;
+  RefuseOneFileForMany(options, options.operand);
   const std::string query = options.secrets ? "?secrets=1" : "";
   // Asked for before the secrets are fetched.
   const std::string passphrase = options.secrets ? Passphrase(true) : "";
@@ -44,10 +46,7 @@ void RunBackup(Context* context) {
 void RunRestore(Context* context) {
   const Options& options = *context->options;
   const Output& out = *context->out;
-  std::string archive = ReadInput(options.operand);
-  if (IsSealed(archive)) {
-    archive = Unseal(archive, Passphrase(false));
-  }
+  const std::string archive = OpenedArchive(ReadInput(options.operand));
   Request request{
       .method = "POST", .path = "/restore" + RestoreQuery(options, true), .body = archive};
   AddIfMatch(options, &request);
@@ -58,6 +57,10 @@ void RunRestore(Context* context) {
   }
   if (!out.json() || forecast.value("result", 0) != 0) {
     ShowForecast(out, forecast);
+  }
+  const nlohmann::json read = nlohmann::json::parse(archive, nullptr, false);
+  if (read.is_object() && !read.value("secrets", false)) {
+    out.Note("passwords and keys are not in the archive, and stay as they are");
   }
   if (!options.yes && !Confirms("Restore this on " + context->router->url() + "?")) {
     throw Failure{ExitCode::kUsage, "nothing was restored: nobody has agreed",

@@ -15,7 +15,7 @@ namespace {
 constexpr char kFooter[] = R"(
 Passwords: of --password-file, of KIO_PASSWORD, or from a prompt.
 Exit codes: 0 done, 1 refused, 2 usage, 3 not logged in, 4 unreachable, 5 timeout,
-6 not in force, 7 a file or this system, 130 interrupted.
+6 not in force, 7 a file or this system, 8 different, 130 interrupted.
 )";
 
 constexpr int kMostConfirmSeconds = 3600;
@@ -37,6 +37,7 @@ void AddGeneral(CLI::App* app, Options* options) {
       ->type_name("URL")
       ->take_all()
       ->expected(1)
+      ->allow_extra_args(false)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   app->add_flag("--json", options->json, "Print JSON");
   app->add_option("--color", options->colour, "Colours: auto, always or never")
@@ -191,13 +192,29 @@ void AddReplayCommand(CLI::App* app, Options* options) {
       ->check(CLI::NonNegativeNumber);
 }
 
+void AddComparisonCommands(CLI::App* app, Options* options) {
+  CLI::App* const diff = Add(app, options, "diff", "diff",
+                             "Tell which settings differ between two of router, archive, profile "
+                             "and document");
+  diff->add_option("A", options->operand,
+                   "A URL, a delivered profile, or a file; - for standard input")
+      ->required();
+  diff->add_option("B", options->value, "The other one")->required();
+  diff->add_flag("--secrets", options->secrets,
+                 "Compare the passwords and keys of routers, too, without showing them");
+  CLI::App* const capture = Add(app, options, "capture", "capture",
+                                "Make a profile for the virtual router of a router's state");
+  capture->add_option("-o,--output", options->output, "The file; - for standard output")
+      ->type_name("FILE");
+}
+
 void AddDocumentCommands(CLI::App* app, Options* options) {
   CLI::App* const lint =
       Add(app, options, "lint", "lint", "Tell all faults of a settings document in one run");
   lint->add_option("DOC", options->operand, "The document; - for standard input")->required();
   lint->add_option("--profile", options->profile,
-                   "The device: a profile of the virtual router (dual-band); or name a --router")
-      ->type_name("FILE");
+                   "The device: a delivered profile, or a file (dual-band-router); or a --router")
+      ->type_name("PROFILE");
   lint->add_option("--form", options->form, "text, json, sarif or github")
       ->type_name("FORM")
       ->check(CLI::IsMember({"text", "json", "sarif", "github"}));
@@ -238,6 +255,7 @@ std::optional<ExitCode> ReadCommandLine(int argc, char** argv, Options* options)
   AddFirmwareCommands(&app, options);
   AddBackupCommands(&app, options);
   AddReplayCommand(&app, options);
+  AddComparisonCommands(&app, options);
   AddDocumentCommands(&app, options);
   if (argc > 1 && std::string(argv[1]) == "complete") {
     Complete(app, {argv + 2, argv + argc});

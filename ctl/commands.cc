@@ -29,12 +29,23 @@ Command FindCommand(const std::string& name) {
       {"backup", RunBackup},
       {"restore", RunRestore},
       {"replay", RunReplay},
+      {"diff", RunDiff},
+      {"capture", RunCapture},
       {"lint", RunLint},
       {"schema", RunSchema},
   };
   return commands.at(name);
 }
 
-bool NeedsNoRouter(const std::string& name) { return name == "lint" || name == "schema"; }
+void RefuseOneFileForMany(const Options& options, const std::string& file) {
+  if (options.routers.size() > 1 && file != "-") {
+    throw Failure{ExitCode::kUsage, "several routers would write " + file,
+                  "name one router, and a file for each"};
+  }
+}
+
+bool NeedsNoRouter(const std::string& name) {
+  return name == "lint" || name == "schema" || name == "diff";
+}
 
 }  // namespace kioctl

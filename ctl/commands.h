@@ -15,6 +15,9 @@ struct Context {
   Router* router;  // null for a command that needs none
 };
 
+// Throws a Failure when several routers would write the same file.
+void RefuseOneFileForMany(const Options& options, const std::string& file);
+
 using Command = void (*)(Context* context);
 
 // The command of a name such as "firmware search".
@@ -61,6 +64,12 @@ void RunSchema(Context* context);
 
 // replay_command.cc
 void RunReplay(Context* context);
+
+// diff_command.cc; it names its routers itself
+void RunDiff(Context* context);
+
+// capture_command.cc
+void RunCapture(Context* context);
 
 // backup_commands.cc
 void RunBackup(Context* context);

@@ -20,6 +20,8 @@ const char* KindOf(ExitCode code) {
       return "not-in-force";
     case ExitCode::kLocal:
       return "local";
+    case ExitCode::kDifferent:
+      return "different";
     case ExitCode::kInterrupted:
       return "interrupted";
   }

@@ -16,6 +16,7 @@ enum class ExitCode {
   kTimeout = 5,
   kNotInForce = 6,
   kLocal = 7,
+  kDifferent = 8,
   kInterrupted = 130,  // as a shell reports SIGINT
 };
 

@@ -1,6 +1,7 @@
 #include "forecast.h"
 
 #include "answers.h"
+#include "catalogue.h"
 
 namespace kioctl {
 namespace {
@@ -37,7 +38,7 @@ std::string LinkOf(const json& link) {
 std::vector<Row> ChangesOf(const json& forecast) {
   std::vector<Row> rows;
   for (const json& node : forecast.value("nodes", json::array())) {
-    rows.push_back({node.value("path", ""), TextOf(node.value("old", json())),
+    rows.push_back({NameOfNode(node.value("path", "")), TextOf(node.value("old", json())),
                     TextOf(node.value("new", json()))});
   }
   return rows;
@@ -53,7 +54,7 @@ void ShowForecast(const Output& out, const json& forecast) {
   }
   out.Json(forecast);
   const std::vector<Row> changes = ChangesOf(forecast);
-  out.Table({"NODE", "OLD", "NEW"}, changes);
+  out.Table({"SETTING", "OLD", "NEW"}, changes);
   if (changes.empty()) {
     out.Note("nothing would change");
   }

@@ -7,8 +7,7 @@
 
 #include <vector>
 
-#include "embedded.h"
-#include "profile.h"
+#include "delivered.h"
 #include "rule_text.h"
 
 namespace kioctl {
@@ -43,30 +42,7 @@ std::string Judge::RuleOf(const Element& element) const {
   return rule.replace(from, end + 1 - from, words);
 }
 
-namespace {
-
-// The delivered profile includes nothing, others may.
-kiohost::Status ReadNodes(const std::string& profile, std::vector<kiohost::Node>* nodes) {
-  if (profile.empty()) {
-    return kiohost::ParseProfile(kFactoryProfile, nodes);
-  }
-  std::vector<kiohost::ProfileNode> read;
-  kiohost::Status status = kiohost::ReadProfile(profile, &read);
-  *nodes = kiohost::PlainNodes(read);
-  return status;
-}
-
-}  // namespace
-
-LocalJudge::LocalJudge(const std::string& profile) {
-  std::vector<kiohost::Node> nodes;
-  const kiohost::Status status = ReadNodes(profile, &nodes);
-  if (!status.ok()) {
-    throw Failure{ExitCode::kLocal, status.reason(), "give a profile as host/profiles has them"};
-  }
-  for (const kiohost::Node& node : nodes) {
-    factory_[LowerCase(node.path)] = node.text;
-  }
+LocalJudge::LocalJudge(const std::string& profile) : factory_(NodesOfProfile(profile)) {
   daemon_log_level = -1;
   daemon_log_file_size_k = 0;
 }

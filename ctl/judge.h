@@ -36,7 +36,7 @@ class Judge {
 // The library in this process, over a store in memory.
 class LocalJudge : public Judge {
  public:
-  // The factory settings of a profile; those of the delivered one when no file is named.
+  // The factory settings of a profile, by name or file; those of the default one for an empty name.
   explicit LocalJudge(const std::string& profile);
 
   Verdict Try(const std::string& document) override;

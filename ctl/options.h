@@ -33,6 +33,7 @@ struct Options {
   std::string separator;
   bool other_firmware = false;
   bool yes = false;
+  std::string output = "-";
 
   std::string profile;
   std::string form = "text";

@@ -46,16 +46,28 @@ size_t WidthOf(int file) {
   return ioctl(file, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kUsualWidth;
 }
 
-bool IsContinuation(char c) {
-  constexpr unsigned kMask = 0xC0;
-  constexpr unsigned kContinuation = 0x80;
-  return (static_cast<unsigned char>(c) & kMask) == kContinuation;
-}
-
 // Characters of UTF-8, each of which takes a column for a cell of ours.
 size_t Columns(const std::string& text) {
   return static_cast<size_t>(
       std::count_if(text.begin(), text.end(), [](char c) { return !IsContinuation(c); }));
+}
+
+// Standard output may be a full disk or a closed pipe.
+void Print(const std::string& text) {
+  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
+    throw Failure{ExitCode::kLocal, "the output cannot be written",
+                  "look at the disk, or at the program that reads the output"};
+  }
+}
+
+void PrintError(const std::string& text) { std::fputs(text.c_str(), stderr); }
+
+}  // namespace
+
+bool IsContinuation(char c) {
+  constexpr unsigned kMask = 0xC0;
+  constexpr unsigned kContinuation = 0x80;
+  return (static_cast<unsigned char>(c) & kMask) == kContinuation;
 }
 
 std::string CutTo(const std::string& text, size_t columns) {
@@ -71,18 +83,6 @@ std::string CutTo(const std::string& text, size_t columns) {
   }
   return cut + "…";
 }
-
-// Standard output may be a full disk or a closed pipe.
-void Print(const std::string& text) {
-  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
-    throw Failure{ExitCode::kLocal, "the output cannot be written",
-                  "look at the disk, or at the program that reads the output"};
-  }
-}
-
-void PrintError(const std::string& text) { std::fputs(text.c_str(), stderr); }
-
-}  // namespace
 
 std::string Printable(const std::string& text) {
   constexpr unsigned char kFirstPlain = 0x20;
@@ -131,7 +131,10 @@ void Output::Line(const std::string& text, Tone tone) const {
   }
 }
 
-void Output::Table(const Row& head, const std::vector<Row>& rows) const {
+size_t Output::width() const { return terminal_ ? WidthOf(STDOUT_FILENO) : 0; }
+
+void Output::Table(const Row& head, const std::vector<Row>& rows,
+                   const std::vector<Tone>& tones) const {
   if (json_) {
     return;
   }
@@ -168,8 +171,8 @@ void Output::Table(const Row& head, const std::vector<Row>& rows) const {
     text += Toned(line, tone, colour_) + "\n";
   };
   add(head, Tone::kBold);
-  for (const Row& row : rows) {
-    add(row, Tone::kPlain);
+  for (size_t i = 0; i < rows.size(); ++i) {
+    add(rows[i], i < tones.size() ? tones[i] : Tone::kPlain);
   }
   Print(text);
 }

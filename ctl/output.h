@@ -33,8 +33,12 @@ class Output {
   // The result for people. Nothing comes of these with --json.
   void Line(const std::string& text, Tone tone = Tone::kPlain) const;
   // On a terminal with a head and in columns, the last of which is cut. In a pipe a row is a line
-  // of cells with tabs between them.
-  void Table(const Row& head, const std::vector<Row>& rows) const;
+  // of cells with tabs between them. `tones` are those of the rows, if they have any.
+  void Table(const Row& head, const std::vector<Row>& rows,
+             const std::vector<Tone>& tones = {}) const;
+
+  // The columns of the terminal; 0 for a pipe.
+  size_t width() const;
 
   // What is said besides the result, on standard error.
   void Note(const std::string& text) const;
@@ -50,6 +54,12 @@ class Output {
 
 // A text that shows control characters instead of sending them to a terminal.
 std::string Printable(const std::string& text);
+
+// Whether a byte of UTF-8 goes on with a character.
+bool IsContinuation(char c);
+
+// A text of at most so many columns, with a mark where it is cut.
+std::string CutTo(const std::string& text, size_t columns);
 
 // A bar on standard error when that is a terminal. Otherwise each sight is a line there.
 class Progress {

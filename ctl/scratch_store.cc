@@ -26,9 +26,7 @@ int CountOf(const std::string& name) {
   const std::string begin = name + ":";
   for (auto node = ScratchStore().lower_bound(begin);
        node != ScratchStore().end() && node->first.starts_with(begin); ++node) {
-    constexpr int kDecimal = 10;
-    highest = std::max(highest, static_cast<int>(std::strtol(node->first.c_str() + begin.size(),
-                                                             nullptr, kDecimal)));
+    highest = std::max(highest, NumberAt(node->first, begin.size()));
   }
   return highest;
 }
@@ -44,6 +42,11 @@ std::string LowerCase(std::string text) {
   std::transform(text.begin(), text.end(), text.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   return text;
+}
+
+int NumberAt(const std::string& text, size_t at) {
+  constexpr int kDecimal = 10;
+  return static_cast<int>(std::strtol(text.c_str() + at, nullptr, kDecimal));
 }
 
 }  // namespace kioctl

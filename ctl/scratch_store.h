@@ -2,6 +2,7 @@
 #ifndef CTL_SCRATCH_STORE_H
 #define CTL_SCRATCH_STORE_H
 
+#include <cstddef>
 #include <map>
 #include <string>
 
@@ -14,6 +15,9 @@ using Nodes = std::map<std::string, std::string>;
 Nodes& ScratchStore();
 
 std::string LowerCase(std::string text);
+
+// The number that stands at a place of a text, 0 without one.
+int NumberAt(const std::string& text, size_t at);
 
 }  // namespace kioctl
 

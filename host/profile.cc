@@ -123,8 +123,9 @@ std::optional<std::string> ReadText(const std::string& file) {
 class ProfileReader {
  public:
   // `file` is empty for a text that no file holds, which can include none.
-  ProfileReader(std::string file, int depth, std::vector<ProfileNode>* nodes)
-      : file_(std::move(file)), depth_(depth), nodes_(nodes) {}
+  ProfileReader(const ProfileFiles& files, std::string file, int depth,
+                std::vector<ProfileNode>* nodes)
+      : files_(files), file_(std::move(file)), depth_(depth), nodes_(nodes) {}
 
   Status Read(std::string_view text) {
     for (size_t number = 1; !text.empty(); ++number) {
@@ -175,11 +176,11 @@ class ProfileReader {
                     " files include each other; or does one include itself?");
     }
     const std::string file = std::filesystem::path(file_).parent_path() / name;
-    const std::optional<std::string> text = ReadText(file);
+    const std::optional<std::string> text = files_(file);
     if (!text) {
       return Broken("cannot read the profile " + file);
     }
-    return ProfileReader(file, depth_ + 1, nodes_).Read(*text);
+    return ProfileReader(files_, file, depth_ + 1, nodes_).Read(*text);
   }
 
   Status Remove(std::string_view path) {
@@ -192,6 +193,7 @@ class ProfileReader {
     return {ExitCode::kProfile, place_ + ": " + fault};
   }
 
+  const ProfileFiles& files_;
   const std::string file_;
   const int depth_;
   std::vector<ProfileNode>* const nodes_;
@@ -252,7 +254,7 @@ std::vector<Node> PlainNodes(const std::vector<ProfileNode>& nodes) {
 
 Status ParseProfile(std::string_view text, std::vector<Node>* nodes) {
   std::vector<ProfileNode> read;
-  Status status = ProfileReader("", 0, &read).Read(text);
+  Status status = ProfileReader(ReadText, "", 0, &read).Read(text);
   if (status.ok()) {
     *nodes = PlainNodes(read);
   }
@@ -260,12 +262,17 @@ Status ParseProfile(std::string_view text, std::vector<Node>* nodes) {
 }
 
 Status ReadProfile(const std::string& file, std::vector<ProfileNode>* nodes) {
-  const std::optional<std::string> text = ReadText(file);
+  return ReadProfileOf(ReadText, file, nodes);
+}
+
+Status ReadProfileOf(const ProfileFiles& files, const std::string& file,
+                     std::vector<ProfileNode>* nodes) {
+  const std::optional<std::string> text = files(file);
   if (!text) {
     return {ExitCode::kProfile, "cannot read the profile " + file};
   }
   std::vector<ProfileNode> read;
-  Status status = ProfileReader(file, 0, &read).Read(*text);
+  Status status = ProfileReader(files, file, 0, &read).Read(*text);
   if (status.ok()) {
     *nodes = std::move(read);
   }

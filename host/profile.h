@@ -12,6 +12,8 @@
 #ifndef HOST_PROFILE_H
 #define HOST_PROFILE_H
 
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,6 +36,13 @@ Status ParseProfile(std::string_view text, std::vector<Node>* nodes);
 // Reads a file with all that it includes. A node may stand in a file and in one that it includes;
 // the outer one counts.
 Status ReadProfile(const std::string& file, std::vector<ProfileNode>* nodes);
+
+// The text of a file; nothing when it cannot be read.
+using ProfileFiles = std::function<std::optional<std::string>(const std::string& file)>;
+
+// The same with files that stand elsewhere than on a disk.
+Status ReadProfileOf(const ProfileFiles& files, const std::string& file,
+                     std::vector<ProfileNode>* nodes);
 
 // Reads "path = text". Returns what is wrong with it, or an empty text.
 std::string ParseNode(std::string_view line, Node* node);

@@ -218,14 +218,8 @@ class Lint(Case):
         self.assertNotEqual(summary(own), summary(other))
 
 
-class WithHost(Case):
-    @classmethod
-    def setUpClass(cls):
-        cls.host = Host("--open")
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.host.close()
+class WithHost(HostCase):
+    ARGUMENTS = ("--open",)
 
     def test_a_router_judges_by_dry_runs(self):
         for seed in (3, 7, 35):

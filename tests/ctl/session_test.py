@@ -5,18 +5,7 @@ import re
 from support import *
 
 
-class Session(Case):
-    @classmethod
-    def setUpClass(cls):
-        cls.host = Host()
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.host.close()
-
-    def run_here(self, *arguments, **options):
-        return kioctl(self.host.url, *arguments, **options)
-
+class Session(HostCase):
     def log_out(self):
         self.check(self.run_here("logout", password=None), out="^logged out\n$")
 
@@ -113,6 +102,11 @@ class Session(Case):
         first, second = [json.loads(line) for line in lines.out.splitlines()]
         self.assertEqual((first["router"], first["error"]["kind"]), (nobody, "unreachable"))
         self.assertEqual((second["router"], second["value"]), (self.host.url, "DR-2400"))
+
+    def test_the_router_is_named_anywhere_on_the_line(self):
+        for words in (("get", "--router", self.host.url, "rss_DeviceModel"),
+                      ("get", "rss_DeviceModel", "--router", self.host.url)):
+            self.check(kioctl(None, *words), out="^DR-2400\n$")
 
     def test_usage(self):
         for words in ([], ["frobnicate"], ["send"], ["device", "more"], ["--color", "red", "device"],

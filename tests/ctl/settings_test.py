@@ -3,18 +3,7 @@
 from support import *
 
 
-class Settings(Case):
-    @classmethod
-    def setUpClass(cls):
-        cls.host = Host()
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.host.close()
-
-    def run_here(self, *arguments, **options):
-        return kioctl(self.host.url, *arguments, **options)
-
+class Settings(HostCase):
     def get(self, name):
         return self.check(self.run_here("get", name)).out.rstrip("\n")
 
@@ -68,7 +57,7 @@ class Settings(Case):
         self.check(self.send(change(DeviceName="Den"), "--wait", "--early"))
         before = self.last_apply()
         self.check(self.send(change(DeviceName="Never"), "--dry-run"),
-                   out="^/sys/friendlyname\tDen\tNever\n$",
+                   out="^Device/DeviceName\tDen\tNever\n$",
                    err="actions: DeviceResync .5 s., .*\nwait: 5 s\nlink: stays")
         self.assertEqual(self.last_apply(), before)
         self.check(self.run_here("send", "--dry-run", str(BAD_CHANNEL)), 1, err="Wireless2.4/Channel")
@@ -156,7 +145,7 @@ class Settings(Case):
 
     def test_batches(self):
         batch = self.host.file("batch", "rss_DeviceName=Shed\nrss_Wl2_WirelessName=Sofa\n")
-        self.check(self.run_here("batch", batch, "--dry-run"), out="(?m)^/sys/friendlyname\t.*\tShed$")
+        self.check(self.run_here("batch", batch, "--dry-run"), out="(?m)^Device/DeviceName\t.*\tShed$")
         self.check(self.run_here("batch", batch), out="^set\n$", err="next: kioctl apply")
         self.assertEqual(self.get("rss_DeviceName"), "Shed")
         self.check(self.run_here("batch", "-", text="rss_DeviceName=Loft&rss_Upl_IP=nonsense"), 1,
@@ -177,8 +166,8 @@ class Settings(Case):
         self.assertFalse(json.loads(text)["secrets"])
         self.assertNotIn(PASSWORD, text)
         self.check(self.send(change(DeviceName="Later"), "--wait", "--early"))
-        self.check(self.run_here("restore", file, "--dry-run"), out="/sys/friendlyname\tLater\tSaved\n")
-        self.check(self.run_here("restore", file), 2, out="/sys/friendlyname\tLater\tSaved\n",
+        self.check(self.run_here("restore", file, "--dry-run"), out="Device/DeviceName\tLater\tSaved\n")
+        self.check(self.run_here("restore", file), 2, out="Device/DeviceName\tLater\tSaved\n",
                    err="nobody has agreed")
         self.assertEqual(self.get("rss_DeviceName"), "Later")
         self.check(self.run_here("restore", file, "--yes", "--wait", "--early"), out="in force")
@@ -195,7 +184,7 @@ class Settings(Case):
         for answer, name, code in (("n\n", "Later", 2), ("y\n", "Saved", 0)):
             terminal = OnTerminal(self.host.url, "restore", file, password=PASSWORD)
             self.assertTrue(terminal.see("[y/N]"))
-            self.assertRegex(terminal.seen, "/sys/friendlyname +Later +Saved")
+            self.assertRegex(terminal.seen, "Device/DeviceName +Later +Saved")
             terminal.type(answer)
             self.assertEqual(terminal.end(), code, terminal.seen)
             self.assertEqual(self.get("rss_DeviceName"), name)
@@ -219,15 +208,7 @@ class Settings(Case):
         self.check(self.run_here("backup", "/absent/file"), 7, err="cannot write")
 
 
-class Firmware(Case):
-    @classmethod
-    def setUpClass(cls):
-        cls.host = Host()
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.host.close()
-
+class Firmware(HostCase):
     def test_a_search_without_a_server(self):
         host = self.host
         self.check(kioctl(host.url, "firmware", "status"), 1)

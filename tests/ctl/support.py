@@ -143,10 +143,13 @@ class Result:
         return json.loads(self.out)
 
 
+def command(url, arguments):
+    return [KIOCTL, *([] if url is None else ["--router", url]), *arguments]
+
+
 def kioctl(url, *arguments, password=PASSWORD, text=None, env=None):
     """Runs kioctl to its end, without a terminal."""
-    routers = [] if url is None else ["--router", url]
-    done = subprocess.run([KIOCTL, *routers, *arguments], input=text or "", text=True,
+    done = subprocess.run(command(url, arguments), input=text or "", text=True,
                           capture_output=True, timeout=120, start_new_session=True,
                           env=environment(password, env or {}), check=False)
     return Result(done.returncode, done.stdout, done.stderr)
@@ -159,7 +162,7 @@ class OnTerminal:
         self.seen = ""
         self.pid, self.terminal = pty.fork()
         if self.pid == 0:
-            os.execve(KIOCTL, [KIOCTL, "--router", url, *arguments], environment(password, env or {}))
+            os.execve(KIOCTL, command(url, arguments), environment(password, env or {}))
 
     def read(self):
         """Takes what has come; False at the end."""
@@ -200,6 +203,23 @@ class Case(unittest.TestCase):
             # Every failure says what to do next.
             self.assertRegex(result.err, r"(?m)^kioctl: .+\n  next: .+", told)
         return result
+
+
+class HostCase(Case):
+    """Tests that share a host, with these arguments."""
+
+    ARGUMENTS = ()
+
+    @classmethod
+    def setUpClass(cls):
+        cls.host = Host(*cls.ARGUMENTS)
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.host.close()
+
+    def run_here(self, *arguments, **options):
+        return kioctl(self.host.url, *arguments, **options)
 
 
 def change(document=CHANGE, **elements):
