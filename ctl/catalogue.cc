@@ -16,7 +16,7 @@ using nlohmann::json;
 
 constexpr std::string_view kNumber = "{n}";
 
-Setting::Kind KindOf(const std::string& type, bool has_words) {
+Setting::Kind KindOfType(const std::string& type, bool has_words) {
   return has_words           ? Setting::Kind::kWord
          : type == "integer" ? Setting::Kind::kNumber
                              : Setting::Kind::kText;
@@ -28,7 +28,7 @@ Setting SettingOf(const Element& element) {
   setting.name = element.path;
   setting.variable = element.variable;
   setting.meaning = element.meaning;
-  setting.kind = KindOf(element.type, !element.words.empty());
+  setting.kind = KindOfType(element.type, !element.words.empty());
   setting.is_secret = element.IsSecret();
   setting.is_for_show = element.name == "WirelessBSSID";
   // A survey is asked for, and Configurable tells whether the rest is read.
@@ -43,7 +43,7 @@ Setting PropertyOf(const json& variable) {
   setting.key = LowerCase(variable.at("storeNode"));
   setting.name = variable.at("documentPath").get<std::string>().substr(1);
   setting.variable = variable.at("name");
-  setting.kind = KindOf(variable.at("kind"), false);
+  setting.kind = KindOfType(variable.at("kind"), false);
   setting.is_secret = kiohost::IsSecret(setting.key) || setting.key.ends_with("/accesskey");
   setting.is_settable = false;
   return setting;
