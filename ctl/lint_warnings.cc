@@ -64,6 +64,7 @@ class Warner {
   void WarnOfValue(const Element& element, const Span& span);
   void WarnOfCut(const Element& element, const Span& span);
   bool IsRead(const Element& element) const;
+  std::optional<Edit> Moved(const Tag& tag) const;
 
   const std::string& document_;
   const std::vector<Element>& elements_;
@@ -71,6 +72,61 @@ class Warner {
   std::vector<Finding> findings_;
   std::set<std::string> seen_;
 };
+
+// The lines of an element, or the element alone when it shares its line.
+Span WholeLines(const std::string& text, Span element) {
+  const size_t before = text.find_last_not_of(" \t", element.begin - 1);
+  const size_t end = element.begin + element.length;
+  if (before != std::string::npos && text[before] == '\n' && text[end] == '\n') {
+    element = {before + 1, end - before};
+  }
+  return element;
+}
+
+// A text behind all that is in a block, on a line of its own where the others have one.
+Edit Appended(const std::string& text, const Span& block, const std::string& element) {
+  const size_t end = block.begin + block.length;
+  const size_t last = text.find_last_not_of(" \t", end - 1);
+  const size_t first = text.find_first_not_of(" \t\r\n", block.begin);
+  const size_t line = text.rfind('\n', first);
+  if (last < block.begin || text[last] != '\n' || line == std::string::npos || line < block.begin) {
+    return {{end, 0}, element};
+  }
+  return {{last + 1, 0}, text.substr(line + 1, first - line - 1) + element + "\n"};
+}
+
+// The change that puts an element where it belongs: into the only block that lacks it.
+std::optional<Edit> Warner::Moved(const Tag& tag) const {
+  const std::string close = "</" + tag.name + ">";
+  const size_t content = tag.span.begin + tag.span.length;
+  const size_t end = document_.find('<', content);
+  if (!tag.is_plain || tag.kind != Tag::Kind::kOpen || end == std::string::npos ||
+      document_.compare(end, close.size(), close) != 0) {
+    return std::nullopt;
+  }
+  std::vector<Span> blocks;
+  for (const Element& element : elements_) {
+    if (!SameName(element.name, tag.name) || !FindAll(document_, element.path).empty()) {
+      continue;
+    }
+    for (const Span& block : FindAll(document_, element.parent)) {
+      blocks.push_back(block);
+    }
+  }
+  if (blocks.size() != 1 || blocks[0].length == 0) {
+    return std::nullopt;
+  }
+  const Span element = {tag.span.begin, end + close.size() - tag.span.begin};
+  const Span taken = WholeLines(document_, element);
+  const Edit put = Appended(document_, blocks[0], document_.substr(element.begin, element.length));
+  const size_t behind = taken.begin + taken.length;
+  if (put.span.begin <= taken.begin) {
+    return Edit{{put.span.begin, behind - put.span.begin},
+                put.text + document_.substr(put.span.begin, taken.begin - put.span.begin)};
+  }
+  return Edit{{taken.begin, put.span.begin - taken.begin},
+              document_.substr(behind, put.span.begin - behind) + put.text};
+}
 
 void Warner::WarnOfUnknown(const Tag& tag, const std::string& parent) {
   std::vector<std::string> siblings;
@@ -85,7 +141,8 @@ void Warner::WarnOfUnknown(const Tag& tag, const std::string& parent) {
   }
   if (!place.empty()) {
     Add("misplaced-element", tag.span, tag.name + " has no meaning here", tag.path,
-        "it belongs into " + place);
+        "it belongs into " + place)
+        .fix = Moved(tag);
     return;
   }
   const std::string near = Nearest(tag.name, siblings);

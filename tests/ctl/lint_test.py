@@ -175,6 +175,22 @@ class Lint(Case):
             file.write_text(document)
             self.check(kioctl(None, "lint", "--fix", str(file)), err="4 fixed\n.*0 errors")
             self.assertEqual(file.read_text(), CHANGE)
+            # Into the only block that lacks it, be that before it or behind.
+            for path, block in (("Device/UpLinkConnection/DNS", "SafetyVyr"),
+                                ("Device/SafetyVyr/UrlDetectEnbl", "Wireless2.4")):
+                begin, end = place(CHANGE, path)
+                element = CHANGE[begin:end]
+                line = CHANGE[CHANGE.rindex("\n", 0, begin):end]
+                file.write_text(CHANGE.replace(line, "", 1).replace(f"<{block}>", f"<{block}>{element}", 1))
+                self.check(kioctl(None, "lint", "--fix", str(file)), err="1 fixed\n.*0 errors, 0 warnings")
+                self.check(kioctl(None, "diff", "--json", str(file), "-", text=CHANGE))
+                self.assertIn(f"\n   {element}\n", file.read_text())
+            # Either radio may be meant.
+            document = without(without(CHANGE, "Device/Wireless2.4/Channel"), "Device/Wireless5/Channel")
+            document = document.replace("<SafetyVyr>", "<SafetyVyr><Channel>1</Channel>")
+            file.write_text(document)
+            self.check(kioctl(None, "lint", "--fix", str(file)), 1, err="0 fixed")
+            self.assertEqual(file.read_text(), document)
             file.write_text(with_value(CHANGE, "Device/UpLinkConnection/IP", "x"))
             self.check(kioctl(None, "lint", "--fix", str(file)), 1, err="0 fixed")
 
