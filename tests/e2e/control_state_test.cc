@@ -2,11 +2,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "app_key.h"
 #include "control.h"
 #include "documents.h"
+#include "firmware_server.h"
 #include "host_process.h"
 #include "http_client.h"
 
@@ -82,6 +85,80 @@ TEST_F(ControlStateTest, ASnapshotBringsEverythingBack) {
   EXPECT_EQ(Nodes(), factory);
   EXPECT_EQ(bench_.GetControl("/snapshots")["snapshots"].size(), 1U);
   EXPECT_EQ(bench_.GetControl("/snapshots/factory")["uptime"], 1000);
+}
+
+// Who is logged in, until when, and who has guessed.
+TEST_F(ControlStateTest, ASnapshotHasTheLoginsAndTheWrongKeys) {
+  ASSERT_TRUE(bench_.StartClosed());
+  bench_.SetUptime(1000);
+  const auto log_in = [this](const std::string& key) {
+    return Post(bench_.port(), "/login", "BKey=" + key);
+  };
+  constexpr char kOwn[] = "127.0.0.1";
+  ASSERT_EQ(log_in(AppKey(50, kOwn)).status, 200);
+  bench_.Advance(100);
+  EXPECT_EQ(bench_.Ask(Put(bench_.control_port(), "/snapshots/in", ""))["clients"], 1);
+  EXPECT_EQ(Post(bench_.port(), "/logout", "").status, 200);
+  for (int i = 0; i < 5; ++i) {
+    EXPECT_EQ(log_in("00000000").status, 401);
+  }
+  const std::string key = AppKey(55, kOwn);
+  EXPECT_EQ(log_in(key).Header("Retry-After"), "60");
+  bench_.Advance(20);
+  EXPECT_EQ(bench_.Ask(Put(bench_.control_port(), "/snapshots/blocked", ""))["clients"], 0);
+
+  EXPECT_EQ(Control("POST", "/snapshots/in/restore"), 200);
+  EXPECT_EQ(Get(bench_.port(), "/vars/rss_DeviceName").status, 200);
+  EXPECT_EQ(log_in("00000000").status, 401);
+  EXPECT_EQ(log_in(key).status, 200);
+  // The restored login has 200 seconds left, unless a request prolongs it.
+  EXPECT_EQ(Control("POST", "/snapshots/in/restore"), 200);
+  bench_.Advance(199);
+  EXPECT_EQ(bench_.Ask(Put(bench_.control_port(), "/snapshots/still", ""))["clients"], 1);
+  bench_.Advance(61);  // with the look that comes once in 60 seconds
+  EXPECT_EQ(Get(bench_.port(), "/vars/rss_DeviceName").status, 401);
+
+  EXPECT_EQ(Control("POST", "/snapshots/blocked/restore"), 200);
+  EXPECT_EQ(Get(bench_.port(), "/vars/rss_DeviceName").status, 401);
+  EXPECT_EQ(log_in(key).Header("Retry-After"), "40");
+  bench_.Advance(40);
+  EXPECT_EQ(log_in(AppKey(58, kOwn)).status, 200);
+}
+
+// Nothing but its beginning brings the library to a step.
+TEST_F(ControlStateTest, ASnapshotHasTheStepOfAnUpgrade) {
+  FirmwareServer server;
+  server.Put("/DR2400/DR2400.xml", ListWith("/fw/image.bin", "/fw/notes.xml"));
+  server.Put("/fw/notes.xml", "<notes/>\n");
+  ASSERT_TRUE(server.Start(0));
+  setenv("http_proxy", server.Proxy().c_str(), 1);
+  const bool started = bench_.Start();
+  unsetenv("http_proxy");
+  ASSERT_TRUE(started);
+  const std::string partition = bench_.host().dir().File("firmware.partition");
+  WriteFile(partition, "old");
+  EXPECT_EQ(Control("PUT", "/snapshots/idle"), 200);
+  EXPECT_THAT(Post(bench_.port(), "/firmware/1", "").body, HasSubstr("<result>2</result>"));
+  const std::string found = Nodes();
+  EXPECT_EQ(Control("PUT", "/snapshots/found"), 200);
+  // At the same step the rest is brought back.
+  WriteFile(partition, "new");
+  EXPECT_EQ(Control("PUT", "/store/sys/friendlyname", R"({"text":"Den"})"), 200);
+  EXPECT_EQ(Control("POST", "/snapshots/found/restore"), 200);
+  EXPECT_EQ(Nodes(), found);
+  EXPECT_EQ(ReadFile(partition), "old");
+  EXPECT_THAT(Get(bench_.port(), "/firmware").body, HasSubstr("<result>2</result>"));
+
+  EXPECT_EQ(Control("POST", "/snapshots/idle/restore"), 200);
+  EXPECT_EQ(Get(bench_.port(), "/firmware").status, 404);
+  const std::string before = Nodes();
+  const HttpResponse refused =
+      Request(bench_.control_port(), BodyRequest("POST", "/snapshots/found/restore", ""));
+  EXPECT_EQ(refused.status, 409);
+  EXPECT_THAT(refused.body, HasSubstr("of a firmware upgrade"));
+  EXPECT_EQ(Nodes(), before);
+  EXPECT_THAT(Post(bench_.port(), "/firmware/1", "").body, HasSubstr("<result>2</result>"));
+  EXPECT_EQ(Control("POST", "/snapshots/found/restore"), 200);
 }
 
 TEST_F(ControlStateTest, ATimeThatRunsHasAsMuchLeftAsInTheSnapshot) {

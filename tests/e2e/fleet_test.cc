@@ -11,6 +11,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "host_process.h"
@@ -82,8 +83,8 @@ class FleetProcess {
   pid_t pid_ = -1;
 };
 
-int PortOf(const json& router) {
-  const std::string url = router["url"];
+int PortOf(const json& router, const char* member = "url") {
+  const std::string url = router[member];
   return std::stoi(url.substr(url.rfind(':') + 1));
 }
 
@@ -165,6 +166,28 @@ std::string FreePort() {
   HostProcess host;
   EXPECT_TRUE(host.Start({"--listen", "127.77.0.1"}));
   return std::to_string(host.port());
+}
+
+// Also that of a router that is told the time by it: the others go on by their own.
+TEST(FleetTest, EachRouterHasAControlPortOfItsOwn) {
+  FleetProcess fleet({"--control", "0", "2", "--", "--open", "--clock=manual"});
+  const json table = fleet.Table();
+  ASSERT_EQ(table.size(), 2) << fleet.Errors();
+  EXPECT_EQ(AllOf(table, "control").size(), 2);
+  const int first = PortOf(table[0], "control");
+  const int second = PortOf(table[1], "control");
+  NoteControlPort(first);
+  NoteControlPort(second);
+  EXPECT_EQ(Post(first, "/clock", R"({"uptime":7000})").status, 200);
+  EXPECT_EQ(Post(second, "/clock", R"({"uptime":9000})").status, 200);
+  EXPECT_EQ(Put(second, "/store/sys/friendlyname", R"({"text":"Other"})").status, 200);
+  for (const auto& [router, uptime, name] :
+       {std::tuple(table[0], 7000, "Router 1"), std::tuple(table[1], 9000, "Other")}) {
+    const json device = json::parse(Get(PortOf(router), "/device").body, nullptr, false);
+    EXPECT_EQ(device["uptime"], uptime);
+    EXPECT_EQ(device["name"], name);
+  }
+  EXPECT_EQ(fleet.End(SIGTERM), 0);
 }
 
 TEST(FleetTest, StoresInADirectoryAreKeptAndAddressesMayBeEachOnesOwn) {
