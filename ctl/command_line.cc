@@ -1,8 +1,10 @@
 #include "command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <sstream>
 
 #include "commands.h"
@@ -229,6 +231,47 @@ void AddDocumentCommands(CLI::App* app, Options* options) {
   schema->add_flag("--firmware-list", options->firmware_list, "That of the firmware list instead");
 }
 
+void AddConformCommand(CLI::App* app, Options* options) {
+  ConformOptions* const conform = &options->conform;
+  CLI::App* const command =
+      Add(app, options, "conform", "conform", "Try out on a router what the interface promises");
+  command->add_option(
+      "CASE", conform->cases,
+      "The router's address, with ://, and cases or groups to try; * and ? as in a shell");
+  command->add_flag("--list", conform->list, "List the cases, and try nothing");
+  command->add_flag("--yes", options->yes, "Do not ask before it begins");
+  command
+      ->add_option("--seed", conform->seed, "Try them in a random order, which this number decides")
+      ->type_name("N");
+  command->add_option("--form", conform->form, "text or tap; tap in a pipe unless given")
+      ->type_name("FORM")
+      ->check(CLI::IsMember({"text", "tap"}));
+  command->add_option("--junit", conform->junit, "Write the results for JUnit's readers")
+      ->type_name("FILE");
+  command->add_option("--report", conform->report, "Write a page with the results")
+      ->type_name("FILE");
+  command
+      ->add_option("--deviations", conform->deviations,
+                   "A file with a line NAME: REASON for each deviation that is agreed on")
+      ->type_name("FILE");
+  command
+      ->add_option("--control", conform->control,
+                   "The control port of a virtual router, to let time pass")
+      ->type_name("URL");
+  command->add_flag("--slow", conform->slow, "Wait in real time where a case needs it");
+  command->add_flag("--disruptive", conform->disruptive, "Try also what may cut this machine off");
+}
+
+// A router may stand among the operands of conform.
+void TakeRouterOfOperands(Options* options) {
+  auto& operands = options->conform.cases;
+  const auto is_router = [](const std::string& text) {
+    return text.find("://") != std::string::npos;
+  };
+  std::copy_if(operands.begin(), operands.end(), std::back_inserter(options->routers), is_router);
+  std::erase_if(operands, is_router);
+}
+
 void TakeRoutersOfEnvironment(Options* options) {
   const char* const routers = getenv("KIO_ROUTER");
   if (!options->routers.empty() || routers == nullptr) {
@@ -257,6 +300,7 @@ std::optional<ExitCode> ReadCommandLine(int argc, char** argv, Options* options)
   AddReplayCommand(&app, options);
   AddComparisonCommands(&app, options);
   AddDocumentCommands(&app, options);
+  AddConformCommand(&app, options);
   if (argc > 1 && std::string(argv[1]) == "complete") {
     Complete(app, {argv + 2, argv + argc});
     return ExitCode::kDone;
@@ -272,8 +316,9 @@ std::optional<ExitCode> ReadCommandLine(int argc, char** argv, Options* options)
                  error.what());
     return ExitCode::kUsage;
   }
+  TakeRouterOfOperands(options);
   // A router of the environment is not asked about a document unless it is named.
-  if (NeedsNoRouter(options->command)) {
+  if (NeedsNoRouter(options->command) || options->conform.list) {
     return std::nullopt;
   }
   TakeRoutersOfEnvironment(options);

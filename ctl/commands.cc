@@ -31,6 +31,7 @@ Command FindCommand(const std::string& name) {
       {"replay", RunReplay},
       {"diff", RunDiff},
       {"capture", RunCapture},
+      {"conform", RunConform},
       {"lint", RunLint},
       {"schema", RunSchema},
   };

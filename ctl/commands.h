@@ -71,6 +71,9 @@ void RunDiff(Context* context);
 // capture_command.cc
 void RunCapture(Context* context);
 
+// conform/conform_command.cc; the router is null for a list
+void RunConform(Context* context);
+
 // backup_commands.cc
 void RunBackup(Context* context);
 void RunRestore(Context* context);

@@ -87,7 +87,11 @@ Headers HeadersOf(const Request& request) {
   }
   // Without the wait for a "100 Continue", which a small router may not send.
   list = curl_slist_append(list, "Expect:");
-  if (!request.body.empty()) {
+  const auto is_type = [](const std::string& header) {
+    return header.starts_with("Content-Type:");
+  };
+  if (!request.body.empty() &&
+      std::none_of(request.headers.begin(), request.headers.end(), is_type)) {
     list = curl_slist_append(list, "Content-Type: application/octet-stream");
   }
   for (const std::string& header : request.headers) {
@@ -159,7 +163,7 @@ Reply Http::Send(const Request& request) {
   curl_easy_setopt(curl, CURLOPT_FRESH_CONNECT, request.changes ? 1L : 0L);
   curl_easy_setopt(curl, CURLOPT_HTTPHEADER, headers.get());
   curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT, std::min(seconds, kConnectSeconds));
-  curl_easy_setopt(curl, CURLOPT_TIMEOUT, request.take ? 0L : seconds);
+  curl_easy_setopt(curl, CURLOPT_TIMEOUT, request.take && !request.ends_in_time ? 0L : seconds);
   curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, TakeBody);
   Receiver receiver{curl, &request, &reply};
   curl_easy_setopt(curl, CURLOPT_WRITEDATA, &receiver);
@@ -169,7 +173,8 @@ Reply Http::Send(const Request& request) {
   curl_easy_setopt(curl, CURLOPT_XFERINFOFUNCTION, LookForInterrupt);
   curl_easy_setopt(curl, CURLOPT_XFERINFODATA, &request);
   const CURLcode error = curl_easy_perform(curl);
-  if (error != CURLE_OK && !receiver.has_enough) {
+  const bool has_ended = error == CURLE_OPERATION_TIMEDOUT && request.ends_in_time;
+  if (error != CURLE_OK && !receiver.has_enough && !has_ended) {
     throw WhyNot(error, request);
   }
   long status = 0;

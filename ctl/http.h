@@ -25,6 +25,7 @@ struct Request {
   // Takes the body of a good answer as it comes, and tells whether to go on. Such a request may
   // last.
   std::function<bool(std::string_view)> take = {};
+  bool ends_in_time = false;  // such a request has no more time than others; its end is no failure
 };
 
 struct Reply {

@@ -29,6 +29,12 @@ void StopIfInterrupted() {
   }
 }
 
+void StopIfInterruptedUnless(bool insists) {
+  if (Interrupts() > (insists ? 1 : 0)) {
+    throw Interrupted();
+  }
+}
+
 void Pause(std::chrono::milliseconds time) {
   // In steps, as a signal may come just before a sleep begins.
   constexpr std::chrono::milliseconds kStep(50);
@@ -42,5 +48,7 @@ void Pause(std::chrono::milliseconds time) {
     std::this_thread::sleep_for(std::min<std::chrono::nanoseconds>(left, kStep));
   }
 }
+
+void PauseAnyway(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }
 
 }  // namespace kioctl

@@ -16,8 +16,14 @@ int Interrupts();
 // Throws Interrupted() when it was pressed.
 void StopIfInterrupted();
 
+// The same, but after a second one when it `insists` on its end.
+void StopIfInterruptedUnless(bool insists);
+
 // Sleeps, and throws Interrupted() when it is pressed.
 void Pause(std::chrono::milliseconds time);
+
+// Sleeps whatever is pressed.
+void PauseAnyway(std::chrono::milliseconds time);
 
 }  // namespace kioctl
 

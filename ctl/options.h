@@ -8,6 +8,20 @@
 
 namespace kioctl {
 
+// Those of conform.
+struct ConformOptions {
+  std::vector<std::string> cases;  // names and patterns of cases and groups
+  std::optional<unsigned long> seed;
+  std::string form = "auto";  // auto, text or tap
+  std::string junit;
+  std::string report;
+  std::string deviations;
+  std::string control;
+  bool disruptive = false;
+  bool slow = false;
+  bool list = false;
+};
+
 struct Options {
   // For all commands.
   std::vector<std::string> routers;
@@ -44,6 +58,8 @@ struct Options {
   std::string secrets_file;
   bool real_time = false;
   int patience = 5;
+
+  ConformOptions conform;
 
   int count = 0;
   std::string since;

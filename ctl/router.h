@@ -37,9 +37,10 @@ class Router {
   // Logs in with the password, which is asked for once.
   void LogIn();
 
- private:
+  // The password, which is asked for once. Throws a Failure without any.
   const std::string& GivenPassword();
 
+ private:
   Http http_;
   const Options* options_;
   std::optional<std::string> password_;
