@@ -30,6 +30,9 @@ class BodyStream {
   // Whether all was taken, and nothing will follow.
   virtual bool IsOver() const = 0;
 
+  // Whether it breaks off: the connection is to be closed when what was taken was sent.
+  virtual bool IsBroken() const { return false; }
+
   // Has the stream end with what there is now.
   virtual void End() = 0;
 };

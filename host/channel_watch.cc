@@ -3,6 +3,7 @@
 #include <kioapp/settings.h>
 #include <kioapp/xml.h>
 
+#include "fault_points.h"
 #include "journal.h"
 #include "nodes.h"
 
@@ -12,6 +13,8 @@ namespace {
 
 // Where the clock stands still, the host looks about it in real time.
 constexpr long kMost = 1000;
+
+constexpr char kChannelInUse[] = "channelusing";
 
 }  // namespace
 
@@ -23,9 +26,21 @@ void ChannelWatch::CheckWhenDue() {
     return;
   }
   next_ = now + std::chrono::seconds(1);
+  MoveRadiosByRule();
   const UnnotedStore look;
   if (checkWlanChannelUsing() != 0) {
     NoteMoves();
+  }
+}
+
+// Does what the driver of a radio does that moves to another channel.
+void ChannelWatch::MoveRadiosByRule() {
+  FaultPoints* const faults = LibraryFaults();
+  if (faults == nullptr) {
+    return;
+  }
+  for (const FaultPoints::RadioMove& move : faults->TakeRadioMoves()) {
+    store_->Set(RadioNodes(move.radio) + kChannelInUse, move.channel);
   }
 }
 
@@ -37,7 +52,7 @@ void ChannelWatch::NoteMoves() {
     const std::string set = store_->Get(node + "channel").value_or("");
     // A radio whose channel is set counts as being on it, as it does in the library.
     const bool chooses = set == "0";
-    const std::string channel = chooses ? store_->Get(node + "channelusing").value_or("") : set;
+    const std::string channel = chooses ? store_->Get(node + kChannelInUse).value_or("") : set;
     if (chooses && channel != channels_[radio]) {
       std::string text = "the " + band;
       text += " GHz radio moved to channel ";

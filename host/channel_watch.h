@@ -27,6 +27,7 @@ class ChannelWatch {
   void Restore(const Channels& channels) { channels_ = channels; }
 
  private:
+  void MoveRadiosByRule();
   void NoteMoves();
 
   Store* store_;

@@ -22,6 +22,7 @@
 #include <utility>
 
 #include "echo_command.h"
+#include "fault_points.h"
 #include "journal.h"
 #include "signals.h"
 
@@ -134,8 +135,11 @@ class Children {
     const Clock::time_point begin = Clock::now();
     CommandResult result;
     result.command = command;
-    if (!RunWithoutShell(command, &result.status)) {
-      RunWatched(command, &result);
+    FaultPoints* const faults = LibraryFaults();
+    if (faults == nullptr) {
+      RunAsEver(command, &result);
+    } else {
+      RunUnderFaults(faults, &result);
     }
     if (TheJournal().is_on()) {
       Note(result, Clock::now() - begin);
@@ -201,6 +205,19 @@ class Children {
     TheJournal().Add("command", std::move(about));
   }
 
+  // A command that a rule holds up has begun.
+  void RunUnderFaults(FaultPoints* faults, CommandResult* result) {
+    TellBegin(*result);
+    const FaultPoints::Command fault = faults->OnCommand(result->command);
+    const std::string& command = fault.instead.empty() ? result->command : fault.instead;
+    if (fault.status) {
+      result->status = *fault.status;
+    } else if (!RunWithoutShell(command.c_str(), &result->status)) {
+      RunByShell(command.c_str(), result);
+    }
+    TellEnd(*result);
+  }
+
   // Writes a line of a document. Returns false when a shell has to run the command.
   bool RunWithoutShell(const char* command, int* status) const {
     const std::optional<EchoCommand> echo = always_shell_ ? std::nullopt : ReadEchoCommand(command);
@@ -209,13 +226,22 @@ class Children {
     return done.has_value();
   }
 
-  void RunWatched(const char* command, CommandResult* result) {
+  void TellBegin(const CommandResult& result) const {
     if (watch_.begins) {
-      watch_.begins(result->command);
+      watch_.begins(result.command);
     }
-    RunByShell(command, result);
+  }
+  void TellEnd(const CommandResult& result) const {
     if (watch_.ended) {
-      watch_.ended(*result);
+      watch_.ended(result);
+    }
+  }
+
+  void RunAsEver(const char* command, CommandResult* result) {
+    if (!RunWithoutShell(command, &result->status)) {
+      TellBegin(*result);
+      RunByShell(command, result);
+      TellEnd(*result);
     }
   }
 

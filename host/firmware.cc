@@ -130,6 +130,16 @@ std::string Firmware::WhySearchFailed(const std::vector<CommandResult>& results)
   return "firmware search failed: " + reason;
 }
 
+std::string Firmware::DownloadBeginning() const {
+  // The library's own template, when the store has none.
+  constexpr char kDefaultTemplate[] = "wget -O ";
+  return PlainBeginning(store_->Get(kTemplateNode).value_or(kDefaultTemplate));
+}
+
+std::string Firmware::ImageFile() const {
+  return temp_dir_ + "/" + store_->Get(kImageNameNode).value_or("upld.bin");
+}
+
 Firmware::State Firmware::Save() const {
   return {last_status_, last_result_, fwXmlData, ReadFile(partition_)};
 }
@@ -183,7 +193,7 @@ void Firmware::TellWriting(bool ok, const std::string& text) {
 
 void Firmware::WriteImage() {
   ActionReport(KIOAPP_SYNC_FW_UPGRADE, events_).Finish();
-  const std::string image = temp_dir_ + "/" + store_->Get(kImageNameNode).value_or("upld.bin");
+  const std::string image = ImageFile();
   const std::string written = partition_ + ".new";
   if (Refuse(image)) {
     return;

@@ -41,6 +41,10 @@ class Firmware {
   // The step of the last document that could be written.
   int step() const { return last_result_; }
 
+  // What each download command begins with, and the file into which the image is fetched.
+  std::string DownloadBeginning() const;
+  std::string ImageFile() const;
+
   struct State {
     std::optional<std::string> last_status;
     int step = KIOAPP_FW_IDLE;

@@ -103,6 +103,7 @@ void Host::AddControl(Store* control_reader) {
                   &server_,
                   &desk_,
                   control_reader,
+                  settings_.temp_dir,
                   settings_.temp_dir + "/" + kLogName,
                   boot_id_.substr(0, kBootDigits),
                   {[this](HostClock::Time now) { return NextDue(now); }, [this] { Settle(); }},

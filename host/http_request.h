@@ -10,6 +10,7 @@
 #include <string_view>
 #include <utility>
 
+#include "fault_points.h"
 #include "reply.h"
 #include "request_view.h"
 #include "router.h"
@@ -58,6 +59,14 @@ class HttpRequest {
   // The length that the head declares, 0 without one. A text that is no number counts as too long.
   size_t DeclaredLength() const;
 
+  // What fault rules do with the answer. It is taken once.
+  bool has_met_faults() const { return has_met_faults_; }
+  void set_wire_fault(FaultPoints::Wire fault) {
+    wire_fault_ = fault;
+    has_met_faults_ = true;
+  }
+  FaultPoints::Wire TakeWireFault() { return std::exchange(wire_fault_, {}); }
+
   // A reply in the form that the client prefers.
   Reply InAcceptedForm(Reply reply) const;
 
@@ -103,6 +112,8 @@ class HttpRequest {
   std::string body_;
   size_t received_ = 0;
   bool ended_ = false;
+  bool has_met_faults_ = false;
+  FaultPoints::Wire wire_fault_;
   bool in_library_ = false;
   Join join_ = Join::kNotAsked;
   std::optional<Reply> reply_;

@@ -23,6 +23,9 @@ ssize_t ReadStream(void* body, uint64_t /*position*/, char* bytes, size_t size) 
   if (streamed->stream->IsOver()) {
     return MHD_CONTENT_READER_END_OF_STREAM;
   }
+  if (streamed->stream->IsBroken()) {
+    return MHD_CONTENT_READER_END_WITH_ERROR;
+  }
   MHD_suspend_connection(streamed->connection);
   return 0;
 }

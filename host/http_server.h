@@ -15,6 +15,7 @@
 #include "acceptor.h"
 #include "client_timeout.h"
 #include "connection.h"
+#include "faulty_wire.h"
 #include "http_request.h"
 #include "library_desk.h"
 #include "library_line.h"
@@ -60,6 +61,9 @@ class HttpServer {
   // Called with each answer that is about to be sent.
   using OnAnswer = std::function<void(const HttpRequest&, const Reply&)>;
   void AddOnAnswer(OnAnswer on_answer) { on_answer_.push_back(std::move(on_answer)); }
+
+  // From now on fault rules meet its connections and requests.
+  void MeetFaults() { faulty_wire_ = std::make_unique<FaultyWire>(); }
 
   // Has the bodies end that go on for as long as there is something to tell.
   void EndStreams();
@@ -107,6 +111,7 @@ class HttpServer {
   size_t CountOf(const std::string& address) const;
   bool CloseUselessConnection(const std::string* address);
   void Close(Connection* connection);
+  void RunFaultyWire(Clock::time_point now);
   void Part(Connection* connection);
   void GiveMemoryBackAfterRush();
 
@@ -122,6 +127,7 @@ class HttpServer {
   std::vector<std::unique_ptr<Connection>> connections_;  // in the order of their coming
   size_t most_at_once_ = 0;                               // connections since there were none
   LingeringSockets lingering_;
+  std::unique_ptr<FaultyWire> faulty_wire_;  // null without a control port
   TurnQueue<HttpRequest*> turn_queue_;
   bool stopping_ = false;
   // Whether a connection was resumed: neither the descriptors nor the time to wait show it.

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "fault_points.h"
 #include "journal.h"
 #include "node_path.h"
 
@@ -226,6 +227,9 @@ bool Store::IsEmpty() { return List().empty(); }
 Status Store::Begin() {
   failed_ = false;
   changes_at_begin_ = sqlite3_total_changes(database_.get());
+  if (FaultPoints* const faults = LibraryFaults(); faults != nullptr && faults->IsStoreLocked()) {
+    return {ExitCode::kStore, "cannot write the store " + file_ + ": database is locked"};
+  }
   if (!Execute("BEGIN IMMEDIATE")) {
     return Failure("write");
   }
@@ -303,17 +307,9 @@ void Store::KeepOldText(std::string_view path, const std::optional<std::string>&
   RunWrite(&keep_old_);
 }
 
-void Store::PutBackOldTexts() {
-  if (!Execute(kPutBackOld)) {
-    Fail();
-  }
-}
+void Store::PutBackOldTexts() { ExecuteWrite(kPutBackOld); }
 
-void Store::ForgetOldTexts() {
-  if (!Execute("DELETE FROM old_node")) {
-    Fail();
-  }
-}
+void Store::ForgetOldTexts() { ExecuteWrite("DELETE FROM old_node"); }
 
 bool Store::WriteWithoutWait(const std::function<void()>& write) {
   bool written = Execute("PRAGMA synchronous=NORMAL");
@@ -357,7 +353,17 @@ bool Store::Execute(const char* sql) {
 
 bool Store::RunWrite(Statement* statement) {
   const StatementRun run(statement);
-  return statement->Step() == SQLITE_DONE || Fail();
+  return (!TakesNoWrite() && statement->Step() == SQLITE_DONE) || Fail();
+}
+
+bool Store::ExecuteWrite(const char* sql) { return (!TakesNoWrite() && Execute(sql)) || Fail(); }
+
+bool Store::TakesNoWrite() const {
+  FaultPoints* const faults = LibraryFaults();
+  // A lock keeps out what is no transaction, too.
+  return faults != nullptr &&
+         (faults->IsStoreFull() ||
+          (sqlite3_get_autocommit(database_.get()) != 0 && faults->IsStoreLocked()));
 }
 
 bool Store::Fail() {

@@ -43,6 +43,9 @@ class Store {
   // file cannot be written.
   bool Set(std::string_view path, std::string_view text);
 
+  // Has the transaction fail, as an access would that failed.
+  void Break() { failed_ = true; }
+
   // Deletes a node and everything below it; an absent node is no error.
   bool Delete(std::string_view path);
 
@@ -114,6 +117,8 @@ class Store {
   Status Prepare();
   std::optional<std::string> GetCount(std::string_view path);
   bool RunWrite(Statement* statement);
+  bool ExecuteWrite(const char* sql);
+  bool TakesNoWrite() const;
   bool Fail();
   void EndNote(bool undone);
   int MoveLog();

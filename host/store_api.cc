@@ -10,6 +10,7 @@
 #include <cstring>
 #include <string>
 
+#include "fault_points.h"
 #include "journal.h"
 #include "node_path.h"
 
@@ -27,8 +28,23 @@ std::string FormatPath(const char* format, va_list arguments) {
   return length >= 0 && static_cast<size_t>(length) < path.size() ? path.data() : std::string();
 }
 
+// What a read finds when there are fault rules.
+std::optional<std::string> ReadUnderFaults(kiohost::FaultPoints* faults, const std::string& path) {
+  using Outcome = kiohost::FaultPoints::Read;
+  const Outcome outcome = faults->OnRead(path, kiohost::NotesStore());
+  if (outcome == Outcome::kFails) {
+    g_store->Break();
+  }
+  return outcome == Outcome::kAsEver ? g_store->Get(path) : std::nullopt;
+}
+
 std::optional<std::string> Read(const std::string& path) {
-  std::optional<std::string> text = g_store == nullptr ? std::nullopt : g_store->Get(path);
+  if (g_store == nullptr) {
+    return std::nullopt;
+  }
+  kiohost::FaultPoints* const faults = kiohost::LibraryFaults();
+  std::optional<std::string> text =
+      faults == nullptr ? g_store->Get(path) : ReadUnderFaults(faults, path);
   if (kiohost::NotesStore()) {
     kiohost::TheJournal().AddRead(path, text);
   }
@@ -42,7 +58,12 @@ int Change(const std::string& path, const std::optional<std::string>& text) {
   }
   const bool notes = kiohost::NotesStore();
   const std::optional<std::string> before = notes ? g_store->Get(path) : std::nullopt;
-  const bool done = text ? g_store->Set(path, *text) : g_store->Delete(path);
+  kiohost::FaultPoints* const faults = kiohost::LibraryFaults();
+  const bool fails = faults != nullptr && notes && faults->OnWrite(path);
+  if (fails) {
+    g_store->Break();
+  }
+  const bool done = !fails && (text ? g_store->Set(path, *text) : g_store->Delete(path));
   if (notes) {
     kiohost::TheJournal().AddWrite(path, before, text, done);
   }

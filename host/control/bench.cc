@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "control/clock_routes.h"
+#include "control/fault_routes.h"
 #include "control/journal_routes.h"
 #include "control/store_routes.h"
 #include "host_clock.h"
@@ -39,12 +40,14 @@ void NoteRequest(const HttpRequest& request, const Reply& reply) {
 Bench::Bench(Settings settings, const Host& host)
     : clock_driver_(&TheClock(), host.clock),
       log_tail_(host.log),
+      faults_(FirmwareFaults(host.parts.firmware, host.parts.store, host.temp_dir)),
       snapshots_(Snapshots::Host{host.parts,
                                  [settle = host.clock.settle, is_at_rest = host.is_at_rest] {
                                    settle();
                                    return is_at_rest();
                                  },
-                                 host.publish, std::move(settings.write_profile)}),
+                                 host.publish, std::move(settings.write_profile),
+                                 [this] { faults_.RemoveAll(); }}),
       journal_streams_(&TheJournal(), host.boot),
       port_(std::move(settings.port), host.bell, host.reader) {
   AddClockRoutes(&clock_driver_, port_.router());
@@ -55,6 +58,7 @@ Bench::Bench(Settings settings, const Host& host)
   };
   AddStoreRoutes(host.parts.store, host.reader, forget, port_.router());
   AddSnapshotRoutes(&snapshots_, port_.router());
+  AddFaultRoutes(&faults_, port_.router());
   BeginJournal(host, settings.show_secrets);
   AddJournalRoutes(&TheJournal(), &journal_streams_, host.clock.settle, port_.router());
 }
@@ -67,6 +71,7 @@ void Bench::BeginJournal(const Host& host, bool show_secrets) {
     }
   }
   host.server->AddOnAnswer(NoteRequest);
+  host.server->MeetFaults();
   TheJournal().set_listener([this] {
     if (journal_streams_.IsRead()) {
       port_.TellEntries();

@@ -7,6 +7,7 @@
 
 #include "control/clock_driver.h"
 #include "control/control_port.h"
+#include "control/faults.h"
 #include "control/journal_stream.h"
 #include "control/log_tail.h"
 #include "control/router_state.h"
@@ -34,8 +35,9 @@ class Bench {
     HttpServer* server;       // the router's, whose requests the journal notes
     const LibraryDesk* bell;  // is told of work for the thread of the library
     Store* reader;            // the store, for the thread of the control port
-    std::string log;          // the library's log
-    std::string boot;         // begins the ids of entries of the journal
+    std::string temp_dir;
+    std::string log;   // the library's log, in a file
+    std::string boot;  // begins the ids of entries of the journal
     ClockDriver::Parts clock;
     std::function<bool()> is_at_rest;  // whether nothing is left to do, not even later
     std::function<void()> publish;     // tells the other thread what the state has become
@@ -60,6 +62,7 @@ class Bench {
 
   ClockDriver clock_driver_;
   LogTail log_tail_;
+  Faults faults_;
   Snapshots snapshots_;
   JournalStreams journal_streams_;
   ControlPort port_;

@@ -129,11 +129,46 @@ inline constexpr RouteDescription kExpect = {
     .answers = {{{"application/json", "Comparison"}}},
     .refusals = {409}};
 
+inline constexpr RouteAnswer kFaultAnswer = {"application/json", "Fault"};
+
+inline constexpr RouteDescription kFaults = {
+    .pattern = "/faults",
+    .method = "GET",
+    .summary = "Lists the fault rules, with how often each has acted.",
+    .answers = {{{"application/json", "Faults"}}}};
+
+inline constexpr RouteDescription kAddFault = {
+    .pattern = "/faults",
+    .method = "POST",
+    .summary = "Adds a fault rule.",
+    .body = {.need = Need::kFilled, .noun = "JSON object"},
+    .answers = {{kFaultAnswer}}};
+
+inline constexpr RouteDescription kDeleteFaults = {.pattern = "/faults",
+                                                   .method = "DELETE",
+                                                   .summary = "Removes all fault rules.",
+                                                   .answers = {{{"application/json", "Removed"}}}};
+
+inline constexpr RouteDescription kFault = {.pattern = "/faults/*",
+                                            .method = "GET",
+                                            .summary = "Tells of a fault rule.",
+                                            .answers = {{kFaultAnswer}},
+                                            .refusals = {404},
+                                            .star = "id"};
+
+inline constexpr RouteDescription kDeleteFault = {.pattern = "/faults/*",
+                                                  .method = "DELETE",
+                                                  .summary = "Removes a fault rule.",
+                                                  .answers = {{kFaultAnswer}},
+                                                  .refusals = {404},
+                                                  .star = "id"};
+
 // All of them, in the order of the page.
 inline constexpr std::array kAll = {
     &routes::kIndex, &routes::kOpenApi, &kClock,           &kSetClock, &kStore,         &kNode,
     &kPutNode,       &kDeleteNode,      &kRecord,          &kReset,    &kSnapshots,     &kSnapshot,
-    &kPutSnapshot,   &kDeleteSnapshot,  &kRestoreSnapshot, &kJournal,  &kJournalStream, &kExpect};
+    &kPutSnapshot,   &kDeleteSnapshot,  &kRestoreSnapshot, &kJournal,  &kJournalStream, &kExpect,
+    &kFaults,        &kAddFault,        &kDeleteFaults,    &kFault,    &kDeleteFault};
 
 }  // namespace kiohost::control_routes
 

@@ -16,8 +16,8 @@ namespace kiohost {
 namespace {
 
 constexpr int kTryAgainSeconds = 10;
-constexpr const char* kKinds[] = {"request", "read",  "write", "command",
-                                  "action",  "event", "said",  "log"};
+constexpr const char* kKinds[] = {"request", "read",  "write", "command", "action",
+                                  "event",   "fault", "said",  "log"};
 
 bool IsKind(const Json& kind) {
   return kind.is_string() && std::find(std::begin(kKinds), std::end(kKinds),

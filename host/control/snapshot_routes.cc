@@ -8,6 +8,7 @@
 #include "control/control_table.h"
 #include "control/json_body.h"
 #include "control/record_json.h"
+#include "fault_points.h"
 #include "json_reply.h"
 
 namespace kiohost {
@@ -78,6 +79,7 @@ Reply Snapshots::Restore(const std::string& name) {
   if (!host_.settle()) {
     return Busy();
   }
+  const WithoutFaults bench;
   const Reply answer = Answer(RestoreState(host_.parts, found->second));
   return answer.status == MHD_HTTP_OK ? JsonReply(About(name, found->second)) : answer;
 }
@@ -96,6 +98,7 @@ Reply Snapshots::Reset(const RequestView& request) {
   if (!host_.settle()) {
     return Busy();
   }
+  const WithoutFaults bench;
   const RouterState before = SaveState(host_.parts);
   Status status = host_.write_profile(profile);
   if (status.code() == ExitCode::kProfile) {
@@ -111,6 +114,8 @@ Reply Snapshots::Reset(const RequestView& request) {
       // The profile is taken back.
       const Status back = RestoreState(host_.parts, before);
       status = back.ok() ? status : back;
+    } else {
+      host_.end_faults();
     }
   }
   return Answer(status);

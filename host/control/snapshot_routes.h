@@ -25,6 +25,8 @@ class Snapshots {
     // Puts the store back to a profile, or to that of the start without a name. The directories
     // stay.
     std::function<Status(const std::string& name)> write_profile;
+    // Ends what a test bench has begun that is no state of the router.
+    std::function<void()> end_faults;
   };
 
   // The state that the router has now is that of its start, to which a reset leads.

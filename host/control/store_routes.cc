@@ -5,6 +5,7 @@
 
 #include "control/control_table.h"
 #include "control/json_body.h"
+#include "fault_points.h"
 #include "json_reply.h"
 #include "node_path.h"
 
@@ -43,6 +44,7 @@ Reply GetNode(Store* store, const RequestView& request) {
 
 Reply Change(Store* store, const std::function<void()>& change,
              const std::function<void()>& changed, const Json& answer) {
+  const WithoutFaults bench;
   const bool written = store->WriteWithoutWait(change);
   if (!written) {
     return ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, "the store could not be written");

@@ -13,6 +13,7 @@
 #include <mutex>
 #include <nlohmann/json.hpp>
 #include <set>
+#include <utility>
 
 namespace {
 
@@ -170,6 +171,12 @@ void Connection::Note(const HttpResponse& response, bool has_body) {
   const char* const prefix = g_control_ports.contains(port_) ? "/control-" : "/";
   std::ofstream file(directory + (prefix + std::to_string(getpid())), std::ios::app);
   file << line;
+}
+
+std::string Connection::ReadToEnd() {
+  while (ReadMore()) {
+  }
+  return std::exchange(received_, {});
 }
 
 bool Connection::WaitForClose(int seconds) {

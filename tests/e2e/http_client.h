@@ -41,6 +41,9 @@ class Connection {
   std::optional<std::string> ReadChunk();
   void NoteChunks(const HttpResponse& response) { Note(response, response.status == 200); }
 
+  // All bytes until the other side closes.
+  std::string ReadToEnd();
+
   // Waits for up to `seconds` for the other side to close; returns whether it did.
   bool WaitForClose(int seconds);
 
