@@ -62,25 +62,23 @@ class FaultPoints {
 // Null as long as there is no rule that could act.
 inline std::atomic<FaultPoints*> g_fault_points = nullptr;
 
+// How many hold the faults back. Only the thread of the library asks and does so.
+inline int g_fault_holders = 0;
+
 // As long as one lives, nothing goes wrong in the thread of the library: what a test bench does to
 // the store is no work of the router.
 class WithoutFaults {
  public:
-  WithoutFaults() { ++holders_; }
-  ~WithoutFaults() { --holders_; }
+  WithoutFaults() { ++g_fault_holders; }
+  ~WithoutFaults() { --g_fault_holders; }
   WithoutFaults(const WithoutFaults&) = delete;
   WithoutFaults& operator=(const WithoutFaults&) = delete;
-
-  static bool IsHeld() { return holders_ != 0; }
-
- private:
-  inline static int holders_ = 0;
 };
 
 // For the thread of the library.
 inline FaultPoints* LibraryFaults() {
   FaultPoints* const points = g_fault_points;
-  return points == nullptr || WithoutFaults::IsHeld() ? nullptr : points;
+  return points == nullptr || g_fault_holders > 0 ? nullptr : points;
 }
 
 // For the thread of the sockets.

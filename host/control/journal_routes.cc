@@ -15,7 +15,7 @@
 namespace kiohost {
 namespace {
 
-constexpr int kTryAgainSeconds = 10;
+constexpr int kReadAgainSeconds = 10;
 constexpr const char* kKinds[] = {"request", "read",  "write", "command", "action",
                                   "event",   "fault", "said",  "log"};
 
@@ -93,7 +93,7 @@ Reply OpenStream(JournalStreams* streams, const RequestView& request) {
                                  : TryLater(MHD_HTTP_SERVICE_UNAVAILABLE,
                                             "there are " + std::to_string(OpenStreams::kMost) +
                                                 " streams of the journal already",
-                                            kTryAgainSeconds);
+                                            kReadAgainSeconds);
 }
 
 // The kinds of all expectations, unless the body names them.

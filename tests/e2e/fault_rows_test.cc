@@ -65,7 +65,7 @@ std::map<std::string, Row> RowsOfThePage() {
   return rows;
 }
 
-std::string RenamedDocument() { return With(FactoryDocument(), "DeviceName", "Attic"); }
+std::string AtticDocument() { return With(FactoryDocument(), "DeviceName", "Attic"); }
 
 // The text of a row as a pattern: FILE stands for any path.
 std::regex PatternOf(const std::string& told) {
@@ -109,7 +109,7 @@ class FaultRowsTest : public ::testing::Test {
     }
     return nodes;
   }
-  HttpResponse SendSettings() const { return Post(bench_.port(), "/settings", RenamedDocument()); }
+  HttpResponse SendSettings() const { return Post(bench_.port(), "/settings", AtticDocument()); }
 
   // Runs a request under a rule, from factory settings, and compares with the row.
   void Check(const std::string& name, const json& rule,
@@ -249,8 +249,7 @@ TEST_F(FaultRowsTest, OfTheDevice) {
     return WithEvents(Get(bench_.port(), "/device"));
   });
   Check("radio-gone", {{"action", "radio-gone"}, {"radio", "5"}}, [this] {
-    return Post(bench_.port(), "/settings",
-                WithIn(RenamedDocument(), "Wireless5", "Channel", "44"));
+    return Post(bench_.port(), "/settings", WithIn(AtticDocument(), "Wireless5", "Channel", "44"));
   });
 }
 
