@@ -164,19 +164,21 @@ void Conversation::LetPass(long seconds) {
   Pause(std::chrono::seconds(seconds));
 }
 
-void Conversation::Settle(long promised) {
+void Conversation::Settle(long promised, bool in_force) {
   constexpr long kGrace = 30;
   constexpr long kGraceWhenReady = 5;
+  constexpr long kStepOfClock = 5;
   constexpr std::chrono::milliseconds kStep(20);
   const auto begun = std::chrono::steady_clock::now();
-  for (bool moved = false;;) {
+  for (long seconds = promised;;) {
     std::string state = "away";
     try {
       const Value device =
           Value::Parse(wires_->router.Send({.path = "/device", .changes = insists_}).body);
       const std::string outcome = device["lastApply"]["outcome"].Text();
       state = device["state"].Text() + (outcome.empty() ? "" : ", " + outcome);
-      if (device["state"].Text() == "ready" && outcome != "applied" && outcome != "going-back") {
+      const bool is_done = !in_force || (outcome != "applied" && outcome != "going-back");
+      if (device["state"].Text() == "ready" && is_done) {
         return;
       }
     } catch (const Failure& failure) {
@@ -184,9 +186,9 @@ void Conversation::Settle(long promised) {
         throw;
       }
     }
-    if (HasControl() && !moved) {
-      LetPass(promised);
-      moved = true;
+    if (HasControl()) {
+      LetPass(seconds);
+      seconds = kStepOfClock;
     }
     // Who says that it is ready will do no more.
     const long grace = state.starts_with("ready") ? kGraceWhenReady : kGrace;

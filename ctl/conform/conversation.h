@@ -76,8 +76,8 @@ class Conversation {
   // Whether so much time can be let pass, and letting it pass.
   bool CanLetPass(long seconds) const;
   void LetPass(long seconds);
-  // Waits until what was sent is in force.
-  void Settle(long promised);
+  // Waits until the router is ready, and what was sent is in force unless that does not matter.
+  void Settle(long promised, bool in_force = true);
 
   // A node of the virtual router's store, by its control port.
   bool HasControl() const { return !means_.control.empty(); }

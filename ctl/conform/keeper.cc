@@ -167,6 +167,11 @@ void Keeper::Restore() {
 
 void Keeper::BringBack(bool has_passed) {
   const Facts& facts = talk_->facts();
+  if (!has_passed) {
+    // The case may have ended while the router was away.
+    constexpr long kLongestWait = 60;
+    talk_->Settle(kLongestWait, false);
+  }
   const Value device = talk_->Device();
   if (facts.Offers("DELETE /settings/confirm") &&
       device["pendingConfirm"].Is(Value::Kind::kObject)) {
