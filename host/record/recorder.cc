@@ -14,7 +14,7 @@
 namespace kiohost {
 namespace {
 
-constexpr int kFormat = 1;
+constexpr int kRecordFormat = 1;
 
 // The headers that decide about an answer. The host that a client names is another one for another
 // router; it decides about one answer alone.
@@ -112,7 +112,8 @@ Status Recorder::Open(const std::string& file, const std::string& secrets_file) 
   // The first one, for which a replay takes the password that it is given.
   marks_.MarkOf(reader_->Get(kPasswordNode).value_or(""));
   LearnSecrets();
-  file_.Add(JsonLine({{"record", kFormat}, {"model", reader_->Get(kModelNode).value_or("")}}));
+  file_.Add(
+      JsonLine({{"record", kRecordFormat}, {"model", reader_->Get(kModelNode).value_or("")}}));
   return {};
 }
 
