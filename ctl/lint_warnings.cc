@@ -75,6 +75,9 @@ class Warner {
 
 // The lines of an element, or the element alone when it shares its line.
 Span WholeLines(const std::string& text, Span element) {
+  if (element.begin == 0) {
+    return element;
+  }
   const size_t before = text.find_last_not_of(" \t", element.begin - 1);
   const size_t end = element.begin + element.length;
   if (before != std::string::npos && text[before] == '\n' && text[end] == '\n') {

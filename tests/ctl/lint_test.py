@@ -185,6 +185,9 @@ class Lint(Case):
                 self.check(kioctl(None, "lint", "--fix", str(file)), err="1 fixed\n.*0 errors, 0 warnings")
                 self.check(kioctl(None, "diff", "--json", str(file), "-", text=CHANGE))
                 self.assertIn(f"\n   {element}\n", file.read_text())
+            begin, end = place(CHANGE, "Device/UpLinkConnection/DNS")
+            file.write_text(CHANGE[begin:end] + "\n" + without(CHANGE, "Device/UpLinkConnection/DNS"))
+            self.check(kioctl(None, "lint", "--fix", str(file)), err="1 fixed\n.*0 errors, 0 warnings")
             # Either radio may be meant.
             document = without(without(CHANGE, "Device/Wireless2.4/Channel"), "Device/Wireless5/Channel")
             document = document.replace("<SafetyVyr>", "<SafetyVyr><Channel>1</Channel>")
