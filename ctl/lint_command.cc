@@ -50,9 +50,12 @@ void RunLint(Context* context) {
   std::string checked = document;
   std::vector<Finding> findings = LintFor(context, checked);
   if (options.fix) {
-    // Behind a tag that is renamed there may be more.
+    // Behind a tag that is renamed there may be more. Of a broken document one change may undo
+    // another.
+    constexpr int kMostRounds = 32;
     int count = 0;
-    for (int before = -1; before < count;) {
+    int before = -1;
+    for (int round = 0; before < count && round < kMostRounds; ++round) {
       before = count;
       checked = Fixed(checked, findings, &count);
       findings = LintFor(context, checked);
