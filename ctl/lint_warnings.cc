@@ -108,12 +108,14 @@ std::optional<Edit> Warner::Moved(const Tag& tag) const {
     return std::nullopt;
   }
   std::vector<Span> blocks;
+  std::string path;
   for (const Element& element : elements_) {
     if (!SameName(element.name, tag.name) || !FindAll(document_, element.path).empty()) {
       continue;
     }
     for (const Span& block : FindAll(document_, element.parent)) {
       blocks.push_back(block);
+      path = element.path;
     }
   }
   if (blocks.size() != 1 || blocks[0].length == 0) {
@@ -123,12 +125,17 @@ std::optional<Edit> Warner::Moved(const Tag& tag) const {
   const Span taken = WholeLines(document_, element);
   const Edit put = Appended(document_, blocks[0], document_.substr(element.begin, element.length));
   const size_t behind = taken.begin + taken.length;
-  if (put.span.begin <= taken.begin) {
-    return Edit{{put.span.begin, behind - put.span.begin},
-                put.text + document_.substr(put.span.begin, taken.begin - put.span.begin)};
-  }
-  return Edit{{taken.begin, put.span.begin - taken.begin},
-              document_.substr(behind, put.span.begin - behind) + put.text};
+  const Edit edit =
+      put.span.begin <= taken.begin
+          ? Edit{{put.span.begin, behind - put.span.begin},
+                 put.text + document_.substr(put.span.begin, taken.begin - put.span.begin)}
+          : Edit{{taken.begin, put.span.begin - taken.begin},
+                 document_.substr(behind, put.span.begin - behind) + put.text};
+  // Among broken tags it would be as misplaced as before.
+  const std::vector<Tag> tags = TagsOf(Apply(document_, edit));
+  const bool is_right = std::any_of(
+      tags.begin(), tags.end(), [&path](const Tag& other) { return SameName(other.path, path); });
+  return is_right ? std::optional(edit) : std::nullopt;
 }
 
 void Warner::WarnOfUnknown(const Tag& tag, const std::string& parent) {
