@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <fstream>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -197,13 +196,8 @@ void AddWhatIsNoSetting(Store* store, Json* device) {
 
 }  // namespace
 
-Status Backup::Settings(Contents contents, Json* settings) {
-  std::ifstream file(catalogue_);
-  const Json catalogue = Json::parse(file, nullptr, false);
-  if (catalogue.is_discarded()) {
-    return {ExitCode::kDirectory, "cannot read " + catalogue_};
-  }
-  for (const Json& variable : catalogue["variables"]) {
+void Backup::Settings(Contents contents, Json* settings) {
+  for (const Json& variable : *catalogue_) {
     if (!variable["access"]["write"].get<bool>() || !variable["storeNode"].is_string()) {
       continue;
     }
@@ -221,7 +215,6 @@ Status Backup::Settings(Contents contents, Json* settings) {
     }
   }
   RemoveGaps(settings);
-  return {};
 }
 
 Json Backup::Manifest() {
@@ -233,16 +226,16 @@ Json Backup::Manifest() {
           {"documents", text(kMajorNode) + "." + text(kMinorNode)}};
 }
 
-Status Backup::Make(bool secrets, Json* archive) {
+Json Backup::Make(bool secrets) {
   // All of it as of one moment.
   const StoreView view(store_);
   Json settings = Json::object();
-  Status status = Settings(secrets ? Contents::kAll : Contents::kPublic, &settings);
-  *archive = Manifest();
-  (*archive)["secrets"] = secrets;
-  (*archive)["hash"] = HashOf(settings);
-  (*archive)["settings"] = std::move(settings);
-  return status;
+  Settings(secrets ? Contents::kAll : Contents::kPublic, &settings);
+  Json archive = Manifest();
+  archive["secrets"] = secrets;
+  archive["hash"] = HashOf(settings);
+  archive["settings"] = std::move(settings);
+  return archive;
 }
 
 Status Backup::Check(const Json& archive, bool other_firmware) {
@@ -264,10 +257,7 @@ Status Backup::Check(const Json& archive, bool other_firmware) {
     return status;
   }
   Json known = Json::object();
-  status = Settings(Contents::kPossible, &known);
-  if (!status.ok()) {
-    return status;
-  }
+  Settings(Contents::kPossible, &known);
   const Json none;
   const Json& settings = archive.contains("settings") ? archive["settings"] : none;
   if (const std::string fault = FaultOf("", settings, known); !fault.empty()) {
@@ -282,14 +272,11 @@ Status Backup::Check(const Json& archive, bool other_firmware) {
 
 Status Backup::Read(const std::string& archive, bool other_firmware, std::string* document) {
   const Json read = Json::parse(archive, nullptr, false);
-  Status status = Check(read, other_firmware);
-  Json settings = Json::object();
-  if (status.ok()) {
-    status = Settings(Contents::kAll, &settings);
-  }
-  if (!status.ok()) {
+  if (Status status = Check(read, other_firmware); !status.ok()) {
     return status;
   }
+  Json settings = Json::object();
+  Settings(Contents::kAll, &settings);
   settings.merge_patch(read["settings"]);
   AddWhatIsNoSetting(store_, &settings["Device"]);
   *document = "<?xml version=\"1.0\" ?>\n<root>\n<specVersion><major>" +

@@ -8,16 +8,17 @@
 #include "json.h"
 #include "status.h"
 #include "store.h"
+#include "variable_list.h"
 
 namespace kiohost {
 
 class Backup {
  public:
-  // `catalogue` is the file with the list of all variables: what an app can set is a setting.
-  Backup(Store* store, std::string catalogue) : store_(store), catalogue_(std::move(catalogue)) {}
+  // What of the catalogue an app can set is a setting.
+  Backup(Store* store, Catalogue catalogue) : store_(store), catalogue_(std::move(catalogue)) {}
 
   // The archive. Without `secrets` it holds no passwords and keys.
-  Status Make(bool secrets, Json* archive);
+  Json Make(bool secrets);
 
   // The settings document of an archive. What the archive leaves out is as the device has it now.
   // `other_firmware` takes the archive of another firmware as well. A status that is not ok says
@@ -28,12 +29,12 @@ class Backup {
   // All settings, those but the secrets, or one text for each setting that there can be.
   enum class Contents { kAll, kPublic, kPossible };
 
-  Status Settings(Contents contents, Json* settings);
+  void Settings(Contents contents, Json* settings);
   Json Manifest();
   Status Check(const Json& archive, bool other_firmware);
 
   Store* store_;
-  std::string catalogue_;
+  Catalogue catalogue_;
 };
 
 }  // namespace kiohost

@@ -26,12 +26,7 @@ std::optional<Reply> CheckRestore(const RequestView& request) {
 }
 
 Reply SendArchive(Backup* reader, const RequestView& request) {
-  Json archive;
-  const Status status = reader->Make(*FlagArgument(request, "secrets"), &archive);
-  if (!status.ok()) {
-    return ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, status.reason());
-  }
-  Reply reply = JsonReply(archive);
+  Reply reply = JsonReply(reader->Make(*FlagArgument(request, "secrets")));
   reply.headers.emplace_back(MHD_HTTP_HEADER_CONTENT_DISPOSITION,
                              "attachment; filename=\"settings.json\"");
   return reply;

@@ -43,8 +43,8 @@ class Host {
     int port = 0;
     std::string temp_dir;
     std::string state_dir;
-    std::string catalogue;  // the file with the list of all variables
-    std::string openapi;    // the file with the description of the interface
+    Catalogue catalogue;
+    std::string openapi;  // the file with the description of the interface
     bool real_waits = false;
     bool open = false;               // nobody needs to log in
     std::vector<std::string> names;  // the router's, in Host headers

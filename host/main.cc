@@ -222,16 +222,12 @@ Status PrepareControl(const Options& options, Store* store, Store* reader,
 }
 
 // The record of the session; null without one.
-Status PrepareRecord(const Options& options, Store* reader, const std::string& catalogue,
+Status PrepareRecord(const Options& options, Store* reader, const Catalogue& catalogue,
                      std::unique_ptr<Recorder>* recorder) {
   if (options.record.empty()) {
     return {};
   }
-  const VariableList list(reader, catalogue);
-  if (!list.status().ok()) {
-    return list.status();
-  }
-  *recorder = std::make_unique<Recorder>(reader, list.variables());
+  *recorder = std::make_unique<Recorder>(reader, *catalogue);
   return (*recorder)->Open(options.record, options.record_secrets);
 }
 
@@ -241,10 +237,12 @@ Status Serve(const Options& options, Store* store) {
   settings.real_waits = options.real_waits;
   settings.open = options.open;
   settings.names = options.names;
-  settings.catalogue = Program().parent_path() / "variables.json";
   settings.openapi = Program().parent_path() / "openapi.json";
   FileLock lock;
-  Status status = ChoosePort(options, store, &settings.port);
+  Status status = ReadCatalogue(Program().parent_path() / "variables.json", &settings.catalogue);
+  if (status.ok()) {
+    status = ChoosePort(options, store, &settings.port);
+  }
   if (status.ok()) {
     status = ChooseDirectories(options, store, &lock, &settings.temp_dir);
   }

@@ -79,8 +79,7 @@ inline constexpr RouteDescription kBackup = {
     .method = "GET",
     .summary = "Gives the settings as an archive.",
     .parameters = {{{"secrets", Kind::kFlag, "the archive holds passwords and keys"}}},
-    .answers = {{{"application/json", "Archive"}}},
-    .refusals = {500}};
+    .answers = {{{"application/json", "Archive"}}}};
 
 inline constexpr RouteDescription kRestore = {
     .pattern = "/restore",
@@ -119,7 +118,6 @@ inline constexpr RouteDescription kVariables = {
                      "with values=1: only what has changed since these settings"},
                     kIfNoneMatch}},
     .answers = {{{"application/json", "VariableList"}}},
-    .refusals = {500},
     .has_entity_tag = true};
 
 inline constexpr RouteDescription kSetBatch = {

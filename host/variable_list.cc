@@ -61,20 +61,20 @@ Json ItemsOf(std::string_view list) {
 
 }  // namespace
 
-VariableList::VariableList(Store* store, const std::string& file) : store_(store) {
+Status ReadCatalogue(const std::string& file, Catalogue* catalogue) {
   std::ifstream stream(file, std::ios::binary);
   Json list = Json::parse(stream, nullptr, false);
   if (!list.is_object() || !list.contains("variables") || !list["variables"].is_array()) {
-    status_ = {ExitCode::kDirectory, "cannot read " + file};
-    return;
+    return {ExitCode::kDirectory, "cannot read " + file};
   }
-  variables_ = std::move(list["variables"]);
+  *catalogue = std::make_shared<const Json>(std::move(list["variables"]));
+  return {};
 }
 
 Json VariableList::AsJson() const {
   // All of it as of one moment.
   const StoreView view(store_);
-  Json list = variables_;
+  Json list = *variables_;
   for (Json& variable : list) {
     variable["changeableNow"] = MayBeChanged(variable);
   }
@@ -112,7 +112,7 @@ Json VariableList::Explain(unsigned int code, const std::string& name) const {
 }
 
 const Json* VariableList::Find(std::string_view name) const {
-  for (const Json& variable : variables_) {
+  for (const Json& variable : *variables_) {
     const std::string_view own = Text(variable, "name");
     if (name.size() > kPrefix && Fits(name.substr(kPrefix), own.substr(kPrefix))) {
       return &variable;
@@ -126,7 +126,7 @@ const Json* VariableList::Find(std::string_view name) const {
 const Json* VariableList::FindByElement(const std::string& element) const {
   const Json* found = nullptr;
   int reported = 0;
-  for (const Json& variable : variables_) {
+  for (const Json& variable : *variables_) {
     if (Fits("/" + element, Text(variable, "documentPath"))) {
       return &variable;
     }

@@ -3,8 +3,10 @@
 #ifndef HOST_VARIABLE_LIST_H
 #define HOST_VARIABLE_LIST_H
 
+#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "json.h"
 #include "status.h"
@@ -12,16 +14,19 @@
 
 namespace kiohost {
 
+// The descriptions of all variables, an array that everything in the host shares. One of many has
+// "??" in its name for the two digits of the index.
+using Catalogue = std::shared_ptr<const Json>;
+
+// Reads the file with the list as it is made from the library's tables.
+Status ReadCatalogue(const std::string& file, Catalogue* catalogue);
+
 class VariableList {
  public:
-  // `file` holds the list as it is made from the library's tables.
-  VariableList(Store* store, const std::string& file);
+  VariableList(Store* store, Catalogue catalogue)
+      : store_(store), variables_(std::move(catalogue)) {}
 
-  // Whether the list could be read.
-  const Status& status() const { return status_; }
-
-  // The descriptions. One of many has "??" in its name for the two digits of the index.
-  const Json& variables() const { return variables_; }
+  const Json& variables() const { return *variables_; }
 
   // The list as clients get it: each variable that can be set tells whether it may be set now.
   Json AsJson() const;
@@ -41,8 +46,7 @@ class VariableList {
   std::string Rule(const Json& variable) const;
 
   Store* store_;
-  Status status_;
-  Json variables_ = Json::array();
+  Catalogue variables_;
 };
 
 }  // namespace kiohost

@@ -147,9 +147,6 @@ std::optional<Reply> SendPublishedValues(const VariableReader& reader, ValueHist
 // The list of all variables, or their values.
 std::optional<Reply> AnswerList(const VariableRoom& room, const RequestView& request) {
   const VariableList& list = *room.reader.list;
-  if (!list.status().ok()) {
-    return ErrorReply(MHD_HTTP_INTERNAL_SERVER_ERROR, list.status().reason());
-  }
   return *FlagArgument(request, "values")
              ? SendPublishedValues(room.reader, room.history, request)
              : std::optional(WithEntityTag(JsonReply(list.AsJson()), request));

@@ -66,6 +66,22 @@ TEST(CommandLineTest, AStoreThatCannotBeUsedIsNamed) {
   EXPECT_FALSE(std::filesystem::exists(dir.File("none.db")));
 }
 
+TEST(CommandLineTest, WithoutTheListOfVariablesNothingIsServed) {
+  const TempDir dir;
+  const char* const program = getenv("KIO_E2E_HOST");
+  const std::string before = program != nullptr ? program : "";
+  std::filesystem::copy_file(HostProgram(), dir.File("kiohost"));
+  WriteFile(dir.File("one.profile"), "/sys/friendlyname = Den\n");
+  setenv("KIO_E2E_HOST", dir.File("kiohost").c_str(), 1);
+  ExpectFailure(Serving(dir, {"--profile", dir.File("one.profile")}), 5,
+                "cannot read " + dir.File("variables.json"));
+  if (program != nullptr) {
+    setenv("KIO_E2E_HOST", before.c_str(), 1);
+  } else {
+    unsetenv("KIO_E2E_HOST");
+  }
+}
+
 TEST(CommandLineTest, ABrokenProfileLineIsNamedAndTheStoreIsAsBefore) {
   const TempDir dir;
   const std::string good = dir.File("good.profile");
