@@ -434,7 +434,7 @@ TEST_F(EventsClockTest, AReaderThatIsSilentForTenSecondsIsDropped) {
   // The one who asks is not idle.
   bring_about_an_event();
   ASSERT_TRUE(clock_.Advance(std::chrono::seconds(2)));
-  EXPECT_EQ(host_.Descriptors(), descriptors - 1);
+  EXPECT_TRUE(WaitFor([&] { return host_.Descriptors() == descriptors - 1; }));
   EXPECT_TRUE(other.connection().StaysSilent(0));
 }
 
