@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# packages.sh [demo|test|docs|abi|packaging|target[=NAME[,NAME...]] [COMMAND]]: installs the Debian
-# packages that are missing: those of ./demo, of ./test (the default), of the build's target `docs`, of
-# comparing binary interfaces, of making and checking packages, or of ./test --target. Without a NAME
-# they are those of all targets. This is the only list of packages. COMMAND is what a failure advises to
+# packages.sh [demo|test|docs|abi|packaging|containers|target[=NAME[,NAME...]] [COMMAND]]: installs the
+# Debian packages that are missing: those of ./demo, of ./test (the default), of the build's target
+# `docs`, of comparing binary interfaces, of making and checking packages, of making and trying the image
+# of the virtual router, or of ./test --target. Without a NAME they are those of all targets. This is the only list of packages. COMMAND is what a failure advises to
 # type again.
 set -euo pipefail
 # shellcheck source=cmake/progress.sh
@@ -65,6 +65,15 @@ packaging_packages=(
   fakeroot
   lintian
 )
+# To make the image of the virtual router and to run it.
+containers_packages=(
+  catatonit
+  debootstrap
+  jq
+  podman
+  python3-yaml
+  runc
+)
 # add_target NAME: adds what a target needs: the cross compiler with the headers that belong to it,
 # the emulator, and what the C library or the unit tests are built from. musl is fetched by its
 # sysroot.sh.
@@ -99,6 +108,7 @@ case ${1:-test} in
   test) wanted+=("${test_packages[@]}") ;;
   docs) wanted+=("${docs_packages[@]}") ;;
   abi) wanted+=("${abi_packages[@]}") ;;
+  containers) wanted+=("${containers_packages[@]}") ;;
   packaging) wanted+=("${docs_packages[@]}" "${abi_packages[@]}" "${packaging_packages[@]}") ;;
   target | target=*)
     wanted+=("${test_packages[@]}")
@@ -113,7 +123,7 @@ case ${1:-test} in
     done
     ;;
   *)
-    echo "usage: ${0##*/} [demo|test|docs|abi|packaging|target[=NAME[,NAME...]] [COMMAND]]" >&2
+    echo "usage: ${0##*/} [demo|test|docs|abi|packaging|containers|target[=NAME[,NAME...]] [COMMAND]]" >&2
     exit 2
     ;;
 esac

@@ -54,6 +54,8 @@ run cmake/packages.sh docs
 expect_in 'the packages of the pages' ' install -y --no-install-recommends doxygen scdoc' "$ASKED"
 run cmake/packages.sh abi
 expect_in 'the packages that compare interfaces' ' install -y --no-install-recommends abigail-tools' "$ASKED"
+run cmake/packages.sh containers
+expect_in 'the packages that make an image' ' catatonit debootstrap jq podman ' "$ASKED"
 run cmake/packages.sh packaging
 expect_in 'the packages that make packages' ' doxygen scdoc abigail-tools debhelper ' "$ASKED"
 
