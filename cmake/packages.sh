@@ -27,7 +27,8 @@ demo_packages=(
   u-boot-tools
   wget
 )
-# The tests, the benchmarks with what they compare the library with, charts, format and lint.
+# The tests, the benchmarks with what they compare the library with, charts, manual pages, format and
+# lint.
 test_packages=(
   binutils
   busybox
@@ -43,6 +44,7 @@ test_packages=(
   libssl-dev
   libxml2-utils
   python3-jsonschema
+  scdoc
   shellcheck
   valgrind
   zlib1g-dev

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # man_test.sh SOURCE_DIR KIOHOST KIOFLEET: kiohost(1) has the options and the exit codes of
 # `kiohost --help` and no others, kiofleet(1) those of `kiofleet --help`, and the pages that are made
-# from docs/*.md have an entry for each row of their tables.
+# from docs/*.md have an entry for each row of their tables. scdoc takes all of them.
 set -euo pipefail
 source_dir=$1 kiohost=$2 kiofleet=$3
 export LC_ALL=C
@@ -42,6 +42,17 @@ for change in '/^\*--port\*/d' 's/^\*--open\*$/*--opened*/' '/^\*7\*$/d'; do
   fi
 done
 
+# is_taken PAGE: whether scdoc makes a manual page of it.
+is_taken() {
+  scdoc < "$1" > "$work/made" || {
+    echo "scdoc does not take ${1##*/}" >&2
+    return 1
+  }
+}
+for page in "$source_dir"/docs/man/*.scd; do
+  is_taken "$page"
+done
+
 # rows PAGE: the first cells of all tables, without the marks of Markdown.
 rows() {
   awk -F ' *[|] *' '
@@ -65,6 +76,7 @@ for name in store documents; do
   markdown=$source_dir/docs/$name.md
   awk -v name="kioapp-$name" -f "$source_dir/docs/man/from_markdown.awk" "$markdown" > "$work/page"
   [[ $(rows "$markdown" | wc -l) -gt 30 ]]
+  is_taken "$work/page"
   diff <(rows "$markdown") <(entries "$work/page") || {
     echo "docs/$name.md (<) and kioapp-$name(7) (>) differ" >&2
     exit 1
