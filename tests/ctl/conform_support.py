@@ -51,13 +51,11 @@ class Bench(Host):
         return ask(url, "POST", "/login", "kioAppKey=:" + key)
 
 
-class Planted(http.server.ThreadingHTTPServer):
+class Planted(LocalServer):
     """A router with a fault: it passes requests on to another, and the fault changes one thing.
 
     A fault is a function of the request (method, path, headers, body) and of `pass_on`, which takes
     such a request and gives the answer (status, headers, body)."""
-
-    daemon_threads = True
 
     def __init__(self, bench, fault):
         port = bench.port
@@ -71,44 +69,24 @@ class Planted(http.server.ThreadingHTTPServer):
             finally:
                 connection.close()
 
-        class Handler(http.server.BaseHTTPRequestHandler):
-            protocol_version = "HTTP/1.1"
+        def serve(request):
+            body = request.rfile.read(int(request.headers.get("Content-Length", 0)))
+            headers = {name: value for name, value in request.headers.items()
+                       if name not in ("Content-Length", "Host")}
+            status, said, data = fault(request.command, request.path, headers, body, pass_on)
+            request.send_response_only(status)
+            length = said.get("Content-Length") if request.command == "HEAD" or "X-Cut" in said else None
+            for name, value in said.items():
+                if name not in ("Content-Length", "Transfer-Encoding", "Connection", "X-Cut"):
+                    request.send_header(name, value)
+            if status not in (204, 304):
+                request.send_header("Content-Length", length or str(len(data)))
+            request.end_headers()
+            if request.command != "HEAD":
+                request.wfile.write(data)
+            request.close_connection = "X-Cut" in said
 
-            def serve(self):
-                body = self.rfile.read(int(self.headers.get("Content-Length", 0)))
-                headers = {name: value for name, value in self.headers.items()
-                           if name not in ("Content-Length", "Host")}
-                status, said, data = fault(self.command, self.path, headers, body, pass_on)
-                self.send_response_only(status)
-                length = said.get("Content-Length") if self.command == "HEAD" or "X-Cut" in said else None
-                for name, value in said.items():
-                    if name not in ("Content-Length", "Transfer-Encoding", "Connection", "X-Cut"):
-                        self.send_header(name, value)
-                if status not in (204, 304):
-                    self.send_header("Content-Length", length or str(len(data)))
-                self.end_headers()
-                if self.command != "HEAD":
-                    self.wfile.write(data)
-                self.close_connection = "X-Cut" in said
-
-            do_GET = do_HEAD = do_POST = do_PUT = do_DELETE = do_OPTIONS = serve
-
-            def log_message(self, *_):
-                pass
-
-        super().__init__(("127.0.0.1", 0), Handler)
-        threading.Thread(target=self.serve_forever, args=(0.02,), daemon=True).start()
-
-    def handle_error(self, *_):
-        """A client that has gone is nothing to report."""
-
-    @property
-    def url(self):
-        return f"http://127.0.0.1:{self.server_address[1]}"
-
-    def close(self):
-        self.shutdown()
-        self.server_close()
+        super().__init__(serve)
 
 
 def none(method, path, headers, body, pass_on):

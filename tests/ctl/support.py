@@ -79,26 +79,19 @@ class Host:
         return str(path)
 
 
-class Told(http.server.ThreadingHTTPServer):
-    """A router that answers what a function makes of each request: (status, headers, body)."""
+class LocalServer(http.server.ThreadingHTTPServer):
+    """A server on this machine that has `serve` answer each request, of which it gets the handler."""
 
     daemon_threads = True
 
-    def __init__(self, answer):
+    def __init__(self, serve):
         class Handler(http.server.BaseHTTPRequestHandler):
             protocol_version = "HTTP/1.1"
 
-            def serve(self):
-                body = self.rfile.read(int(self.headers.get("Content-Length", 0))).decode()
-                status, headers, text = answer(self.command, self.path, body)
-                data = text if isinstance(text, bytes) else text.encode()
-                self.send_response(status)
-                for name, value in {"Content-Length": str(len(data)), **headers}.items():
-                    self.send_header(name, value)
-                self.end_headers()
-                self.wfile.write(data)
+            def answer(self):
+                serve(self)
 
-            do_GET = do_POST = do_PUT = do_DELETE = serve
+            do_GET = do_HEAD = do_POST = do_PUT = do_DELETE = do_OPTIONS = answer
 
             def log_message(self, *_):
                 pass
@@ -116,6 +109,23 @@ class Told(http.server.ThreadingHTTPServer):
     def close(self):
         self.shutdown()
         self.server_close()
+
+
+class Told(LocalServer):
+    """A router that answers what a function makes of each request: (status, headers, body)."""
+
+    def __init__(self, answer):
+        def serve(request):
+            body = request.rfile.read(int(request.headers.get("Content-Length", 0))).decode()
+            status, headers, text = answer(request.command, request.path, body)
+            data = text if isinstance(text, bytes) else text.encode()
+            request.send_response(status)
+            for name, value in {"Content-Length": str(len(data)), **headers}.items():
+                request.send_header(name, value)
+            request.end_headers()
+            request.wfile.write(data)
+
+        super().__init__(serve)
 
 
 def device(outcome="in-force", apply_id="a1", **members):
