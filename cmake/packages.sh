@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# packages.sh [demo|test|docs|abi|packaging|containers|target[=NAME[,NAME...]] [COMMAND]]: installs the
-# Debian packages that are missing: those of ./demo, of ./test (the default), of the build's target
-# `docs`, of comparing binary interfaces, of making and checking packages, of making and trying the image
-# of the virtual router, or of ./test --target. Without a NAME they are those of all targets. This is the only list of packages. COMMAND is what a failure advises to
-# type again.
+# packages.sh [demo|test|proof|docs|abi|packaging|containers|target[=NAME[,NAME...]] [COMMAND]]: installs
+# the Debian packages that are missing: those of ./demo, of ./test (the default), of ./test --proof, of the
+# build's target `docs`, of comparing binary interfaces, of making and checking packages, of making and
+# trying the image of the virtual router, or of ./test --target. Without a NAME they are those of all
+# targets. This is the only list of packages. COMMAND is what a failure advises to type again.
 set -euo pipefail
 # shellcheck source=cmake/progress.sh
 . "$(dirname "${BASH_SOURCE[0]}")/progress.sh"
@@ -76,6 +76,13 @@ containers_packages=(
   python3-yaml
   runc
 )
+# What ./test --proof tries with: another compiler with its coverage and its fuzzing engine.
+proof_packages=(
+  clang-19
+  cppcheck
+  libclang-rt-19-dev
+  llvm-19
+)
 # add_target NAME: adds what a target needs: the cross compiler with the headers that belong to it,
 # the emulator, and what the C library or the unit tests are built from. musl is fetched by its
 # sysroot.sh.
@@ -109,6 +116,7 @@ case ${1:-test} in
   demo) ;;
   test) wanted+=("${test_packages[@]}") ;;
   docs) wanted+=("${docs_packages[@]}") ;;
+  proof) wanted+=("${test_packages[@]}" "${proof_packages[@]}") ;;
   abi) wanted+=("${abi_packages[@]}") ;;
   containers) wanted+=("${containers_packages[@]}") ;;
   packaging) wanted+=("${docs_packages[@]}" "${abi_packages[@]}" "${packaging_packages[@]}") ;;
@@ -125,7 +133,7 @@ case ${1:-test} in
     done
     ;;
   *)
-    echo "usage: ${0##*/} [demo|test|docs|abi|packaging|containers|target[=NAME[,NAME...]] [COMMAND]]" >&2
+    echo "usage: ${0##*/} [demo|test|proof|docs|abi|packaging|containers|target[=NAME[,NAME...]] [COMMAND]]" >&2
     exit 2
     ;;
 esac
