@@ -10,8 +10,10 @@ namespace kio::differential {
 
 class Random {
  public:
-  // Different streams of one seed are independent of each other.
-  Random(std::uint64_t seed, std::uint64_t stream) : state_(seed * 0x9E3779B97F4A7C15 + stream) {
+  // Different seeds, and different streams of one seed, are independent of each other. The factor
+  // is another one than the step: else a seed would give the numbers of the one before it but the
+  // first.
+  Random(std::uint64_t seed, std::uint64_t stream) : state_(seed * 0xD1342543DE82EF95 + stream) {
     Next();
     state_ ^= stream << 32;
   }
