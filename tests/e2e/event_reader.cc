@@ -51,6 +51,11 @@ EventBlock EventReader::Next() {
   return block;
 }
 
+bool EventReader::HasNews(int milliseconds) {
+  return response_.body.find("\n\n", taken_) != std::string::npos ||
+         connection_.HasMore(milliseconds);
+}
+
 EventBlock EventReader::Next(const std::string& kind) {
   EventBlock block = Next();
   while (block.kind != kind && block.comment.empty() && !block.empty()) {

@@ -34,6 +34,9 @@ class EventReader {
   // The next block; an empty one at the end, or when none comes for long.
   EventBlock Next();
 
+  // Whether something comes within some milliseconds: an event, a comment or the end.
+  bool HasNews(int milliseconds);
+
   // The next blocks up to the first of a kind: that one; an empty one when there is no news for
   // long.
   EventBlock Next(const std::string& kind);

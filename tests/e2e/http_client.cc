@@ -190,6 +190,11 @@ bool Connection::StaysSilent(int seconds) {
   return poll(&wait, 1, seconds * kMillisecondsPerSecond) == 0;
 }
 
+bool Connection::HasMore(int milliseconds) {
+  pollfd wait = {fd_, POLLIN, 0};
+  return !received_.empty() || poll(&wait, 1, milliseconds) == 1;
+}
+
 void Connection::Abort() {
   const linger now = {1, 0};
   setsockopt(fd_, SOL_SOCKET, SO_LINGER, &now, sizeof now);

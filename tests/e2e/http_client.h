@@ -50,6 +50,9 @@ class Connection {
   // Whether the other side neither sends nor closes for that long.
   bool StaysSilent(int seconds);
 
+  // Whether there is something to read, or the other side closes, within some milliseconds.
+  bool HasMore(int milliseconds);
+
   // Ends the connection at once, unread answers are lost.
   void Abort();
 
