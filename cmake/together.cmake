@@ -4,8 +4,7 @@
 # is noticed.
 option(KIO_TOGETHER "Compile several files of the host or of a test program at once" ON)
 
-# kio_group_files(TARGET): compiles its files in groups of twenty at most. Larger ones are compiled in
-# less time yet, and keep one processor busy while the others wait.
+# kio_group_files(TARGET): compiles its files in groups of sixty at most: nearly every target is one.
 function(kio_group_files target)
   if(NOT KIO_TOGETHER)
     return()
@@ -13,7 +12,7 @@ function(kio_group_files target)
   get_target_property(files ${target} SOURCES)
   list(FILTER files INCLUDE REGEX "\\.cc$")
   list(LENGTH files count)
-  math(EXPR groups "(${count} + 19) / 20")
+  math(EXPR groups "(${count} + 59) / 60")
   math(EXPR size "(${count} + ${groups} - 1) / ${groups}")
   set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${size})
   if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)

@@ -13,7 +13,7 @@
 namespace kiohost {
 namespace {
 
-constexpr std::string_view kDigits = "??";
+constexpr std::string_view kDigitsOfIndex = "??";
 
 std::string TextOf(const Json& variable, const char* member) {
   const Json& text = variable[member];
@@ -22,8 +22,8 @@ std::string TextOf(const Json& variable, const char* member) {
 
 std::string NameOf(const Json& variable, int index) {
   std::string name = TextOf(variable, "name");
-  if (const size_t at = name.find(kDigits); at != std::string::npos) {
-    name.replace(at, kDigits.size(),
+  if (const size_t at = name.find(kDigitsOfIndex); at != std::string::npos) {
+    name.replace(at, kDigitsOfIndex.size(),
                  {static_cast<char>('0' + index / 10), static_cast<char>('0' + index % 10)});
   }
   return name;
@@ -32,14 +32,14 @@ std::string NameOf(const Json& variable, int index) {
 // The node of a variable. "??" in it stands for the index, "(??+1)" for that and one.
 std::string NodeOf(const Json& variable, int index) {
   std::string node = TextOf(variable, "storeNode");
-  const size_t at = node.find(kDigits);
+  const size_t at = node.find(kDigitsOfIndex);
   if (at == std::string::npos) {
     return node;
   }
   const bool adds = at > 0 && node[at - 1] == '(';
   const size_t begin = adds ? at - 1 : at;
-  const size_t end = adds ? node.find(')', at) + 1 : at + kDigits.size();
-  const int more = adds ? std::stoi(node.substr(at + kDigits.size() + 1)) : 0;
+  const size_t end = adds ? node.find(')', at) + 1 : at + kDigitsOfIndex.size();
+  const int more = adds ? std::stoi(node.substr(at + kDigitsOfIndex.size() + 1)) : 0;
   return node.replace(begin, end - begin, std::to_string(index + more));
 }
 

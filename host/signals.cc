@@ -54,10 +54,10 @@ bool IsAnyPending() { return std::any_of(std::begin(kWaitedFor), std::end(kWaite
 constexpr long kMillisecondsPerSecond = 1000;
 constexpr long kNanosecondsPerMillisecond = 1000000;
 
-timespec Timespec(long milliseconds) {
+timespec Timespec(long time_ms) {
   timespec time = {};
-  time.tv_sec = milliseconds / kMillisecondsPerSecond;
-  time.tv_nsec = milliseconds % kMillisecondsPerSecond * kNanosecondsPerMillisecond;
+  time.tv_sec = time_ms / kMillisecondsPerSecond;
+  time.tv_nsec = time_ms % kMillisecondsPerSecond * kNanosecondsPerMillisecond;
   return time;
 }
 
@@ -112,7 +112,7 @@ AlarmKeeper::~AlarmKeeper() {
 
 bool StopRequested() { return g_stop_requested != 0; }
 
-bool WaitForEvents(int descriptor, long milliseconds) {
+bool WaitForEvents(int descriptor, long timeout_ms) {
   sigset_t mask;
   pthread_sigmask(SIG_SETMASK, nullptr, &mask);
   for (const int signal_number : kWaitedFor) {
@@ -128,7 +128,7 @@ bool WaitForEvents(int descriptor, long milliseconds) {
     return false;
   }
   pollfd look = {descriptor, POLLIN, 0};
-  const timespec timeout = Timespec(milliseconds);
+  const timespec timeout = Timespec(timeout_ms);
   return ppoll(&look, 1, &timeout, &mask) > 0;
 }
 
@@ -138,14 +138,14 @@ ChildWait::ChildWait() { BlockAll(&before_); }
 
 ChildWait::~ChildWait() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
 
-void ChildWait::Wait(std::optional<long> milliseconds) {
+void ChildWait::Wait(std::optional<long> timeout_ms) {
   sigset_t mask;
   pthread_sigmask(SIG_SETMASK, nullptr, &mask);
   for (const int signal_number : kWaitedForWithChildren) {
     sigdelset(&mask, signal_number);
   }
-  const timespec timeout = Timespec(milliseconds.value_or(0));
-  ppoll(nullptr, 0, milliseconds ? &timeout : nullptr, &mask);
+  const timespec timeout = Timespec(timeout_ms.value_or(0));
+  ppoll(nullptr, 0, timeout_ms ? &timeout : nullptr, &mask);
 }
 
 }  // namespace kiohost

@@ -41,7 +41,7 @@ class AlarmKeeper {
 // Waits until the descriptor (none when negative) can be read, a stop is asked for, an alarm was
 // served, or the time is over. Returns whether the descriptor can be read. A signal is served even
 // when the wait is over at once.
-bool WaitForEvents(int descriptor, long milliseconds);
+bool WaitForEvents(int descriptor, long timeout_ms);
 
 // Waits for child processes, also within calls of the library, so it serves no alarm. As long as
 // the object lives, the end of a child and a stop are served in `Wait` only, so that none is missed
@@ -54,8 +54,8 @@ class ChildWait {
   ChildWait& operator=(const ChildWait&) = delete;
 
   // Returns when a child has ended, a stop is asked for, or the time is over (without
-  // `milliseconds`: without limit). It may return earlier.
-  void Wait(std::optional<long> milliseconds);
+  // `timeout_ms`: without limit). It may return earlier.
+  void Wait(std::optional<long> timeout_ms);
 
  private:
   sigset_t before_ = {};

@@ -42,8 +42,8 @@ Reply GetNode(Store* store, const RequestView& request) {
               : ErrorReply(MHD_HTTP_NOT_FOUND, "there is no node " + path);
 }
 
-Reply Change(Store* store, const std::function<void()>& change,
-             const std::function<void()>& changed, const Json& answer) {
+Reply ChangeStore(Store* store, const std::function<void()>& change,
+                  const std::function<void()>& changed, const Json& answer) {
   const WithoutFaults bench;
   const bool written = store->WriteWithoutWait(change);
   if (!written) {
@@ -69,7 +69,7 @@ Reply PutNode(Store* store, const std::function<void()>& changed, const RequestV
     return BadRequestReply("\"text\" takes a text of at most " +
                            std::to_string(Store::kMaxTextLength) + " bytes, without NUL");
   }
-  return Change(
+  return ChangeStore(
       store, [&] { store->Set(path, text); }, changed, AsJson({path, text}));
 }
 
@@ -79,8 +79,8 @@ Reply DeleteNode(Store* store, const std::function<void()>& changed, const Reque
     return NoNodePath(path);
   }
   const size_t deleted = store->List(path).size();
-  return Change(store, [&] { store->Delete(path); }, changed,
-                {{"path", path}, {"deleted", deleted}});
+  return ChangeStore(store, [&] { store->Delete(path); }, changed,
+                     {{"path", path}, {"deleted", deleted}});
 }
 
 }  // namespace

@@ -30,14 +30,14 @@ long MillisecondsSince(std::chrono::steady_clock::time_point begin,
 std::string Escaped(std::string_view text) {
   constexpr std::string_view kPlain =
       "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/:*(),";
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  constexpr std::string_view kHexDigits = "0123456789ABCDEF";
   std::string escaped;
   for (const char c : text) {
     if (kPlain.find(c) != std::string_view::npos) {
       escaped += c;
     } else {
       const auto byte = static_cast<unsigned char>(c);
-      escaped += {'%', kDigits[byte / kDigits.size()], kDigits[byte % kDigits.size()]};
+      escaped += {'%', kHexDigits[byte / kHexDigits.size()], kHexDigits[byte % kHexDigits.size()]};
     }
   }
   return escaped;

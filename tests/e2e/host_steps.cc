@@ -6,6 +6,8 @@
 
 namespace {
 
+constexpr int kSanitizedStride = 4;
+
 std::string CountFile(const HostProcess& host) { return host.dir().File("steps"); }
 
 }  // namespace
@@ -15,7 +17,9 @@ HostSteps::HostSteps(HostProcess* host) : host_(host), count_(CountFile(*host)) 
 bool HostSteps::Start() {
   Count();
   const Preload signal_at_step(KIO_SIGNAL_AT_STEP, "KIO_TEST_STEPS", CountFile(*host_));
-  return host_->Start();
+  const bool is_started = host_->Start();
+  stride_ = is_started && host_->IsSanitized() ? kSanitizedStride : 1;
+  return is_started;
 }
 
 void HostSteps::Count(Kind kind) {

@@ -24,8 +24,13 @@ class HostSteps {
 
   int taken() const { return count_->taken; }
 
+  // How far a test goes on that tries one step after another: to the next one. A host that is
+  // started with a sanitizer takes its time, so there some of the steps are enough.
+  int stride() const { return stride_; }
+
  private:
   HostProcess* host_;
+  int stride_ = 1;
   SharedStruct<StepCount> count_;
 };
 
