@@ -38,8 +38,10 @@ jq --arg grouped "^$PWD/(ctl|host|tools/(?!differential/)|tests/(?!abi/)).*\\.cc
 jq 'map(del(.members))' "$build/units.json" > "$build/compile_commands.json" || exit 1
 rm -rf "$build/units"
 # Each below the settings of its folder.
-mkdir -p "$build"/units/{ctl,host,tests,tools} && cp .clang-tidy "$build/units" &&
-  cp tests/.clang-tidy "$build/units/tests" || exit 1
+mkdir -p "$build"/units/{ctl,host,tests,tools} && cp .clang-tidy "$build/units" || exit 1
+for folder in ctl host tests; do
+  cp $folder/.clang-tidy "$build/units/$folder" || exit 1
+done
 while IFS=$'\t' read -r unit member; do
   printf '// NOLINTNEXTLINE(bugprone-suspicious-include)\n#include "%s"\n' "$member" >> "$unit"
 done < <(jq -r '.[] | select(.members) | .file as $unit | .members[] | "\($unit)\t\(.)"' \

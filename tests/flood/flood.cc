@@ -1,7 +1,5 @@
 // kiohost_flood SECONDS: floods a kiohost with all kinds of clients, and looks what that costs the
 // honest ones among them and what it leaves behind.
-#include <unistd.h>
-
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -11,33 +9,13 @@
 
 #include "host_process.h"
 #include "load.h"
+#include "remains.h"
 
 namespace {
 
 constexpr int kRounds = 4;  // the first one is for warming up
 constexpr long kMostGrowthKiB = 64;
 constexpr double kMostWaitSeconds = 10;  // a host that hangs, not a machine that is slow
-
-struct Remains {
-  long memory_kib;
-  size_t descriptors;
-};
-
-// What the host holds when all clients have gone.
-Remains AtRest(const HostProcess& host) {
-  constexpr int kMostTries = 100;
-  Remains remains = {host.PrivateMemory(), host.Descriptors()};
-  for (int i = 0; i < kMostTries; ++i) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    const Remains next = {host.PrivateMemory(), host.Descriptors()};
-    const bool rests = next.descriptors == remains.descriptors && i >= kMostTries / 4;
-    remains = next;
-    if (rests) {
-      break;
-    }
-  }
-  return remains;
-}
 
 double Seconds(long microseconds) {
   constexpr double kPerSecond = 1e6;
@@ -77,14 +55,6 @@ void ExpectNothingLeft(const Remains& before, const Remains& warm, const Remains
   std::printf("descriptors %zu before, %zu in the end\n", before.descriptors, last.descriptors);
   Expect(growth <= kMostGrowthKiB, "no memory is left behind");
   Expect(last.descriptors == before.descriptors, "no descriptor is left behind");
-}
-
-// Has the host's memory functions give back at once what is no longer used: what it then still
-// holds is in use, and not kept for later.
-void GiveBackAtOnce() {
-  setenv("MALLOC_MMAP_THRESHOLD_", "8192", 1);
-  setenv("MALLOC_TRIM_THRESHOLD_", "4096", 1);
-  setenv("MALLOC_TOP_PAD_", "0", 1);
 }
 
 int Run(int seconds) {

@@ -39,6 +39,19 @@ expect_failure 'a figure that no step prints' 'recorded, and printed by no step:
 figures 'Lines\t12\texact' 'Drawn\t4\tdrawn' 'Hours\t1\tsometimes'
 expect_failure 'a kind that is none' 'no kind of figure in "Hours'
 
+# What runs beside the others begins first, and is waited for.
+printf '#!/bin/sh\nsleep 0.5\ntouch waited\nprintf "figure: Waits\\t1\\n"\nexit ${CODE:-0}\n' > waits
+printf '#!/bin/sh\nexit $(test ! -e waited)\n' > quick
+chmod +x waits quick
+printf 'Waits\t1\texact\n' > tests/proof/figures/beside.tsv
+printf 'beside\t./quick\nbeside\t./waits &\n' >> tests/proof/steps
+figures 'Lines\t12\texact' 'Drawn\t4\tdrawn' 'Hours\t1\tby hand'
+run tests/proof/run
+expect 'exit code with a step beside the others' 0 "$code"
+expect_in 'its figure' '    Waits: 1
+  ok     beside' "$work/said"
+CODE=1 expect_failure 'a step beside the others that fails' 'failed: ./waits &'
+
 figures 'Lines\t12\texact' 'Drawn\t4\tdrawn' 'Hours\t1\tby hand'
 printf 'counts\t./broken\n' >> tests/proof/steps
 expect_failure 'a step that fails' 'it broke'

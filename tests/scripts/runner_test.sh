@@ -11,6 +11,7 @@ export REAL_CTEST WORK=$work
 mkdir "$work/dev" "$work/asan"
 stand_in cmake << 'END'
 #!/bin/bash
+[[ $1 != --build ]] || touch "$WORK/$3.built"
 [[ ! -e $WORK/$2.broken || $1 != --preset ]]
 END
 stand_in ctest << 'END'
@@ -36,6 +37,15 @@ state() {
   local of
   of=$(sed -n 's/^State:.\(.\).*/\1/p' "/proc/$1/status" 2> /dev/null || true)
   [[ $of == [ZX] || -z $of ]] && echo ended || echo "$of"
+}
+# final_state PID: of a process that is being killed.
+final_state() {
+  local i
+  for ((i = 0; i < 100; ++i)); do
+    [[ $(state "$1") != ended ]] || break
+    sleep 0.1
+  done
+  state "$1"
 }
 # left: what runs of ./test left where they put the temporary files of the tests.
 left() { [[ ! -e $work/where ]] || ls -d "$(< "$work/where")" 2> /dev/null || true; }
@@ -65,6 +75,12 @@ expect_in 'where the rest is' 'build/test-dev.log has all of it' "$work/said"
 expect 'all of it' 301 "$(grep -c Passed build/test-dev.log)"
 expect 'few lines' yes "$([[ $(wc -l < "$work/said") -lt 20 ]] && echo yes)"
 expect 'left after success' '' "$(left)"
+
+# The second build begins while the tests of the first one run.
+rm -f "$work/asan.built"
+suite dev <<< "patient for i in {1..600}; do test ! -e $work/asan.built || exit 0; sleep 0.1; done; exit 1"
+run ./test --dev --asan
+expect 'exit code of two parts' 0 "$code"
 
 # A failure is shown in full, and what to type next.
 suite dev << 'END'
@@ -102,7 +118,7 @@ expect 'the closing line with something left' '66% tests passed, 1 tests failed 
 expect_in 'what was left' '/left.over' "$work/said"
 expect_in 'what was left' ': bash -c sleep 60; true ' "$work/said"
 expect 'what was left, after it was told' ended \
-  "$(state "$(sed -n 's/^process \([0-9]*\): bash -c sleep.*/\1/p' "$work/said")")"
+  "$(final_state "$(sed -n 's/^process \([0-9]*\): bash -c sleep.*/\1/p' "$work/said")")"
 
 # So is what a test leaves on an emulated target.
 mkdir "$work/mips-glibc"
@@ -155,7 +171,7 @@ for signal in TERM INT HUP; do
   code=0
   wait "$runner" || code=$?
   expect "exit code after $signal" 130 "$code"
-  expect "the test after $signal" ended "$(state "$(< "$work/slow")")"
+  expect "the test after $signal" ended "$(final_state "$(< "$work/slow")")"
   expect "left after $signal" '' "$(left)"
 done
 ((failures == 0))
