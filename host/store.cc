@@ -233,6 +233,7 @@ Status Store::Begin() {
   if (!Execute("BEGIN IMMEDIATE")) {
     return Failure("write");
   }
+  is_begun_ = true;
   is_noted_ = TheJournal().is_on();
   if (is_noted_) {
     TheJournal().BeginWrites();
@@ -251,6 +252,7 @@ Status Store::Commit() {
     return failure;
   }
   EndNote(false);
+  is_begun_ = false;
   return {};
 }
 
@@ -261,6 +263,7 @@ void Store::Rollback() {
   }
   EndNote(true);
   failed_ = false;
+  is_begun_ = false;
 }
 
 // Other connections read, which is no transaction of the journal.
@@ -359,6 +362,11 @@ bool Store::RunWrite(Statement* statement) {
 bool Store::ExecuteWrite(const char* sql) { return (!TakesNoWrite() && Execute(sql)) || Fail(); }
 
 bool Store::TakesNoWrite() const {
+  // An error of the disk makes SQLite undo the transaction by itself. What follows would be written
+  // alone, and would stay.
+  if (is_begun_ && sqlite3_get_autocommit(database_.get()) != 0) {
+    return true;
+  }
   FaultPoints* const faults = LibraryFaults();
   // A lock keeps out what is no transaction, too.
   return faults != nullptr &&

@@ -136,6 +136,7 @@ class Store {
   Statement remove_number_;
   Statement keep_old_;
   bool failed_ = false;       // an access failed since Begin
+  bool is_begun_ = false;     // there was a Begin, and no Commit or Rollback since
   bool is_noted_ = false;     // the journal knows of the transaction
   int changes_at_begin_ = 0;  // of this connection, when the transaction began
   int log_pages_ = 0;         // of the write-ahead log that are not in the file yet

@@ -331,6 +331,30 @@ TEST_F(StoreTest, UsesAWriteAheadLogThatReachesTheDisk) {
   EXPECT_TRUE(store_.Checkpoint());
 }
 
+// As an error of the disk does.
+TEST_F(StoreTest, WhatFollowsATransactionThatSqliteHasUndoneIsNotWritten) {
+  Fill({"/sys/a"});
+  sqlite3* raw = nullptr;
+  ASSERT_EQ(sqlite3_open(file_.c_str(), &raw), SQLITE_OK);
+  const Database database(raw);
+  ASSERT_EQ(sqlite3_exec(raw,
+                         "CREATE TRIGGER undo BEFORE INSERT ON node WHEN NEW.path = '/sys/bad'"
+                         " BEGIN SELECT RAISE(ROLLBACK, 'undone'); END",
+                         nullptr, nullptr, nullptr),
+            SQLITE_OK);
+  StoreTransaction transaction(&store_);
+  ASSERT_TRUE(transaction.begun().ok());
+  EXPECT_TRUE(store_.Set("/sys/b", "x"));
+  EXPECT_FALSE(store_.Set("/sys/bad", "x"));
+  EXPECT_FALSE(store_.Set("/sys/c", "x"));
+  EXPECT_FALSE(store_.Delete("/sys/a"));
+  store_.SetNumber("number", 1);
+  EXPECT_FALSE(transaction.Commit().ok());
+  EXPECT_THAT(Paths(), ElementsAre("/sys/a"));
+  EXPECT_EQ(store_.Number("number"), std::nullopt);
+  EXPECT_TRUE(store_.Set("/sys/d", "x"));
+}
+
 TEST(StoreOpenTest, SaysWhyAStoreCannotBeUsed) {
   const TempDir dir;
   Store store;
