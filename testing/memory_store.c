@@ -203,8 +203,9 @@ int StoreWrites(void) { return g_writes; }
 
 /* Reads the path of a store call and reports the call. The library always gives the format "%s",
  * which needs no vsnprintf. */
-static void Begin(enum StoreFunction function, const char *text, const char *format,
-                  va_list arguments) {
+__attribute__((format(printf, 3, 0))) static void Begin(enum StoreFunction function,
+                                                        const char *text, const char *format,
+                                                        va_list arguments) {
   if (strcmp(format, "%s") == 0) {
     Copy(g_called.text, sizeof(g_called.text), va_arg(arguments, const char *));
   } else {

@@ -9,7 +9,7 @@ constinit kio::Marked<char[80]> g_own_digest_text = {kio::kMark};
 
 extern ClientAuthInfo* clientauthinfo [[gnu::alias("g_own_clients")]];
 extern ClientAuthInfo* cur_authinfo [[gnu::alias("g_own_current_client")]];
-extern char string[80] [[gnu::alias("g_own_digest_text")]];
+[[gnu::alias("g_own_digest_text")]] extern char string[80];
 
 extern void* g_auth_places[kio::kAuthDataCount] __asm__("kio_exported_auth_data");
 constinit void* g_auth_places[kio::kAuthDataCount] = {&g_own_clients, &g_own_current_client,

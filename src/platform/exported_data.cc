@@ -17,8 +17,8 @@ constinit kio::Marked<int> g_own_log_file_size = {kio::kMark};
 
 extern RssXmlData rssXmlData [[gnu::alias("g_own_record")]];
 extern kio::LostKeyHandler XmlErrMsg_LostKey [[gnu::alias("g_own_lost_key_handler")]];
-extern char daemon_log_path[64] [[gnu::alias("g_own_log_path")]];
-extern char daemon_log_header[32] [[gnu::alias("g_own_log_header")]];
+[[gnu::alias("g_own_log_path")]] extern char daemon_log_path[64];
+[[gnu::alias("g_own_log_header")]] extern char daemon_log_header[32];
 extern int daemon_log_level [[gnu::alias("g_own_log_level")]];
 extern int daemon_log_file_size_k [[gnu::alias("g_own_log_file_size")]];
 

@@ -38,13 +38,20 @@ static_assert(std::size(kHardwareTypes) == kHardwareDsl + 2);
 }  // namespace kio::settings
 
 extern "C" {
-extern const char* const DeviceTypeArray[] [[gnu::alias("kio_kDeviceTypes")]];
-extern const char* const WlanEncrypTypeArray[] [[gnu::alias("kio_kEncryptionTypes")]];
-extern const char* const WlanEncrypModeArray[] [[gnu::alias("kio_kEncryptionModes")]];
-extern const char* const HardwareTypeArray[] [[gnu::alias("kio_kHardwareTypes")]];
-extern const char* const WirelessTypeArray[] [[gnu::alias("kio_kRadioTypes")]];
-extern const char* const ConnTypeArray[] [[gnu::alias("kio_kConnectionTypes")]];
-extern const char* const ADslEncapModeArray[] [[gnu::alias("kio_kEncapsulationModes")]];
+[[gnu::alias("kio_kDeviceTypes")]] extern const char* const
+    DeviceTypeArray[std::size(kio::settings::kDeviceTypes)];
+[[gnu::alias("kio_kEncryptionTypes")]] extern const char* const
+    WlanEncrypTypeArray[std::size(kio::settings::kEncryptionTypes)];
+[[gnu::alias("kio_kEncryptionModes")]] extern const char* const
+    WlanEncrypModeArray[std::size(kio::settings::kEncryptionModes)];
+[[gnu::alias("kio_kHardwareTypes")]] extern const char* const
+    HardwareTypeArray[std::size(kio::settings::kHardwareTypes)];
+[[gnu::alias("kio_kRadioTypes")]] extern const char* const
+    WirelessTypeArray[std::size(kio::settings::kRadioTypes)];
+[[gnu::alias("kio_kConnectionTypes")]] extern const char* const
+    ConnTypeArray[std::size(kio::settings::kConnectionTypes)];
+[[gnu::alias("kio_kEncapsulationModes")]] extern const char* const
+    ADslEncapModeArray[std::size(kio::settings::kEncapsulationModes)];
 }
 
 int SearchKeyArray(char* word, const char* const table[]) {

@@ -73,7 +73,7 @@ inline constexpr std::ptrdiff_t kBlockSize = sizeof(ByteBlock);
 inline constexpr std::ptrdiff_t kNear = 8 * kBlockSize;
 
 inline ByteBlock LoadBlock(const char* position) {
-  using Unaligned = unsigned char __attribute__((vector_size(16), aligned(1), may_alias));
+  using Unaligned [[gnu::aligned(1), gnu::may_alias]] = ByteBlock;
   return *reinterpret_cast<const Unaligned*>(position);
 }
 
