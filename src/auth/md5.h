@@ -28,7 +28,10 @@ inline constexpr std::size_t kMd5OneBlockText = kMd5BlockSize - 9;
 
 // The bytes of a word stand in little-endian order, on every machine and at any address.
 constexpr std::uint32_t ToMd5Order(std::uint32_t word) {
-  return std::endian::native == std::endian::big ? __builtin_bswap32(word) : word;
+  if constexpr (std::endian::native == std::endian::big) {
+    word = __builtin_bswap32(word);
+  }
+  return word;
 }
 
 inline std::uint32_t LoadMd5Word(const std::uint8_t* bytes) {

@@ -13,7 +13,7 @@ using Crc = std::uint32_t;
 inline constexpr Crc kCrcPolynomial = 0xEDB88320;
 
 // The remainder times x^bits.
-constexpr Crc ShiftCrc(Crc crc, int bits) {
+consteval Crc ShiftCrc(Crc crc, int bits) {
   for (int bit = 0; bit < bits; ++bit) {
     crc = (crc >> 1) ^ ((crc & 1) != 0 ? kCrcPolynomial : 0);
   }

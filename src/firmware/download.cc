@@ -37,7 +37,7 @@ void Build(const char* command_template, const Download& download, Style style,
   platform::ShellQuoteReader reader;
   for (const char* rest = command_template; *rest != '\0';) {
     const bool is_file = has_keywords && Begins(rest, kFileKeyword);
-    if (!is_file && !(has_keywords && Begins(rest, kAddressKeyword))) {
+    if (!is_file && (!has_keywords || !Begins(rest, kAddressKeyword))) {
       reader.Read(*rest);
       command.Append(*rest);
       ++rest;

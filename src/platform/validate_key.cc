@@ -10,7 +10,7 @@ namespace {
 // Quirk "upper-case-keys": digits of lower case are refused.
 bool IsUpperHex(const char* text) {
   for (; *text != '\0'; ++text) {
-    if (!(*text >= '0' && *text <= '9') && !(*text >= 'A' && *text <= 'F')) {
+    if ((*text < '0' || *text > '9') && (*text < 'A' || *text > 'F')) {
       return false;
     }
   }

@@ -185,58 +185,58 @@ struct Field {
   // A row begins with one of the kinds below (`Text`, `Flag`, ...); these functions change its
   // columns.
   template <typename Column, typename Value>
-  [[nodiscard]] constexpr Field With(Column Field::*column, Value value) const {
+  [[nodiscard]] consteval Field With(Column Field::*column, Value value) const {
     Field field = *this;
     field.*column = value;
     return field;
   }
-  [[nodiscard]] constexpr Field In(Group value) const { return With(&Field::group, value); }
-  [[nodiscard]] constexpr Field For(Versions value) const { return With(&Field::versions, value); }
-  [[nodiscard]] constexpr Field NotNeeded(Optional value) const {
+  [[nodiscard]] consteval Field In(Group value) const { return With(&Field::group, value); }
+  [[nodiscard]] consteval Field For(Versions value) const { return With(&Field::versions, value); }
+  [[nodiscard]] consteval Field NotNeeded(Optional value) const {
     return With(&Field::optional, value);
   }
-  [[nodiscard]] constexpr Field CutTo(std::uint8_t characters) const {
+  [[nodiscard]] consteval Field CutTo(std::uint8_t characters) const {
     return With(&Field::document_limit, characters);
   }
-  [[nodiscard]] constexpr Field Logged() const { return With(&Field::logged, true); }
-  [[nodiscard]] constexpr Field LoadedAs(Load value) const { return With(&Field::load, value); }
-  [[nodiscard]] constexpr Field StoredAt(platform::TextView path) const {
+  [[nodiscard]] consteval Field Logged() const { return With(&Field::logged, true); }
+  [[nodiscard]] consteval Field LoadedAs(Load value) const { return With(&Field::load, value); }
+  [[nodiscard]] consteval Field StoredAt(platform::TextView path) const {
     return With(&Field::node, path).Written(Write::kIfDifferent);
   }
-  [[nodiscard]] constexpr Field InEverySnapshot() const {
+  [[nodiscard]] consteval Field InEverySnapshot() const {
     return With(&Field::snapshot, Snapshot::kEvery);
   }
-  [[nodiscard]] constexpr Field InFullSnapshots() const {
+  [[nodiscard]] consteval Field InFullSnapshots() const {
     return With(&Field::snapshot, Snapshot::kFullOnly);
   }
-  [[nodiscard]] constexpr Field WhenAbsent(std::uint8_t number) const {
+  [[nodiscard]] consteval Field WhenAbsent(std::uint8_t number) const {
     return With(&Field::absent, number);
   }
-  [[nodiscard]] constexpr Field OneOf(const char* const* table, const Member& index) const {
+  [[nodiscard]] consteval Field OneOf(const char* const* table, const Member& index) const {
     Field field = Checked(Check::kKeyword).AsVariable(VariableKind::kKeyword);
     field.words = table;
     field.code = index;
     return field;
   }
-  [[nodiscard]] constexpr Field Checked(Check value) const { return With(&Field::check, value); }
-  [[nodiscard]] constexpr Field InRange(std::uint16_t lowest, std::uint16_t highest) const {
+  [[nodiscard]] consteval Field Checked(Check value) const { return With(&Field::check, value); }
+  [[nodiscard]] consteval Field InRange(std::uint16_t lowest, std::uint16_t highest) const {
     return Checked(Check::kInRange).With(&Field::low, lowest).With(&Field::high, highest);
   }
-  [[nodiscard]] constexpr Field Obeying(const Member& rule_text) const {
+  [[nodiscard]] consteval Field Obeying(const Member& rule_text) const {
     return Checked(Check::kRule).AsVariable(VariableKind::kRule).With(&Field::rule, rule_text);
   }
-  [[nodiscard]] constexpr Field CalledInFaults(platform::TextView name) const {
+  [[nodiscard]] consteval Field CalledInFaults(platform::TextView name) const {
     return With(&Field::fault_name, name);
   }
-  [[nodiscard]] constexpr Field Written(Write value) const { return With(&Field::write, value); }
-  [[nodiscard]] constexpr Field AsVariable(VariableKind value) const {
+  [[nodiscard]] consteval Field Written(Write value) const { return With(&Field::write, value); }
+  [[nodiscard]] consteval Field AsVariable(VariableKind value) const {
     return With(&Field::variable_kind, value);
   }
-  [[nodiscard]] constexpr Field WithVariablePath(platform::TextView path) const {
+  [[nodiscard]] consteval Field WithVariablePath(platform::TextView path) const {
     return With(&Field::variable_path, path);
   }
-  [[nodiscard]] constexpr Field HidingItsPath() const { return With(&Field::hides_path, true); }
-  [[nodiscard]] constexpr Field Dumped(Dump value, platform::TextView name = {}) const {
+  [[nodiscard]] consteval Field HidingItsPath() const { return With(&Field::hides_path, true); }
+  [[nodiscard]] consteval Field Dumped(Dump value, platform::TextView name = {}) const {
     return With(&Field::dump, value).With(&Field::dump_name, name);
   }
 };
@@ -244,19 +244,19 @@ struct Field {
 using FieldTable = std::span<const Field>;
 
 // A value that only the device knows: no document holds it, every snapshot loads it.
-constexpr Field Known(platform::TextView element, platform::TextView node, const Member& member,
+consteval Field Known(platform::TextView element, platform::TextView node, const Member& member,
                       Load load) {
   return {.element = element, .node = node, .member = member, .load = load};
 }
 
 // The same, and a variable that is only read.
-constexpr Field Shown(platform::TextView element, platform::TextView node, const Member& member,
+consteval Field Shown(platform::TextView element, platform::TextView node, const Member& member,
                       Load load) {
   return Known(element, node, member, load).AsVariable(VariableKind::kReadOnly);
 }
 
 // A setting: documents hold it, full snapshots load it, and it is written where it differs.
-constexpr Field Setting(platform::TextView element, platform::TextView node, const Member& member,
+consteval Field Setting(platform::TextView element, platform::TextView node, const Member& member,
                         Load load) {
   return {.element = element,
           .node = node,
@@ -270,17 +270,17 @@ constexpr Field Setting(platform::TextView element, platform::TextView node, con
 }
 
 // A text of any kind.
-constexpr Field Text(platform::TextView element, platform::TextView node, const Member& member) {
+consteval Field Text(platform::TextView element, platform::TextView node, const Member& member) {
   return Setting(element, node, member, Load::kText).Dumped(Dump::kQuoted);
 }
 
 // 0 or 1.
-constexpr Field Flag(platform::TextView element, platform::TextView node, const Member& member) {
+consteval Field Flag(platform::TextView element, platform::TextView node, const Member& member) {
   return Setting(element, node, member, Load::kIsOne).InRange(0, 1).AsVariable(VariableKind::kFlag);
 }
 
 // 0 or 1. When the stored value is 2 or more, or absent, the device has locked the switch.
-constexpr Field Switch(platform::TextView element, platform::TextView node, const Member& member) {
+consteval Field Switch(platform::TextView element, platform::TextView node, const Member& member) {
   return Setting(element, node, member, Load::kInteger)
       .WhenAbsent(2)
       .Written(Write::kSwitch)
@@ -288,7 +288,7 @@ constexpr Field Switch(platform::TextView element, platform::TextView node, cons
 }
 
 // A number that the app sets and the snapshot does not load.
-constexpr Field Unloaded(platform::TextView element, const Member& member, Group group) {
+consteval Field Unloaded(platform::TextView element, const Member& member, Group group) {
   return {.element = element, .member = member, .group = group, .dump = Dump::kPlain};
 }
 
@@ -320,7 +320,7 @@ consteval const Field& RowOf(const Field (&table)[N], platform::TextView element
 }
 
 // Whether a row's columns fit each other.
-constexpr bool IsSound(const Field& field) {
+consteval bool IsSound(const Field& field) {
   const bool is_text = field.member.type == Member::Type::kText;
   const bool loads_text =
       field.load == Load::kText || field.load == Load::kTrimmed || field.load == Load::kRule;
@@ -343,7 +343,7 @@ constexpr bool IsSound(const Field& field) {
 }
 
 // Whether each row that begins a pair has a row behind it.
-constexpr bool HasWholePairs(FieldTable table) {
+consteval bool HasWholePairs(FieldTable table) {
   return table.empty() || !IsPair(table.back().dump);
 }
 
@@ -368,7 +368,7 @@ consteval bool AllAreWritten(FieldTable table, std::initializer_list<Group> grou
 
 // Whether no two rows name the same element, whatever the case of its letters. The document parser
 // relies on it: it asks a block for each element once.
-constexpr bool HasUniqueElements(FieldTable table) {
+consteval bool HasUniqueElements(FieldTable table) {
   for (std::size_t i = 0; i < table.size(); ++i) {
     for (std::size_t j = i + 1; j < table.size(); ++j) {
       const platform::TextView a = table[i].element;

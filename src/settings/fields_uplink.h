@@ -67,7 +67,7 @@ inline constexpr Field kUplinkRules[] = {
 
 // Below "/uplink/dsl" and "/uplink/apn".
 
-constexpr Field ProviderText(platform::TextView element, platform::TextView node,
+consteval Field ProviderText(platform::TextView element, platform::TextView node,
                              const Member& member) {
   return Text(element, node, member)
       .In(Group::kProvider)

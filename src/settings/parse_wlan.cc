@@ -59,7 +59,7 @@ class RuleParser {
   bool TakePlainRule(RssAcRule& rule) {
     BlockReader reader = reader_;
     Element elements[kFields];
-    if (reader.position() == nullptr || !reader.Enter(kRuleElement)) {
+    if (!reader.Enter(kRuleElement)) {
       return false;
     }
     for (std::size_t i = 0; i < kFields; ++i) {
@@ -107,7 +107,7 @@ class RuleParser {
     rest_ = rest_.From(element.tag + kRuleTagLength);
     // Behind a rule with nothing but its fields in it, the next one may be taken as it comes.
     BlockReader behind(rest_.From(reader.position()));
-    if (reader.position() != nullptr && behind.Leave(kRuleElement)) {
+    if (behind.Leave(kRuleElement)) {
       GoOnBehind(behind);
     }
     return true;

@@ -49,7 +49,7 @@ static_assert(SectionsAreTold());
 
 // Whether two tables are the same one. Their rows tell: pointers cannot be compared at compile time
 // under every sanitizer.
-constexpr bool IsSameTable(FieldTable a, FieldTable b) {
+consteval bool IsSameTable(FieldTable a, FieldTable b) {
   if (a.size() != b.size()) {
     return false;
   }
@@ -137,7 +137,7 @@ constexpr Bookkeeping kBookkeeping[] = {
 // that is not alignment belongs to exactly one of them.
 class Coverage {
  public:
-  constexpr Coverage& Add(std::size_t base, FieldTable table) {
+  consteval Coverage& Add(std::size_t base, FieldTable table) {
     for (const Field& field : table) {
       is_sound_ = is_sound_ && IsSound(field);
       Mark(base, field.member);
@@ -150,7 +150,7 @@ class Coverage {
 
   // Adds the sections of the record: the first radio and the first rule. The others have the same
   // layout.
-  constexpr Coverage& AddSections() {
+  consteval Coverage& AddSections() {
     for (const Section& row : kSections) {
       is_sound_ = is_sound_ && HasUniqueElements(row.fields) && HasWholePairs(row.fields);
       Add(row.offset, row.fields).Add(0, row.rules);
@@ -165,7 +165,7 @@ class Coverage {
   }
 
   // Where the first member lies that nothing claims; the size of the record when there is none.
-  [[nodiscard]] constexpr std::size_t FirstUnclaimed() const {
+  [[nodiscard]] consteval std::size_t FirstUnclaimed() const {
     // What is between members may only be padding: less than an integer, up to where one may begin.
     std::size_t gap = 0;
     for (std::size_t i = 0; i <= sizeof(RssXmlData); ++i) {
@@ -182,17 +182,17 @@ class Coverage {
   }
 
   // Whether the rows fit themselves, each other and the record.
-  [[nodiscard]] constexpr bool is_sound() const { return is_sound_; }
+  [[nodiscard]] consteval bool is_sound() const { return is_sound_; }
 
  private:
-  constexpr void Mark(std::size_t base, const Member& member) {
+  consteval void Mark(std::size_t base, const Member& member) {
     for (std::size_t i = base + member.offset; i < base + member.offset + member.size; ++i) {
       is_sound_ = is_sound_ && !is_marked_[i];
       is_marked_[i] = true;
     }
   }
 
-  constexpr void Repeat(std::size_t base, std::size_t size, std::size_t count) {
+  consteval void Repeat(std::size_t base, std::size_t size, std::size_t count) {
     for (std::size_t i = base + size; i < base + count * size; ++i) {
       is_marked_[i] = is_marked_[i - size];
     }

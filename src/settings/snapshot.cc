@@ -54,8 +54,6 @@ void LoadText(const Field& field, void* section, const char* path) {
 
 void LoadField(const Field& field, void* section, const char* path) {
   switch (field.load) {
-    case Load::kNever:
-      break;
     case Load::kInteger:
       IntOf(section, field.member) = ReadStoreInt(path, field.absent);
       break;
@@ -68,9 +66,8 @@ void LoadField(const Field& field, void* section, const char* path) {
     case Load::kCloningLevel:
       ByteOf(section, field.member) = CloningLevel(ReadStoreInt(path));
       break;
-    case Load::kText:
-    case Load::kTrimmed:
-    case Load::kRule:
+    default:
+      // The kinds of texts: what is never loaded does not come here.
       LoadText(field, section, path);
       break;
   }

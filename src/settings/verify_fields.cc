@@ -46,10 +46,9 @@ int CheckText(const Field& field, const Checked& checked) {
       return CheckEncryptionType(*static_cast<RssWlan*>(checked.section));
     case Check::kRadioKey:
       return CheckRadioKey(*static_cast<RssWlan*>(checked.section));
-    case Check::kChannel:
-      return CheckChannel(*static_cast<RssWlan*>(checked.section));
     default:
-      return KIOAPP_RESULT_APPLIED;
+      // Check::kChannel: CheckField does the others.
+      return CheckChannel(*static_cast<RssWlan*>(checked.section));
   }
 }
 

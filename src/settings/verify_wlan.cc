@@ -13,7 +13,7 @@
 namespace kio::settings {
 namespace {
 
-constexpr std::uint8_t Bit(EncryptionType type) { return static_cast<std::uint8_t>(1U << type); }
+consteval std::uint8_t Bit(EncryptionType type) { return static_cast<std::uint8_t>(1U << type); }
 
 // The encryption types that go with each mode.
 constexpr std::uint8_t kWpaTypes = Bit(kTypeAuto) | Bit(kTypeTkip) | Bit(kTypeAes);

@@ -22,14 +22,14 @@ constexpr TextView kIndex = "??";
 // A path or name, or a part of one, built from a section's row.
 class Part {
  public:
-  constexpr Part& Append(TextView text) {
+  consteval Part& Append(TextView text) {
     for (const char character : text) {
       text_[size_++] = character;
     }
     return *this;
   }
   // One of a row's texts, with `word` for '*'.
-  constexpr Part& AppendRow(TextView text, TextView word) {
+  consteval Part& AppendRow(TextView text, TextView word) {
     for (const char character : text) {
       Append(character == '*' ? word : TextView(&character, 1));
     }
@@ -83,11 +83,11 @@ class SpellingList {
   [[nodiscard]] constexpr const Spelling* end() const { return rows_.data() + size_; }
 
  private:
-  static constexpr TextView Element(SectionId section) { return settings::RowOf(section).element; }
+  static consteval TextView Element(SectionId section) { return settings::RowOf(section).element; }
 
-  constexpr void Add(const Spelling& spelling) { rows_[size_++] = spelling; }
+  consteval void Add(const Spelling& spelling) { rows_[size_++] = spelling; }
 
-  constexpr void AddSection(const settings::Section& row, TextView word) {
+  consteval void AddSection(const settings::Section& row, TextView word) {
     Part path;
     if (row.parent != row.id) {
       path.Append("/").Append(Element(row.parent));
@@ -97,21 +97,28 @@ class SpellingList {
     AddPartsBelow(row.id, {}, {});
   }
 
-  constexpr void AddPartsBelow(SectionId parent, const Part& path, const Part& name) {
+  consteval void AddPartsBelow(SectionId parent, const Part& path, const Part& name) {
     for (const settings::Section& row : settings::kSections) {
       if (row.parent != parent || row.id == parent) {
         continue;
       }
       if (row.first_instance == 0) {
-        const Spelling part{Part(path).Append(row.element).Append("/"), Part(name).Append(row.name),
-                            false};
+        Spelling part = {path, name, false};
+        part.path.Append(row.element).Append("/");
+        part.name.Append(row.name);
         AddPartsBelow(row.id, part.path, part.name);
         Add(part);
         continue;
       }
-      const Part list = Part(path).Append(row.list).Append(row.element);
-      Add({Part(list).Append(":").Append(kIndex).Append("/"), Part(name).Append(row.name), false});
-      Add({Part(list).Append("#"), Part(name).Append(row.element).Append("No"), false});
+      Spelling count = {path, name, false};
+      count.path.Append(row.list).Append(row.element);
+      Spelling instance = count;
+      instance.path.Append(":").Append(kIndex).Append("/");
+      instance.name.Append(row.name);
+      Add(instance);
+      count.path.Append("#");
+      count.name.Append(row.element).Append("No");
+      Add(count);
     }
   }
 
@@ -120,6 +127,21 @@ class SpellingList {
 };
 
 constexpr SpellingList kSpellings;
+
+// Whether an index in one spelling has its counterpart in the other, and each path begins with a
+// slash, if there is no part before it.
+consteval bool AreConvertible() {
+  for (const Spelling& spelling : kSpellings) {
+    const TextView path = spelling.path.view();
+    const bool has_index = path.find(kIndex) != TextView::npos;
+    if (has_index != (spelling.name.view().find(kIndex) != TextView::npos) ||
+        (spelling.begins && !path.starts_with('/'))) {
+      return false;
+    }
+  }
+  return true;
+}
+static_assert(AreConvertible());
 
 bool StartsWith(const char* text, TextView prefix) {
   return std::strncmp(text, prefix.data(), prefix.size()) == 0;
@@ -152,7 +174,7 @@ const char* Behind(const char* text, std::size_t count) { return text + strnlen(
 void AppendPart(TextBuffer& result, TextView to, TextView from, const char* text) {
   const std::size_t to_index = to.find(kIndex);
   const std::size_t from_index = from.find(kIndex);
-  if (to_index == TextView::npos || from_index == TextView::npos) {
+  if (to_index == TextView::npos) {
     result.Append(to);
     return;
   }
@@ -195,7 +217,8 @@ bool Convert(const char* text, bool to_path, TextBuffer& result) {
     return false;
   }
   result.Append(text);
-  while (result.size() > 0 && IsBlank(result.view().back())) {
+  // The first character is none.
+  while (IsBlank(result.view().back())) {
     result.Truncate(result.size() - 1);
   }
   return true;

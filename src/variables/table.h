@@ -125,7 +125,7 @@ inline constexpr LiveNode kLiveNodes[] = {
 
 class VariableList {
  public:
-  constexpr VariableList& Add(SectionId section, bool in_record, FieldTable table) {
+  consteval VariableList& Add(SectionId section, bool in_record, FieldTable table) {
     for (const Field& field : table) {
       if (field.variable_kind != VariableKind::kNone) {
         rows_[size_++] = Variable(section, in_record, field);
@@ -133,17 +133,17 @@ class VariableList {
     }
     return *this;
   }
-  constexpr VariableList& Add(std::span<const LiveNode> nodes) {
+  consteval VariableList& Add(std::span<const LiveNode> nodes) {
     for (const LiveNode& live : nodes) {
       rows_[size_++] = Variable(live);
     }
     return *this;
   }
 
-  [[nodiscard]] constexpr std::size_t size() const { return size_; }
+  [[nodiscard]] consteval std::size_t size() const { return size_; }
 
   template <std::size_t Size>
-  [[nodiscard]] constexpr std::array<Variable, Size> Sorted() const {
+  [[nodiscard]] consteval std::array<Variable, Size> Sorted() const {
     std::array<Variable, Size> sorted;
     std::copy_n(rows_.begin(), Size, sorted.begin());
     std::sort(sorted.begin(), sorted.end(), [](const Variable& a, const Variable& b) {

@@ -151,7 +151,7 @@ template <typename Accept>
   }
 #endif
   for (; from < end; ++from) {
-    if (pattern.mark != '\0' && !(pattern.or_slash && *from == '/')) {
+    if (pattern.mark != '\0' && (!pattern.or_slash || *from != '/')) {
       from = static_cast<const char*>(
           std::memchr(from, pattern.mark, static_cast<std::size_t>(end - from)));
       if (from == nullptr) {

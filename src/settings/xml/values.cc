@@ -30,14 +30,11 @@ KIO_INLINE inline bool ReadDigits(const Block& content, int& out) {
   return true;
 }
 
-[[gnu::noinline]] bool ReadIntOfText(const Element& element, int& out) {
+[[gnu::noinline]] int IntOfText(const Element& element) {
   constexpr int kLongestNumber = 127;
   char text[kLongestNumber + 1];
-  if (!ReadText(element, text, sizeof(text))) {
-    return false;
-  }
-  out = platform::ParseInt(text);
-  return true;
+  ReadText(element, text, sizeof(text));
+  return platform::ParseInt(text);
 }
 
 }  // namespace
@@ -62,7 +59,13 @@ bool ReadText(const Element& element, char* dst, std::size_t size) {
 }
 
 bool ReadInt(const Element& element, int& out) {
-  return (element.is_complete() && ReadDigits(element.content, out)) || ReadIntOfText(element, out);
+  if (!element.is_complete()) {
+    return false;
+  }
+  if (!ReadDigits(element.content, out)) {
+    out = IntOfText(element);
+  }
+  return true;
 }
 
 }  // namespace kio::settings
