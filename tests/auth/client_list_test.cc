@@ -335,5 +335,12 @@ TEST_F(ClientListTest, PercentSignsInTextsAreOrdinary) {
             "1000: ip=%s%n,username=%d, sessionid=0012abcd-->NULL \n\n");
 }
 
+TEST_F(ClientListTest, WithoutAListNothingIsAdded) {
+  EXPECT_EQ(clientAuthListAdd(nullptr, "10.1.1.2", "admin", "secret", nullptr, 1), 1);
+  EXPECT_EQ(clientauthinfo, nullptr);
+  EXPECT_EQ(cur_authinfo, nullptr);
+  EXPECT_THAT(sandbox_.seeds, ElementsAre());
+}
+
 }  // namespace
 }  // namespace kio::test

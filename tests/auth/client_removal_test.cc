@@ -209,5 +209,12 @@ TEST_F(ClientRemovalTest, PasswordIsClearedBeforeTheMemoryIsGivenBack) {
   EXPECT_EQ(sandbox_.freed_password, cleared);
 }
 
+TEST_F(ClientRemovalTest, WithoutAListNothingIsRemoved) {
+  Add("10.1.1.2", 1);
+  EXPECT_EQ(clientAuthListDel(nullptr, "10.1.1.2", nullptr, 1), 0);
+  EXPECT_EQ(clientAuthListDel(nullptr, nullptr, nullptr, 1), 0);
+  EXPECT_THAT(Addresses(), ElementsAre("10.1.1.2"));
+}
+
 }  // namespace
 }  // namespace kio::test

@@ -124,5 +124,14 @@ TEST_F(Md5Test, HexEndsAfterThirtyTwoDigits) {
   }
 }
 
+TEST_F(Md5Test, NullPlacesGetNothingAndNullBytesHaveNoDigits) {
+  MD5Digest("abc", 3, nullptr);
+  const unsigned char bytes[] = {0xAB};
+  Hex2String(bytes, nullptr, 1);
+  HeapChars<8> digits("before");
+  Hex2String(nullptr, digits, 1);
+  EXPECT_STREQ(digits, "");
+}
+
 }  // namespace
 }  // namespace kio::test

@@ -63,6 +63,13 @@ TEST(DownloadCommand, WhatDoesNotFitIsNotRun) {
   EXPECT_EQ(Command("$savefn" + std::string(4094, 'c'), "f", ""), "");
 }
 
+// The backslash is still open behind a text that is empty.
+TEST(DownloadCommand, EmptyTextBehindABackslashLeavesItOpen) {
+  EXPECT_EQ(Command("get \\$url' $savefn", "f", ""), "get \\' f");
+  EXPECT_EQ(Command("get \\$url$savefn", "'f", ""), "get \\'f");
+  EXPECT_EQ(Command("get \\$savefn \\$url", "", "u"), "get \\ \\u");
+}
+
 TEST(DownloadCommand, TagIsOfFifteenCharactersWithoutQuotes) {
   const std::string usual = "wget -O \"$savefn\" \"$url\"";
   EXPECT_EQ(Tag(usual, "/tmp/upld.bin", "http://h/a"), "wget -O /tmp/up");

@@ -117,6 +117,19 @@ TEST_F(ImageTest, DescriptorZeroCountsAsNotOpen) {
   EXPECT_EQ(message.back(), '\n');
 }
 
+TEST_F(ImageTest, RefusalsNeedNoMessage) {
+  const std::string image = MakeImage("data");
+  std::string broken = image;
+  broken.back() = '#';
+  const std::string good = File(image, "good");
+  const std::string bad = File(broken, "bad");
+  const auto length = static_cast<unsigned int>(image.size());
+  EXPECT_EQ(check(good.c_str(), 0, length, nullptr), 1);
+  EXPECT_EQ(check(bad.c_str(), 0, length, nullptr), 0);
+  EXPECT_EQ(check(good.c_str(), 0, 63, nullptr), 0);
+  EXPECT_EQ(check(directory_.File("missing").c_str(), 0, length, nullptr), 0);
+}
+
 TEST_F(ImageTest, FailedStatIsTold) {
   const std::string path = File(MakeImage("data"));
   g_calls.fstat_fails = true;

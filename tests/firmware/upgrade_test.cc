@@ -292,5 +292,17 @@ TEST_F(UpgradeTest, TagRunsNothing) {
   std::filesystem::current_path(before);
 }
 
+TEST_F(UpgradeTest, CommandThatIsTooLongIsNotRun) {
+  GoToFound();
+  std::string command_template = "$savefn";
+  while (command_template.size() < 251) {
+    command_template += "$url";
+  }
+  host_.Set("/fwupgradeinfo/urlgetcmd", command_template);
+  Put(fwXmlData.fileUrl, std::string(127, 'u'));
+  host_.Set("/fwupgradeinfo/newfw/fileurl", std::string(127, 'u'));
+  EXPECT_EQ(Act('2'), Commands{});
+}
+
 }  // namespace
 }  // namespace kio::test

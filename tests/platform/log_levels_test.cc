@@ -27,6 +27,10 @@ TEST_F(PlatformLevelsTest, EntriesOfFunctions) {
        "1000: 1000:do_something]"},
       {"an entry", [] { platform::LogEntry("do_something"); }, kDetailLevel,
        "1000: 1000:do_something]\n"},
+      {"a name without the caller's check", [] { platform::WriteName("do_something"); },
+       kDetailLevel, "1000: 1000:do_something]"},
+      {"an entry without the caller's check", [] { platform::WriteEntry("do_something"); },
+       kDetailLevel, "1000: 1000:do_something]\n"},
   });
 }
 

@@ -177,6 +177,15 @@ TEST_F(LogTest, EmptyMessageClearsLineStart) {
   });
 }
 
+TEST_F(LogTest, NullFormatIsAnEmptyMessage) {
+  InNewProcess([&] {
+    logPrintf(5, "x");
+    EXPECT_EQ(logPrintf(5, nullptr), 0);
+    logPrintf(5, "y\n");
+    EXPECT_EQ(sandbox_.Contents(kDefaultFile), "1000: xy\n");
+  });
+}
+
 TEST_F(LogTest, NewlineInsideAMessageDoesNotEndIt) {
   InNewProcess([&] {
     logPrintf(5, "a\nb");
@@ -300,6 +309,12 @@ TEST(Printers, MsgPrintfPrintsAndCounts) {
   ::testing::internal::CaptureStdout();
   EXPECT_EQ(msgPrintf("%s-%d", "abc", 12), 6);
   EXPECT_EQ(::testing::internal::GetCapturedStdout(), "abc-12");
+}
+
+TEST(Printers, MsgPrintfPrintsNothingOfANullFormat) {
+  ::testing::internal::CaptureStdout();
+  EXPECT_EQ(msgPrintf(nullptr), 0);
+  EXPECT_EQ(::testing::internal::GetCapturedStdout(), "");
 }
 
 TEST(Printers, DbgPrintfDoesNothing) {

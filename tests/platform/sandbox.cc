@@ -31,6 +31,7 @@ void Sandbox::Reset() {
   socket_fails = false;
   calloc_fails = false;
   slow_files = false;
+  writes_nothing = false;
   for (const auto& entry : std::filesystem::directory_iterator(directory_.path())) {
     std::filesystem::remove_all(entry);
   }
@@ -145,6 +146,9 @@ KIOAPP_PRINTF(2, 3) void __wrap_syslog(int priority, const char* format, ...) {
 }
 
 ssize_t __wrap_write(int descriptor, const void* data, std::size_t size) {
+  if (Sandbox::Get().writes_nothing) {
+    return 0;
+  }
   if (!Sandbox::Get().slow_files) {
     return __real_write(descriptor, data, size);
   }

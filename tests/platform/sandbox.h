@@ -40,6 +40,8 @@ class Sandbox {
   bool calloc_fails = false;
   // When set, every other `open`, `read` and `write` is interrupted, and one byte at a time moves.
   bool slow_files = false;
+  // When set, `write` moves nothing and tells no error.
+  bool writes_nothing = false;
 
  private:
   TemporaryDirectory directory_;

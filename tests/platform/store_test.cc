@@ -15,6 +15,9 @@
 // There when the program is linked with the address sanitizer.
 // NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming): its name
 extern "C" __attribute__((weak)) void __asan_init();
+// There when the library is compiled to count what is executed.
+// NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming): its name
+extern "C" __attribute__((weak)) int __llvm_profile_write_file();
 
 namespace kio::platform {
 namespace {
@@ -88,6 +91,10 @@ class StoreDeathTest : public StoreTest, public ::testing::WithParamInterface<st
     const auto run = [&] {
       const rlimit no_core = {};
       setrlimit(RLIMIT_CORE, &no_core);
+      // What stops so writes no counts by itself.
+      if (__llvm_profile_write_file != nullptr) {
+        std::signal(SIGABRT, [](int) { __llvm_profile_write_file(); });
+      }
       read();
     };
     EXPECT_EXIT(run(), ::testing::KilledBySignal(SIGABRT),

@@ -280,5 +280,29 @@ TEST(FitsWildcard, IsWhatTheComparisonGives) {
   EXPECT_FALSE(platform::FitsWildcard("ab", {"a\0b", 3}));
 }
 
+TEST_F(RssKeywordsTest, NullTextIsReturnedAndNoKeywordRead) {
+  EXPECT_EQ(strChgRssKeywords(nullptr), nullptr);
+  EXPECT_THAT(host_.calls(), IsEmpty());
+}
+
+TEST(NullTexts, AreReturnedOrEmpty) {
+  EXPECT_EQ(strChgKeyword(nullptr, "aXb", "X", "-"), nullptr);
+  EXPECT_EQ(Replaced("ab", "a", "", 1), "b");
+  const Guarded dst(3);
+  EXPECT_EQ(strChgKeyword(dst.data(), "aXb", "X", nullptr), dst.data());
+  EXPECT_STREQ(dst.data(), "ab");
+  EXPECT_EQ(strip_chars(nullptr, " "), nullptr);
+  const Guarded text(std::string_view(" a "));
+  EXPECT_EQ(strip_chars(text.data(), nullptr), text.data());
+  EXPECT_STREQ(text.data(), " a ");
+  EXPECT_EQ(trim(nullptr), nullptr);
+  EXPECT_EQ(trimTo(nullptr, " a "), nullptr);
+  EXPECT_EQ(trimTo(text.data(), nullptr), text.data());
+  EXPECT_STREQ(text.data(), "");
+  EXPECT_EQ(strWildcardCmp(nullptr, ""), 0);
+  EXPECT_EQ(strWildcardCmp(nullptr, "a"), -'a');
+  EXPECT_EQ(strWildcardCmp("a", nullptr), 'a');
+}
+
 }  // namespace
 }  // namespace kio::test

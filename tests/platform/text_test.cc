@@ -115,5 +115,10 @@ TEST(StartsWithFold, IgnoresAsciiCaseOnly) {
   EXPECT_FALSE(StartsWithFold("\xC4", "\xE4"));
 }
 
+TEST(NullText, IsAnEmptyOne) {
+  EXPECT_EQ(ViewOf(nullptr), TextView());
+  EXPECT_STREQ(TextOf(nullptr), "");
+}
+
 }  // namespace
 }  // namespace kio::platform

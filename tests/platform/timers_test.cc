@@ -138,5 +138,15 @@ TEST_F(TimersTest, FileSizes) {
   EXPECT_EQ(getFileSize(nullptr), 0xFFFFFFFFU);
 }
 
+TEST_F(TimersTest, NullTimerIsNotAdded) {
+  KioTimer* const listed = create_timer(5, Fire, 1, 0, 0);
+  add_timer(listed);
+  add_timer(nullptr);
+  KioTimer* const next = create_timer(5, Fire, 2, 0, 0);
+  add_timer(next);
+  EXPECT_EQ(next->next, listed);
+  EXPECT_EQ(g_fired, 0);
+}
+
 }  // namespace
 }  // namespace kio::test

@@ -160,6 +160,14 @@ TEST_F(ApplyCloningTest, RequestedAccessSwitchTwoBecomesZero) {
   EXPECT_EQ(Radio().restart, 1);
 }
 
+TEST_F(ApplyCloningTest, OtherAccessSwitchesAreWrittenAsTheyAre) {
+  Host().Set(Node("accesscontrol/wlacenbl"), 1);
+  Radio().wlAcEnbl = 0;
+  EXPECT_EQ(Apply(), (Texts{Node("accesscontrol/wlacenbl=0"), kMode5, kNotFactory}));
+  EXPECT_EQ(Radio().wlAcEnbl, 0);
+  EXPECT_EQ(Radio().restart, 1);
+}
+
 // The comparison comes before the replacement: 0 is written over 0.
 TEST_F(ApplyCloningTest, RequestedAccessSwitchTwoIsWrittenOverAnEqualZero) {
   Host().Set(Node("accesscontrol/wlacenbl"), 0);

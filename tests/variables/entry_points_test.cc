@@ -57,6 +57,15 @@ TEST_F(EntryPointTest, GetLogsItsAnswer) {
                           "1000:get_RssVar]'rss_Unknown'='', ret=2"));
 }
 
+TEST_F(EntryPointTest, NullTextsAreLogged) {
+  log_file::Start(7);
+  EXPECT_EQ(get_RssVar(nullptr, nullptr, 0), 2);
+  EXPECT_EQ(log_file::Lines().back(), "1000:get_RssVar]'(null)'='(null)', ret=2");
+  log_file::Start(7);
+  EXPECT_EQ(validate_RssVar2(nullptr), KIOAPP_VAR_MALFORMED);
+  EXPECT_THAT(log_file::Lines(), ElementsAre("1000:validate_RssVar2]Invalid data='(null)'"));
+}
+
 TEST_F(EntryPointTest, GetTextReturnsTheValue) {
   EXPECT_STREQ(getRssVar("rss_DeviceName"), "Kitchen");
   EXPECT_STREQ(getRssVar("/Device/UpLinkConnection/IP"), "10.0.0.2");

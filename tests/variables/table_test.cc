@@ -1,0 +1,33 @@
+// The table of variables: a field of the record, a live node, or nothing.
+#include "variables/table.h"
+
+#include <gtest/gtest.h>
+
+namespace kio::variables {
+namespace {
+
+TEST(VariableTable, FieldIsNoLiveNode) {
+  const Variable variable = FindVariable(SectionId::kUplink, "IP");
+  ASSERT_TRUE(variable.exists());
+  ASSERT_NE(variable.field(), nullptr);
+  EXPECT_EQ(variable.field()->element, "IP");
+  EXPECT_EQ(variable.live(), nullptr);
+}
+
+TEST(VariableTable, LiveNodeIsNoField) {
+  const Variable variable = FindVariable(SectionId::kSurvey, "SiteNo");
+  ASSERT_TRUE(variable.exists());
+  EXPECT_EQ(variable.field(), nullptr);
+  ASSERT_NE(variable.live(), nullptr);
+  EXPECT_EQ(variable.live()->name, "SiteNo");
+}
+
+TEST(VariableTable, UnknownNameIsNothing) {
+  const Variable variable = FindVariable(SectionId::kUplink, "SiteNo");
+  EXPECT_FALSE(variable.exists());
+  EXPECT_EQ(variable.field(), nullptr);
+  EXPECT_EQ(variable.live(), nullptr);
+}
+
+}  // namespace
+}  // namespace kio::variables
