@@ -74,7 +74,7 @@ void CheckList() {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   kio::fuzz::Input input(data, size);
-  kio::fuzz::ResetDevice();
+  kio::fuzz::ResetDevice(size);
   kio::test::FakeHost& host = kio::test::FakeHost::Get();
   host.Set("/sys/user:1/password", kPassword);
   const int number = input.Number();

@@ -1,22 +1,31 @@
-// The coders. The input is a line with the limit, and the text.
+// The coders, compared with plain models. The input is a line with the limit, and the text.
 #include <algorithm>
-#include <cstring>
-#include <vector>
 
 #include "input.h"
 #include "kioapp/kioapp.h"
+#include "platform/shell_text.h"
+#include "testing/plain_texts.h"
 
 namespace {
 
+using kio::platform::ShellQuotes;
 using Coder = char* (*)(char* dst, const char* src, int n);
+using Model = std::string (*)(const std::string& source, int n);
 
-// Ends the program when a coder writes further than its limit allows: the guard stands `beyond`
-// bytes behind that.
-void RunCoder(Coder coder, const char* source, int limit, int beyond) {
+// What the coder writes is what the model does. The guard stands `beyond` bytes behind what the
+// limit allows, and nothing before it changes but that.
+void Compare(Coder coder, Model model, const std::string& text, int limit, int beyond) {
+  const kio::fuzz::GuardedText source(text);
   const auto room = static_cast<std::size_t>(std::max(limit, 1) + beyond);
   const kio::fuzz::GuardedBuffer dst(room);
-  if (coder(dst.get(), source, limit) != dst.get()) {
+  const std::string before(dst.get(), room);
+  if (coder(dst.get(), source.get(), limit) != dst.get()) {
     kio::fuzz::Report("a coder returns something else than its buffer");
+  }
+  const std::string expected = model(text, limit);
+  if (expected.size() > room ||
+      expected + before.substr(expected.size()) != std::string(dst.get(), room)) {
+    kio::fuzz::Report("a coder writes something else");
   }
 }
 
@@ -32,6 +41,52 @@ void CheckRoundTrip(Coder encode, Coder decode, const std::string& text) {
   }
 }
 
+// The word that a shell makes of a command that begins within such quotes; "!" where something else
+// than a word stands in it.
+std::string ReadByShell(const std::string& command, ShellQuotes quotes) {
+  std::string word;
+  for (std::size_t i = 0; i < command.size(); ++i) {
+    const char character = command[i];
+    const char next = i + 1 < command.size() ? command[i + 1] : '\0';
+    const bool is_single = quotes == ShellQuotes::kSingle;
+    const bool is_double = quotes == ShellQuotes::kDouble;
+    if (is_single ? character == '\'' : is_double && character == '"') {
+      quotes = ShellQuotes::kNone;
+    } else if (is_single) {
+      word += character;
+    } else if (character == '\\' && is_double &&
+               std::string_view("$`\"\\\n").find(next) == std::string_view::npos) {
+      word += character;
+    } else if (character == '\\') {
+      ++i;
+      if (next != '\n') {
+        word += next;
+      }
+    } else if (!is_double && (character == '\'' || character == '"')) {
+      quotes = character == '"' ? ShellQuotes::kDouble : ShellQuotes::kSingle;
+    } else if (character == '$' || character == '`' ||
+               (!is_double &&
+                std::string_view(" \t\n;&|<>()").find(character) != std::string_view::npos)) {
+      return "!";
+    } else {
+      word += character;
+    }
+  }
+  return word;
+}
+
+void CheckShell(const std::string& text) {
+  std::string room(text.size() * 4 + 1, '\0');
+  for (const ShellQuotes quotes :
+       {ShellQuotes::kNone, ShellQuotes::kSingle, ShellQuotes::kDouble}) {
+    kio::platform::TextBuffer command(room.data(), room.size());
+    kio::platform::AppendShellText(command, quotes, kio::platform::ViewOf(text.c_str()));
+    if (ReadByShell(room.c_str(), quotes) != text) {
+      kio::fuzz::Report("a shell reads something else than the text");
+    }
+  }
+}
+
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -39,13 +94,13 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   kio::fuzz::Input input(data, size);
   const int limit = std::clamp(input.Number(), -2, kLongest);
   const std::string text = input.Rest().substr(0, kLongest);
-  const kio::fuzz::GuardedText source(text);
-  RunCoder(strncpy_XmlDecode, source.get(), limit, 0);
-  RunCoder(strncpy_XmlEncode, source.get(), limit, 0);
-  RunCoder(strncpy_HtmlDecode, source.get(), limit, 0);
+  Compare(strncpy_XmlDecode, kio::test::PlainXmlDecode, text, limit, 0);
+  Compare(strncpy_XmlEncode, kio::test::PlainXmlEncode, text, limit, 0);
+  Compare(strncpy_HtmlDecode, kio::test::PlainHtmlDecode, text, limit, 0);
   // An escape that begins with one character left takes one more than the limit.
-  RunCoder(strncpy_HtmlEncode, source.get(), limit, 1);
+  Compare(strncpy_HtmlEncode, kio::test::PlainHtmlEncode, text, limit, 1);
   CheckRoundTrip(strncpy_XmlEncode, strncpy_XmlDecode, text);
   CheckRoundTrip(strncpy_HtmlEncode, strncpy_HtmlDecode, text);
+  CheckShell(text);
   return 0;
 }

@@ -12,11 +12,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string file_name = input.Line();
   const std::string text = input.Rest();
   const kio::fuzz::GuardedText document(text);
-  kio::fuzz::ResetDevice();
+  kio::fuzz::ResetDevice(size);
   kio::test::FakeHost& host = kio::test::FakeHost::Get();
   // A host may give the library texts of up to 4095 characters.
-  host.Set("/fwupgradeinfo/devicemac", mac.substr(0, 4000));
-  host.Set("/fwupgradeinfo/currfwfilename", file_name.substr(0, 4000));
+  kio::fuzz::ChangeNode("/fwupgradeinfo/devicemac=" + mac.substr(0, 4000));
+  kio::fuzz::ChangeNode("/fwupgradeinfo/currfwfilename=" + file_name.substr(0, 4000));
   const kio::fuzz::GuardedBuffer file_url(128);
   const kio::fuzz::GuardedBuffer notes_url(128);
   kio::test::ListResult result;

@@ -3,26 +3,11 @@
 #include "device.h"
 #include "input.h"
 #include "kioapp/kioapp.h"
-#include "support/fake_host.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  // The library offers the store 4096 bytes for a text.
-  constexpr std::size_t kLongestText = 4095;
-  constexpr int kMostLines = 400;
   kio::fuzz::Input input(data, size);
-  kio::fuzz::ResetDevice();
-  for (int i = 0; i < kMostLines; ++i) {
-    const std::string line = input.Line();
-    if (line.empty()) {
-      break;
-    }
-    const std::size_t equals = line.find('=');
-    if (equals == std::string::npos) {
-      kio::test::FakeHost::Get().Delete(line);
-    } else {
-      kio::test::FakeHost::Get().Set(line.substr(0, equals), line.substr(equals + 1, kLongestText));
-    }
-  }
+  kio::fuzz::ResetDevice(size);
+  kio::fuzz::ChangeNodes(&input);
   for (const int full : {0, 1}) {
     restore_XmlRssStatus(full);
     kio::fuzz::CheckRecord();

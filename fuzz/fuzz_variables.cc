@@ -1,4 +1,5 @@
-// Variables. The input is a line each with a mode (in decimal), a name and a value, and a batch.
+// A variable. The input is lines that begin with '/' for nodes of the store, and a line each with a
+// mode (in decimal), a name and a value.
 #include <unistd.h>
 
 #include <algorithm>
@@ -41,12 +42,12 @@ void CheckConversion(const char* text) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   kio::fuzz::Input input(data, size);
-  const auto mode = static_cast<int>(std::strtol(input.Line().c_str(), nullptr, 10));
+  kio::fuzz::ResetDevice(size);
+  kio::fuzz::ChangeNodes(&input);
+  const int mode = input.Number();
   const kio::fuzz::GuardedText name(input.Line());
   const std::string value = input.Line();
-  const std::string batch = input.Rest();
-  kio::fuzz::ResetDevice();
-  init_RssVar();
+  kio::fuzz::StartVariables();
   CheckConversion(name.get());
 
   std::vector<char> buffer = ValueBuffer(value);
@@ -56,12 +57,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   validate_RssVar2(pair.get());
   getRssVar(name.get());
 
-  char message[KIOAPP_VAR_SIZE] = "";
-  const kio::fuzz::GuardedText text(batch);
-  do_RssVar_Parser(text.get(), '&', message, 1);
-  if (std::memchr(message, '\0', sizeof(message)) == nullptr) {
-    kio::fuzz::Report("the message has lost its terminator");
-  }
   alarm(0);
   kio::fuzz::CheckRecord();
   return 0;

@@ -13,20 +13,19 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "input.h"
+#include "mutator.h"
 
 namespace {
 
 constexpr char kMutationsOption[] = "--mutations=";
 
-using Random = std::mt19937;
-
-std::size_t Draw(Random& random, std::size_t limit) { return limit == 0 ? 0 : random() % limit; }
+using kio::fuzz::Draw;
+using kio::fuzz::Random;
 
 const std::string* g_input = nullptr;
 
@@ -46,9 +45,9 @@ void RunInput(const std::string& input) {
   LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), input.size());
 }
 
-// One change: a byte set or inserted, a stretch removed, repeated or taken from another input, or
-// the end cut off.
-void Mutate(std::string& input, const std::string& other, Random& random) {
+// One change of bytes: one set or inserted, a stretch removed, repeated or taken from another
+// input, or the end cut off.
+void MutateBytes(std::string& input, const std::string& other, Random& random) {
   const std::size_t position = Draw(random, input.size() + 1);
   const std::size_t length = Draw(random, 1U << Draw(random, 7));
   switch (Draw(random, 6)) {
@@ -79,12 +78,20 @@ void Mutate(std::string& input, const std::string& other, Random& random) {
 
 void RunMutations(const std::vector<std::string>& inputs, int count) {
   constexpr std::size_t kMostChanges = 6;
+  constexpr std::size_t kLongest = 65536;
   Random random(20240229);
+  std::string input;
   for (int i = 0; i < count; ++i) {
-    std::string input = inputs[Draw(random, inputs.size())];
+    input = inputs[Draw(random, inputs.size())];
     for (std::size_t changes = Draw(random, kMostChanges) + 1; changes > 0; --changes) {
-      Mutate(input, inputs[Draw(random, inputs.size())], random);
+      const std::string& other = inputs[Draw(random, inputs.size())];
+      if (Draw(random, 2) == 0) {
+        MutateBytes(input, other, random);
+      } else {
+        kio::fuzz::MutateStructure(input, other, random);
+      }
     }
+    input.resize(std::min(input.size(), kLongest));
     RunInput(input);
   }
 }
