@@ -41,6 +41,10 @@ void CheckRoundTrip(Coder encode, Coder decode, const std::string& text) {
   }
 }
 
+bool IsOneOf(char character, std::string_view set) {
+  return set.find(character) != std::string_view::npos;
+}
+
 // The word that a shell makes of a command that begins within such quotes; "!" where something else
 // than a word stands in it.
 std::string ReadByShell(const std::string& command, ShellQuotes quotes) {
@@ -50,23 +54,18 @@ std::string ReadByShell(const std::string& command, ShellQuotes quotes) {
     const char next = i + 1 < command.size() ? command[i + 1] : '\0';
     const bool is_single = quotes == ShellQuotes::kSingle;
     const bool is_double = quotes == ShellQuotes::kDouble;
+    const bool escapes =
+        character == '\\' && !is_single && (!is_double || IsOneOf(next, "$`\"\\\n"));
     if (is_single ? character == '\'' : is_double && character == '"') {
       quotes = ShellQuotes::kNone;
-    } else if (is_single) {
-      word += character;
-    } else if (character == '\\' && is_double &&
-               std::string_view("$`\"\\\n").find(next) == std::string_view::npos) {
-      word += character;
-    } else if (character == '\\') {
+    } else if (escapes) {
       ++i;
       if (next != '\n') {
         word += next;
       }
-    } else if (!is_double && (character == '\'' || character == '"')) {
+    } else if (!is_single && !is_double && IsOneOf(character, "'\"")) {
       quotes = character == '"' ? ShellQuotes::kDouble : ShellQuotes::kSingle;
-    } else if (character == '$' || character == '`' ||
-               (!is_double &&
-                std::string_view(" \t\n;&|<>()").find(character) != std::string_view::npos)) {
+    } else if (!is_single && IsOneOf(character, is_double ? "$`" : "$` \t\n;&|<>()")) {
       return "!";
     } else {
       word += character;
