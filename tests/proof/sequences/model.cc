@@ -297,8 +297,8 @@ void Model::Commit(bool first_script_fails) {
   first_script_fails = first_script_fails && (mask & (kWan | kDevice)) != 0;
   RunActions(mask, first_script_fails);
   // Actions that an earlier apply has left due keep the settings from being in force.
-  if (state_.last_apply && state_.last_apply->outcome == "applied" &&
-      (first_script_fails || state_.due == 0)) {
+  const std::string outcome = state_.last_apply ? state_.last_apply->outcome : "";
+  if ((outcome == "applied" || outcome == "failed") && (first_script_fails || state_.due == 0)) {
     NoteApply(state_.last_apply->id, first_script_fails ? "failed" : "in-force");
   }
   TellCommit();

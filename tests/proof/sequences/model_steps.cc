@@ -318,8 +318,9 @@ std::string Model::TakeConfirm(const Step& step, const Answer& answer) {
 
 std::string Model::TakeFirmware(const Step& step, const Answer& answer) {
   constexpr int kFetched = 4;
-  const std::string action = step.Get("action");
   const int now = state_.firmware.value_or(0);
+  // While an image is being fetched the player asks for the progress, but to start over.
+  const std::string action = now == 3 && step.Get("action") != "0" ? "9" : step.Get("action");
   int next = now;
   if (action == "4" && state_.pending) {
     return ExpectStatus(answer, {409});
