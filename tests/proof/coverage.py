@@ -130,6 +130,8 @@ def find_missing(build):
     ):
         covered = count - len(missing)
         if count == 0 or covered * 100 < least * count:
+            for each in missing:
+                print(f"{each.file}:{each.line}: {each.what}")
             sys.exit(f"coverage.py: {what}: {covered} of {count}, less than {least} %")
         print(f"figure: {what}\t{covered} of {count}, {percent(covered, count)}")
     return sorted(never_run + sides + undecided)
