@@ -165,6 +165,13 @@ TEST_F(StarterCheckTest, UpperCaseDigitsAreNoKey) {
   EXPECT_EQ(Check("kioAppKey= " + key), -1);
 }
 
+// Whatever stands where the last byte would.
+TEST_F(StarterCheckTest, AKeyWithoutItsLastByteIsNoKey) {
+  for (long slot = 1; slot <= 2000; ++slot) {
+    EXPECT_EQ(CheckAt(slot * 20, "kioAppKey= " + Key(slot).substr(0, 30)), -1) << slot;
+  }
+}
+
 TEST_F(StarterCheckTest, RequestMayEndAnywhere) {
   for (const std::string& whole : {"kioAppKey= " + Key(50), "BKey=" + Key(50).substr(0, 8)}) {
     for (std::size_t size = 0; size < whole.size(); ++size) {

@@ -38,6 +38,15 @@ TEST_F(UpgradeTest, InitRemovesTheFilesAndWhatWasFound) {
   EXPECT_EQ(host_.Writes(), deleted);
 }
 
+TEST_F(UpgradeTest, InitQuotesTheDirectory) {
+  const std::string folder = Path("a b");
+  std::filesystem::create_directory(folder);
+  std::snprintf(rssXmlData.tmpPath, sizeof(rssXmlData.tmpPath), "%s", folder.c_str());
+  EXPECT_EQ(Act('0'),
+            Commands{"rm -f \"" + folder + "/rsscheckfw.xml\" \"" + folder + "/upld.bin\" \"" +
+                     folder + "/rssfwnotes.xml\" \"" + folder + "/rssfwtmp.txt\""});
+}
+
 TEST_F(UpgradeTest, ImageNameIsTheStores) {
   host_.Set("/fwupgradeinfo/fwupgradefn", "my image.bin");
   EXPECT_EQ(Act('0')[0], "rm -f \"" + Path("rsscheckfw.xml") + "\" \"" + Path("my image.bin") +

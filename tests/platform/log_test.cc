@@ -1,8 +1,11 @@
 #include "kioapp/log.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <filesystem>
@@ -123,6 +126,36 @@ TEST_F(LogTest, FileStaysForTheLifeOfTheProcess) {
     EXPECT_EQ(ReadFile(File()), "1000: one\n1000: two\n");
     EXPECT_TRUE(std::filesystem::is_empty(directory_.File("other")));
     EXPECT_FALSE(FileExists(directory_.File("new_log.txt")));
+  });
+}
+
+// It is no error, whatever the call before has left.
+TEST_F(LogTest, DescriptorZeroIsUsedOnce) {
+  InNewProcess([&] {
+    LogTo(directory_.path());
+    logPrintf(5, "x\n");
+    close(STDIN_FILENO);
+    errno = EINTR;
+    logPrintf(5, "y\n");
+    EXPECT_EQ(open("/dev/null", O_RDONLY), STDIN_FILENO);
+    EXPECT_EQ(ReadFile(File()), "1000: x\n1000: y\n");
+  });
+}
+
+TEST_F(LogTest, AMessageThatTheDiskRefusesIsLost) {
+  InNewProcess([&] {
+    LogTo(directory_.path());
+    std::filesystem::create_symlink("/dev/full", File());
+    EXPECT_EQ(logPrintf(5, "x\n"), 0);
+    EXPECT_EQ(logPrintf(5, "y\n"), 0);
+  });
+}
+
+TEST_F(LogTest, NoFormatIsAnEmptyMessage) {
+  InNewProcess([&] {
+    LogTo(directory_.path());
+    EXPECT_EQ(logPrintf(5, nullptr), 0);
+    EXPECT_EQ(ReadFile(File()), "1000: ");
   });
 }
 

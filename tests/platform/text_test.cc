@@ -77,6 +77,7 @@ TEST(ParseInt, ReadsWhatTheTextBeginsWith) {
                                                             {"0x10", 0},
                                                             {"007", 7},
                                                             {"1.9", 1},
+                                                            {"2000000000", 2000000000},
                                                             {"2147483647", INT_MAX},
                                                             {"-2147483648", INT_MIN}};
   for (const auto& [text, number] : numbers) {

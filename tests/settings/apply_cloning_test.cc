@@ -230,6 +230,19 @@ TEST_F(CloningExtenderTest, CloningInformationIsWrittenEvenWhenNothingDiffers) {
   EXPECT_EQ(rssXmlData.saveflag, 0);
 }
 
+TEST_F(CloningExtenderTest, EachTextThatDiffersRestartsTheUplink) {
+  rssXmlData.wlan5Feature = 0;
+  for (const std::string node :
+       {"connrefsitebssid", "wirelesstype", "wirelessname", "encryptionkey"}) {
+    Apply();
+    Apply();
+    ASSERT_EQ(rssXmlData.upLink.restart, 0);
+    Host().Set("/uplink/extendersite/" + node, "other");
+    Apply();
+    EXPECT_EQ(rssXmlData.upLink.restart, 1) << node;
+  }
+}
+
 TEST_F(CloningExtenderTest, SkippedAccessControlStillComesHere) {
   rssXmlData.wlan5Feature = 0;
   Host().Set(Node("accesscontrol/wlacenbl"), 2);

@@ -57,6 +57,9 @@ TEST_F(SettingsLevelsTest, Documents) {
 TEST_F(SettingsLevelsTest, Fields) {
   ExpectLevels({
       {"a number", ParseSample, kDetailLevel, "Rss RouterEnbl=1\n"},
+      {"the block of a rule", ParseSample, kDetailLevel,
+       "do_RssAcRule_Parser]Device/Wireless2.4/AccessControl\n" + std::string(kTimeBefore) +
+           "prepareXmlBlockData]\n"},
       {"a word", ParseSample, kDetailLevel, "Rss EncryptionMode='WPA2' -> 4\n"},
       {"the section above",
        [] {

@@ -48,6 +48,21 @@ TEST(XmlFindTest, KeyIsNotAPrefix) {
   EXPECT_EQ(Find("<IPAddr>1</IPAddr>", 0, "Addr"), (Found{-1, 0}));
 }
 
+TEST(XmlFindTest, EachCharacterOfANameCounts) {
+  const std::string letters = "abcdefghijklmnopqrstuvwxyz";
+  for (std::size_t size = 1; size <= letters.size(); ++size) {
+    const std::string key = letters.substr(0, size);
+    std::string text = "<" + key;
+    text.append(">1</").append(key).append(">");
+    EXPECT_EQ(Find(text, 0, key.c_str()).length, 1) << text;
+    for (std::size_t i = 0; i < size; ++i) {
+      std::string other = text;
+      other[1 + i] = '-';
+      EXPECT_EQ(Find(other, 0, key.c_str()), (Found{-1, 0})) << other;
+    }
+  }
+}
+
 TEST(XmlFindTest, FirstHitWinsInsideANestedChild) {
   EXPECT_EQ(Find("<b><a>in</a></b><a>out</a>", 0, "a"), (Found{6, 2}));
 }

@@ -54,6 +54,15 @@ TEST_P(StoredFieldTest, WrongValuesAreRefused) {
   }
 }
 
+TEST_P(StoredFieldTest, WhatRefusesNothingTakesWordsAndNumbers) {
+  if (!field_.refused.empty()) {
+    return;
+  }
+  for (const char* const value : {"word", "7", "-1", "0.0.0.0"}) {
+    EXPECT_EQ(Call(field_.name, kValidate, value), (Answer{0, value}));
+  }
+}
+
 TEST_P(StoredFieldTest, IsWritten) {
   const RecordWatch record;
   for (const int mode : {kWrite, kWrite | kPath, kWrite | kValidate, kWrite | kValidate | kPath}) {
