@@ -81,8 +81,9 @@ class Bench:
         self.work = work
         self.tree = work / "tree"
         self.objects = work / "objects"
-        self.rooms, self.abi_programs = _read_programs(top / "tools" / "mutate" / "programs")
+        self.rooms, self.abi_programs, self.released_programs = _read_programs(top / "tools" / "mutate" / "programs")
         self.units = {}
+        self.released_flags = {}
         self.links = {}
         self.tests = []
         self.fresh = {}
@@ -97,7 +98,7 @@ class Bench:
         stamp = self.work / "stamp"
         wanted = self._fingerprint()
         if not stamp.exists() or stamp.read_text() != wanted:
-            for name in ("plain", "entering", "records"):
+            for name in ("plain", "entering", "records", "same"):
                 shutil.rmtree(self.work / name, ignore_errors=True)
             self._precompile()
             with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
@@ -130,20 +131,25 @@ class Bench:
     def _read_build(self):
         for entry in json.loads((self.build / "compile_commands.json").read_text()):
             words = shlex.split(entry["command"])
-            if "-o" not in words or "/kioapp_objects.dir/" not in words[words.index("-o") + 1]:
-                continue
+            output = words[words.index("-o") + 1] if "-o" in words else ""
             name = os.path.relpath(entry["file"], self.top)
+            is_released = "/kioapp_released.dir/" in output
+            if not is_released and "/kioapp_objects.dir/" not in output:
+                continue
             flags = [
                 word.replace(str(self.top), str(self.tree))
                 for word in words[1 : words.index("-o")]
                 # A fault is no less one for a warning.
-                if not re.fullmatch(r"-g\d?|-W.*|-O.", word)
+                if not re.fullmatch(r"-g\d?|-W.*", word) and (is_released or word[:2] != "-O")
             ]
             while flags and not flags[0].startswith("-"):
                 del flags[0]
+            if is_released:
+                self.released_flags[name] = flags + ["-g0", "-w"]
+                continue
             self.units[name] = Unit(name, words[words.index("-o") + 1], flags + ["-O0", "-g0", "-w"])
         ninja = shutil.which("ninja") or "ninja"
-        for program in (*self.rooms, *self.abi_programs):
+        for program in (*self.rooms, *self.abi_programs, *self.released_programs):
             command = must_run([ninja, "-C", self.build, "-t", "commands", program])
             self.links[program] = self._own_link(command.splitlines()[-1])
         library = must_run([ninja, "-C", self.build, "-t", "commands", LIBRARY])
@@ -381,54 +387,64 @@ class Bench:
         path = overlay / os.path.relpath(mutant.file, "src")
         path.parent.mkdir(parents=True)
         path.write_text(mutant.apply(source.text))
-        objects = self._compile_fault(mutant.file, overlay, path, folder, [])
+        objects = self._compile_fault(mutant.file, overlay, path, folder)
         if objects is None:
             return Outcome("build")
-        if self._is_same(objects, mutant.file, folder, []):
+        if self._is_same(objects, mutant.file, folder):
             return Outcome("same")
         killer = self._kill(mutant, folder, objects, quick)
         if killer:
             return Outcome("killed", killer)
         # What the optimizer makes the same code of does the same.
-        options = ["-O2", "-DNDEBUG"]
-        released = self._compile_fault(mutant.file, overlay, path, folder, options)
-        if released is not None and self._is_same(released, mutant.file, folder, options):
+        released = self._compile_fault(mutant.file, overlay, path, folder, released=True)
+        if released is not None and self._is_same(released, mutant.file, folder, released=True):
             return Outcome("same")
-        return Outcome("missed" if quick else "survived")
+        if quick:
+            return Outcome("missed")
+        killer = self._run_released(folder, released) if released is not None else ""
+        return Outcome("killed", killer) if killer else Outcome("survived")
 
-    def _compile_fault(self, name, overlay, path, folder, extra):
-        """The objects that hold the fault, by the names of the build; none when it does not compile."""
+    def _flags(self, unit, released):
+        if not released:
+            return [*self._precompiled(), *unit.flags]
+        return self.released_flags.get(unit.name, [*unit.flags, "-O2", "-DNDEBUG"])
+
+    def _compile_fault(self, name, overlay, path, folder, released=False):
+        """The objects that hold the fault, by the names of the build; none when it does not compile.
+        `released` compiles them as a release build does."""
         before = [f"-I{overlay}"]
-        if not extra:
-            before = self._precompiled() + before
         if name in self.units:
             unit = self.units[name]
-            done = run(["g++", *before, *unit.flags, *extra, "-c", path, "-o", folder / "fault.o"])
+            flags = self._flags(unit, released)
+            done = run(["g++", *before, *flags, "-c", path, "-o", folder / "fault.o"])
             return {unit.object: folder / "fault.o"} if done.returncode == 0 else None
         users = [unit for unit in self.units.values() if name in unit.includes]
         together = [unit for unit in users if unit.name in self.group]
         alone = [unit for unit in users if unit.name not in self.group]
-        if len(together) < 2:
+        # A release build has not the same options for all.
+        if len(together) < 2 or released:
             together, alone = [], users
         objects = {}
         for number, unit in enumerate(alone):
             output = folder / f"fault{number}.o"
-            command = ["g++", *before, *unit.flags, *extra, "-c", self.tree / unit.name, "-o", output]
+            flags = self._flags(unit, released)
+            command = ["g++", *before, *flags, "-c", self.tree / unit.name, "-o", output]
             if run(command).returncode != 0:
                 return None
             objects[unit.object] = output
         if together:
-            flags = [*together[0].flags, *extra]
-            done, output = self._compile_group([u.name for u in together], folder / "fault.o", before, flags)
+            flags = self._flags(together[0], released)
+            names = [unit.name for unit in together]
+            done, output = self._compile_group(names, folder / "fault.o", before, flags)
             if done.returncode != 0:
                 return None
             objects.update({unit.object: "" for unit in together[1:]})
             objects[together[0].object] = output
         return objects
 
-    def _is_same(self, objects, name, folder, extra):
+    def _is_same(self, objects, name, folder, released=False):
         """Whether the compiler makes the same code of it."""
-        cache = self.work / "same" / (name + "".join(extra).replace("/", ""))
+        cache = self.work / "same" / (name + (".released" if released else ".debug"))
         if not cache.is_dir():
             # Made of the file as it is, in the same way.
             made = folder / "unchanged"
@@ -437,7 +453,7 @@ class Bench:
             path = overlay / os.path.relpath(name, "src")
             path.parent.mkdir(parents=True)
             path.write_text(self.sources[name].text)
-            unchanged = self._compile_fault(name, overlay, path, made, extra)
+            unchanged = self._compile_fault(name, overlay, path, made, released)
             cache.parent.mkdir(parents=True, exist_ok=True)
             partial = folder / "partial"
             shutil.rmtree(partial, ignore_errors=True)
@@ -519,6 +535,28 @@ class Bench:
                 return f"{program}: exit {code}"
         return ""
 
+    def _run_released(self, folder, objects):
+        """Programs over the optimized library, which is another one on the stack."""
+        for program in self.released_programs:
+            binary = folder / program
+            # Their build names the objects by a path that ends in the same way.
+            replaced = {
+                word: str(output)
+                for name, output in objects.items()
+                for word in self.links[program][0]
+                if word.endswith("/src/" + name.partition(".dir/")[2])
+            }
+            if not replaced:
+                return ""
+            if self.link(program, binary, replaced).returncode != 0:
+                return f"{program}: does not link"
+            code, said = self._limited([binary, "--gtest_brief=1"], 5, folder)
+            binary.unlink()
+            if code != 0:
+                failed = re.search(r"^\[  FAILED  \] ([\w/.]+)", said, re.M)
+                return f"{program}: {failed.group(1) if failed else code}"
+        return ""
+
     def _limited(self, command, estimate, folder, environment=None):
         """Runs with five times the usual processor time; returns the exit code and the output."""
         scratch = folder / "tmp"
@@ -550,16 +588,18 @@ class Bench:
 
 
 def _read_programs(path):
-    """The rooms of the unit tests' programs, and the programs over the shared library."""
-    rooms, others = {}, []
+    """The unit tests' programs by room, those over the shared library, and over the released one."""
+    rooms, others, released = {}, [], []
     for line in path.read_text().splitlines():
         if line and not line.startswith("#"):
             program, room = line.split()
             if room == "abi":
                 others.append(program)
+            elif room == "released":
+                released.append(program)
             else:
                 rooms[program] = room
-    return rooms, others
+    return rooms, others, released
 
 
 def _listed_tests(listed):
