@@ -65,25 +65,24 @@ long NumberOf(const std::string& id) {
 ClientKind Readers(const char* name, int clients, const std::string& url,
                    std::function<bool(const HttpResponse&)> is_right) {
   constexpr milliseconds kPause{60};
-  return {name, clients, kPause, [url](int, int) { return GetRequest(url); }, std::move(is_right)};
+  return {name, clients, kPause, [url] { return GetRequest(url); }, std::move(is_right)};
 }
 
 ClientKind Senders(const char* name, int clients, const std::string& request,
                    std::function<bool(const HttpResponse&)> is_right) {
   constexpr milliseconds kPause{250};
-  return {name, clients, kPause, [request](int, int) { return request; }, std::move(is_right)};
+  return {name, clients, kPause, [request] { return request; }, std::move(is_right)};
 }
 
-// Each gives the device two names of its own by turns: whoever else has changed it, the name is
-// always another one than before.
+// Each document has a name of its own for the device, so that it always changes something.
 ClientKind Changers(int clients) {
   constexpr milliseconds kPause{500};
   constexpr int kWaitSeconds = 5;
   const std::string document = FactoryDocument();
+  const auto changes = std::make_shared<std::atomic<long>>(0);
   return {"changing documents", clients, kPause,
-          [document](int client, int count) {
-            const std::string name =
-                "Name " + std::to_string(client) + "." + std::to_string(count % 2);
+          [document, changes] {
+            const std::string name = "Name " + std::to_string(++*changes);
             return PostRequest("/settings", With(document, "DeviceName", name));
           },
           Is(kOk, ResultDocument(0, "", kWaitSeconds))};
@@ -162,7 +161,7 @@ void MixedClients::Work(std::chrono::seconds time) {
   std::vector<std::thread> streams;
   for (size_t kind = 0; kind < kinds_.size(); ++kind) {
     for (int client = 0; client < kinds_[kind].clients; ++client) {
-      threads.emplace_back([=, this] { Ask(kind, client, AddressOf(kind, client)); });
+      threads.emplace_back([=, this] { Ask(kind, AddressOf(kind, client)); });
     }
   }
   for (int client = 0; client < kStreams; ++client) {
@@ -193,7 +192,7 @@ bool MixedClients::LogIn(const std::string& from) const {
   return false;
 }
 
-void MixedClients::Ask(size_t kind, int client, const std::string& from) {
+void MixedClients::Ask(size_t kind, const std::string& from) {
   constexpr int kOnOneConnection = 20;
   const ClientKind& work = kinds_[kind];
   if (!LogIn(from)) {
@@ -205,7 +204,7 @@ void MixedClients::Ask(size_t kind, int client, const std::string& from) {
     if (i % kOnOneConnection == 0) {
       connection = std::make_unique<Connection>(port_, from);
     }
-    const bool sent = connection->Send(work.request(client, i));
+    const bool sent = connection->Send(work.request());
     const HttpResponse answer = sent ? connection->Read() : HttpResponse();
     Count(kind, answer, Clock::now() - begin);
     std::this_thread::sleep_for(work.pause);

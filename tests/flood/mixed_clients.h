@@ -18,7 +18,7 @@ struct ClientKind {
   const char* name;
   int clients;
   std::chrono::milliseconds pause;
-  std::function<std::string(int client, int count)> request;
+  std::function<std::string()> request;
   std::function<bool(const HttpResponse& answer)> is_right;
 };
 
@@ -48,7 +48,7 @@ class MixedClients {
   long broken_streams() const { return broken_streams_; }
 
  private:
-  void Ask(size_t kind, int client, const std::string& from);
+  void Ask(size_t kind, const std::string& from);
   void ReadEvents(const std::string& from);
   bool LogIn(const std::string& from) const;
   void Count(size_t kind, const HttpResponse& answer, std::chrono::steady_clock::duration wait);
