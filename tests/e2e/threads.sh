@@ -1,19 +1,26 @@
 #!/usr/bin/env bash
-# Builds the host under the thread sanitizer, in build/threads, and runs the end-to-end tests with it.
-# Fails when a test fails, or when the sanitizer reports anything.
+# Builds the host under the thread sanitizer, in build/threads, and runs the end-to-end tests of the
+# debug build with it. Fails when a test fails, or when the sanitizer reports anything.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
+# shellcheck source=cmake/progress.sh
+. cmake/progress.sh
 
 build=build/threads
 reports=$PWD/$build/reports
 mkdir -p "$build"
-if ! { cmake --preset dev -B "$build" -DKIO_SANITIZE=thread &&
-  cmake --build "$build" --target kiohost_e2e; } > "$build/build.log" 2>&1; then
+build_preset dev "$build/tests_build.log" tests/e2e/threads.sh || exit 1
+# The host alone is sanitized: what it is tested with is there.
+if ! { cmake --preset dev -B "$build" -DKIO_SANITIZE=thread -DKIO_TESTS_OF="$PWD/build/dev" &&
+  cmake --build "$build" --target kiohost kiofleet; } > "$build/build.log" 2>&1; then
   tail -n 40 "$build/build.log" >&2
   exit 1
 fi
 
-export TSAN_OPTIONS="log_path=$reports/report suppressions=$PWD/tests/e2e/threads.suppressions \
+# SQLite is not sanitized: it reads the index of its log without a lock, and looks then whether it was
+# whole. The library's handler of the alarm calls what a handler may not; the host lets the alarm come
+# in the wait of the library's thread alone.
+export TSAN_OPTIONS="log_path=$reports/report ignore_noninstrumented_modules=1 report_signal_unsafe=0 \
 disable_coredump=0"
 rm -rf "$reports"
 mkdir "$reports"
@@ -35,7 +42,7 @@ fi
 rm -f "$reports"/*
 
 result=0
-ctest --test-dir "$build" -R '^kiohost_e2e\.' -j "$(nproc)" --output-on-failure \
+ctest --test-dir "$build" -R '^kiohost_e2e\.' -j $((2 * $(nproc))) --output-on-failure \
   > "$build/tests.log" 2>&1 || result=1
 if ((result != 0)); then
   sed -n '/tests passed/,$p' "$build/tests.log" >&2
@@ -47,5 +54,9 @@ if [[ -e ${found[0]} ]]; then
   echo "${#found[@]} processes with reports of the thread sanitizer" >&2
   result=1
 fi
-((result != 0)) || grep 'tests passed' "$build/tests.log"
+if ((result == 0)); then
+  printf 'figure: End-to-end tests under the thread sanitizer\t%s\n' \
+    "$(sed -n 's/.* tests failed out of //p' "$build/tests.log")"
+  printf 'figure: Reports of the thread sanitizer\t0\n'
+fi
 exit "$result"
