@@ -245,7 +245,8 @@ void Announce() {
 void RefuseAction(int action) {
   KIO_LOG_NAMED(kName, "===FWUPGRADE_ACT_UNKNOW===,act='%c',%d\n", action, action);
   // Quirk "unknown-action-shows-for-a-moment": the document is replaced before the call returns.
-  char text[64] = "";
+  char text[64];
+  text[0] = '\0';
   std::snprintf(text, sizeof(text), "Status=%d, Act=%c", g_status, action);
   WriteElement("erractmsg", text);
   WriteNumber("result", KIOAPP_FW_UNKNOWN_ACTION, true);

@@ -30,11 +30,14 @@ KIO_INLINE inline bool ReadDigits(const Block& content, int& out) {
   return true;
 }
 
-[[gnu::noinline]] int IntOfText(const Element& element) {
+[[gnu::noinline]] bool ReadIntOfText(const Element& element, int& out) {
   constexpr int kLongestNumber = 127;
   char text[kLongestNumber + 1];
-  ReadText(element, text, sizeof(text));
-  return platform::ParseInt(text);
+  if (!ReadText(element, text, sizeof(text))) {
+    return false;
+  }
+  out = platform::ParseInt(text);
+  return true;
 }
 
 }  // namespace
@@ -59,13 +62,10 @@ bool ReadText(const Element& element, char* dst, std::size_t size) {
 }
 
 bool ReadInt(const Element& element, int& out) {
-  if (!element.is_complete()) {
-    return false;
+  if (element.is_complete() && ReadDigits(element.content, out)) {
+    return true;
   }
-  if (!ReadDigits(element.content, out)) {
-    out = IntOfText(element);
-  }
-  return true;
+  return ReadIntOfText(element, out);
 }
 
 }  // namespace kio::settings
