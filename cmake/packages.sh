@@ -169,7 +169,7 @@ if [[ $(id -u) -ne 0 ]]; then
   fi
   as_root=(sudo "${as_root[@]}")
 fi
-apt_get=("${as_root[@]}" apt-get -qq -o DPkg::Lock::Timeout=120 -o Dpkg::Use-Pty=0)
+apt_get=(apt-get -qq -o DPkg::Lock::Timeout=120 -o Dpkg::Use-Pty=0)
 
 # show_apt: shows the progress from the status lines of apt-get and drops the rest.
 show_apt() {
@@ -191,8 +191,12 @@ show_apt() {
 }
 
 echo "Installing ${#missing[@]} packages and what they need: ${missing[*]}"
-if ! { "${apt_get[@]}" update &&
-  "${apt_get[@]}" -o APT::Status-Fd=1 install -y --no-install-recommends "${missing[@]}" |
+# apt-get keeps the descriptor of its status lines from the scripts of packages: were it their output,
+# those that say something would fail. sudo hands on none but the first three.
+# shellcheck disable=SC2016  # that shell expands what stands in single quotes
+if ! { "${as_root[@]}" "${apt_get[@]}" update &&
+  "${as_root[@]}" sh -c 'exec "$@" 3>&1 > /dev/null' sh "${apt_get[@]}" -o APT::Status-Fd=3 \
+    install -y --no-install-recommends "${missing[@]}" |
   show_apt; }; then
   echo >&2
   echo "The packages could not be installed; apt-get says why above. Most often there is no way to" >&2

@@ -17,11 +17,15 @@ stand_in apt-get << 'END'
 #!/bin/bash
 echo "$*" >> "$ASKED"
 [[ $* == *install* ]] || exit "$UPDATE_CODE"
-echo 'dlstatus:1:3.4:Retrieving file 1 of 2 (9s remaining)'
-echo 'dlstatus:2:98.6:Retrieving file 2 of 2 (0s remaining)'
+[[ $* =~ APT::Status-Fd=([0-9]) ]]
+status=${BASH_REMATCH[1]}
+echo 'dlstatus:1:3.4:Retrieving file 1 of 2 (9s remaining)' >&"$status"
+echo 'dlstatus:2:98.6:Retrieving file 2 of 2 (0s remaining)' >&"$status"
 echo 'Unpacking a package'
-echo 'pmstatus:cmake:5.2:Installing cmake (amd64)'
-echo 'pmstatus:wget:100:Installed wget (amd64)'
+echo 'pmstatus:cmake:5.2:Installing cmake (amd64)' >&"$status"
+# As the real one does, it keeps the descriptor from the scripts of packages.
+eval "sh -c 'echo a script of a package' $status>&-" || exit
+echo 'pmstatus:wget:100:Installed wget (amd64)' >&"$status"
 exit "$INSTALL_CODE"
 END
 export HAVE=$work/have ASKED=$work/asked USER_ID=0 UPDATE_CODE=0 INSTALL_CODE=0
