@@ -17,9 +17,9 @@ constexpr int kLastTwoDigits = 99;
 std::string RuleName(const settings::Member& rule, const SectionInstance& instance) {
   const bool in_record = instance.section != SectionId::kRadio;
   for (const Variable& variable : variables::kVariables) {
-    if (variable.field() != nullptr && variable.in_record() == in_record &&
+    if (!variable.is_live() && variable.in_record() == in_record &&
         (in_record || variable.section() == instance.section) &&
-        variable.field()->member.offset == rule.offset) {
+        variable.field().member.offset == rule.offset) {
       return NamePrefix(variable.section(), instance.radio) + Text(variable.name());
     }
   }
@@ -96,7 +96,7 @@ void DescribeRange(const Field& field, CatalogueEntry* entry) {
 
 void DescribeField(const Variable& variable, const SectionInstance& instance,
                    CatalogueEntry* entry) {
-  const Field& field = *variable.field();
+  const Field& field = variable.field();
   if (!field.node.empty()) {
     entry->store_node = NodePrefix(instance) + Text(field.node);
   }
@@ -147,10 +147,10 @@ CatalogueEntry Describe(const Variable& variable, const SectionInstance& instanc
     entry.index_count = NamePrefix(SectionId::kSurvey, 0) + "SiteNo";
   }
   entry.path_answer = VariablePath(variable, instance, entry.is_indexed);
-  if (variable.field() != nullptr) {
-    DescribeField(variable, instance, &entry);
+  if (variable.is_live()) {
+    DescribeLive(variable.live(), &entry);
   } else {
-    DescribeLive(*variable.live(), &entry);
+    DescribeField(variable, instance, &entry);
   }
   return entry;
 }

@@ -71,7 +71,7 @@ std::string VariablePath(const Variable& variable, const SectionInstance& instan
 
 const Variable* VariableOf(SectionId section, const Field& field) {
   for (const Variable& variable : variables::kVariables) {
-    if (variable.section() == section && variable.field() == &field) {
+    if (variable.section() == section && !variable.is_live() && &variable.field() == &field) {
       return &variable;
     }
   }
@@ -80,7 +80,7 @@ const Variable* VariableOf(SectionId section, const Field& field) {
 
 const Variable* VariableOf(SectionId section, const LiveNode& live) {
   for (const Variable& variable : variables::kVariables) {
-    if (variable.section() == section && variable.live() == &live) {
+    if (variable.section() == section && variable.is_live() && &variable.live() == &live) {
       return &variable;
     }
   }

@@ -58,8 +58,8 @@ inline void FillLastBlock(platform::TextView rest, std::uint8_t (&block)[kMd5Blo
 // Writes the size of the whole message, in bits, into the last bytes of the block.
 inline void WriteMessageSize(std::size_t size, std::uint8_t (&block)[kMd5BlockSize]) {
   const std::uint64_t bits = std::uint64_t{size} * 8;
-  StoreMd5Word(block + kMd5BlockSize - 8, static_cast<std::uint32_t>(bits));
-  StoreMd5Word(block + kMd5BlockSize - 4, static_cast<std::uint32_t>(bits >> 32));
+  StoreMd5Word(&block[kMd5BlockSize - 8], static_cast<std::uint32_t>(bits));
+  StoreMd5Word(&block[kMd5BlockSize - 4], static_cast<std::uint32_t>(bits >> 32));
 }
 
 }  // namespace kio::auth

@@ -1,5 +1,7 @@
 #include "platform/exported_data.h"
 
+#include <array>
+#include <bit>
 #include <cstddef>
 #include <cstring>
 
@@ -36,11 +38,11 @@ void* const kBound[kio::kDataCount] = {&rssXmlData,       &XmlErrMsg_LostKey,
 
 // Reads no byte behind the first one that differs: what the host has there may be one byte.
 bool BeginsWithMark(const void* data) {
-  const unsigned mark = kio::kMark;
-  const auto* const expected = reinterpret_cast<const volatile unsigned char*>(&mark);
+  constexpr auto kExpected =
+      std::bit_cast<std::array<unsigned char, sizeof(kio::kMark)>>(kio::kMark);
   const auto* const found = static_cast<const volatile unsigned char*>(data);
-  for (std::size_t i = 0; i < sizeof(mark); ++i) {
-    if (found[i] != expected[i]) {
+  for (std::size_t i = 0; i < sizeof(kio::kMark); ++i) {
+    if (found[i] != kExpected[i]) {
       return false;
     }
   }

@@ -31,8 +31,8 @@ unsigned int Serve(const SectionInstance& instance, TextView name, const Request
   if (!variable.exists()) {
     return KIOAPP_VAR_REFUSED;
   }
-  return variable.field() != nullptr ? ServeField(variable, instance, request)
-                                     : ServeLive(variable, instance, request);
+  return variable.is_live() ? ServeLive(variable, instance, request)
+                            : ServeField(variable, instance, request);
 }
 
 constexpr bool IsDigit(char character) { return character >= '0' && character <= '9'; }

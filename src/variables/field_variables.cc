@@ -45,7 +45,7 @@ class FieldVariable {
  public:
   FieldVariable(const Variable& variable, const SectionInstance& instance, const Request& request)
       : variable_(variable),
-        field_(*variable.field()),
+        field_(variable.field()),
         instance_(instance),
         request_(request),
         structure_(StructureOfVariable(variable, instance)) {}

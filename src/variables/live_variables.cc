@@ -30,7 +30,7 @@ unsigned int ServeLive(const Variable& variable, const SectionInstance& instance
     request.Answer(buffer.view());
     return KIOAPP_VAR_DONE;
   }
-  const LiveNode& live = *variable.live();
+  const LiveNode& live = variable.live();
   const char* const node = live.node.empty() ? path : live.node.data();
   switch (live.kind) {
     case LiveNode::Kind::kText:

@@ -21,14 +21,14 @@ void AppendSection(TextBuffer& path, const SectionInstance& instance) {
 }
 
 TextView VariablePathOf(const Variable& variable) {
-  if (variable.field() == nullptr) {
-    return variable.live()->variable_path;
+  if (variable.is_live()) {
+    return variable.live().variable_path;
   }
-  if (!variable.field()->variable_path.empty()) {
-    return variable.field()->variable_path;
+  if (!variable.field().variable_path.empty()) {
+    return variable.field().variable_path;
   }
   // The device's fields have whole paths as their nodes.
-  return variable.section() == SectionId::kDevice ? variable.field()->node : TextView();
+  return variable.section() == SectionId::kDevice ? variable.field().node : TextView();
 }
 
 }  // namespace

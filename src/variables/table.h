@@ -53,10 +53,11 @@ class Variable {
   [[nodiscard]] constexpr bool in_record() const { return in_record_; }
   // Whether there is such a variable.
   [[nodiscard]] constexpr bool exists() const { return is_live_ || row_.field != nullptr; }
-  // Null for a live node.
-  [[nodiscard]] constexpr const Field* field() const { return is_live_ ? nullptr : row_.field; }
-  // Null for a field of the record.
-  [[nodiscard]] constexpr const LiveNode* live() const { return is_live_ ? row_.live : nullptr; }
+  [[nodiscard]] constexpr bool is_live() const { return is_live_; }
+  // Of a variable that is a field of the record.
+  [[nodiscard]] constexpr const Field& field() const { return *row_.field; }
+  // Of a live node.
+  [[nodiscard]] constexpr const LiveNode& live() const { return *row_.live; }
   // Terminated.
   [[nodiscard]] constexpr TextView name() const {
     return is_live_ ? row_.live->name : row_.field->element;
@@ -206,8 +207,11 @@ constexpr Variable FindVariable(SectionId section, TextView name) {
 consteval bool AllAreFound() {
   for (const Variable& variable : kVariables) {
     const Variable found = FindVariable(variable.section(), variable.name());
-    if (found.field() != variable.field() || found.live() != variable.live() ||
+    if (!found.exists() || found.is_live() != variable.is_live() ||
         found.in_record() != variable.in_record()) {
+      return false;
+    }
+    if (found.is_live() ? &found.live() != &variable.live() : &found.field() != &variable.field()) {
       return false;
     }
   }

@@ -159,6 +159,7 @@ void MixedClients::Work(std::chrono::seconds time) {
   streams_stopping_ = false;
   std::vector<std::thread> threads;
   std::vector<std::thread> streams;
+  streams.reserve(kStreams);
   for (size_t kind = 0; kind < kinds_.size(); ++kind) {
     for (int client = 0; client < kinds_[kind].clients; ++client) {
       threads.emplace_back([=, this] { Ask(kind, AddressOf(kind, client)); });

@@ -9,24 +9,20 @@ namespace {
 TEST(VariableTable, FieldIsNoLiveNode) {
   const Variable variable = FindVariable(SectionId::kUplink, "IP");
   ASSERT_TRUE(variable.exists());
-  ASSERT_NE(variable.field(), nullptr);
-  EXPECT_EQ(variable.field()->element, "IP");
-  EXPECT_EQ(variable.live(), nullptr);
+  ASSERT_FALSE(variable.is_live());
+  EXPECT_EQ(variable.field().element, "IP");
 }
 
 TEST(VariableTable, LiveNodeIsNoField) {
   const Variable variable = FindVariable(SectionId::kSurvey, "SiteNo");
   ASSERT_TRUE(variable.exists());
-  EXPECT_EQ(variable.field(), nullptr);
-  ASSERT_NE(variable.live(), nullptr);
-  EXPECT_EQ(variable.live()->name, "SiteNo");
+  ASSERT_TRUE(variable.is_live());
+  EXPECT_EQ(variable.live().name, "SiteNo");
 }
 
 TEST(VariableTable, UnknownNameIsNothing) {
   const Variable variable = FindVariable(SectionId::kUplink, "SiteNo");
   EXPECT_FALSE(variable.exists());
-  EXPECT_EQ(variable.field(), nullptr);
-  EXPECT_EQ(variable.live(), nullptr);
 }
 
 }  // namespace

@@ -132,12 +132,7 @@ std::string Player::PlayRequest(const Step& step) {
   Answer answer = Ask(taken);
   answer.died = !Settle();
   if (answer.died) {
-    ++(*counts_)["deaths"];
-    const std::string wrong = model_->Take(taken, answer);
-    const int code = host_.WaitForEnd();
-    return wrong.empty() && code != 128 + SIGKILL ? "the router ended: " + std::to_string(code)
-           : wrong.empty()                        ? StartAgain(false)
-                                                  : wrong;
+    return GoOnAfterDeath(taken, answer);
   }
   if (with_fault) {
     const auto hits = [&] {
@@ -166,6 +161,16 @@ std::string Player::PlayRequest(const Step& step) {
     wrong = PlayRequest({"result", {{"client", step.Get("client")}}});
   }
   return wrong;
+}
+
+std::string Player::GoOnAfterDeath(const Step& step, const Answer& answer) {
+  ++(*counts_)["deaths"];
+  std::string wrong = model_->Take(step, answer);
+  const int code = host_.WaitForEnd();
+  if (!wrong.empty()) {
+    return wrong;
+  }
+  return code == 128 + SIGKILL ? StartAgain(false) : "the router ended: " + std::to_string(code);
 }
 
 std::string Player::PlayBench(const Step& step) {

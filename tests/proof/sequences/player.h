@@ -37,6 +37,7 @@ class Player {
   std::string Start();
   std::string PlayStep(const Step& step);
   std::string PlayRequest(const Step& step);
+  std::string GoOnAfterDeath(const Step& step, const Answer& answer);
   std::string PlayBench(const Step& step);
   std::string Restart(const Step& step);
   std::string StartAgain(bool stopped);
