@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 
 #include "kioapp/platform.h"
@@ -55,7 +56,12 @@ unsigned int ApplyAll(const Request& request) {
   return Done(request);
 }
 
-void CommitOnAlarm(int /*signal*/) { do_RssVar_Commit(); }
+// What the host was doing may look at errno next.
+void CommitOnAlarm(int /*signal*/) {
+  const int before = errno;
+  do_RssVar_Commit();
+  errno = before;
+}
 
 // The commit may take down the link to the app. It runs by the alarm, so that the answer arrives
 // first.

@@ -1,6 +1,7 @@
 // The commit that an action asks for and the alarm runs.
 #include <gmock/gmock.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdint>
 #include <string>
@@ -80,6 +81,21 @@ TEST_F(CommitActionTest, TheHandlerCommitsAtOnce) {
   std::raise(SIGALRM);
   EXPECT_EQ(Host().commands(), (Commands{"/etc/scripts/uplink.sh", kScript}));
   EXPECT_EQ(rssXmlData.pre_exeflag, 0);
+}
+
+// The alarm comes while the host is at something else.
+TEST_F(CommitActionTest, TheHandlerLeavesErrnoAsItWas) {
+  rssXmlData.pre_exeflag = 17;
+  EXPECT_EQ(Call("rss_Act_CommitRssVars", kRead, ""), (Answer{0, ""}));
+  int commands = 0;
+  Host().on_command = [&commands](const std::string&) {
+    ++commands;
+    errno = ERANGE;
+  };
+  errno = EDOM;
+  std::raise(SIGALRM);
+  EXPECT_EQ(errno, EDOM);
+  EXPECT_EQ(commands, 2);
 }
 
 // A function that takes the number of the signal: called by another type, there is no telling what
