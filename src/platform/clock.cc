@@ -8,7 +8,7 @@
 long sys_uptime_seconds(void) {
   struct sysinfo info = {};
   sysinfo(&info);
-  return info.uptime;
+  return static_cast<long>(info.uptime);  // unsigned in some C libraries
 }
 
 char* sys_uptime_sec_str(void) {
